@@ -1,0 +1,36 @@
+# How everything here is compiled: options, warnings, sanitizers. Carried by the interface target portolan_options.
+
+set(PORTOLAN_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize= takes them (empty: none)")
+option(PORTOLAN_ASSERTIONS "Keep Q_ASSERT and the library's own checks" OFF)
+option(PORTOLAN_BENCHMARKS "Build benchmarks/" OFF)
+
+find_program(CCACHE ccache)
+if(CCACHE)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+
+add_library(portolan_options INTERFACE)
+target_compile_options(portolan_options INTERFACE
+    -Wall -Wextra -Wno-missing-field-initializers -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Wcast-align -Woverloaded-virtual
+    -Werror
+    -fno-omit-frame-pointer
+)
+target_compile_definitions(portolan_options INTERFACE
+    QT_NO_CAST_FROM_ASCII
+    QT_NO_CAST_TO_ASCII
+    QT_NO_KEYWORDS
+    QT_NO_URL_CAST_FROM_STRING
+    QT_STRICT_ITERATORS
+    QT_DISABLE_DEPRECATED_BEFORE=0x060400
+    PORTOLAN_VERSION="${PROJECT_VERSION}"
+)
+# Libraries that a program links but does not use cost it start-up time.
+target_link_options(portolan_options INTERFACE -Wl,--as-needed)
+
+if(PORTOLAN_ASSERTIONS)
+    target_compile_definitions(portolan_options INTERFACE QT_FORCE_ASSERTS _GLIBCXX_ASSERTIONS)
+endif()
+if(PORTOLAN_SANITIZE)
+    target_compile_options(portolan_options INTERFACE -fsanitize=${PORTOLAN_SANITIZE} -fno-sanitize-recover=all)
+    target_link_options(portolan_options INTERFACE -fsanitize=${PORTOLAN_SANITIZE})
+endif()

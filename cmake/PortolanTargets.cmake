@@ -1,0 +1,38 @@
+# The two shapes a folder can have here: a library of src/ and a test program of tests/.
+
+# portolan_library(NAME SOURCES file... LINKS target...)
+# A static library whose headers are included by file name alone; LINKS is all it may use, so that
+# an include across a forbidden border does not compile.
+function(portolan_library NAME)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+    add_library(${NAME} STATIC ${ARG_SOURCES})
+    target_include_directories(${NAME} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+    target_link_libraries(${NAME} PUBLIC ${ARG_LINKS} PRIVATE portolan_options)
+endfunction()
+
+# portolan_tests(NAME [GUI] SOURCES file... LINKS target... [LABELS label...])
+# One GoogleTest program for the tests of one folder, with a QGuiApplication if GUI is given and a
+# QCoreApplication otherwise; every case is a CTest test of its own. Data files: tests/FOLDER/data.
+function(portolan_tests NAME)
+    cmake_parse_arguments(ARG "GUI" "" "SOURCES;LINKS;LABELS" ${ARGN})
+    add_executable(${NAME} ${ARG_SOURCES})
+    set(MAIN portolan_test_core_main)
+    if(ARG_GUI)
+        set(MAIN portolan_test_gui_main)
+    endif()
+    target_link_libraries(${NAME} PRIVATE ${MAIN} ${ARG_LINKS} portolan_options)
+    target_compile_definitions(${NAME} PRIVATE
+        PORTOLAN_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
+    )
+    if(ARG_LABELS)
+        set(LABELS LABELS "${ARG_LABELS}")
+    endif()
+    gtest_discover_tests(${NAME}
+        DISCOVERY_MODE PRE_TEST
+        NO_PRETTY_VALUES
+        PROPERTIES
+            ${LABELS}
+            TIMEOUT 120
+            ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/tsan.supp"
+    )
+endfunction()

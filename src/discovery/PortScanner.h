@@ -1,0 +1,17 @@
+#pragma once
+
+#include "Service.h"
+
+#include <QList>
+
+#include <stop_token>
+
+/// Discovery's single entry point.
+namespace PortScanner {
+
+/// The development servers that listen on this machine now, sorted by port. Blocks while the tools run, so
+/// never on the main thread; any number of scans may run at once. Never fails: an empty list means nothing
+/// was found. A stop request makes it return early with a list that means nothing.
+[[nodiscard]] QList<Service> scan(std::stop_token stop = {});
+
+} // namespace PortScanner

@@ -1,0 +1,11 @@
+// Entry point of the test programs that use fonts, images, a clipboard or windows.
+#include <QGuiApplication>
+
+#include <gtest/gtest.h>
+
+int main(int argc, char **argv)
+{
+    testing::InitGoogleTest(&argc, argv);
+    const QGuiApplication app(argc, argv);
+    return RUN_ALL_TESTS();
+}
