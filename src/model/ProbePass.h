@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Health.h"
+#include "Mailbox.h"
+#include "Service.h"
+
+#include <QFuture>
+#include <QFutureWatcher>
+#include <QList>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+/// One probe of every service, all at once; their results in the order of their completion.
+class ProbePass
+{
+public:
+    using Checker = std::function<QFuture<Health>(qint64 port)>;
+
+    struct Result
+    {
+        qint32 pid;
+        qint64 port;
+        Health health;
+    };
+
+    explicit ProbePass(Waits &waits)
+        : m_results(waits)
+    {}
+    Q_DISABLE_COPY_MOVE(ProbePass)
+
+    /// Starts one probe per service, in list order.
+    void start(QList<Service> services, const Checker &check);
+
+    /// Whether results are still to come.
+    [[nodiscard]] bool isUnderWay() const { return m_outstanding > 0; }
+    /// To be awaited while the pass is under way; gives nothing when the waits were cancelled.
+    [[nodiscard]] Awaiter<Mailbox<Result>> next()
+    {
+        --m_outstanding;
+        return m_results.next();
+    }
+
+private:
+    Mailbox<Result> m_results;
+    std::vector<std::unique_ptr<QFutureWatcher<Health>>> m_probes;
+    qsizetype m_outstanding = 0;
+};

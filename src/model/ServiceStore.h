@@ -1,0 +1,169 @@
+#pragma once
+
+#include "HealthChecker.h"
+#include "PortScanner.h"
+#include "ProbePass.h"
+#include "Service.h"
+#include "SortOrder.h"
+#include "Waits.h"
+
+#include <QCoroTask>
+
+#include <QBindable>
+#include <QDateTime>
+#include <QList>
+#include <QObject>
+#include <QProperty>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+#include <array>
+#include <chrono>
+#include <functional>
+#include <stop_token>
+#include <thread>
+
+class UserDefaults;
+
+/// The state of the running program: the current services, the search text, the user's settings, the list as
+/// shown, and the cycle that keeps it all true. Made once and handed on by reference. Main thread only.
+///
+/// Every property is bindable: a reader is told when, and only when, the property gets a value unequal to the
+/// one it had, and after every change in place. The bindables are read-only, since an assignment has to come
+/// through the setter, which also stores the settings.
+class ServiceStore : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QList<Service> services READ services NOTIFY servicesChanged BINDABLE bindableServices FINAL)
+    Q_PROPERTY(bool isScanning READ isScanning NOTIFY isScanningChanged BINDABLE bindableIsScanning FINAL)
+    Q_PROPERTY(
+        QDateTime lastUpdated READ lastUpdated NOTIFY lastUpdatedChanged BINDABLE bindableLastUpdated FINAL)
+    Q_PROPERTY(QString searchText READ searchText WRITE setSearchText NOTIFY searchTextChanged BINDABLE
+                   bindableSearchText FINAL)
+    Q_PROPERTY(SortOrder sortOrder READ sortOrder WRITE setSortOrder NOTIFY sortOrderChanged BINDABLE
+                   bindableSortOrder FINAL)
+    Q_PROPERTY(QSet<qint64> pinnedPorts READ pinnedPorts NOTIFY pinnedPortsChanged BINDABLE
+                   bindablePinnedPorts FINAL)
+    Q_PROPERTY(bool autoRefresh READ autoRefresh WRITE setAutoRefresh NOTIFY autoRefreshChanged BINDABLE
+                   bindableAutoRefresh FINAL)
+    Q_PROPERTY(QList<Service> visible READ visible NOTIFY visibleChanged BINDABLE bindableVisible FINAL)
+    Q_PROPERTY(
+        qint64 runningCount READ runningCount NOTIFY runningCountChanged BINDABLE bindableRunningCount FINAL)
+    // QML cannot name enumerators that begin with a small letter, so it speaks of orders by their raw value.
+    Q_PROPERTY(QString sortOrderId READ sortOrderId WRITE setSortOrderId NOTIFY sortOrderChanged FINAL)
+    Q_PROPERTY(QList<SortOrder> sortOrders READ sortOrders CONSTANT FINAL)
+
+public:
+    /// Finds the services of this machine. Blocks, so it runs on a thread of its own; a stop request makes it
+    /// return early.
+    using Scanner = std::function<QList<Service>(std::stop_token)>;
+    /// Probes one port without blocking.
+    using Checker = ProbePass::Checker;
+
+    /// Loads the settings from `defaults`, which outlives the store. Scans nothing; where auto-refresh is
+    /// stored as on, its loop starts.
+    explicit ServiceStore(UserDefaults &defaults, Scanner scan = PortScanner::scan,
+                          Checker check = HealthChecker::check,
+                          std::chrono::milliseconds autoRefreshInterval = std::chrono::seconds(5),
+                          QObject *parent = nullptr);
+    /// Ends everything under way. A task of `refresh()` that is still awaited finishes in here.
+    ~ServiceStore() override;
+
+    /// All services, in the scan's order.
+    [[nodiscard]] QList<Service> services() const { return m_services; }
+    /// Whether a scan is under way.
+    [[nodiscard]] bool isScanning() const { return m_isScanning; }
+    /// When the last scan was completed; invalid before.
+    [[nodiscard]] QDateTime lastUpdated() const { return m_lastUpdated; }
+    /// What the user searches for, as typed. Never stored.
+    [[nodiscard]] QString searchText() const { return m_searchText; }
+    void setSearchText(const QString &searchText) { m_searchText = searchText; }
+    [[nodiscard]] SortOrder sortOrder() const { return m_sortOrder; }
+    void setSortOrder(SortOrder sortOrder);
+    [[nodiscard]] QSet<qint64> pinnedPorts() const { return m_pinnedPorts; }
+    [[nodiscard]] bool autoRefresh() const { return m_autoRefresh; }
+    void setAutoRefresh(bool autoRefresh);
+
+    /// The services that match the search text, pinned ones first, in the chosen order. Computed by every
+    /// read.
+    [[nodiscard]] QList<Service> visible() const { return m_visible; }
+    /// How many of all services answer, whatever their status code. Computed by every read.
+    [[nodiscard]] qint64 runningCount() const { return m_runningCount; }
+
+    [[nodiscard]] QString sortOrderId() const { return sortOrder().rawValue(); }
+    /// Anything but the raw value of an order changes nothing.
+    void setSortOrderId(const QString &rawValue);
+    /// All orders, as they are offered.
+    [[nodiscard]] static QList<SortOrder> sortOrders();
+
+    [[nodiscard]] QBindable<QList<Service>> bindableServices() const { return &m_services; }
+    [[nodiscard]] QBindable<bool> bindableIsScanning() const { return &m_isScanning; }
+    [[nodiscard]] QBindable<QDateTime> bindableLastUpdated() const { return &m_lastUpdated; }
+    [[nodiscard]] QBindable<QString> bindableSearchText() const { return &m_searchText; }
+    [[nodiscard]] QBindable<SortOrder> bindableSortOrder() const { return &m_sortOrder; }
+    [[nodiscard]] QBindable<QSet<qint64>> bindablePinnedPorts() const { return &m_pinnedPorts; }
+    [[nodiscard]] QBindable<bool> bindableAutoRefresh() const { return &m_autoRefresh; }
+    [[nodiscard]] QBindable<QList<Service>> bindableVisible() const { return &m_visible; }
+    [[nodiscard]] QBindable<qint64> bindableRunningCount() const { return &m_runningCount; }
+
+    /// Refreshes now and, with auto-refresh on, every five seconds from now on. To be called whenever the
+    /// list comes into view.
+    Q_INVOKABLE void start();
+    /// Scans and then probes every service; the task ends with the last probe. Does nothing while a scan is
+    /// under way.
+    QCoro::Task<> refresh();
+    /// `refresh()` for QML, which does not wait for it.
+    Q_INVOKABLE void refreshNow() { refresh(); }
+    /// Pins the service's port, or unpins it.
+    Q_INVOKABLE void togglePin(const Service &service);
+    /// Takes the service off the list until a scan finds it again.
+    Q_INVOKABLE void removeService(const Service &service);
+
+Q_SIGNALS:
+    void servicesChanged();
+    void isScanningChanged();
+    void lastUpdatedChanged();
+    void searchTextChanged();
+    void sortOrderChanged();
+    void pinnedPortsChanged();
+    void autoRefreshChanged();
+    void visibleChanged();
+    void runningCountChanged();
+
+private:
+    void load();
+    void storePinnedPorts();
+    void announceDerived();
+    void announceVisible();
+    void announceVisibleOrder();
+    [[nodiscard]] QList<Service> computeVisible() const;
+    [[nodiscard]] qint64 computeRunningCount() const;
+
+    void startScan(const Mailbox<QList<Service>>::Sender &result);
+    QCoro::Task<> runHealthChecks();
+    void applyHealth(const ProbePass::Result &result);
+    void startAutoRefresh();
+    QCoro::Task<> runAutoRefresh(std::stop_token stop);
+
+    UserDefaults &m_defaults;
+    const Scanner m_scan;
+    const Checker m_check;
+    const std::chrono::milliseconds m_autoRefreshInterval;
+
+    Q_OBJECT_BINDABLE_PROPERTY(ServiceStore, QList<Service>, m_services, &ServiceStore::servicesChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(ServiceStore, bool, m_isScanning, &ServiceStore::isScanningChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(ServiceStore, QDateTime, m_lastUpdated, &ServiceStore::lastUpdatedChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(ServiceStore, QString, m_searchText, &ServiceStore::searchTextChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(ServiceStore, SortOrder, m_sortOrder, &ServiceStore::sortOrderChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(ServiceStore, QSet<qint64>, m_pinnedPorts, &ServiceStore::pinnedPortsChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(ServiceStore, bool, m_autoRefresh, true,
+                                         &ServiceStore::autoRefreshChanged)
+    Q_OBJECT_COMPUTED_PROPERTY(ServiceStore, QList<Service>, m_visible, &ServiceStore::computeVisible)
+    Q_OBJECT_COMPUTED_PROPERTY(ServiceStore, qint64, m_runningCount, &ServiceStore::computeRunningCount)
+    std::array<QPropertyNotifier, 4> m_derivedFrom;
+
+    Waits m_waits;
+    std::stop_source m_autoRefreshLoop{std::nostopstate};
+    std::jthread m_scanWorker;
+};

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Service.h"
+#include "SortOrder.h"
+
+#include <QCollator>
+#include <QList>
+#include <QSet>
+#include <QString>
+
+/// The list as it is shown: narrowed by the search text, pinned services first, in the chosen order. Pure
+/// functions.
+namespace VisibleList {
+
+struct Criteria
+{
+    QString searchText;
+    QSet<qint64> pinnedPorts;
+    SortOrder sortOrder;
+};
+
+/// Compares names as the user's locale does, without regard to case.
+[[nodiscard]] const QCollator &userCollator();
+
+/// Those of `services` that match the search text, sorted. Services that the order does not separate keep
+/// their relative order.
+[[nodiscard]] QList<Service> of(const QList<Service> &services, const Criteria &criteria,
+                                const QCollator &collator = userCollator());
+
+/// Whether at least two of `services` match the search text, so that pins and order matter.
+[[nodiscard]] bool hasOrder(const QList<Service> &services, const QString &searchText);
+
+} // namespace VisibleList

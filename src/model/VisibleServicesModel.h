@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QAbstractListModel>
+#include <QPointer>
+#include <QProperty>
+
+#include <array>
+#include <memory>
+#include <vector>
+
+class ServiceStore;
+
+/// The store's visible list as rows. A change of the list becomes the inserts, removes, moves and data
+/// changes that make the difference, never a reset, so that what a view keeps for a row stays with its
+/// service.
+///
+/// The rows follow the store within one turn of the event loop, however many changes it makes until then. Two
+/// services with the same id are two rows.
+class VisibleServicesModel : public QAbstractListModel
+{
+    Q_OBJECT
+    Q_PROPERTY(ServiceStore *store READ store WRITE setStore NOTIFY storeChanged REQUIRED FINAL)
+    Q_PROPERTY(int count READ count NOTIFY countChanged FINAL)
+
+public:
+    enum Role {
+        ServiceRole = Qt::UserRole, ///< `service`: the Service
+        IsPinnedRole,               ///< `isPinned`: whether its port is pinned
+        KeyRole,                    ///< `key`: its id
+    };
+
+    explicit VisibleServicesModel(QObject *parent = nullptr);
+    ~VisibleServicesModel() override;
+
+    [[nodiscard]] ServiceStore *store() const;
+    /// Shows the list of `store`, at once; nothing once it is null or destroyed.
+    void setStore(ServiceStore *store);
+
+    /// The number of rows.
+    [[nodiscard]] int count() const { return int(m_rows.size()); }
+
+    [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+Q_SIGNALS:
+    void storeChanged();
+    void countChanged();
+
+private:
+    struct Row;
+    using Rows = std::vector<std::shared_ptr<const Row>>;
+
+    void scheduleUpdate();
+    void update();
+    [[nodiscard]] Rows wantedRows() const;
+    [[nodiscard]] std::vector<int> originsOf(const Rows &wanted) const;
+    void arrange(const Rows &wanted);
+    void refill(const Rows &wanted);
+
+    QPointer<ServiceStore> m_store;
+    std::array<QPropertyNotifier, 2> m_notifiers;
+    Rows m_rows;
+    bool m_isUpdateScheduled = false;
+    bool m_isUpdating = false;
+};

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "Health.h"
+
+#include <QFuture>
+#include <QPromise>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <vector>
+
+/// A checker whose probes wait until the test answers them, in any order.
+class FakeChecker
+{
+public:
+    /// To be given to the store; refers to this object.
+    std::function<QFuture<Health>(qint64)> function()
+    {
+        return [this](qint64 port) {
+            auto &probe = m_probes.emplace_back(Probe{port, std::make_unique<QPromise<Health>>()});
+            probe.promise->start();
+            return probe.promise->future();
+        };
+    }
+
+    /// Probes asked for so far, by port and in their order.
+    std::vector<qint64> ports() const
+    {
+        std::vector<qint64> ports;
+        for (const Probe &probe : m_probes)
+            ports.push_back(probe.port);
+        return ports;
+    }
+
+    /// Answers the probe with this number, counted from 0 over all passes.
+    void answer(size_t probe, Health health)
+    {
+        m_probes.at(probe).promise->addResult(health);
+        m_probes.at(probe).promise->finish();
+    }
+
+    /// Ends the probe without an answer.
+    void abandon(size_t probe) { m_probes.at(probe).promise.reset(); }
+
+private:
+    struct Probe
+    {
+        qint64 port;
+        std::unique_ptr<QPromise<Health>> promise;
+    };
+
+    std::vector<Probe> m_probes;
+};
