@@ -1,0 +1,14 @@
+#include "ReopenGuard.h"
+
+#include <utility>
+
+void ReopenGuard::closedByFocusLoss(Clock::time_point now)
+{
+    m_focusLostAt = now;
+}
+
+bool ReopenGuard::swallowsActivation(Clock::time_point now)
+{
+    const auto lostAt = std::exchange(m_focusLostAt, std::nullopt);
+    return lostAt && now - *lostAt < Window;
+}

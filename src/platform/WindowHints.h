@@ -1,0 +1,12 @@
+#pragma once
+
+class QWindow;
+
+/// Wishes to the window manager that Qt has no words for.
+namespace WindowHints {
+
+/// Keeps `window` out of task bar, pager and switcher. To be called before each show, as the window manager
+/// forgets it with the hide. Does nothing where the display is not X11.
+void skipTaskBar(QWindow &window);
+
+} // namespace WindowHints

@@ -1,0 +1,48 @@
+#include "Eventually.h"
+#include "TerminationSignals.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+class Termination : public testing::TestWithParam<int>
+{};
+
+TEST_P(Termination, ArrivesAsAQtSignal)
+{
+    TerminationSignals signals;
+    int received = 0;
+    QObject::connect(&signals, &TerminationSignals::received, [&] { ++received; });
+    raise(GetParam());
+    raise(GetParam());
+    EXPECT_EQ(received, 0) << "handled by the event loop, not in the signal handler";
+    EXPECT_TRUE(eventually([&] { return received > 0; }));
+    EXPECT_EQ(received, 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, Termination, testing::Values(SIGTERM, SIGINT, SIGHUP),
+                         [](const auto &test) { return sigabbrev_np(test.param); });
+
+TEST(TerminationSignals, LeavesAnIgnoredSignalIgnored)
+{
+    const auto old = signal(SIGHUP, SIG_IGN); // as under nohup
+    {
+        const TerminationSignals signals;
+        struct sigaction current
+        {};
+        sigaction(SIGHUP, nullptr, &current);
+        EXPECT_EQ(current.sa_handler, SIG_IGN);
+    }
+    signal(SIGHUP, old);
+}
+
+TEST(TerminationSignals, GivesTheSignalsBack)
+{
+    {
+        const TerminationSignals signals;
+    }
+    struct sigaction current
+    {};
+    sigaction(SIGTERM, nullptr, &current);
+    EXPECT_EQ(current.sa_handler, SIG_DFL);
+}
