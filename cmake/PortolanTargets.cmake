@@ -1,13 +1,13 @@
 # The two shapes a folder can have here: a library of src/ and a test program of tests/.
 
-# portolan_library(NAME SOURCES file... LINKS target...)
-# A static library whose headers are included by file name alone; LINKS is all it may use, so that
-# an include across a forbidden border does not compile.
+# portolan_library(NAME SOURCES file... LINKS target... [PRIVATE_LINKS target...])
+# A static library whose headers are included by file name alone. LINKS is all that its headers may use and
+# PRIVATE_LINKS what its sources use besides, so that an include across a forbidden border does not compile.
 function(portolan_library NAME)
-    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
     add_library(${NAME} STATIC ${ARG_SOURCES})
     target_include_directories(${NAME} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
-    target_link_libraries(${NAME} PUBLIC ${ARG_LINKS} PRIVATE portolan_options)
+    target_link_libraries(${NAME} PUBLIC ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS} portolan_options)
 endfunction()
 
 # portolan_tests(NAME [GUI] SOURCES file... LINKS target... [LABELS label...])
