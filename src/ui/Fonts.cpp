@@ -4,19 +4,29 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+#include <cmath>
+
 namespace {
 
 qreal pointsPerPixel()
 {
-    const QScreen *screen = QGuiApplication::primaryScreen();
-    return 72 / (screen ? screen->logicalDotsPerInchY() : 96);
+    // Whole dots per inch, as QFont counts them.
+    return 72.0 / qRound(QGuiApplication::primaryScreen()->logicalDotsPerInchY());
+}
+
+qreal sizeOf(const QFont &font)
+{
+    return font.pixelSize() > 0 ? font.pixelSize() : font.pointSizeF() / pointsPerPixel();
 }
 
 QFont font(QFontDatabase::SystemFont kind, qreal size, int weight, qreal tracking)
 {
     QFont font;
     font.setFamilies(QFontDatabase::systemFont(kind).families());
-    font.setPointSizeF(size * pointsPerPixel());
+    if (size == std::floor(size))
+        font.setPixelSize(int(size));
+    else
+        font.setPointSizeF(size * pointsPerPixel());
     font.setWeight(QFont::Weight(weight));
     if (tracking != 0)
         font.setLetterSpacing(QFont::AbsoluteSpacing, tracking);
@@ -42,4 +52,16 @@ QFont Fonts::digits(qreal size, int weight, qreal tracking)
     result.setFeature("tnum", 1);
 #endif
     return result;
+}
+
+QFont Fonts::whole(const QFont &font)
+{
+    QFont result = font;
+    result.setPixelSize(qMax(1, qRound(sizeOf(font))));
+    return result;
+}
+
+qreal Fonts::ratio(const QFont &font)
+{
+    return sizeOf(font) / whole(font).pixelSize();
 }

@@ -87,9 +87,9 @@ qreal SymbolSet::box(qreal size)
 
 qreal SymbolSet::stroke(qreal size, int weight, qreal scale)
 {
-    const qreal share = weight >= QFont::DemiBold ? 0.125 : weight >= QFont::Medium ? 0.105 : 0.08;
+    const qreal share = weight >= QFont::DemiBold ? 0.115 : weight >= QFont::Medium ? 0.1 : 0.08;
     const qreal width = qMax(1.0, share * size) * scale;
-    return std::round(width * 2) / 2;
+    return std::round(width * 4) / 4;
 }
 
 QImage SymbolSet::image(const QString &name, int side, qreal stroke)

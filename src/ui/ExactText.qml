@@ -1,0 +1,31 @@
+import QtQuick
+import Portolan
+
+// A Text that keeps to the fraction in the size of its font: drawn at a whole number of pixels, as the font engine
+// demands, and scaled, which is done to the outlines and so stays sharp.
+Item {
+    id: root
+
+    property alias text: label.text
+    property font font: Fonts.system(13)
+    property alias color: label.color
+    property alias elide: label.elide
+    property alias horizontalAlignment: label.horizontalAlignment
+    property alias maximumLineCount: label.maximumLineCount
+    readonly property alias truncated: label.truncated
+    readonly property real ratio: Fonts.ratio(root.font)
+
+    implicitWidth: Math.ceil(label.implicitWidth * root.ratio)
+    implicitHeight: Math.ceil(label.implicitHeight * root.ratio)
+    baselineOffset: label.baselineOffset * root.ratio
+
+    Text {
+        id: label
+
+        width: root.width / root.ratio
+        scale: root.ratio
+        transformOrigin: Item.TopLeft
+        textFormat: Text.PlainText
+        font: Fonts.whole(root.font)
+    }
+}
