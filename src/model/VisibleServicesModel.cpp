@@ -38,8 +38,14 @@ void VisibleServicesModel::setStore(ServiceStore *store)
     if (store) {
         m_notifiers = {store->bindableVisible().addNotifier([this] { scheduleUpdate(); }),
                        store->bindablePinnedPorts().addNotifier([this] { scheduleUpdate(); })};
-        connect(store, &QObject::destroyed, this, [this] { setStore(nullptr); });
+        connect(store, &QObject::destroyed, this, &VisibleServicesModel::followStore);
     }
+    followStore();
+}
+
+/// Shows another store than before, or none.
+void VisibleServicesModel::followStore()
+{
     Q_EMIT storeChanged();
     update();
 }

@@ -51,6 +51,7 @@ private:
     struct Row;
     using Rows = std::vector<std::shared_ptr<const Row>>;
 
+    void followStore();
     void scheduleUpdate();
     void update();
     [[nodiscard]] Rows wantedRows() const;

@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <optional>
 #include <thread>
@@ -36,7 +37,7 @@ public:
     explicit FolderLock(const QString &folder)
         : m_folder(open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
     {
-        constexpr int attempts = 40;
+        constexpr int attempts = 20;
         for (int i = 0; i < attempts && flock(m_folder, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK; ++i)
             std::this_thread::sleep_for(5ms);
     }
