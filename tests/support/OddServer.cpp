@@ -1,0 +1,161 @@
+#include "OddServer.h"
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <array>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+constexpr milliseconds longest = std::chrono::minutes(1); // of any wait in here
+
+enum class Event { ready, timeout, stop };
+
+// Waits for `events` on `fd`, unless `stop` becomes readable before.
+Event wait(int fd, short events, int stop, milliseconds limit = longest)
+{
+    std::array<pollfd, 2> fds{{{fd, events, 0}, {stop, POLLIN, 0}}};
+    if (::poll(fds.data(), fds.size(), int(limit.count())) <= 0)
+        return Event::timeout;
+    return fds[1].revents ? Event::stop : Event::ready;
+}
+
+} // namespace
+
+OddServer::OddServer(Script script)
+    : m_script(std::move(script))
+    , m_listener(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0))
+    , m_stop(::eventfd(0, EFD_CLOEXEC))
+{
+    sockaddr_in address{.sin_family = AF_INET, .sin_addr = {htonl(INADDR_LOOPBACK)}};
+    socklen_t size = sizeof address;
+    auto *const generic = reinterpret_cast<sockaddr *>(&address);
+    if (::bind(m_listener, generic, size) != 0 || ::listen(m_listener, 512) != 0 ||
+        ::getsockname(m_listener, generic, &size) != 0)
+        return;
+    m_port = ntohs(address.sin_port);
+    m_acceptor = std::jthread([this] { acceptAll(); });
+}
+
+OddServer::~OddServer()
+{
+    ::eventfd_write(m_stop, 1);
+    if (m_acceptor.joinable())
+        m_acceptor.join();
+    m_servants.clear();
+    ::close(m_listener);
+    ::close(m_stop);
+}
+
+OddServer::Script OddServer::answers(const QByteArray &response)
+{
+    return [response](Connection &connection) {
+        if (!connection.readRequest().isEmpty())
+            connection.send(response);
+    };
+}
+
+QList<QByteArray> OddServer::requests() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_requests;
+}
+
+QList<QByteArray> OddServer::methods() const
+{
+    QList<QByteArray> methods;
+    for (const QByteArray &request : requests())
+        methods.append(request.left(request.indexOf(' ')));
+    return methods;
+}
+
+void OddServer::acceptAll()
+{
+    for (;;) {
+        const Event event = wait(m_listener, POLLIN, m_stop);
+        if (event == Event::stop)
+            return;
+        const int socket = ::accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
+        if (socket < 0)
+            continue;
+        ++m_connections;
+        m_servants.emplace_back([this, socket] {
+            Connection connection(*this, socket);
+            m_script(connection);
+        });
+    }
+}
+
+void OddServer::remember(const QByteArray &request)
+{
+    const std::lock_guard lock(m_mutex);
+    m_requests.append(request);
+}
+
+OddServer::Connection::Connection(OddServer &server, int socket)
+    : m_server(server)
+    , m_socket(socket)
+{}
+
+OddServer::Connection::~Connection()
+{
+    if (m_socket >= 0)
+        ::close(m_socket);
+}
+
+QByteArray OddServer::Connection::readRequest()
+{
+    QByteArray request;
+    while (!request.endsWith("\r\n\r\n")) {
+        char byte = 0;
+        if (wait(m_socket, POLLIN, m_server.m_stop) != Event::ready || ::recv(m_socket, &byte, 1, 0) != 1)
+            return {};
+        request += byte;
+    }
+    m_server.remember(request);
+    return request.left(request.indexOf(' '));
+}
+
+bool OddServer::Connection::send(QByteArrayView bytes)
+{
+    while (!bytes.isEmpty()) {
+        if (wait(m_socket, POLLOUT, m_server.m_stop) != Event::ready)
+            return false;
+        const ssize_t sent = ::send(m_socket, bytes.data(), size_t(bytes.size()), MSG_NOSIGNAL);
+        if (sent < 0 && errno != EAGAIN)
+            return false;
+        bytes = bytes.sliced(std::max<ssize_t>(sent, 0));
+    }
+    return true;
+}
+
+bool OddServer::Connection::pause(milliseconds time)
+{
+    const auto end = Clock::now() + time;
+    for (;;) {
+        const auto left = std::chrono::ceil<milliseconds>(end - Clock::now());
+        if (left.count() <= 0)
+            return true;
+        if (wait(m_socket, POLLRDHUP, m_server.m_stop, left) != Event::timeout)
+            return false;
+    }
+}
+
+void OddServer::Connection::hang()
+{
+    wait(m_socket, POLLRDHUP, m_server.m_stop);
+}
+
+void OddServer::Connection::reset()
+{
+    const linger now{.l_onoff = 1, .l_linger = 0};
+    ::setsockopt(m_socket, SOL_SOCKET, SO_LINGER, &now, sizeof now);
+    ::close(std::exchange(m_socket, -1));
+}
