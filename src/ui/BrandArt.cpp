@@ -119,13 +119,19 @@ QIcon BrandArt::menuBarImage(int size)
 
 QImage BrandArt::pixmap(int size, const QColor &color)
 {
-    QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
+    QImage image(size, size, QImage::Format_ARGB32);
     image.fill(Qt::transparent);
     {
         QPainter painter(&image);
-        draw(&painter, image.rect(), color);
+        draw(&painter, image.rect());
     }
-    return image.convertToFormat(QImage::Format_ARGB32);
+    // Drawn in this colour, pixels at the edges would get it rounded by the painter's premultiplied
+    // arithmetic.
+    for (int y = 0; y < size; ++y) {
+        for (int x = 0; x < size; ++x)
+            image.setPixel(x, y, (image.pixel(x, y) & ~RGB_MASK) | (color.rgb() & RGB_MASK));
+    }
+    return image;
 }
 
 QByteArray BrandArt::symbolicSvg()

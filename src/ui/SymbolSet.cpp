@@ -36,11 +36,13 @@ QByteArray source(const QString &name)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// The files are drawn in black ink on white paper with strokes two units wide. Their root element alone tells
-// that width, so that one number makes all strokes bolder or finer.
+// The root element of each file tells the width of its strokes, so that one number makes them bolder or
+// finer.
 QByteArray withStroke(QByteArray svg, qreal units)
 {
-    return svg.replace(R"(stroke-width="2")", "stroke-width=\"" + QByteArray::number(units) + '"');
+    const QByteArray usual = R"(stroke-width="2")";
+    const QByteArray wanted = "stroke-width=\"" + QByteArray::number(units) + '"';
+    return svg.replace(svg.indexOf(usual), usual.size(), wanted);
 }
 
 // What is white hides the ink below it and shows nothing itself.

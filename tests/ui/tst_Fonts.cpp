@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -57,10 +58,11 @@ TEST_P(FontSize, IsAskedForInDeviceIndependentPixels)
     const qreal dotsPerInch = QGuiApplication::primaryScreen()->logicalDotsPerInchY();
     for (const QFont &font :
          {Fonts::system(GetParam()), Fonts::monospaced(GetParam()), Fonts::digits(GetParam())}) {
-        if (GetParam() == std::floor(GetParam()))
+        if (GetParam() == std::floor(GetParam())) {
             EXPECT_EQ(font.pixelSize(), GetParam());
-        else
+        } else {
             EXPECT_NEAR(font.pointSizeF() * dotsPerInch / 72, GetParam(), 1e-6);
+        }
     }
 }
 
