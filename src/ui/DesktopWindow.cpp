@@ -1,0 +1,28 @@
+#include "DesktopWindow.h"
+
+#include "AppIcon.h"
+
+#include <QIcon>
+#include <QPixmap>
+
+namespace {
+constexpr QSize FirstSize(480, 620);
+constexpr QSize LeastSize(400, 440);
+} // namespace
+
+DesktopWindow::DesktopWindow(QQmlEngine &engine, const QVariantMap &properties)
+    : RootWindow(engine, properties)
+{
+    QIcon icon;
+    for (const int size : {16, 32, 48, 128})
+        icon.addPixmap(QPixmap::fromImage(AppIcon::image(size)));
+    setIcon(icon);
+    setMinimumSize(LeastSize);
+    resize(FirstSize);
+}
+
+void DesktopWindow::closeEvent(QCloseEvent *event)
+{
+    RootWindow::closeEvent(event);
+    Q_EMIT closed();
+}

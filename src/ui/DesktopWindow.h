@@ -1,0 +1,19 @@
+#pragma once
+
+#include "RootWindow.h"
+
+/// The ordinary window that holds the list for as long as the user wants.
+class DesktopWindow : public RootWindow
+{
+    Q_OBJECT
+
+public:
+    DesktopWindow(QQmlEngine &engine, const QVariantMap &properties);
+
+Q_SIGNALS:
+    /// The user closed the window.
+    void closed();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+};

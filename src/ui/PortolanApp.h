@@ -1,0 +1,57 @@
+#pragma once
+
+#include "ReopenGuard.h"
+#include "SingleInstance.h"
+#include "StatusIcon.h"
+
+#include <QObject>
+#include <QPoint>
+#include <QQmlEngine>
+
+#include <memory>
+#include <optional>
+
+class DesktopWindow;
+class PopoverWindow;
+class RootWindow;
+class ServiceStore;
+
+/// The program as the user meets it: a status icon, the popover at it and the window that the popover can be
+/// detached into, both showing the one store. Main thread only.
+class PortolanApp : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Shows the status icon and nothing else. `store` outlives this.
+    explicit PortolanApp(ServiceStore &store);
+    ~PortolanApp() override;
+
+    /// Does what this start of the program asks for. Where no status icon can be shown, a start that is not
+    /// in the background opens the window, so that the user finds the program.
+    void start(StartRequest request);
+    /// Does what a later start asks for.
+    void show(StartRequest request);
+
+private:
+    void clickIcon(QPoint anchor);
+    void openPopover(QPoint anchor);
+    void openWindow();
+    void detach();
+    void leaveWindow();
+
+    QQmlEngine &engine();
+    PopoverWindow &popover();
+    DesktopWindow &window();
+    void startWhenItAppears(RootWindow &window);
+
+    ServiceStore &m_store;
+    std::unique_ptr<StatusIcon> m_icon;
+    std::optional<QPoint> m_iconPosition; // as far as a click has told
+    ReopenGuard m_reopenGuard;
+
+    // Made when first needed: most of the memory is theirs.
+    std::unique_ptr<QQmlEngine> m_engine;
+    std::unique_ptr<PopoverWindow> m_popover;
+    std::unique_ptr<DesktopWindow> m_window;
+};

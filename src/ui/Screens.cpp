@@ -1,0 +1,12 @@
+#include "Screens.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+QList<ScreenArea> Screens::all()
+{
+    QList<ScreenArea> areas;
+    for (const QScreen *screen : QGuiApplication::screens()) // the primary one comes first
+        areas.append({screen->geometry(), screen->availableGeometry(), screen->devicePixelRatio()});
+    return areas;
+}
