@@ -1,28 +1,359 @@
-#include "Eventually.h"
-#include "FakeChecker.h"
-#include "FakeScanner.h"
+#include "Announcements.h"
 #include "Printers.h"
-#include "ServiceStore.h"
-#include "UserDefaults.h"
+#include "StoreFixture.h"
 
-#include <QTemporaryDir>
+#include <QJsonArray>
+#include <QMetaProperty>
+#include <QProperty>
+#include <QSignalSpy>
+#include <QTest>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 using namespace Qt::StringLiterals;
 
-TEST(Smoke, Cycle)
+// The state, the settings and how changes are told. The refresh cycle has tests of its own.
+class ServiceStoreTest : public StoreFixture
+{};
+
+TEST_F(ServiceStoreTest, StartsEmptyAndWritesNothing)
 {
-    QTemporaryDir dir;
-    UserDefaults defaults(dir.filePath(u"s.json"_s));
-    FakeScanner scanner;
-    FakeChecker checker;
-    ServiceStore store(defaults, scanner.function(), checker.function(), std::chrono::milliseconds(50));
-    store.start();
-    EXPECT_TRUE(store.isScanning());
-    scanner.finish({Service{.pid = 1, .port = 80}, Service{.pid = 2, .port = 90}});
-    ASSERT_TRUE(eventually([&] { return !store.isScanning(); }));
-    ASSERT_EQ(checker.ports().size(), 2);
-    checker.answer(1, Health::healthy(200, 1));
-    ASSERT_TRUE(eventually([&] { return store.runningCount() == 1; }));
+    makeStore(std::chrono::milliseconds(1));
+    EXPECT_TRUE(m_store->services().isEmpty());
+    EXPECT_TRUE(m_store->visible().isEmpty());
+    EXPECT_EQ(m_store->runningCount(), 0);
+    EXPECT_FALSE(m_store->isScanning());
+    EXPECT_FALSE(m_store->lastUpdated().isValid());
+    EXPECT_EQ(m_store->searchText(), QString());
+    EXPECT_EQ(m_store->sortOrder(), SortOrder::port);
+    EXPECT_TRUE(m_store->pinnedPorts().isEmpty());
+    EXPECT_TRUE(m_store->autoRefresh());
+
+    QTest::qWait(50);
+    EXPECT_EQ(m_scanner.begun(), 0);
+    EXPECT_FALSE(QFile::exists(settingsPath()));
+}
+
+struct StoredSettings
+{
+    const char *name;
+    QByteArray json;
+    SortOrder sortOrder = SortOrder::port;
+    QSet<qint64> pinnedPorts;
+    bool autoRefresh = true;
+    bool startsLoop = false;
+};
+
+class ServiceStoreLoading : public ServiceStoreTest, public testing::WithParamInterface<StoredSettings>
+{};
+
+TEST_P(ServiceStoreLoading, TakesWhatIsUsable)
+{
+    writeSettings(GetParam().json);
+    makeStore(std::chrono::milliseconds(1));
+    EXPECT_EQ(m_store->sortOrder(), GetParam().sortOrder);
+    EXPECT_EQ(m_store->pinnedPorts(), GetParam().pinnedPorts);
+    EXPECT_EQ(m_store->autoRefresh(), GetParam().autoRefresh);
+    if (GetParam().startsLoop) {
+        EXPECT_TRUE(eventually([this] { return m_scanner.begun() > 0; }));
+    } else {
+        QTest::qWait(50);
+        EXPECT_EQ(m_scanner.begun(), 0);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Files, ServiceStoreLoading,
+    testing::Values(
+        StoredSettings{"nothing", "{}"}, StoredSettings{"broken", "{"},
+        StoredSettings{"port", R"({"sortOrder": "port"})"},
+        StoredSettings{"name", R"({"sortOrder": "name"})", SortOrder::name},
+        StoredSettings{"status", R"({"sortOrder": "status"})", SortOrder::status},
+        StoredSettings{"uptime", R"({"sortOrder": "uptime"})", SortOrder::uptime},
+        StoredSettings{"capitalised", R"({"sortOrder": "Uptime"})"},
+        StoredSettings{"unknownOrder", R"({"sortOrder": "size"})"},
+        StoredSettings{"orderOfWrongType", R"({"sortOrder": 1})"},
+        StoredSettings{"pins", R"({"pinnedPorts": [3000, 5173]})", SortOrder::port, {3000, 5173}},
+        StoredSettings{"noPins", R"({"pinnedPorts": []})"},
+        StoredSettings{"pinsTwice", R"({"pinnedPorts": [3000, 3000, 5173]})", SortOrder::port, {3000, 5173}},
+        StoredSettings{"pinOfWrongType", R"({"pinnedPorts": [3000, "x"]})"},
+        StoredSettings{"fractionalPin", R"({"pinnedPorts": [3000, 1.5]})"},
+        StoredSettings{"pinsOfWrongType", R"({"pinnedPorts": "3000"})"},
+        StoredSettings{"autoRefreshOn", R"({"autoRefresh": true})", SortOrder::port, {}, true, true},
+        StoredSettings{"autoRefreshOff", R"({"autoRefresh": false})", SortOrder::port, {}, false},
+        StoredSettings{"autoRefreshOfWrongType", R"({"autoRefresh": "false"})"},
+        StoredSettings{"onlyTheBadOneIsIgnored",
+                       R"({"sortOrder": 1, "pinnedPorts": [1], "autoRefresh": false})",
+                       SortOrder::port,
+                       {1},
+                       false}),
+    [](const auto &row) { return std::string(row.param.name); });
+
+TEST_F(ServiceStoreTest, WritesBackWhatItCouldUseAndLeavesTheRest)
+{
+    writeSettings(
+        R"({"sortOrder": "Uptime", "pinnedPorts": [3000, 3000, 5173], "autoRefresh": "yes", "other": 1})");
+    makeStore();
+    const QJsonObject stored = settings();
+    EXPECT_EQ(stored.value(u"sortOrder"_s), u"Uptime"_s);
+    EXPECT_EQ(stored.value(u"autoRefresh"_s), u"yes"_s);
+    EXPECT_EQ(stored.value(u"other"_s), 1);
+    EXPECT_EQ(stored.value(u"pinnedPorts"_s).toArray().size(), 2);
+}
+
+TEST_F(ServiceStoreTest, SettingsAreStoredWhenTheyChangeAndReadByTheNextStore)
+{
+    makeStore();
+    m_store->setSortOrder(SortOrder::status);
+    m_store->togglePin(service(1, 3000));
+    m_store->setAutoRefresh(false);
+    m_store->setSearchText(u"shop"_s);
+    const QJsonObject expected{
+        {u"sortOrder"_s, u"status"_s}, {u"pinnedPorts"_s, QJsonArray{3000}}, {u"autoRefresh"_s, false}};
+    EXPECT_EQ(settings(), expected);
+
+    makeStore();
+    EXPECT_EQ(m_store->sortOrder(), SortOrder::status);
+    EXPECT_EQ(m_store->pinnedPorts(), QSet<qint64>{3000});
+    EXPECT_FALSE(m_store->autoRefresh());
+    EXPECT_EQ(m_store->searchText(), QString());
+}
+
+TEST_F(ServiceStoreTest, AnEqualAssignmentIsSilentButStored)
+{
+    makeStore();
+    m_store->setSortOrder(SortOrder::name);
+    m_store->setAutoRefresh(false);
+    ASSERT_TRUE(QFile::remove(settingsPath()));
+    const Announcements sortOrder(m_store->bindableSortOrder());
+    const Announcements autoRefresh(m_store->bindableAutoRefresh());
+    const QSignalSpy sortOrderChanged(m_store.get(), &ServiceStore::sortOrderChanged);
+
+    m_store->setSortOrder(SortOrder::name);
+    EXPECT_EQ(settings(), QJsonObject({{u"sortOrder"_s, u"name"_s}}));
+    m_store->setAutoRefresh(false);
+    EXPECT_EQ(settings(), QJsonObject({{u"sortOrder"_s, u"name"_s}, {u"autoRefresh"_s, false}}));
+    EXPECT_EQ(sortOrder.count(), 0);
+    EXPECT_EQ(sortOrderChanged.count(), 0);
+    EXPECT_EQ(autoRefresh.count(), 0);
+
+    m_store->setSortOrder(SortOrder::port);
+    EXPECT_EQ(sortOrder.count(), 1);
+    EXPECT_EQ(sortOrderChanged.count(), 1);
+}
+
+TEST_F(ServiceStoreTest, TheSameSearchTextIsSilent)
+{
+    makeStore();
+    const Announcements searchText(m_store->bindableSearchText());
+    const Announcements visible(m_store->bindableVisible());
+    m_store->setSearchText(u"shop"_s);
+    m_store->setSearchText(u"shop"_s);
+    EXPECT_EQ(searchText.count(), 1);
+    EXPECT_EQ(visible.count(), 1);
+}
+
+TEST_F(ServiceStoreTest, TogglingAPinTwiceAnnouncesAndStoresTwice)
+{
+    makeStore();
+    const Announcements pinnedPorts(m_store->bindablePinnedPorts());
+    m_store->togglePin(service(1, 3000));
+    EXPECT_EQ(m_store->pinnedPorts(), QSet<qint64>{3000});
+    EXPECT_EQ(settings().value(u"pinnedPorts"_s), QJsonArray{3000});
+    m_store->togglePin(service(2, 3000));
+    EXPECT_EQ(m_store->pinnedPorts(), QSet<qint64>());
+    EXPECT_EQ(settings().value(u"pinnedPorts"_s), QJsonArray());
+    EXPECT_EQ(pinnedPorts.count(), 2);
+}
+
+TEST_F(ServiceStoreTest, RemovingAServiceTakesEveryRecordOfItAndNothingElse)
+{
+    makeStore();
+    m_store->togglePin(service(1, 3000));
+    scan({service(1, 3000), service(2, 3000), service(1, 3000), service(1, 4000)});
+    const Announcements services(m_store->bindableServices());
+    m_store->removeService(service(1, 3000, Health::unreachable()));
+    EXPECT_EQ(m_store->services(), QList({service(2, 3000), service(1, 4000)}));
+    EXPECT_EQ(services.count(), 1);
+    EXPECT_EQ(m_store->pinnedPorts(), QSet<qint64>{3000});
+}
+
+TEST_F(ServiceStoreTest, RemovingAServiceThatIsGoneIsAnnouncedAllTheSame)
+{
+    makeStore();
+    scan({service(1, 3000)});
+    const Announcements services(m_store->bindableServices());
+    const Announcements visible(m_store->bindableVisible());
+    m_store->removeService(service(7, 3000));
+    EXPECT_EQ(m_store->services().size(), 1);
+    EXPECT_EQ(services.count(), 1);
+    EXPECT_EQ(visible.count(), 1);
+}
+
+TEST_F(ServiceStoreTest, RunningCountIsThatOfAllHealthyServices)
+{
+    makeStore();
+    scan({service(1, 1), service(2, 2), service(3, 3)});
+    m_checker.answer(0, Health::healthy(500, 1));
+    m_checker.answer(1, Health::unreachable());
+    m_checker.answer(2, Health::healthy(200, 1));
+    ASSERT_TRUE(eventually([this] { return m_store->runningCount() == 2; }));
+    m_store->setSearchText(u"nothing like this"_s);
+    EXPECT_TRUE(m_store->visible().isEmpty());
+    EXPECT_EQ(m_store->runningCount(), 2);
+}
+
+// A binding is run again when, and only when, something it read has changed, and then once.
+class ServiceStoreBinding : public ServiceStoreTest
+{
+protected:
+    template <typename Read>
+    void observe(Read read)
+    {
+        m_evaluations = 0;
+        m_binding.setBinding([this, read] {
+            ++m_evaluations;
+            return qint64(read());
+        });
+    }
+
+    int evaluations() { return std::exchange(m_evaluations, 0); }
+
+    int m_evaluations = 0;
+    QProperty<qint64> m_binding;
+};
+
+TEST_F(ServiceStoreBinding, OfServicesFollowsTheServicesAlone)
+{
+    makeStore();
+    observe([this] { return m_store->services().size(); });
+    evaluations();
+    m_store->setSearchText(u"x"_s);
+    m_store->setSortOrder(SortOrder::name);
+    m_store->togglePin(service(1, 1));
+    EXPECT_EQ(evaluations(), 0);
+    scan({service(1, 1)});
+    EXPECT_EQ(evaluations(), 1);
+    EXPECT_EQ(m_binding.value(), 1);
+    m_checker.answer(0, Health::healthy(200, 1));
+    ASSERT_TRUE(eventually([this] { return m_store->runningCount() == 1; }));
+    EXPECT_EQ(evaluations(), 1);
+    scan({service(1, 1)});
+    EXPECT_EQ(evaluations(), 0);
+    m_store->removeService(service(1, 1));
+    EXPECT_EQ(evaluations(), 1);
+    EXPECT_EQ(m_binding.value(), 0);
+}
+
+TEST_F(ServiceStoreBinding, OfVisibleFollowsAllThatDecidesIt)
+{
+    makeStore();
+    scan({service(1, 10), service(2, 20)});
+    observe([this] { return m_store->visible().value(0).port; });
+    evaluations();
+    EXPECT_EQ(m_binding.value(), 10);
+    m_store->togglePin(service(2, 20));
+    EXPECT_EQ(evaluations(), 1);
+    EXPECT_EQ(m_binding.value(), 20);
+    m_store->setSortOrder(SortOrder::name);
+    EXPECT_EQ(evaluations(), 1);
+    m_store->setSortOrder(SortOrder::name);
+    EXPECT_EQ(evaluations(), 0);
+    m_store->setSearchText(u"10"_s);
+    EXPECT_EQ(evaluations(), 1);
+    EXPECT_EQ(m_binding.value(), 10);
+    m_store->removeService(service(1, 10));
+    EXPECT_EQ(evaluations(), 1);
+    EXPECT_EQ(m_binding.value(), 0);
+    m_store->setAutoRefresh(false);
+    EXPECT_EQ(evaluations(), 0);
+}
+
+TEST_F(ServiceStoreBinding, OfVisibleIgnoresPinsAndOrderWhereThereIsNothingToOrder)
+{
+    makeStore();
+    scan({service(1, 10), service(2, 20)});
+    m_store->setSearchText(u"20"_s);
+    observe([this] { return m_store->visible().size(); });
+    evaluations();
+    m_store->togglePin(service(2, 20));
+    m_store->setSortOrder(SortOrder::uptime);
+    EXPECT_EQ(evaluations(), 0);
+    m_store->setSearchText({});
+    EXPECT_EQ(evaluations(), 1);
+    m_store->setSortOrder(SortOrder::port);
+    EXPECT_EQ(evaluations(), 1);
+}
+
+TEST_F(ServiceStoreBinding, OfRunningCountFollowsTheServicesAlone)
+{
+    makeStore();
+    scan({service(1, 10), service(2, 20)});
+    observe([this] { return m_store->runningCount(); });
+    evaluations();
+    m_store->setSearchText(u"20"_s);
+    m_store->togglePin(service(2, 20));
+    EXPECT_EQ(evaluations(), 0);
+    m_checker.answer(1, Health::healthy(404, 1));
+    ASSERT_TRUE(eventually([this] { return m_binding.value() == 1; }));
+    EXPECT_EQ(evaluations(), 1);
+}
+
+TEST_F(ServiceStoreBinding, OfLastUpdatedAndScanningFollowTheScan)
+{
+    makeStore();
+    QStringList seen;
+    QProperty<bool> updated([this] { return m_store->lastUpdated().isValid(); });
+    QProperty<bool> scanning([this] { return m_store->isScanning(); });
+    const auto noteUpdated = updated.onValueChanged([&] { seen.append(u"updated"_s); });
+    const auto noteScanning =
+        scanning.onValueChanged([&] { seen.append(scanning.value() ? u"busy"_s : u"idle"_s); });
+    scan({});
+    EXPECT_THAT(seen, testing::ElementsAre(u"busy"_s, u"updated"_s, u"idle"_s));
+}
+
+TEST_F(ServiceStoreTest, DerivedPropertiesAreFreshInsideEveryNotification)
+{
+    makeStore();
+    QList<qsizetype> seen;
+    const auto note =
+        m_store->bindableServices().addNotifier([&] { seen.append(m_store->visible().size()); });
+    scan({service(1, 10), service(2, 20)});
+    m_store->removeService(service(1, 10));
+    EXPECT_EQ(seen, (QList<qsizetype>{2, 1}));
+}
+
+TEST_F(ServiceStoreTest, BindablesCannotBeAssignedPastTheSetters)
+{
+    makeStore();
+    const QMetaObject *type = m_store->metaObject();
+    for (int i = type->propertyOffset(); i < type->propertyCount(); ++i) {
+        const QMetaProperty property = type->property(i);
+        EXPECT_TRUE(!property.isBindable() || property.bindable(m_store.get()).isReadOnly())
+            << property.name();
+    }
+}
+
+TEST_F(ServiceStoreTest, OrdersHaveAFaceOfTexts)
+{
+    makeStore();
+    EXPECT_EQ(m_store->sortOrderId(), u"port"_s);
+    m_store->setProperty("sortOrderId", u"uptime"_s);
+    EXPECT_EQ(m_store->sortOrder(), SortOrder::uptime);
+    m_store->setProperty("sortOrderId", u"Uptime"_s);
+    EXPECT_EQ(m_store->sortOrder(), SortOrder::uptime);
+    EXPECT_EQ(settings().value(u"sortOrder"_s), u"uptime"_s);
+    ASSERT_EQ(ServiceStore::sortOrders().size(), 4);
+    EXPECT_EQ(ServiceStore::sortOrders().first(), SortOrder::port);
+}
+
+TEST_F(ServiceStoreTest, ReadOnlySettingsAreUsedAndNeverWritten)
+{
+    writeSettings(R"({"sortOrder": "name"})");
+    UserDefaults defaults(settingsPath(), UserDefaults::Access::readOnly);
+    ServiceStore store(defaults, m_scanner.function(), m_checker.function());
+    EXPECT_EQ(store.sortOrder(), SortOrder::name);
+    store.setSortOrder(SortOrder::uptime);
+    store.togglePin(service(1, 3000));
+    EXPECT_EQ(settings(), QJsonObject({{u"sortOrder"_s, u"name"_s}}));
 }

@@ -24,8 +24,6 @@
 /// Runs the event loop until nothing is left to do at once.
 inline void settle()
 {
-    for (int turn = 0; turn < 10; ++turn) {
-        QCoreApplication::sendPostedEvents();
+    for (int turn = 0; turn < 10; ++turn)
         QCoreApplication::processEvents();
-    }
 }

@@ -1,0 +1,522 @@
+#include "Announcements.h"
+#include "EventLoopTicker.h"
+#include "Printers.h"
+#include "StoreFixture.h"
+
+#include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+#include <random>
+#include <thread>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+// How the store keeps its list true: scans, merges, probes, and the loop that repeats them.
+class RefreshCycle : public StoreFixture
+{
+protected:
+    bool waitForProbes(size_t count)
+    {
+        return eventually([this, count] { return m_checker.ports().size() == count; });
+    }
+};
+
+TEST_F(RefreshCycle, ScansOffTheMainThreadThenProbesEveryService)
+{
+    makeStore();
+    m_store->refresh();
+    EXPECT_TRUE(m_store->isScanning());
+    EXPECT_TRUE(m_store->services().isEmpty());
+    const QDateTime before = QDateTime::currentDateTimeUtc();
+    finishScan({service(1, 10), service(2, 20), service(3, 20)});
+    EXPECT_EQ(m_store->services(), QList({service(1, 10), service(2, 20), service(3, 20)}));
+    EXPECT_GE(m_store->lastUpdated(), before);
+    EXPECT_THAT(m_checker.ports(), testing::ElementsAre(10, 20, 20));
+}
+
+TEST_F(RefreshCycle, TheMainThreadIsNeverBlockedByAScan)
+{
+    makeStore();
+    const EventLoopTicker ticker;
+    m_store->refresh();
+    // However long the scan takes, the event loop turns meanwhile.
+    ASSERT_TRUE(eventually([&] { return m_scanner.begun() == 1 && ticker.ticks() >= 50; }));
+    EXPECT_TRUE(m_store->isScanning());
+    finishScan({});
+}
+
+TEST_F(RefreshCycle, ARefreshDuringAScanIsDropped)
+{
+    makeStore();
+    const Announcements scanning(m_store->bindableIsScanning());
+    bool secondReturned = false;
+    m_store->refresh();
+    m_store->refresh().then([&] { secondReturned = true; });
+    EXPECT_TRUE(secondReturned);
+    finishScan({service(1, 10)});
+    settle();
+    EXPECT_EQ(m_scanner.begun(), 1);
+    EXPECT_EQ(scanning.count(), 2);
+    EXPECT_EQ(m_checker.ports().size(), 1);
+}
+
+TEST_F(RefreshCycle, AThousandRefreshesAreOneScan)
+{
+    makeStore();
+    for (int i = 0; i < 1000; ++i)
+        m_store->refresh();
+    ASSERT_TRUE(eventually([this] { return m_scanner.begun() > 0; }));
+    for (int i = 0; i < 1000; ++i)
+        m_store->start();
+    finishScan({});
+    settle();
+    EXPECT_EQ(m_scanner.begun(), 1);
+    EXPECT_FALSE(m_store->isScanning());
+}
+
+TEST_F(RefreshCycle, TheTaskEndsWithTheLastProbe)
+{
+    makeStore();
+    bool done = false;
+    m_store->refresh().then([&] { done = true; });
+    finishScan({service(1, 10), service(2, 20)});
+    m_checker.answer(1, Health::healthy(200, 1));
+    ASSERT_TRUE(eventually([this] { return m_store->runningCount() == 1; }));
+    settle();
+    EXPECT_FALSE(done);
+    m_checker.answer(0, Health::unreachable());
+    EXPECT_TRUE(eventually([&] { return done; }));
+}
+
+TEST_F(RefreshCycle, AnEmptyScanEmptiesTheListAndProbesNothing)
+{
+    makeStore();
+    scan({service(1, 10)});
+    bool done = false;
+    m_store->refresh().then([&] { done = true; });
+    finishScan({});
+    EXPECT_TRUE(m_store->services().isEmpty());
+    EXPECT_TRUE(done);
+    EXPECT_EQ(m_checker.ports().size(), 1);
+}
+
+TEST_F(RefreshCycle, EveryScanIsATimeOfUpdateEvenIfNothingChanged)
+{
+    makeStore();
+    scan({service(1, 10)});
+    const QDateTime first = m_store->lastUpdated();
+    const Announcements services(m_store->bindableServices());
+    const Announcements lastUpdated(m_store->bindableLastUpdated());
+    ASSERT_TRUE(eventually([&] { return QDateTime::currentDateTimeUtc() > first; }));
+    scan({service(1, 10)});
+    EXPECT_GT(m_store->lastUpdated(), first);
+    EXPECT_EQ(lastUpdated.count(), 1);
+    EXPECT_EQ(services.count(), 0);
+}
+
+TEST_F(RefreshCycle, AMergeIsOneAnnouncementOfTheWholeList)
+{
+    makeStore();
+    const Announcements services(m_store->bindableServices());
+    const QSignalSpy signalled(m_store.get(), &ServiceStore::servicesChanged);
+    scan({service(1, 10), service(2, 20), service(3, 30)});
+    EXPECT_EQ(services.count(), 1);
+    EXPECT_EQ(signalled.count(), 1);
+}
+
+TEST_F(RefreshCycle, AKnownServiceKeepsItsHealthAndANewOneIsUnknown)
+{
+    makeStore();
+    scan({service(1, 10), service(2, 20), service(3, 30)});
+    m_checker.answer(0, Health::healthy(200, 12));
+    m_checker.answer(1, Health::unreachable());
+    m_checker.answer(2, Health::healthy(404, 3));
+    ASSERT_TRUE(eventually([this] { return healthAt(2).isHealthy(); }));
+    // The server on port 30 was restarted, and the scan's own idea of health counts for nothing.
+    scan({service(2, 20, Health::healthy(1, 1)), service(1, 10), service(4, 30, Health::checking())});
+    EXPECT_EQ(healthAt(0), Health::unreachable());
+    EXPECT_EQ(healthAt(1), Health::healthy(200, 12));
+    EXPECT_EQ(healthAt(2), Health::unknown());
+}
+
+TEST_F(RefreshCycle, OfTwoRecordsWithOneKeyTheLatersHealthIsKept)
+{
+    makeStore();
+    scan({service(1, 10), service(1, 10)});
+    // Results go to the first record, so only that one is known to be healthy.
+    m_checker.answer(1, Health::healthy(200, 1));
+    ASSERT_TRUE(eventually([this] { return m_store->runningCount() == 1; }));
+    EXPECT_EQ(healthAt(0), Health::healthy(200, 1));
+    EXPECT_EQ(healthAt(1), Health::unknown());
+    scan({service(1, 10)});
+    EXPECT_EQ(healthAt(0), Health::unknown());
+}
+
+TEST_F(RefreshCycle, ResultsAreAppliedOneAtATimeInTheOrderOfCompletion)
+{
+    makeStore();
+    scan({service(1, 10), service(2, 20), service(3, 30)});
+    QList<QList<Health::State>> seen;
+    const auto note = m_store->bindableServices().addNotifier([&] {
+        seen.append(QList<Health::State>());
+        for (const Service &known : m_store->services())
+            seen.last().append(known.health.state());
+    });
+    m_checker.answer(2, Health::healthy(200, 1));
+    m_checker.answer(0, Health::unreachable());
+    m_checker.answer(1, Health::healthy(200, 1));
+    ASSERT_TRUE(eventually([&] { return seen.size() == 3; }));
+    using enum Health::State;
+    const QList<QList<Health::State>> expected{
+        {unknown, unknown, healthy}, {unreachable, unknown, healthy}, {unreachable, healthy, healthy}};
+    EXPECT_EQ(seen, expected);
+}
+
+TEST_F(RefreshCycle, AResultEqualToTheKnownHealthIsAnnouncedAllTheSame)
+{
+    makeStore();
+    scan({service(1, 10)});
+    const Announcements services(m_store->bindableServices());
+    m_checker.answer(0, Health::unknown());
+    EXPECT_TRUE(eventually([&] { return services.count() == 1; }));
+}
+
+TEST_F(RefreshCycle, ServicesOnOnePortAreProbedAndAnsweredSeparately)
+{
+    makeStore();
+    scan({service(1, 10), service(2, 10)});
+    m_checker.answer(1, Health::healthy(200, 1));
+    ASSERT_TRUE(eventually([this] { return m_store->runningCount() == 1; }));
+    EXPECT_EQ(healthAt(0), Health::unknown());
+    EXPECT_EQ(healthAt(1), Health::healthy(200, 1));
+}
+
+TEST_F(RefreshCycle, OfOverlappingPassesTheLastAnswerWins)
+{
+    makeStore();
+    scan({service(1, 10)});
+    scan({service(1, 10)});
+    ASSERT_EQ(m_checker.ports().size(), 2);
+    m_checker.answer(1, Health::healthy(200, 2));
+    ASSERT_TRUE(eventually([this] { return healthAt(0) == Health::healthy(200, 2); }));
+    m_checker.answer(0, Health::unreachable());
+    EXPECT_TRUE(eventually([this] { return healthAt(0) == Health::unreachable(); }));
+}
+
+TEST_F(RefreshCycle, AResultForAServiceThatIsGoneChangesNothing)
+{
+    makeStore();
+    bool done = false;
+    m_store->refresh().then([&] { done = true; });
+    finishScan({service(1, 10), service(2, 20)});
+    m_store->removeService(service(1, 10));
+    const QList<Service> left = m_store->services();
+    const Announcements services(m_store->bindableServices());
+    m_checker.answer(0, Health::healthy(200, 1));
+    m_checker.answer(1, Health::unknown());
+    ASSERT_TRUE(eventually([&] { return done; }));
+    EXPECT_EQ(m_store->services(), left);
+    EXPECT_EQ(services.count(), 1);
+}
+
+TEST_F(RefreshCycle, ARestartedServerIsNotGivenItsPredecessorsAnswer)
+{
+    makeStore();
+    scan({service(1, 10)});
+    scan({service(2, 10)});
+    m_checker.answer(0, Health::healthy(200, 1));
+    settle();
+    EXPECT_EQ(healthAt(0), Health::unknown());
+}
+
+TEST_F(RefreshCycle, AProbeGivenUpLeavesTheHealthUnknown)
+{
+    makeStore();
+    bool done = false;
+    m_store->refresh().then([&] { done = true; });
+    finishScan({service(1, 10)});
+    m_checker.abandon(0);
+    ASSERT_TRUE(eventually([&] { return done; }));
+    EXPECT_EQ(healthAt(0), Health::unknown());
+}
+
+TEST_F(RefreshCycle, AnAnswerThatIsThereAtOnceIsTaken)
+{
+    UserDefaults defaults(settingsPath());
+    ServiceStore store(defaults, m_scanner.function(),
+                       [](qint64 port) { return QtFuture::makeReadyFuture(Health::healthy(200, port)); });
+    store.refresh();
+    m_scanner.finish({service(1, 10), service(2, 20)});
+    ASSERT_TRUE(eventually([&] { return store.runningCount() == 2; }));
+    EXPECT_EQ(store.services().at(1).health, Health::healthy(200, 20));
+}
+
+TEST_F(RefreshCycle, ARefreshAskedForByAnObserverOfTheEndOfTheScanRuns)
+{
+    makeStore();
+    int idle = 0;
+    const auto note = m_store->bindableIsScanning().addNotifier([&] {
+        if (!m_store->isScanning() && ++idle == 1)
+            m_store->refresh();
+    });
+    m_store->refresh();
+    m_scanner.finish({service(1, 10)});
+    ASSERT_TRUE(eventually([&] { return idle == 1 && m_store->isScanning(); }));
+    m_scanner.finish({service(1, 10)});
+    ASSERT_TRUE(eventually([&] { return idle == 2; }));
+    EXPECT_EQ(m_scanner.begun(), 2);
+    EXPECT_EQ(m_checker.ports().size(), 2);
+}
+
+// Auto-refresh. Times are only ever compared with the shortest wait that can be right.
+
+TEST_F(RefreshCycle, StartRefreshesAtOnceAndThenAgainAfterTheInterval)
+{
+    makeStore(50ms);
+    QElapsedTimer timer;
+    timer.start();
+    m_store->start();
+    EXPECT_TRUE(m_store->isScanning());
+    finishScan({});
+    ASSERT_TRUE(eventually([this] { return m_scanner.begun() == 2; }));
+    EXPECT_GE(timer.elapsed(), 49);
+}
+
+TEST_F(RefreshCycle, StartWithAutoRefreshOffRefreshesOnce)
+{
+    makeStore(1ms);
+    m_store->setAutoRefresh(false);
+    m_store->start();
+    finishScan({});
+    QTest::qWait(50);
+    EXPECT_EQ(m_scanner.begun(), 1);
+}
+
+TEST_F(RefreshCycle, TheNextWaitBeginsWithTheLastProbe)
+{
+    makeStore(30ms);
+    m_store->setAutoRefresh(true);
+    ASSERT_TRUE(eventually([this] { return m_scanner.begun() == 1; }));
+    finishScan({service(1, 10)});
+    QTest::qWait(100);
+    EXPECT_EQ(m_scanner.begun(), 1);
+    QElapsedTimer timer;
+    timer.start();
+    m_checker.answer(0, Health::unreachable());
+    ASSERT_TRUE(eventually([this] { return m_scanner.begun() == 2; }));
+    EXPECT_GE(timer.elapsed(), 29);
+}
+
+TEST_F(RefreshCycle, SwitchingOffDuringTheWaitEndsTheLoop)
+{
+    makeStore(40ms);
+    m_store->setAutoRefresh(true);
+    m_store->setAutoRefresh(false);
+    QTest::qWait(120);
+    EXPECT_EQ(m_scanner.begun(), 0);
+}
+
+TEST_F(RefreshCycle, SwitchingOffDuringARefreshEndsTheLoopAfterIt)
+{
+    makeStore(10ms);
+    m_store->setAutoRefresh(true);
+    ASSERT_TRUE(eventually([this] { return m_scanner.begun() == 1; }));
+    m_store->setAutoRefresh(false);
+    finishScan({service(1, 10)});
+    EXPECT_TRUE(waitForProbes(1));
+    m_checker.answer(0, Health::healthy(200, 1));
+    ASSERT_TRUE(eventually([this] { return m_store->runningCount() == 1; }));
+    QTest::qWait(50);
+    EXPECT_EQ(m_scanner.begun(), 1);
+}
+
+TEST_F(RefreshCycle, SwitchingOnAgainBeginsANewWait)
+{
+    makeStore(100ms);
+    m_store->setAutoRefresh(true);
+    QTest::qWait(60);
+    m_store->setAutoRefresh(false);
+    QElapsedTimer timer;
+    timer.start();
+    m_store->setAutoRefresh(true);
+    ASSERT_TRUE(eventually([this] { return m_scanner.begun() == 1; }));
+    EXPECT_GE(timer.elapsed(), 99);
+}
+
+TEST_F(RefreshCycle, ManyStartsLeaveOneLoop)
+{
+    makeStore(100ms);
+    for (int i = 0; i < 3; ++i) {
+        m_store->start();
+        QTest::qWait(20);
+    }
+    finishScan({});
+    EXPECT_EQ(m_scanner.begun(), 1);
+    // The loop's own refresh is held for longer than a wait. Had another loop gone on, it would be in the
+    // middle of a wait when this one's begins.
+    ASSERT_TRUE(eventually([this] { return m_scanner.begun() == 2; }));
+    QTest::qWait(150);
+    QElapsedTimer timer;
+    timer.start();
+    finishScan({});
+    ASSERT_TRUE(eventually([this] { return m_scanner.begun() == 3; }));
+    EXPECT_GE(timer.elapsed(), 99);
+}
+
+// The end of the store, wherever its coroutines are suspended.
+
+namespace {
+
+enum class Moment {
+    scanBegun,
+    scanDelivered,
+    probing,
+    answerDelivered,
+    oneAnswerApplied,
+    passesOverlap,
+    loopSleeps,
+    loopScans,
+    loopProbes,
+    stoppedLoopScans
+};
+
+struct End
+{
+    const char *name;
+    Moment moment;
+};
+
+} // namespace
+
+class RefreshCycleEnd : public RefreshCycle, public testing::WithParamInterface<End>
+{
+protected:
+    void bringStoreTo(Moment moment)
+    {
+        const bool isLoop = moment >= Moment::loopSleeps;
+        makeStore(isLoop && moment != Moment::loopSleeps ? 1ms : 1h);
+        if (isLoop) {
+            m_store->setAutoRefresh(true);
+            if (moment == Moment::loopSleeps)
+                return;
+        } else {
+            m_store->refresh().then([this] { m_taskEnded = true; });
+        }
+        ASSERT_TRUE(eventually([this] { return m_scanner.begun() == 1; }));
+        if (moment == Moment::stoppedLoopScans)
+            m_store->setAutoRefresh(false);
+        if (moment == Moment::scanBegun || moment == Moment::loopScans || moment == Moment::stoppedLoopScans)
+            return;
+        if (moment == Moment::scanDelivered) {
+            m_scanner.finish({service(1, 10)});
+            std::this_thread::sleep_for(20ms);
+            return;
+        }
+        finishScan({service(1, 10), service(2, 20)});
+        if (moment == Moment::passesOverlap)
+            scan({service(2, 20), service(3, 30)});
+        if (moment == Moment::answerDelivered || moment == Moment::oneAnswerApplied)
+            m_checker.answer(1, Health::healthy(200, 1));
+        ASSERT_TRUE(
+            eventually([&] { return moment != Moment::oneAnswerApplied || m_store->runningCount() == 1; }));
+    }
+
+    bool m_taskEnded = false;
+};
+
+TEST_P(RefreshCycleEnd, LeavesNothingBehind)
+{
+    bringStoreTo(GetParam().moment);
+    const bool isTaskAwaited = GetParam().moment < Moment::loopSleeps;
+    EXPECT_FALSE(m_taskEnded);
+    m_store.reset();
+    EXPECT_EQ(m_taskEnded, isTaskAwaited);
+    // What comes too late finds nobody.
+    m_scanner.finish({service(9, 90)});
+    for (size_t probe = 0; probe < m_checker.ports().size(); ++probe)
+        m_checker.abandon(probe);
+    settle();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Moments, RefreshCycleEnd,
+    testing::Values(End{"scanBegun", Moment::scanBegun}, End{"scanDelivered", Moment::scanDelivered},
+                    End{"probing", Moment::probing}, End{"answerDelivered", Moment::answerDelivered},
+                    End{"oneAnswerApplied", Moment::oneAnswerApplied},
+                    End{"passesOverlap", Moment::passesOverlap}, End{"loopSleeps", Moment::loopSleeps},
+                    End{"loopScans", Moment::loopScans}, End{"loopProbes", Moment::loopProbes},
+                    End{"stoppedLoopScans", Moment::stoppedLoopScans}),
+    [](const auto &row) { return std::string(row.param.name); });
+
+TEST_F(RefreshCycle, TheEndAsksARunningScanToStop)
+{
+    makeStore();
+    m_store->refresh();
+    ASSERT_TRUE(eventually([this] { return m_scanner.begun() == 1; }));
+    m_store.reset();
+    EXPECT_EQ(m_scanner.stopped(), 1);
+}
+
+TEST_F(RefreshCycle, ProbesAnsweredByOtherThreadsAreAllApplied)
+{
+    constexpr int count = 60;
+    constexpr int rounds = 10;
+    std::vector<std::jthread> threads;
+    const auto check = [&threads](qint64 port) {
+        auto promise = std::make_shared<QPromise<Health>>();
+        promise->start();
+        const QFuture<Health> future = promise->future();
+        threads.emplace_back([promise = std::move(promise), port]() mutable {
+            std::this_thread::sleep_for(std::chrono::microseconds(port * 37 % 900));
+            promise->addResult(Health::healthy(200, port));
+            promise->finish();
+        });
+        return future;
+    };
+    QList<Service> services;
+    for (int i = 1; i <= count; ++i)
+        services.append(service(i, i));
+    UserDefaults defaults(settingsPath());
+    ServiceStore store(
+        defaults, [services](std::stop_token) { return services; }, check);
+    for (int round = 0; round < rounds; ++round) {
+        bool done = false;
+        store.refresh().then([&] { done = true; });
+        ASSERT_TRUE(eventually([&] { return done; }));
+        EXPECT_EQ(store.runningCount(), count);
+        threads.clear();
+    }
+}
+
+TEST_F(RefreshCycle, MayEndAtAnyMomentWhileOtherThreadsAnswer)
+{
+    std::mt19937 random(3);
+    for (int round = 0; round < 40; ++round) {
+        std::vector<std::jthread> threads;
+        const auto check = [&threads](qint64 port) {
+            auto promise = std::make_shared<QPromise<Health>>();
+            promise->start();
+            const QFuture<Health> future = promise->future();
+            threads.emplace_back([promise = std::move(promise), port]() mutable {
+                std::this_thread::sleep_for(std::chrono::microseconds(port * 100));
+                promise->addResult(Health::healthy(200, port));
+                promise->finish();
+            });
+            return future;
+        };
+        const auto scan = [](std::stop_token) {
+            QList<Service> services;
+            for (int i = 1; i <= 10; ++i)
+                services.append(service(i, i));
+            return services;
+        };
+        UserDefaults defaults(settingsPath());
+        ServiceStore store(defaults, scan, check, 1ms);
+        store.start();
+        QTest::qWait(int(random() % 4));
+    }
+}
