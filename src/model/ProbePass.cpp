@@ -1,5 +1,13 @@
 #include "ProbePass.h"
 
+ProbePass::~ProbePass()
+{
+    for (const auto &probe : m_probes) {
+        if (!probe->isFinished())
+            probe->cancel();
+    }
+}
+
 void ProbePass::start(const QList<Service> services, const Checker &check)
 {
     m_probes.reserve(services.size());

@@ -29,6 +29,8 @@ public:
     explicit ProbePass(Waits &waits)
         : m_results(waits)
     {}
+    /// Cancels the probes whose results nobody waits for any more.
+    ~ProbePass();
     Q_DISABLE_COPY_MOVE(ProbePass)
 
     /// Starts one probe per service, in list order.

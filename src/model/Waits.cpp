@@ -17,7 +17,7 @@ void Waits::cancel()
 
 Wait::~Wait()
 {
-    std::erase(m_waits.m_suspended, this);
+    Q_ASSERT(!m_coroutine);
 }
 
 void Wait::suspend(std::coroutine_handle<> coroutine)

@@ -29,7 +29,7 @@ private:
     bool m_cancelled = false;
 };
 
-/// A place where one coroutine can be suspended: the base of what it may await.
+/// A place where one coroutine can be suspended: the base of what it may await. Must not go while one is.
 class Wait
 {
 public:

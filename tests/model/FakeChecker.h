@@ -43,6 +43,9 @@ public:
     /// Ends the probe without an answer.
     void abandon(size_t probe) { m_probes.at(probe).promise.reset(); }
 
+    /// Whether nobody wants the probe's answer any more.
+    bool isCancelled(size_t probe) const { return m_probes.at(probe).promise->isCanceled(); }
+
 private:
     struct Probe
     {

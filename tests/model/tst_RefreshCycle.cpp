@@ -461,6 +461,18 @@ TEST_F(RefreshCycle, TheEndAsksARunningScanToStop)
     EXPECT_EQ(m_scanner.stopped(), 1);
 }
 
+TEST_F(RefreshCycle, TheEndCancelsTheProbesUnderWay)
+{
+    makeStore();
+    scan({service(1, 10), service(2, 20)});
+    m_checker.answer(0, Health::healthy(200, 1));
+    ASSERT_TRUE(eventually([this] { return m_store->runningCount() == 1; }));
+    EXPECT_FALSE(m_checker.isCancelled(1));
+    m_store.reset();
+    EXPECT_FALSE(m_checker.isCancelled(0));
+    EXPECT_TRUE(m_checker.isCancelled(1));
+}
+
 TEST_F(RefreshCycle, ProbesAnsweredByOtherThreadsAreAllApplied)
 {
     constexpr int count = 60;

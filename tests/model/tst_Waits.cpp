@@ -66,6 +66,8 @@ TEST(Waits, WakingWithoutAWaiterDoesNothing)
     Waiter waiter;
     waiter.wait(gate, 1);
     EXPECT_TRUE(waiter.results.empty());
+    gate.wake();
+    EXPECT_EQ(waiter.results, std::vector({true}));
 }
 
 TEST(Waits, CancellingEndsEveryWaitAndFreesTheCoroutines)
