@@ -2,7 +2,7 @@
 
 #include "Health.h"
 #include "Mailbox.h"
-#include "Service.h"
+#include "ServiceKey.h"
 
 #include <QFuture>
 #include <QFutureWatcher>
@@ -21,8 +21,7 @@ public:
 
     struct Result
     {
-        qint32 pid;
-        qint64 port;
+        ServiceKey key;
         Health health;
     };
 

@@ -2,6 +2,7 @@
 
 #include "Mailbox.h"
 #include "Pause.h"
+#include "ServiceKey.h"
 #include "UserDefaults.h"
 #include "VisibleList.h"
 
@@ -17,19 +18,11 @@ constexpr QStringView sortOrderKey = u"sortOrder";
 constexpr QStringView pinnedPortsKey = u"pinnedPorts";
 constexpr QStringView autoRefreshKey = u"autoRefresh";
 
-/// What a service is known by from one scan to the next; its id, without making a text of it.
-using Key = std::pair<qint32, qint64>;
-
-Key keyOf(const Service &service)
-{
-    return {service.pid, service.port};
-}
-
 /// `found` with the health that each service had in `known`; of two known services with one key, the later
 /// counts.
 QList<Service> merged(QList<Service> found, const QList<Service> &known)
 {
-    QHash<Key, Health> health;
+    QHash<ServiceKey, Health> health;
     health.reserve(known.size());
     for (const Service &service : known)
         health.insert(keyOf(service), service.health);
@@ -107,7 +100,10 @@ QList<SortOrder> ServiceStore::sortOrders()
 
 void ServiceStore::storePinnedPorts()
 {
-    m_defaults.setIntegers(pinnedPortsKey, m_pinnedPorts.valueBypassingBindings().values());
+    // Sorted, so that the same pins are the same file.
+    QList<qint64> ports = m_pinnedPorts.valueBypassingBindings().values();
+    std::ranges::sort(ports);
+    m_defaults.setIntegers(pinnedPortsKey, ports);
 }
 
 void ServiceStore::setAutoRefresh(bool autoRefresh)
@@ -219,7 +215,7 @@ QCoro::Task<> ServiceStore::runHealthChecks()
 void ServiceStore::applyHealth(const ProbePass::Result &result)
 {
     const QList<Service> &services = m_services.valueBypassingBindings();
-    const auto found = std::ranges::find(services, Key(result.pid, result.port), keyOf);
+    const auto found = std::ranges::find(services, result.key, keyOf);
     if (found == services.end())
         return;
     changeInPlace(m_services, [&result, row = found - services.begin()](QList<Service> &changed) {

@@ -1,6 +1,7 @@
 #include "VisibleServicesModel.h"
 
 #include "ListMerge.h"
+#include "ServiceKey.h"
 #include "ServiceStore.h"
 
 #include <QHash>
@@ -12,8 +13,6 @@ struct VisibleServicesModel::Row
 {
     Service service;
     bool isPinned;
-
-    std::pair<qint32, qint64> key() const { return {service.pid, service.port}; }
 };
 
 VisibleServicesModel::VisibleServicesModel(QObject *parent)
@@ -121,17 +120,17 @@ VisibleServicesModel::Rows VisibleServicesModel::wantedRows() const
 /// the first.
 std::vector<int> VisibleServicesModel::originsOf(const Rows &wanted) const
 {
-    QHash<std::pair<qint32, qint64>, int> firstWithKey;
+    QHash<ServiceKey, int> firstWithKey;
     firstWithKey.reserve(qsizetype(m_rows.size()));
     std::vector<int> nextWithKey(m_rows.size());
     for (int row = count() - 1; row >= 0; --row) {
-        nextWithKey[row] = firstWithKey.value(m_rows[row]->key(), ListMerge::newRow);
-        firstWithKey.insert(m_rows[row]->key(), row);
+        nextWithKey[row] = firstWithKey.value(keyOf(m_rows[row]->service), ListMerge::newRow);
+        firstWithKey.insert(keyOf(m_rows[row]->service), row);
     }
     std::vector<int> origins;
     origins.reserve(wanted.size());
     for (const auto &row : wanted) {
-        const auto first = firstWithKey.find(row->key());
+        const auto first = firstWithKey.find(keyOf(row->service));
         const bool isNew = first == firstWithKey.end() || *first == ListMerge::newRow;
         origins.push_back(isNew ? ListMerge::newRow : std::exchange(*first, nextWithKey[*first]));
     }
