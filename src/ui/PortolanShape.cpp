@@ -6,13 +6,11 @@
 
 PortolanShape::PortolanShape(QQuickItem *parent)
     : TintedItem(parent)
-{
-    setFlag(ItemHasContents);
-}
+{}
 
-QImage PortolanShape::figure(const QSize &size, qreal) const
+QImage PortolanShape::figure(const QSize &pixels, qreal) const
 {
-    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
     BrandArt::draw(&painter, image.rect());

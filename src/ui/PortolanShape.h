@@ -12,6 +12,5 @@ public:
     explicit PortolanShape(QQuickItem *parent = nullptr);
 
 protected:
-    [[nodiscard]] QSizeF figureSize() const override { return size(); }
-    [[nodiscard]] QImage figure(const QSize &size, qreal scale) const override;
+    [[nodiscard]] QImage figure(const QSize &pixels, qreal scale) const override;
 };

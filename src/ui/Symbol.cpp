@@ -5,7 +5,6 @@
 Symbol::Symbol(QQuickItem *parent)
     : TintedItem(parent)
 {
-    setFlag(ItemHasContents);
     setImplicitSize(SymbolSet::box(m_size), SymbolSet::box(m_size));
 }
 
@@ -37,12 +36,12 @@ void Symbol::setWeight(int weight)
     Q_EMIT weightChanged();
 }
 
-QSizeF Symbol::figureSize() const
+QSizeF Symbol::imageSize() const
 {
     return {SymbolSet::box(m_size), SymbolSet::box(m_size)};
 }
 
-QImage Symbol::figure(const QSize &size, qreal scale) const
+QImage Symbol::figure(const QSize &pixels, qreal scale) const
 {
-    return SymbolSet::image(m_name, size.width(), SymbolSet::stroke(m_size, m_weight, scale));
+    return SymbolSet::image(m_name, pixels.width(), SymbolSet::stroke(m_size, m_weight, scale));
 }

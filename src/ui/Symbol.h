@@ -34,8 +34,8 @@ Q_SIGNALS:
     void weightChanged();
 
 protected:
-    [[nodiscard]] QSizeF figureSize() const override;
-    [[nodiscard]] QImage figure(const QSize &size, qreal scale) const override;
+    [[nodiscard]] QSizeF imageSize() const override;
+    [[nodiscard]] QImage figure(const QSize &pixels, qreal scale) const override;
 
 private:
     QString m_name;

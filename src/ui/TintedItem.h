@@ -1,14 +1,11 @@
 #pragma once
 
-#include <QColor>
-#include <QImage>
-#include <QQuickItem>
-#include <QtQmlIntegration>
+#include "PixelItem.h"
 
-/// An item that shows a one-coloured figure pixel for pixel: the figure is drawn at the window's scale for
-/// just the pixels that it covers, so that it is sharp at every scale and costs the renderer one copied
-/// image.
-class TintedItem : public QQuickItem
+#include <QColor>
+
+/// An item that shows a figure of one colour.
+class TintedItem : public PixelItem
 {
     Q_OBJECT
     QML_ANONYMOUS
@@ -22,17 +19,13 @@ Q_SIGNALS:
     void colorChanged();
 
 protected:
-    using QQuickItem::QQuickItem;
+    using PixelItem::PixelItem;
 
-    /// The size of the figure, which stands in the middle of the item.
-    [[nodiscard]] virtual QSizeF figureSize() const = 0;
-    /// The figure for `size` in pixels, of which `scale` make a device-independent one; only its alpha is
-    /// used. Null where there is nothing to show.
-    [[nodiscard]] virtual QImage figure(const QSize &size, qreal scale) const = 0;
+    /// The figure on `pixels`, of which `scale` make a device-independent one; only its alpha is used. Null
+    /// where there is nothing to show.
+    [[nodiscard]] virtual QImage figure(const QSize &pixels, qreal scale) const = 0;
 
-    QSGNode *updatePaintNode(QSGNode *old, UpdatePaintNodeData *data) final;
-    void itemChange(ItemChange change, const ItemChangeData &data) override;
-    void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
+    [[nodiscard]] QImage image(const QSize &pixels, qreal scale) const final;
 
 private:
     QColor m_color = Qt::black;
