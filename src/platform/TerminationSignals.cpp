@@ -60,3 +60,5 @@ TerminationSignals::~TerminationSignals()
         install(signal, SIG_DFL);
     close(g_event);
 }
+
+#include "moc_TerminationSignals.cpp"
