@@ -1,0 +1,49 @@
+#include "Ink.h"
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Strong and faint stay relative to the terminal's own colours, which may be dark on light. The colours of
+// states are the desktop program's, as near as the terminal comes.
+struct Codes
+{
+    QLatin1StringView sixteen;
+    QLatin1StringView palette;
+    QLatin1StringView exact;
+};
+
+constexpr std::array<Codes, 7> codes{{
+    {""_L1, ""_L1, ""_L1},
+    {"1"_L1, "1"_L1, "1"_L1},
+    {"2"_L1, "2"_L1, "2"_L1},
+    {"34"_L1, "38;5;69"_L1, "38;2;59;130;246"_L1},
+    {"32"_L1, "38;5;41"_L1, "38;2;34;197;94"_L1},
+    {"33"_L1, "38;5;178"_L1, "38;2;234;179;8"_L1},
+    {"31"_L1, "38;5;204"_L1, "38;2;244;63;94"_L1},
+}};
+
+} // namespace
+
+Ink::Depth Ink::depthOfTerminal(const QByteArray &term, const QByteArray &colorTerm,
+                                const QByteArray &noColor)
+{
+    if (!noColor.isEmpty() || term.isEmpty() || term == "dumb")
+        return Depth::none;
+    if (colorTerm == "truecolor" || colorTerm == "24bit")
+        return Depth::exact;
+    return term.contains("256color") ? Depth::palette : Depth::sixteen;
+}
+
+QString Ink::operator()(Tone tone, const QString &text) const
+{
+    const Codes &code = codes[size_t(tone)];
+    const QLatin1StringView chosen = m_depth == Depth::exact     ? code.exact
+                                     : m_depth == Depth::palette ? code.palette
+                                                                 : code.sixteen;
+    if (m_depth == Depth::none || chosen.isEmpty() || text.isEmpty())
+        return text;
+    return "\x1b["_L1 + chosen + u'm' + text + "\x1b[0m"_L1;
+}

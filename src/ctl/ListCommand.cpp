@@ -1,0 +1,74 @@
+#include "ListCommand.h"
+
+#include "EmptyText.h"
+#include "ProgressLine.h"
+#include "ServiceJson.h"
+#include "ServiceTable.h"
+#include "Session.h"
+#include "Terminal.h"
+#include "TerminationSignals.h"
+
+#include <QCoroTask>
+
+#include <QEventLoop>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int interrupted = 130;
+
+// Refreshes the store once, with a line on the terminal meanwhile. False when the user ended the wait.
+bool refresh(ServiceStore &store)
+{
+    ProgressLine progress;
+    const auto say = [&] {
+        progress.setText(ListCommand::progressText(store.isScanning(), store.services()));
+    };
+    const auto onScan = store.bindableIsScanning().addNotifier(say);
+    const auto onServices = store.bindableServices().addNotifier(say);
+
+    QEventLoop loop;
+    const TerminationSignals signals;
+    QObject::connect(&signals, &TerminationSignals::received, &loop, [&] { loop.exit(interrupted); });
+    QTimer::singleShot(0, &loop, [&] { QCoro::connect(store.refresh(), &loop, &QEventLoop::quit); });
+    return loop.exec() != interrupted;
+}
+
+QByteArray table(const ServiceStore &store)
+{
+    const QList<Service> services = store.visible();
+    const bool isTerminal = Terminal::isOutput();
+    if (isTerminal && services.isEmpty())
+        return (emptyText(!store.services().isEmpty(), Terminal::size().columns, Terminal::ink()) + u'\n')
+            .toUtf8();
+    ServiceTable::Look look{.ink = Terminal::ink()};
+    if (isTerminal)
+        look.columns = Terminal::size().columns;
+    return ServiceTable::of(services, store.pinnedPorts(), look).toUtf8();
+}
+
+} // namespace
+
+int ListCommand::run(const CommandLine &line)
+{
+    Session session(line);
+    ServiceStore &store = session.store();
+    if (!refresh(store))
+        return interrupted;
+    return Terminal::write(line.json ? ServiceJson::of(store.visible(), store.pinnedPorts(),
+                                                       ServiceJson::Layout::indented)
+                                     : table(store))
+               ? 0
+               : 1;
+}
+
+QString ListCommand::progressText(bool isScanning, const QList<Service> &services)
+{
+    if (isScanning)
+        return u"Looking for servers…"_s;
+    const auto answered = std::ranges::count_if(
+        services, [](const Service &service) { return service.health.state() != Health::State::unknown; });
+    return u"Asking the servers… %1 of %2"_s.arg(answered).arg(services.size());
+}

@@ -1,0 +1,80 @@
+#include "Program.h"
+
+#include "Commands.h"
+#include "Terminal.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+int print(const QString &text)
+{
+    return Terminal::write(text.toUtf8()) ? 0 : 1;
+}
+
+QStringList argumentsOf(int argc, char **argv)
+{
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    return arguments;
+}
+
+std::variant<CommandLine, CommandLine::Error> parsed(const QStringList &arguments)
+{
+    std::vector<CommandShape> shapes;
+    std::ranges::transform(commands(), std::back_inserter(shapes), &Command::shape);
+    return CommandLine::parse(arguments, shapes);
+}
+
+// Nothing is logged, also not by the libraries in use: standard error is for the user's own mistakes.
+void dropMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
+
+} // namespace
+
+int Program::run(int argc, char **argv)
+{
+    const auto result = parsed(argumentsOf(argc, argv));
+    if (const auto *error = std::get_if<CommandLine::Error>(&result)) {
+        std::fprintf(stderr, "portolanctl: %s\n", qUtf8Printable(error->message));
+        return usageError;
+    }
+    const auto &line = std::get<CommandLine>(result);
+    if (line.help)
+        return print(helpText());
+    if (line.version)
+        return print(u"portolanctl " PORTOLAN_VERSION "\n"_s);
+
+    qInstallMessageHandler(dropMessage);
+    const QCoreApplication application(argc, argv);
+    const auto named = std::ranges::find(commands(), line.command,
+                                         [](const Command &command) { return command.shape.name; });
+    return (named == commands().end() ? commands().front() : *named).run(line);
+}
+
+QString Program::helpText()
+{
+    QString text = u"Shows the dev servers of this machine.\n\n"
+                   "Usage: portolanctl [COMMAND] [OPTION...]\n\nCommands:\n"_s;
+    for (const Command &command : commands()) {
+        QString usage = command.shape.name;
+        if (!command.shape.operandName.isEmpty())
+            usage += u' ' + command.shape.operandName;
+        text += "  "_L1 + usage.leftJustified(16) + command.summary + u'\n';
+    }
+    return text +
+           u"\nOptions of list and watch:\n"
+           "  --json          print JSON: an array of objects; with watch, one array per line and refresh\n"
+           "  --no-probe      do not ask the servers whether they answer\n"
+           "  --search TEXT   only servers whose name, port, folder or framework has TEXT in it\n"
+           "  --sort ORDER    by port, name, status or uptime instead of the stored order\n"
+           "\n"
+           "  --help          print this and exit\n"
+           "  --version       print the version and exit\n"_s;
+}

@@ -1,0 +1,40 @@
+#include "ProgressLine.h"
+
+#include "Terminal.h"
+#include "TerminalText.h"
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+ProgressLine::ProgressLine()
+    : m_ink(Terminal::ink())
+{
+    if (!Terminal::isOutputAddressable())
+        return;
+    m_delay.setSingleShot(true);
+    m_delay.callOnTimeout([this] { draw(); });
+    m_delay.start(150ms);
+}
+
+void ProgressLine::setText(const QString &text)
+{
+    m_text = text;
+    if (m_isDrawn)
+        draw();
+}
+
+void ProgressLine::clear()
+{
+    m_delay.stop();
+    if (std::exchange(m_isDrawn, false))
+        (void)Terminal::write("\r\x1b[K");
+}
+
+void ProgressLine::draw()
+{
+    m_isDrawn = true;
+    const QString text = TerminalText::elided(m_text, Terminal::size().columns - 1);
+    (void)Terminal::write(("\r"_L1 + m_ink(Tone::faint, text) + "\x1b[K"_L1).toUtf8());
+}

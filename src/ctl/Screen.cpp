@@ -1,0 +1,100 @@
+#include "Screen.h"
+
+#include "Terminal.h"
+
+#include <array>
+#include <csignal>
+
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QByteArrayView enter = "\x1b[?1049h\x1b[?25l"; // a screen of our own, without cursor
+constexpr QByteArrayView leave = "\x1b[?25h\x1b[?1049l";
+
+sigset_t resizeSignal()
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGWINCH);
+    return signals;
+}
+
+int openResizeSignals()
+{
+    const sigset_t signals = resizeSignal();
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    return signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
+}
+
+} // namespace
+
+Screen::Screen()
+    : m_keys(STDIN_FILENO, QSocketNotifier::Read)
+    , m_resizeFd(openResizeSignals())
+    , m_resizes(m_resizeFd, QSocketNotifier::Read)
+{
+    m_keys.setEnabled(false);
+    connect(&m_keys, &QSocketNotifier::activated, this, &Screen::readKeys);
+    connect(&m_resizes, &QSocketNotifier::activated, this, &Screen::readResizes);
+    startReadingKeys();
+    (void)Terminal::write(enter);
+}
+
+Screen::~Screen()
+{
+    (void)Terminal::write(leave);
+    if (m_modeBefore)
+        tcsetattr(STDIN_FILENO, TCSAFLUSH, &*m_modeBefore);
+    m_resizes.setEnabled(false);
+    close(m_resizeFd);
+    const sigset_t signals = resizeSignal();
+    pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+}
+
+bool Screen::show(const QString &picture)
+{
+    if (picture == m_shown)
+        return true;
+    m_shown = picture;
+    QString output = picture;
+    output.replace(u'\n', "\x1b[K\r\n"_L1);
+    return Terminal::write(("\x1b[H"_L1 + output + "\x1b[K\x1b[J"_L1).toUtf8());
+}
+
+// Keys come one by one and unseen. Control-Z does nothing: it would leave the shell with this screen.
+void Screen::startReadingKeys()
+{
+    termios mode{};
+    if (tcgetattr(STDIN_FILENO, &mode) != 0)
+        return;
+    m_modeBefore = mode;
+    mode.c_lflag &= ~tcflag_t(ICANON | ECHO);
+    mode.c_cc[VSUSP] = _POSIX_VDISABLE;
+    mode.c_cc[VMIN] = 1;
+    mode.c_cc[VTIME] = 0;
+    tcsetattr(STDIN_FILENO, TCSAFLUSH, &mode);
+    m_keys.setEnabled(true);
+}
+
+void Screen::readKeys()
+{
+    std::array<char, 64> keys;
+    const ssize_t count = read(STDIN_FILENO, keys.data(), keys.size());
+    if (count <= 0)
+        m_keys.setEnabled(false);
+    for (ssize_t i = 0; i < count; ++i)
+        Q_EMIT typed(keys[size_t(i)]);
+}
+
+void Screen::readResizes()
+{
+    signalfd_siginfo signal;
+    while (read(m_resizeFd, &signal, sizeof signal) == ssize_t(sizeof signal)) {
+    }
+    m_shown.clear();
+    Q_EMIT resized();
+}

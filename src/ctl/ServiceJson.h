@@ -1,0 +1,18 @@
+#pragma once
+
+#include "Service.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QSet>
+
+/// The list as JSON for programs. Pure functions.
+namespace ServiceJson {
+
+enum class Layout : bool { oneLine, indented };
+
+/// An array of objects in the given order, as UTF-8 text ended by a line feed. Whatever a terminal might obey
+/// stands in it as an escape sequence of JSON.
+[[nodiscard]] QByteArray of(const QList<Service> &services, const QSet<qint64> &pinnedPorts, Layout layout);
+
+} // namespace ServiceJson

@@ -1,0 +1,50 @@
+#include "Terminal.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+bool Terminal::isOutput()
+{
+    return isatty(STDOUT_FILENO) == 1;
+}
+
+bool Terminal::isOutputAddressable()
+{
+    const QByteArray term = qgetenv("TERM");
+    return isOutput() && !term.isEmpty() && term != "dumb";
+}
+
+Terminal::Size Terminal::size()
+{
+    winsize window{};
+    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &window) != 0 || window.ws_col == 0 || window.ws_row == 0)
+        return {};
+    return {.columns = window.ws_col, .rows = window.ws_row};
+}
+
+Ink Terminal::ink()
+{
+    if (!isOutput())
+        return Ink();
+    return Ink(Ink::depthOfTerminal(qgetenv("TERM"), qgetenv("COLORTERM"), qgetenv("NO_COLOR")));
+}
+
+bool Terminal::write(QByteArrayView bytes)
+{
+    while (!bytes.isEmpty()) {
+        const ssize_t written = ::write(STDOUT_FILENO, bytes.data(), size_t(bytes.size()));
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written < 0) {
+            if (errno != EPIPE)
+                std::fprintf(stderr, "portolanctl: cannot write: %s\n", std::strerror(errno));
+            return false;
+        }
+        bytes = bytes.sliced(written);
+    }
+    return true;
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Ink.h"
+
+#include <QByteArrayView>
+
+/// What standard output is connected to, and writing to it.
+namespace Terminal {
+
+struct Size
+{
+    int columns = 80;
+    int rows = 24;
+
+    friend bool operator==(const Size &, const Size &) = default;
+};
+
+/// Whether standard output is a terminal.
+[[nodiscard]] bool isOutput();
+/// Whether it is one that can erase and go back.
+[[nodiscard]] bool isOutputAddressable();
+/// How large it is now.
+[[nodiscard]] Size size();
+/// Colours for what is written to it: none where it is no terminal or the user wants none.
+[[nodiscard]] Ink ink();
+
+/// Writes all of `bytes` to standard output. Where that fails, says why on standard error (unless just nobody
+/// reads any more) and returns false.
+[[nodiscard]] bool write(QByteArrayView bytes);
+
+} // namespace Terminal

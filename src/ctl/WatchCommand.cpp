@@ -1,0 +1,87 @@
+#include "WatchCommand.h"
+
+#include "Program.h"
+#include "Screen.h"
+#include "ServiceJson.h"
+#include "Session.h"
+#include "Terminal.h"
+#include "TerminationSignals.h"
+#include "WatchFrame.h"
+
+#include <QCoroTask>
+
+#include <QEventLoop>
+#include <QTimer>
+
+#include <chrono>
+#include <cstdio>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+// Redraws once for all the changes that come at the same time.
+int watchOnScreen(ServiceStore &store)
+{
+    QEventLoop loop;
+    const TerminationSignals signals;
+    QObject::connect(&signals, &TerminationSignals::received, &loop, &QEventLoop::quit);
+
+    Screen screen;
+    QTimer redraw;
+    redraw.setSingleShot(true);
+    redraw.callOnTimeout(&screen, [&] {
+        const WatchFrame::Content content{.services = store.visible(),
+                                          .pinnedPorts = store.pinnedPorts(),
+                                          .isSearching = !store.services().isEmpty(),
+                                          .lastUpdated = store.lastUpdated()};
+        if (!screen.show(WatchFrame::of(content, Terminal::size(), Terminal::ink())))
+            loop.exit(1);
+    });
+    const auto redrawSoon = [&] { redraw.start(0ms); };
+    QObject::connect(&store, &ServiceStore::visibleChanged, &redraw, redrawSoon);
+    QObject::connect(&store, &ServiceStore::lastUpdatedChanged, &redraw, redrawSoon);
+    QObject::connect(&screen, &Screen::resized, &redraw, redrawSoon);
+    QObject::connect(&screen, &Screen::typed, &loop, [&](char key) {
+        if (key == 'q' || key == 'Q')
+            loop.quit();
+    });
+
+    redrawSoon();
+    store.setAutoRefresh(true);
+    store.start();
+    return loop.exec();
+}
+
+// One line per refresh, after its last probe.
+int watchAsJson(ServiceStore &store)
+{
+    QEventLoop loop;
+    const TerminationSignals signals;
+    QObject::connect(&signals, &TerminationSignals::received, &loop, &QEventLoop::quit);
+
+    QTimer next;
+    next.setSingleShot(true);
+    const auto print = [&] {
+        if (Terminal::write(
+                ServiceJson::of(store.visible(), store.pinnedPorts(), ServiceJson::Layout::oneLine)))
+            next.start(5s);
+        else
+            loop.exit(1);
+    };
+    next.callOnTimeout(&loop, [&] { QCoro::connect(store.refresh(), &loop, print); });
+    next.start(0s);
+    return loop.exec();
+}
+
+} // namespace
+
+int WatchCommand::run(const CommandLine &line)
+{
+    if (!line.json && !Terminal::isOutputAddressable()) {
+        std::fputs("portolanctl: 'watch' needs a terminal, or option '--json'\n", stderr);
+        return Program::usageError;
+    }
+    Session session(line);
+    return line.json ? watchAsJson(session.store()) : watchOnScreen(session.store());
+}

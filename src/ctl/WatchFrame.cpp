@@ -1,0 +1,46 @@
+#include "WatchFrame.h"
+
+#include "EmptyText.h"
+#include "ServiceTable.h"
+#include "TerminalText.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QStringList listLines(const WatchFrame::Content &content, Terminal::Size size, const Ink &ink)
+{
+    if (!content.lastUpdated.isValid())
+        return {};
+    if (content.services.isEmpty())
+        return {emptyText(content.isSearching, size.columns, ink)};
+    QString table = ServiceTable::of(content.services, content.pinnedPorts,
+                                     {.columns = size.columns, .ink = ink, .isSteady = true});
+    table.chop(1);
+    return table.split(u'\n');
+}
+
+QString footer(const WatchFrame::Content &content, Terminal::Size size, const Ink &ink)
+{
+    const QString state = content.lastUpdated.isValid()
+                              ? u"Updated "_s + content.lastUpdated.toLocalTime().toString(u"HH:mm:ss"_s)
+                              : u"Looking for servers…"_s;
+    return ink(Tone::faint, TerminalText::elided(state + u" · q to quit"_s, size.columns));
+}
+
+} // namespace
+
+QString WatchFrame::of(const Content &content, Terminal::Size size, const Ink &ink)
+{
+    QStringList lines = listLines(content, size, ink);
+    const qsizetype room = std::max(1, size.rows - 2); // besides the footer and a line of air above it
+    if (lines.size() > room) {
+        const qsizetype hidden = lines.size() - room + 1;
+        lines.resize(room);
+        lines.last() = ink(Tone::faint, TerminalText::elided(u"… %1 more"_s.arg(hidden), size.columns));
+    }
+    if (!lines.isEmpty() && size.rows > 2)
+        lines.append(QString());
+    lines.append(footer(content, size, ink));
+    return lines.join(u'\n');
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Ink.h"
+#include "Service.h"
+#include "Terminal.h"
+
+#include <QDateTime>
+#include <QList>
+#include <QSet>
+#include <QString>
+
+/// The living list as one picture of the terminal. A pure function.
+namespace WatchFrame {
+
+struct Content
+{
+    QList<Service> services; ///< as shown
+    QSet<qint64> pinnedPorts;
+    bool isSearching = false; ///< whether there are others that do not match
+    QDateTime lastUpdated;    ///< invalid before the first scan
+};
+
+/// At most as many lines as the terminal has, each at most as wide, separated by line feeds.
+[[nodiscard]] QString of(const Content &content, Terminal::Size size, const Ink &ink);
+
+} // namespace WatchFrame

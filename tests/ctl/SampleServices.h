@@ -1,0 +1,43 @@
+#pragma once
+
+#include "HomeFolder.h"
+#include "Service.h"
+
+/// Services as a scan might find them.
+namespace SampleServices {
+
+inline Service shop()
+{
+    return {.pid = 4242,
+            .port = 3000,
+            .command = QStringLiteral("node"),
+            .folderPath = QStringLiteral("/srv/customers/acme/shop"),
+            .displayName = QStringLiteral("Shop"),
+            .framework = Framework::next,
+            .health = Health::healthy(200, 12),
+            .stats = ProcessStats{5400, 1.5, 87.4}};
+}
+
+inline Service api()
+{
+    return {.pid = 7,
+            .port = 8080,
+            .command = QStringLiteral("python3"),
+            .folderPath = HomeFolder::path() + QStringLiteral("/api"),
+            .displayName = QStringLiteral("Api"),
+            .framework = Framework::flask,
+            .health = Health::unreachable(),
+            .stats = ProcessStats{42, 0, 1536}};
+}
+
+/// One about which hardly anything could be found out.
+inline Service stranger()
+{
+    return {.pid = 123456,
+            .port = 50051,
+            .command = QStringLiteral("java"),
+            .displayName = QStringLiteral("Java"),
+            .framework = Framework::java};
+}
+
+} // namespace SampleServices

@@ -1,0 +1,472 @@
+#include "HomeFolder.h"
+#include "OddServer.h"
+#include "Printers.h"
+#include "PtyProcess.h"
+#include "TerminalEmulator.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <memory>
+
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString program = QStringLiteral(PORTOLANCTL);
+
+struct Outcome
+{
+    int status = -1;
+    QByteArray output;
+    QByteArray error;
+};
+
+Outcome finished(QProcess &process)
+{
+    if (!process.waitForFinished(60'000) || process.exitStatus() != QProcess::NormalExit)
+        return {};
+    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+}
+
+// The lines that hold `port` as a word of their own.
+QStringList linesOf(const QStringList &lines, quint16 port)
+{
+    return lines.filter(QRegularExpression(u"(^|\\s)%1\\s"_s.arg(port)));
+}
+
+} // namespace
+
+/// This program is the server that the real portolanctl finds: it listens, from a folder in the home folder.
+class Portolanctl : public testing::Test
+{
+protected:
+    Portolanctl()
+        : m_folder(HomeFolder::path() + u"/portolan-test-XXXXXX"_s)
+        , m_previousFolder(QDir::currentPath())
+    {
+        EXPECT_TRUE(m_folder.isValid());
+        EXPECT_TRUE(QDir(m_folder.path()).mkdir(u"shop"_s));
+        EXPECT_TRUE(QDir(m_folder.path()).mkdir(u"config"_s));
+        QDir::setCurrent(folder());
+    }
+    ~Portolanctl() override { QDir::setCurrent(m_previousFolder); }
+
+    [[nodiscard]] QString folder() const { return m_folder.filePath(u"shop"_s); }
+    [[nodiscard]] QString configFolder() const { return m_folder.filePath(u"config"_s); }
+
+    void writeSettings(const QByteArray &json) const
+    {
+        QDir(configFolder()).mkdir(u"portolan"_s);
+        QFile file(settingsPath());
+        ASSERT_TRUE(file.open(QFile::WriteOnly));
+        file.write(json);
+    }
+    [[nodiscard]] QString settingsPath() const { return configFolder() + u"/portolan/settings.json"_s; }
+
+    void prepare(QProcess &process) const
+    {
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"XDG_CONFIG_HOME"_s, configFolder());
+        environment.remove(u"DISPLAY"_s);
+        environment.remove(u"WAYLAND_DISPLAY"_s);
+        process.setProcessEnvironment(environment);
+    }
+
+    [[nodiscard]] Outcome run(const QStringList &arguments) const
+    {
+        QProcess process;
+        prepare(process);
+        process.start(program, arguments);
+        return finished(process);
+    }
+
+    [[nodiscard]] Outcome runInShell(const QString &script) const
+    {
+        QProcess process;
+        prepare(process);
+        process.start(u"/bin/sh"_s, {u"-c"_s, script, u"sh"_s, program});
+        return finished(process);
+    }
+
+    [[nodiscard]] QJsonArray services(const QStringList &arguments) const
+    {
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_EQ(outcome.error, QByteArray());
+        QJsonParseError error;
+        const auto document = QJsonDocument::fromJson(outcome.output, &error);
+        EXPECT_EQ(error.error, QJsonParseError::NoError) << error.errorString().toStdString();
+        EXPECT_TRUE(document.isArray());
+        return document.array();
+    }
+
+    [[nodiscard]] static QJsonObject withPort(const QJsonArray &services, quint16 port)
+    {
+        for (const QJsonValue &service : services) {
+            if (service[u"port"_s].toInt() == port)
+                return service.toObject();
+        }
+        return {};
+    }
+
+    [[nodiscard]] PtyProcess::Options options(int columns = 120) const
+    {
+        return {.columns = columns,
+                .environment = {{"XDG_CONFIG_HOME", configFolder().toUtf8()},
+                                {"TERM", "xterm-256color"},
+                                {"COLORTERM", ""},
+                                {"NO_COLOR", ""}}};
+    }
+
+    const OddServer::Script m_ok = OddServer::answers("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n");
+
+private:
+    QTemporaryDir m_folder;
+    QString m_previousFolder;
+};
+
+TEST_F(Portolanctl, ListsARunningServer)
+{
+    const OddServer server(m_ok);
+    const Outcome outcome = run({u"list"_s});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.error, QByteArray());
+    EXPECT_FALSE(outcome.output.contains('\x1b'));
+    const QStringList lines = QString::fromUtf8(outcome.output).split(u'\n');
+    EXPECT_TRUE(lines.first().contains(u"PORT  NAME"_s));
+    const QStringList found = linesOf(lines, server.port());
+    ASSERT_EQ(found.size(), 1) << outcome.output.toStdString();
+    EXPECT_TRUE(found.first().contains(u"Online 200 · "_s));
+    EXPECT_TRUE(found.first().contains(QString::number(getpid())));
+    EXPECT_TRUE(found.first().endsWith(HomeFolder::abbreviated(folder(), HomeFolder::path())));
+}
+
+TEST_F(Portolanctl, ListsAsJson)
+{
+    const OddServer server(OddServer::answers("HTTP/1.1 404 Not Found\r\n\r\n"));
+    const QJsonObject service = withPort(services({u"list"_s, u"--json"_s}), server.port());
+    EXPECT_EQ(service.keys(), QStringList({u"command"_s, u"displayName"_s, u"folderPath"_s, u"framework"_s,
+                                           u"health"_s, u"id"_s, u"pid"_s, u"pinned"_s, u"port"_s,
+                                           u"prettyFolder"_s, u"stats"_s, u"url"_s}));
+    EXPECT_EQ(service[u"id"_s].toString(), u"%1-%2"_s.arg(getpid()).arg(server.port()));
+    EXPECT_EQ(service[u"folderPath"_s].toString(), folder());
+    EXPECT_EQ(service[u"url"_s].toString(), u"http://localhost:%1"_s.arg(server.port()));
+    EXPECT_EQ(service[u"health"_s][u"state"_s].toString(), u"healthy"_s);
+    EXPECT_EQ(service[u"health"_s][u"status"_s].toInt(), 404);
+    EXPECT_GT(service[u"stats"_s][u"memoryMB"_s].toDouble(), 1);
+}
+
+TEST_F(Portolanctl, ListsWithoutACommand)
+{
+    const OddServer server(m_ok);
+    EXPECT_FALSE(withPort(services({u"--json"_s}), server.port()).isEmpty());
+}
+
+TEST_F(Portolanctl, ProbesNothingIfAsked)
+{
+    const OddServer server(m_ok);
+    const QJsonObject service = withPort(services({u"list"_s, u"--json"_s, u"--no-probe"_s}), server.port());
+    EXPECT_EQ(service[u"health"_s].toObject(), QJsonObject({{u"state"_s, u"unknown"_s}}));
+    EXPECT_EQ(server.connections(), 0);
+}
+
+TEST_F(Portolanctl, Searches)
+{
+    const OddServer one(m_ok);
+    const OddServer other(m_ok);
+    const QJsonArray found =
+        services({u"list"_s, u"--json"_s, u"--no-probe"_s, u"--search"_s, QString::number(one.port())});
+    EXPECT_FALSE(withPort(found, one.port()).isEmpty());
+    EXPECT_TRUE(withPort(found, other.port()).isEmpty());
+    EXPECT_EQ(services({u"list"_s, u"--json"_s, u"--no-probe"_s, u"--search"_s, u"no such server"_s}),
+              QJsonArray());
+}
+
+TEST_F(Portolanctl, SortsAsStoredUnlessToldOtherwise)
+{
+    const OddServer silent([](OddServer::Connection &) {});
+    const OddServer healthy(m_ok);
+    const auto first = [&](const QStringList &more) {
+        for (const QJsonValue &service : services(QStringList{u"list"_s, u"--json"_s} + more)) {
+            const int port = service[u"port"_s].toInt();
+            if (port == silent.port() || port == healthy.port())
+                return port;
+        }
+        return 0;
+    };
+    const int lower = std::min(silent.port(), healthy.port());
+    EXPECT_EQ(first({}), lower);
+    EXPECT_EQ(first({u"--sort"_s, u"status"_s}), healthy.port());
+    writeSettings(R"({"sortOrder": "status"})");
+    EXPECT_EQ(first({}), healthy.port());
+    EXPECT_EQ(first({u"--sort=port"_s}), lower);
+}
+
+TEST_F(Portolanctl, ShowsPinnedServersFirstAndMarksThem)
+{
+    const OddServer one(m_ok);
+    const OddServer other(m_ok);
+    const quint16 pinned = std::max(one.port(), other.port());
+    writeSettings("{\"pinnedPorts\": [" + QByteArray::number(pinned) + "]}");
+    const QJsonArray all = services({u"list"_s, u"--json"_s, u"--no-probe"_s});
+    EXPECT_EQ(all.first()[u"port"_s].toInt(), pinned);
+    EXPECT_EQ(all.first()[u"pinned"_s], QJsonValue(true));
+    EXPECT_EQ(withPort(all, std::min(one.port(), other.port()))[u"pinned"_s], QJsonValue(false));
+
+    const QStringList lines = QString::fromUtf8(run({u"list"_s, u"--no-probe"_s}).output).split(u'\n');
+    EXPECT_TRUE(lines.value(1).startsWith(u'*')) << lines.value(1).toStdString();
+}
+
+TEST_F(Portolanctl, NeverTouchesTheSettings)
+{
+    EXPECT_EQ(run({u"list"_s, u"--sort=name"_s}).status, 0);
+    EXPECT_FALSE(QFileInfo::exists(configFolder() + u"/portolan"_s));
+
+    const QByteArray odd = R"({"pinnedPorts": "none", "sortOrder": 7)";
+    writeSettings(odd);
+    const QDateTime before = QFileInfo(settingsPath()).lastModified();
+    EXPECT_EQ(run({u"list"_s, u"--sort=name"_s}).status, 0);
+    QFile file(settingsPath());
+    ASSERT_TRUE(file.open(QFile::ReadOnly));
+    EXPECT_EQ(file.readAll(), odd);
+    EXPECT_EQ(QFileInfo(settingsPath()).lastModified(), before);
+    EXPECT_EQ(QDir(configFolder() + u"/portolan"_s).entryList(QDir::Files).size(), 1);
+}
+
+TEST_F(Portolanctl, WritesNothingRawThatAFolderIsCalled)
+{
+    const QString name = u"evil\x1b[31m\x07\u009b1m\n\u202e"_s;
+    ASSERT_TRUE(QDir(folder()).mkdir(name));
+    ASSERT_TRUE(QDir::setCurrent(folder() + u'/' + name));
+    const OddServer server(m_ok);
+    for (const QString &format : {u"--no-probe"_s, u"--json"_s}) {
+        const Outcome outcome = run({u"list"_s, format});
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_FALSE(outcome.output.contains('\x1b'));
+        EXPECT_FALSE(outcome.output.contains('\x07'));
+        EXPECT_FALSE(outcome.output.contains("\u009b"));
+        EXPECT_FALSE(outcome.output.contains("\u202e"));
+        EXPECT_TRUE(outcome.output.contains(QByteArray::number(server.port())));
+    }
+}
+
+TEST_F(Portolanctl, RefusesWhatMakesNoSenseInOneLine)
+{
+    const QList<QStringList> lines{{u"lst"_s},
+                                   {u"list"_s, u"--nonsense"_s},
+                                   {u"list"_s, u"3000"_s},
+                                   {u"list"_s, u"--sort=size"_s},
+                                   {u"list"_s, u"--search"_s},
+                                   {u"watch"_s}};
+    for (const QStringList &arguments : lines) {
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.status, 2) << arguments.join(u' ').toStdString();
+        EXPECT_EQ(outcome.output, QByteArray());
+        EXPECT_TRUE(outcome.error.startsWith("portolanctl: "));
+        EXPECT_EQ(outcome.error.count('\n'), 1);
+        EXPECT_TRUE(outcome.error.endsWith('\n'));
+    }
+}
+
+TEST_F(Portolanctl, TellsItsVersionAndHowToUseIt)
+{
+    EXPECT_EQ(run({u"--version"_s}).output, "portolanctl " PORTOLAN_VERSION "\n");
+    const Outcome help = run({u"--help"_s});
+    EXPECT_EQ(help.status, 0);
+    for (const char *word :
+         {"list", "watch", "--json", "--no-probe", "--search", "--sort", "--help", "--version"})
+        EXPECT_TRUE(help.output.contains(word)) << word;
+}
+
+TEST_F(Portolanctl, EndsQuietlyWhenNobodyReadsOn)
+{
+    const Outcome outcome = runInShell(u"\"$1\" list --json | head -n 1"_s);
+    EXPECT_EQ(outcome.output, "[\n");
+    EXPECT_EQ(outcome.error, QByteArray());
+    const Outcome ignoring = runInShell(u"trap '' PIPE; \"$1\" list --json | :"_s);
+    EXPECT_EQ(ignoring.error, QByteArray());
+}
+
+TEST_F(Portolanctl, SaysWhenItCannotWrite)
+{
+    const Outcome outcome = runInShell(u"\"$1\" list > /dev/full"_s);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.error, "portolanctl: cannot write: No space left on device\n");
+}
+
+TEST_F(Portolanctl, NeedsNoLibraryOfTheDesktop)
+{
+    const Outcome outcome = runInShell(u"LD_TRACE_LOADED_OBJECTS=1 \"$1\""_s);
+    EXPECT_TRUE(outcome.output.contains("libQt6Core"));
+    for (const char *library : {"libQt6Gui", "libQt6DBus", "libQt6Qml", "libQt6Widgets", "libxcb", "libX11"})
+        EXPECT_FALSE(outcome.output.contains(library)) << library;
+}
+
+TEST_F(Portolanctl, SaysNothingAboutTheLocale)
+{
+    const Outcome outcome = runInShell(u"LC_ALL=C \"$1\" list --no-probe"_s);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.error, QByteArray());
+}
+
+TEST_F(Portolanctl, ColoursTheTableOnATerminal)
+{
+    const OddServer server(m_ok);
+    PtyProcess list(program, {u"list"_s}, options());
+    EXPECT_EQ(list.exitStatus(), 0);
+    EXPECT_TRUE(list.output().contains("\x1b[38;5;41mOnline 200"));
+    EXPECT_EQ(linesOf(seenOnTerminal(list.output()), server.port()).size(), 1);
+}
+
+TEST_F(Portolanctl, HonoursNoColor)
+{
+    const OddServer server(m_ok);
+    PtyProcess::Options plain = options();
+    plain.environment.append(std::pair<QByteArray, QByteArray>("NO_COLOR", "1"));
+    PtyProcess list(program, {u"list"_s}, plain);
+    EXPECT_EQ(list.exitStatus(), 0);
+    EXPECT_FALSE(list.output().contains("\x1b[3"));
+    EXPECT_FALSE(list.output().contains("\x1b[1m"));
+    EXPECT_FALSE(list.output().contains("\x1b[2m"));
+}
+
+TEST_F(Portolanctl, KeepsWithinTheTerminal)
+{
+    const OddServer server(m_ok);
+    PtyProcess list(program, {u"list"_s}, options(60));
+    EXPECT_EQ(list.exitStatus(), 0);
+    const QStringList lines = seenOnTerminal(list.output());
+    EXPECT_EQ(linesOf(lines, server.port()).size(), 1);
+    for (const QString &line : lines)
+        EXPECT_LE(line.size(), 60) << line.toStdString();
+}
+
+TEST_F(Portolanctl, ShowsWhatItWaitsForAndLeavesNoTraceOfIt)
+{
+    const OddServer slow([](OddServer::Connection &connection) {
+        connection.readRequest();
+        if (connection.pause(std::chrono::milliseconds(900)))
+            connection.send("HTTP/1.1 200 OK\r\n\r\n");
+    });
+    PtyProcess list(program, {u"list"_s}, options());
+    EXPECT_EQ(list.exitStatus(), 0);
+    EXPECT_TRUE(list.output().contains("Asking the servers…"));
+    const QStringList lines = seenOnTerminal(list.output());
+    EXPECT_TRUE(lines.filter(u"Asking"_s).isEmpty());
+    EXPECT_TRUE(lines.filter(u"Looking"_s).isEmpty());
+    EXPECT_TRUE(lines.value(0).contains(u"PORT"_s));
+    EXPECT_EQ(linesOf(lines, slow.port()).size(), 1);
+}
+
+TEST_F(Portolanctl, LeavesNoTraceWhenInterrupted)
+{
+    const OddServer silent([](OddServer::Connection &connection) { connection.hang(); });
+    PtyProcess list(program, {u"list"_s}, options());
+    ASSERT_TRUE(list.readUntil([&] { return list.output().contains("Asking"); }));
+    list.sendSignal(SIGINT);
+    EXPECT_EQ(list.exitStatus(), 130);
+    EXPECT_EQ(seenOnTerminal(list.output()), QStringList());
+}
+
+TEST_F(Portolanctl, SaysWhenNothingMatches)
+{
+    PtyProcess list(program, {u"list"_s, u"--search"_s, u"no such server"_s}, options());
+    const OddServer server(m_ok);
+    EXPECT_EQ(list.exitStatus(), 0);
+    const QStringList lines = seenOnTerminal(list.output());
+    ASSERT_EQ(lines.size(), 1);
+    EXPECT_TRUE(lines.first() == u"No matches · Try a different name or port."_s ||
+                lines.first() ==
+                    u"Nothing running · Start a dev server and it appears here automatically."_s);
+}
+
+TEST_F(Portolanctl, WatchFollowsWhatHappens)
+{
+    auto server = std::make_unique<OddServer>(m_ok);
+    const quint16 port = server->port();
+    PtyProcess watch(program, {u"watch"_s}, options());
+    const auto seen = [&] { return linesOf(seenOnTerminal(watch.output()), port); };
+    ASSERT_TRUE(
+        watch.readUntil([&] { return seen().size() == 1 && seen().first().contains(u"Online 200"_s); }));
+    server.reset();
+    EXPECT_TRUE(watch.readUntil([&] { return seen().isEmpty(); }));
+    const OddServer next(m_ok);
+    EXPECT_TRUE(
+        watch.readUntil([&] { return linesOf(seenOnTerminal(watch.output()), next.port()).size() == 1; }));
+    watch.type("q");
+    EXPECT_EQ(watch.exitStatus(), 0);
+}
+
+class PortolanctlWatchEnds : public Portolanctl, public testing::WithParamInterface<const char *>
+{};
+
+TEST_P(PortolanctlWatchEnds, AndLeavesTheTerminalAsItWas)
+{
+    PtyProcess watch(program, {u"watch"_s}, options());
+    const termios before = watch.mode();
+    ASSERT_TRUE(watch.readUntil([&] { return watch.output().contains("q to quit"); }));
+    EXPECT_FALSE(watch.mode().c_lflag & ECHO);
+    const QByteArray how = GetParam();
+    if (how == "q")
+        watch.type("q");
+    else if (how == "ControlC")
+        watch.type("\x03");
+    else
+        watch.sendSignal(how == "Terminated" ? SIGTERM : SIGHUP);
+    ASSERT_TRUE(watch.readUntil([&] { return watch.output().contains("\x1b[?1049l"); }));
+    EXPECT_EQ(watch.exitStatus(), 0);
+    EXPECT_EQ(watch.mode().c_lflag, before.c_lflag);
+    EXPECT_TRUE(watch.output().contains("\x1b[?25h"));
+    EXPECT_EQ(seenOnTerminal(watch.output()), QStringList());
+}
+
+INSTANTIATE_TEST_SUITE_P(By, PortolanctlWatchEnds, testing::Values("q", "ControlC", "Terminated", "HungUp"),
+                         [](const auto &row) { return std::string(row.param); });
+
+TEST_F(Portolanctl, WatchFollowsTheSizeOfTheTerminal)
+{
+    const OddServer server(m_ok);
+    PtyProcess watch(program, {u"watch"_s}, options(120));
+    const auto lines = [&] { return seenOnTerminal(watch.output()); };
+    ASSERT_TRUE(watch.readUntil([&] { return lines().value(0).endsWith(u"FOLDER"_s); }));
+    watch.resize(50, 20);
+    EXPECT_TRUE(watch.readUntil(
+        [&] { return lines().value(0).contains(u"PORT"_s) && !lines().value(0).contains(u"FOLDER"_s); }));
+    for (const QString &line : lines())
+        EXPECT_LE(line.size(), 50);
+    watch.type("q");
+    EXPECT_EQ(watch.exitStatus(), 0);
+}
+
+TEST_F(Portolanctl, WatchPrintsALineOfJsonPerRefresh)
+{
+    const OddServer server(m_ok);
+    QProcess watch;
+    prepare(watch);
+    watch.start(program, {u"watch"_s, u"--json"_s});
+    for (int refresh = 0; refresh < 2; ++refresh) {
+        while (!watch.canReadLine() && watch.waitForReadyRead(60'000)) {
+        }
+        const auto document = QJsonDocument::fromJson(watch.readLine());
+        ASSERT_TRUE(document.isArray());
+        EXPECT_EQ(withPort(document.array(), server.port())[u"health"_s][u"state"_s].toString(),
+                  u"healthy"_s);
+    }
+    watch.terminate();
+    EXPECT_TRUE(watch.waitForFinished(60'000));
+    EXPECT_EQ(watch.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(watch.exitCode(), 0);
+}
