@@ -18,23 +18,25 @@ const ScreenArea &screenAt(QPoint point, const QList<ScreenArea> &screens)
     return found != screens.end() ? *found : screens.first();
 }
 
-// How far `point` lies beyond (positive) or within (negative) each edge of `area`, the first edge winning a
-// tie.
-Edge outermostEdge(QPoint point, const QRect &area)
+// The edge that `point` is nearest to, or farthest beyond; top and bottom count as nearer by `bias`.
+Edge nearestEdge(QPoint point, const QRect &area, int bias)
 {
     const std::array<std::pair<int, Edge>, 4> distances{{
-        {area.top() - point.y(), Edge::Top},
-        {point.y() - area.bottom(), Edge::Bottom},
-        {area.left() - point.x(), Edge::Left},
-        {point.x() - area.right(), Edge::Right},
+        {point.y() - area.top() - bias, Edge::Top},
+        {area.bottom() - point.y() - bias, Edge::Bottom},
+        {point.x() - area.left(), Edge::Left},
+        {area.right() - point.x(), Edge::Right},
     }};
-    return std::ranges::max_element(distances, {}, &std::pair<int, Edge>::first)->second;
+    return std::ranges::min_element(distances, {}, &std::pair<int, Edge>::first)->second;
 }
 
-// The panel's edge: the one whose reserved strip holds the anchor, else the nearest one of the screen.
+// The panel's edge: the one whose reserved strip holds the anchor. A panel that reserves nothing is taken for
+// one at the nearest edge, and in a corner for a horizontal one, as most are.
 Edge panelEdge(QPoint anchor, const ScreenArea &screen)
 {
-    return outermostEdge(anchor, screen.available.contains(anchor) ? screen.geometry : screen.available);
+    constexpr int cornerSize = 48;
+    return screen.available.contains(anchor) ? nearestEdge(anchor, screen.geometry, cornerSize)
+                                             : nearestEdge(anchor, screen.available, 0);
 }
 
 int clampedStart(int start, int length, int low, int high)

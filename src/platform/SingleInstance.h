@@ -1,5 +1,7 @@
 #pragma once
 
+#include "StartRequest.h"
+
 #include <QDBusConnection>
 #include <QLocalServer>
 #include <QLockFile>
@@ -9,13 +11,6 @@
 #include <QVariantMap>
 
 #include <optional>
-
-/// What a start of the program asks of the one that runs.
-enum class StartRequest {
-    None,   ///< a start in the background has nothing to ask for
-    Open,   ///< show the list
-    Window, ///< show it in the window
-};
 
 /// Sees to it that one Portolan runs per session: by a name on the session bus, which also carries what a
 /// second start asks for; where there is no bus, by a lock and a socket in the user's runtime folder.

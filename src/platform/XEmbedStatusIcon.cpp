@@ -26,7 +26,7 @@ XEmbedStatusIcon::XEmbedStatusIcon(const StatusIconArt &art)
                 [this, index] { chooseMenuEntry(index); });
     connect(&m_icon, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
         if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::MiddleClick)
-            Q_EMIT activated(m_icon.geometry().center());
+            Q_EMIT activated({}); // the pointer is at the icon
     });
     m_icon.setToolTip(u"Portolan"_s);
     m_icon.setContextMenu(&m_menu);

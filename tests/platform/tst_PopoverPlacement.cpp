@@ -69,7 +69,8 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(Placement{"Top", {640, 10}, {Bare}, {448, 27, 384, 600}},
                     Placement{"Bottom", {640, 790}, {Bare}, {448, 174, 384, 600}},
                     Placement{"Left", {10, 400}, {Bare}, {27, 100, 384, 600}},
-                    Placement{"Right", {1270, 400}, {Bare}, {870, 100, 384, 600}}),
+                    Placement{"Right", {1270, 400}, {Bare}, {870, 100, 384, 600}},
+                    Placement{"Corner", {1270, 12}, {Bare}, {892, 29, 384, 600}}),
     [](const auto &test) { return test.param.name; });
 
 namespace {
