@@ -40,22 +40,36 @@ void PortolanApp::start(StartRequest request)
         return openWindow();
     if (request == StartRequest::None)
         return;
-    const auto openWithoutHost = [this](StatusIcon::Host host) {
-        if (host == StatusIcon::Host::Absent)
+    onceHostIsKnown([this] {
+        if (!isReachable())
             openWindow();
-    };
-    if (m_icon->host() == StatusIcon::Host::Unknown)
-        connect(m_icon.get(), &StatusIcon::hostChanged, this, openWithoutHost, Qt::SingleShotConnection);
-    else
-        openWithoutHost(m_icon->host());
+    });
 }
 
 void PortolanApp::show(StartRequest request)
 {
-    if (request == StartRequest::Window || m_icon->host() != StatusIcon::Host::Present)
-        openWindow();
+    if (request == StartRequest::Window)
+        return openWindow();
+    onceHostIsKnown([this] {
+        if (isReachable())
+            openPopover(m_iconPosition.value_or(PopoverPlacement::fallbackAnchor(Screens::all())));
+        else
+            openWindow();
+    });
+}
+
+bool PortolanApp::isReachable() const
+{
+    return m_icon->host() == StatusIcon::Host::Present;
+}
+
+template <typename Action>
+void PortolanApp::onceHostIsKnown(Action action)
+{
+    if (m_icon->host() != StatusIcon::Host::Unknown)
+        action();
     else
-        openPopover(m_iconPosition.value_or(PopoverPlacement::fallbackAnchor(Screens::all())));
+        connect(m_icon.get(), &StatusIcon::hostChanged, this, action, Qt::SingleShotConnection);
 }
 
 void PortolanApp::clickIcon(QPoint anchor)
@@ -89,7 +103,7 @@ void PortolanApp::detach()
 void PortolanApp::leaveWindow()
 {
     // Without a status icon nothing would be left to reach the program by.
-    if (m_icon->host() != StatusIcon::Host::Present)
+    if (!isReachable())
         QCoreApplication::quit();
 }
 

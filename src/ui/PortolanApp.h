@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ReopenGuard.h"
-#include "SingleInstance.h"
+#include "StartRequest.h"
 #include "StatusIcon.h"
 
 #include <QObject>
@@ -34,6 +34,10 @@ public:
     void show(StartRequest request);
 
 private:
+    [[nodiscard]] bool isReachable() const; // by its icon
+    template <typename Action>
+    void onceHostIsKnown(Action action);
+
     void clickIcon(QPoint anchor);
     void openPopover(QPoint anchor);
     void openWindow();
