@@ -1,0 +1,20 @@
+#pragma once
+
+#include "ProcessStats.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+/// The live figures of a process: how long it has run, its share of the CPU and its memory.
+namespace ProcessInspector {
+
+/// Asks ps about one process; nothing when there is no such process. Blocks while ps runs.
+[[nodiscard]] std::optional<ProcessStats> stats(qint32 pid);
+
+/// What ps is asked with about `pid`, and what its answer says. A column that is no number counts 0.
+[[nodiscard]] QStringList arguments(qint32 pid);
+[[nodiscard]] std::optional<ProcessStats> parse(const QString &output);
+
+} // namespace ProcessInspector

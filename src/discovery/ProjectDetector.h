@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Framework.h"
+
+#include <QString>
+
+#include <chrono>
+#include <optional>
+
+class ExpendableWorker;
+
+/// What to call a listening process, and what kind of project it belongs to.
+namespace ProjectDetector {
+
+struct Result
+{
+    QString displayName;
+    Framework framework;
+
+    friend bool operator==(const Result &, const Result &) = default;
+};
+
+/// How long the files of one folder may take.
+constexpr std::chrono::milliseconds deadline{2000};
+
+/// Decides by the package.json in `folder`, else by its marker files, else by `command`, the process's
+/// command name. Reads only files directly in `folder` (an absolute path). Never fails: what cannot be read,
+/// or does not answer in time, is passed over, down to the folder's name and `Framework::generic`.
+[[nodiscard]] Result detect(const QString &command, const std::optional<QString> &folder);
+
+/// As above, with all access to files on `files`.
+[[nodiscard]] Result detect(const QString &command, const std::optional<QString> &folder,
+                            ExpendableWorker &files);
+
+} // namespace ProjectDetector

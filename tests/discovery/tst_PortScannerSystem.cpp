@@ -1,0 +1,299 @@
+// The scan against the system's own tools and real listening sockets.
+#include "FileDescriptor.h"
+#include "HungMount.h"
+#include "PortScanner_p.h"
+#include "Printers.h"
+#include "ProcessFacts.h"
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <cstring>
+
+#include <arpa/inet.h>
+#include <ifaddrs.h>
+#include <netinet/in.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+enum class Stack { both, oneFamily };
+
+sockaddr_storage addressOf(const char *host, in_port_t port)
+{
+    sockaddr_storage storage{};
+    auto *const v4 = reinterpret_cast<sockaddr_in *>(&storage);
+    auto *const v6 = reinterpret_cast<sockaddr_in6 *>(&storage);
+    if (inet_pton(AF_INET, host, &v4->sin_addr) == 1) {
+        v4->sin_family = AF_INET;
+        v4->sin_port = htons(port);
+    } else if (inet_pton(AF_INET6, host, &v6->sin6_addr) == 1) {
+        v6->sin6_family = AF_INET6;
+        v6->sin6_port = htons(port);
+    }
+    return storage;
+}
+
+/// A socket that listens on `host`, by default on a port of the kernel's choice.
+class Listener
+{
+public:
+    explicit Listener(const char *host, Stack stack = Stack::oneFamily, in_port_t port = 0)
+    {
+        const sockaddr_storage address = addressOf(host, port);
+        m_socket = FileDescriptor(socket(address.ss_family, SOCK_STREAM | SOCK_CLOEXEC, 0));
+        const int yes = 1;
+        const int v6Only = stack == Stack::oneFamily;
+        setsockopt(m_socket.get(), SOL_SOCKET, SO_REUSEPORT, &yes, sizeof yes);
+        if (address.ss_family == AF_INET6)
+            setsockopt(m_socket.get(), IPPROTO_IPV6, IPV6_V6ONLY, &v6Only, sizeof v6Only);
+        const socklen_t size = address.ss_family == AF_INET6 ? sizeof(sockaddr_in6) : sizeof(sockaddr_in);
+        if (bind(m_socket.get(), reinterpret_cast<const sockaddr *>(&address), size) != 0 ||
+            listen(m_socket.get(), 8) != 0)
+            m_socket.close();
+    }
+
+    [[nodiscard]] bool isOpen() const { return m_socket.isOpen(); }
+    [[nodiscard]] in_port_t port() const
+    {
+        sockaddr_storage address{};
+        socklen_t size = sizeof address;
+        getsockname(m_socket.get(), reinterpret_cast<sockaddr *>(&address), &size);
+        // The port is at the same place in both families.
+        return ntohs(reinterpret_cast<const sockaddr_in *>(&address)->sin_port);
+    }
+
+private:
+    FileDescriptor m_socket;
+};
+
+/// A process that does nothing but hold what it inherited and open what it is told to.
+class ForkedServer
+{
+public:
+    ForkedServer(const char *command, const char *host, in_port_t port)
+    {
+        int ready[2];
+        if (pipe(ready) != 0)
+            return;
+        m_pid = fork();
+        if (m_pid == 0) {
+            prctl(PR_SET_PDEATHSIG, SIGKILL);
+            prctl(PR_SET_NAME, command);
+            const Listener listener(host, Stack::oneFamily, port);
+            const char told = listener.isOpen() ? '1' : '0';
+            if (write(ready[1], &told, 1) != 1)
+                _exit(1);
+            for (;;)
+                pause();
+        }
+        char told = '0';
+        m_listens = read(ready[0], &told, 1) == 1 && told == '1';
+        close(ready[0]);
+        close(ready[1]);
+    }
+    ~ForkedServer()
+    {
+        kill(m_pid, SIGKILL);
+        waitpid(m_pid, nullptr, 0);
+    }
+    Q_DISABLE_COPY_MOVE(ForkedServer)
+
+    [[nodiscard]] pid_t pid() const { return m_pid; }
+    [[nodiscard]] bool listens() const { return m_listens; }
+
+private:
+    pid_t m_pid = -1;
+    bool m_listens = false;
+};
+
+/// The system's tools, with the folder that the tests run in taken for the home folder: the name of a test
+/// program is none that is accepted by itself.
+PortScanner::ScanOptions systemOptions()
+{
+    PortScanner::ScanOptions options;
+    options.home = QDir::currentPath();
+    options.listingDeadline = 10min;
+    options.toolDeadline = 10min;
+    return options;
+}
+
+QList<Service> ownServices(const QList<Service> &services)
+{
+    QList<Service> own;
+    for (const Service &service : services) {
+        if (service.pid == getpid())
+            own.append(service);
+    }
+    return own;
+}
+
+QList<qint64> ownPorts(const QList<Service> &services)
+{
+    QList<qint64> ports;
+    for (const Service &service : ownServices(services))
+        ports.append(service.port);
+    return ports;
+}
+
+/// An address of this machine that is not its loopback; empty if there is none.
+std::string interfaceAddress()
+{
+    ifaddrs *all = nullptr;
+    if (getifaddrs(&all) != 0)
+        return {};
+    std::string found;
+    for (const ifaddrs *entry = all; entry && found.empty(); entry = entry->ifa_next) {
+        if (!entry->ifa_addr || entry->ifa_addr->sa_family != AF_INET)
+            continue;
+        char text[INET_ADDRSTRLEN] = {};
+        inet_ntop(AF_INET, &reinterpret_cast<const sockaddr_in *>(entry->ifa_addr)->sin_addr, text,
+                  sizeof text);
+        if (std::strncmp(text, "127.", 4) != 0)
+            found = text;
+    }
+    freeifaddrs(all);
+    return found;
+}
+
+} // namespace
+
+struct HostCase
+{
+    const char *name;
+    const char *host;
+    Stack stack;
+    bool listed;
+};
+
+class RealListener : public testing::TestWithParam<HostCase>
+{};
+
+TEST_P(RealListener, IsListedIfItsHostIsLocalOrAny)
+{
+    const Listener listener(GetParam().host, GetParam().stack);
+    if (!listener.isOpen())
+        GTEST_SKIP() << GetParam().host << " is not to be had here";
+    const QList<qint64> ports = ownPorts(PortScanner::scan(systemOptions()));
+    EXPECT_EQ(ports.count(listener.port()), GetParam().listed ? 1 : 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Hosts, RealListener,
+                         testing::Values(HostCase{"loopback", "127.0.0.1", Stack::oneFamily, true},
+                                         HostCase{"loopback6", "::1", Stack::oneFamily, true},
+                                         HostCase{"any", "0.0.0.0", Stack::oneFamily, true},
+                                         HostCase{"any6", "::", Stack::oneFamily, true},
+                                         HostCase{"dual", "::", Stack::both, true},
+                                         HostCase{"otherLoopback", "127.0.0.2", Stack::oneFamily, false}),
+                         [](const auto &row) { return std::string(row.param.name); });
+
+TEST(RealScan, AConcreteInterfaceIsNotListed)
+{
+    const std::string address = interfaceAddress();
+    if (address.empty())
+        GTEST_SKIP() << "this machine has no interface but its loopback";
+    const Listener listener(address.c_str());
+    ASSERT_TRUE(listener.isOpen());
+    EXPECT_FALSE(ownPorts(PortScanner::scan(systemOptions())).contains(listener.port()));
+}
+
+TEST(RealScan, FillsThisProcess)
+{
+    const Listener listener("127.0.0.1");
+    const QList<Service> own = ownServices(PortScanner::scan(systemOptions()));
+    ASSERT_EQ(own.size(), 1);
+    EXPECT_EQ(own[0].port, listener.port());
+    EXPECT_EQ(own[0].folderPath, QDir::currentPath());
+    EXPECT_EQ(own[0].displayName, QDir::current().dirName());
+    EXPECT_EQ(own[0].health, Health::unknown());
+    ASSERT_TRUE(own[0].stats);
+    EXPECT_GT(own[0].stats->memoryMB, 1);
+    EXPECT_TRUE(QString::fromUtf8(contentsOf(u"/proc/self/comm"_s)).startsWith(own[0].command));
+}
+
+TEST(RealScan, BothFamiliesOnOnePortAreOneService)
+{
+    const Listener v4("0.0.0.0");
+    const Listener v6("::", Stack::oneFamily, v4.port());
+    if (!v6.isOpen())
+        GTEST_SKIP() << "no IPv6 here";
+    EXPECT_EQ(ownPorts(PortScanner::scan(systemOptions())), QList<qint64>{v4.port()});
+}
+
+TEST(RealScan, TwoProcessesOnOnePortAreTwoServices)
+{
+    const Listener own("127.0.0.1");
+    const in_port_t port = own.port();
+    const ForkedServer other("node", "127.0.0.1", port);
+    ASSERT_TRUE(other.listens());
+    QList<qint32> pids;
+    for (const Service &service : PortScanner::scan(systemOptions())) {
+        if (service.port == port)
+            pids.append(service.pid);
+    }
+    EXPECT_THAT(pids, testing::UnorderedElementsAre(getpid(), other.pid()));
+}
+
+TEST(RealScan, ADevelopersCommandIsListedWhateverItsFolder)
+{
+    const Listener own("127.0.0.1");
+    const ForkedServer node("node", "::1", 0);
+    if (!node.listens())
+        GTEST_SKIP() << "no IPv6 here";
+    PortScanner::ScanOptions options = systemOptions();
+    options.home = u"/fake-home/ada"_s;
+    const QList<Service> services = PortScanner::scan(options);
+    EXPECT_THAT(ownServices(services), testing::IsEmpty());
+    EXPECT_TRUE(std::ranges::any_of(services, [&](const Service &service) {
+        return service.pid == node.pid() && service.command == u"node"_s &&
+               service.folderPath == QDir::currentPath();
+    }));
+}
+
+TEST(RealScan, WhatEndedIsGone)
+{
+    in_port_t port = 0;
+    {
+        const Listener listener("127.0.0.1");
+        port = listener.port();
+        EXPECT_TRUE(ownPorts(PortScanner::scan(systemOptions())).contains(port));
+    }
+    EXPECT_FALSE(ownPorts(PortScanner::scan(systemOptions())).contains(port));
+}
+
+TEST(RealScan, ThePublicEntryUsesTheSystem)
+{
+    const ForkedServer node("node", "127.0.0.1", 0);
+    ASSERT_TRUE(node.listens());
+    const QList<Service> services = PortScanner::scan();
+    EXPECT_TRUE(std::ranges::is_sorted(services, {}, &Service::port));
+    EXPECT_TRUE(
+        std::ranges::any_of(services, [&](const Service &service) { return service.pid == node.pid(); }));
+}
+
+TEST(RealScan, ResolvesTheWorkingDirectoryOfAProcess)
+{
+    EXPECT_EQ(PortScanner::resolveCwd(getpid()), QDir::currentPath());
+    EXPECT_EQ(PortScanner::resolveCwd(std::numeric_limits<qint32>::max()), std::nullopt);
+}
+
+TEST(RealScan, WithADeadMountTheListComesAllTheSame)
+{
+    const std::unique_ptr<HungMount> mount = HungMount::create();
+    if (!mount)
+        GTEST_SKIP() << "mounting is not permitted here";
+    const ForkedServer node("node", "127.0.0.1", 0);
+    ASSERT_TRUE(node.listens());
+    PortScanner::ScanOptions options = systemOptions();
+    options.toolDeadline = 1s;
+    const QList<Service> services = PortScanner::scan(options);
+    EXPECT_TRUE(
+        std::ranges::any_of(services, [&](const Service &service) { return service.pid == node.pid(); }));
+    EXPECT_TRUE(waitpid(-1, nullptr, WNOHANG) == 0) << "the server is the only child";
+}
