@@ -16,7 +16,6 @@ import os
 import queue
 import random
 import signal
-import socket
 import statistics
 import subprocess
 import sys
@@ -38,10 +37,9 @@ def serve(behaviour, port):
     """The server process: listens on 127.0.0.1, prints its port, answers until it is killed."""
 
     class Handler(http.server.BaseHTTPRequestHandler):
-        def setup(self):
-            super().setup()
-            if behaviour == "rude":
-                self.request.close()
+        def handle(self):
+            if behaviour != "rude":  # which hangs up without a word
+                super().handle()
 
         def do_HEAD(self):
             self.send_response(BEHAVIOURS[behaviour]["status"])
@@ -91,12 +89,12 @@ class Servers:
         self.counts = dict.fromkeys(("started", "stopped", "restarted"), 0)
 
     def start(self, port=0, name=None, behaviour=None):
-        name = name or f"server-{len(self.all)}"
+        name = name or f"Server {len(self.all)}"  # the title that the project name server-N is shown as
         behaviour = behaviour or self.chance.choice(list(BEHAVIOURS))
         folder = os.path.join(self.folder, name)
         os.makedirs(folder, exist_ok=True)
         with open(os.path.join(folder, "package.json"), "w", encoding="utf-8") as file:
-            json.dump({"name": name}, file)
+            json.dump({"name": name.lower().replace(" ", "-")}, file)
         process = subprocess.Popen(
             [sys.executable, os.path.abspath(__file__), "--serve", behaviour, "--port", str(port)],
             cwd=folder, stdout=subprocess.PIPE, text=True)
