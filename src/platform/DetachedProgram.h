@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QStringList>
+
+/// Programs that are started for the user and then are on their own.
+namespace DetachedProgram {
+
+/// Starts the executable at the absolute path `program`, with `arguments` as they are, and returns without
+/// waiting for it. It lives in a session of its own and outlives this program, leaves no zombie, has
+/// /dev/null for standard input and outputs and no other descriptor of ours, all signals as by default, and
+/// our environment without what was meant for this program alone: the way Qt draws it and the desktop's token
+/// to activate it. A program that cannot be started is silently left.
+void start(const QString &program, const QStringList &arguments);
+
+/// The absolute path of the executable `name` in $PATH, or an empty text.
+[[nodiscard]] QString find(const QString &name);
+
+} // namespace DetachedProgram

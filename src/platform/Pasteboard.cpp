@@ -1,0 +1,11 @@
+#include "Pasteboard.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+
+void Pasteboard::setText(const QString &text)
+{
+    // Replaces all formats at once. An emptied clipboard in between would make some clipboard managers put
+    // the old text back.
+    QGuiApplication::clipboard()->setText(text);
+}

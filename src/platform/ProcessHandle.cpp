@@ -1,0 +1,76 @@
+#include "ProcessHandle.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <thread>
+
+#include <poll.h>
+#include <sys/pidfd.h>
+#include <unistd.h>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+std::chrono::milliseconds until(Clock::time_point end)
+{
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
+    return std::max(left, std::chrono::milliseconds(0));
+}
+
+/// A pidfd becomes readable when its process ends.
+bool waitReadable(int fd, Clock::time_point end)
+{
+    pollfd ended{.fd = fd, .events = POLLIN, .revents = 0};
+    int ready = 0;
+    do
+        ready = poll(&ended, 1, int(until(end).count()));
+    while (ready < 0 && errno == EINTR);
+    return ready > 0;
+}
+
+bool waitGone(qint32 pid, Clock::time_point end)
+{
+    constexpr std::chrono::milliseconds pause(10);
+    while (kill(pid, 0) == 0 || errno != ESRCH) {
+        if (Clock::now() >= end)
+            return false;
+        std::this_thread::sleep_for(pause);
+    }
+    return true;
+}
+
+} // namespace
+
+ProcessHandle::ProcessHandle(qint32 pid)
+{
+    if (pid <= 0)
+        return;
+    m_pidfd = pidfd_open(pid, 0);
+    const bool noSuchProcess = m_pidfd < 0 && (errno == ESRCH || errno == EINVAL);
+    m_pid = noSuchProcess ? 0 : pid;
+}
+
+ProcessHandle::~ProcessHandle()
+{
+    if (m_pidfd >= 0)
+        close(m_pidfd);
+}
+
+bool ProcessHandle::send(int signal) const
+{
+    if (m_pid == 0)
+        return false;
+    if (m_pidfd < 0)
+        return kill(m_pid, signal) == 0;
+    return pidfd_send_signal(m_pidfd, signal, nullptr, 0) == 0;
+}
+
+bool ProcessHandle::waitForEnd(std::chrono::milliseconds limit) const
+{
+    if (m_pid == 0)
+        return true;
+    const auto end = Clock::now() + limit;
+    return m_pidfd < 0 ? waitGone(m_pid, end) : waitReadable(m_pidfd, end);
+}

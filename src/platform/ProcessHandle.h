@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <chrono>
+#include <utility>
+
+/// One running process, held so that a signal can never reach another one that gets its id later. Where the
+/// kernel has no pidfd it is the bare id, with the weakness of kill(2). Any thread.
+class ProcessHandle
+{
+public:
+    /// Holds the process that has `pid` now, whoever owns it. Holds none if there is none, and for an id that
+    /// does not name one process (kill(2) takes 0 and negative ids for groups).
+    explicit ProcessHandle(qint32 pid);
+    ~ProcessHandle();
+
+    ProcessHandle(ProcessHandle &&other) noexcept
+        : m_pid(std::exchange(other.m_pid, 0))
+        , m_pidfd(std::exchange(other.m_pidfd, -1))
+    {}
+    ProcessHandle &operator=(ProcessHandle &&other) noexcept
+    {
+        std::swap(m_pid, other.m_pid);
+        std::swap(m_pidfd, other.m_pidfd);
+        return *this;
+    }
+
+    /// Sends `signal`; 0 sends nothing and only asks. Returns whether the process is there and takes signals
+    /// from this user; one that has ended is there until its parent has collected it.
+    bool send(int signal) const;
+
+    /// Blocks until the process has ended, at most for `limit`. Returns whether it has.
+    [[nodiscard]] bool waitForEnd(std::chrono::milliseconds limit) const;
+
+private:
+    qint32 m_pid = 0; ///< 0: holds none
+    int m_pidfd = -1; ///< -1 with a pid: no pidfd to be had
+};
