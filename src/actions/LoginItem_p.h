@@ -1,0 +1,10 @@
+#pragma once
+
+#include "LoginItem.h"
+
+namespace LoginItem {
+
+/// As the public one, for any autostart entry.
+bool setEnabled(bool enabled, const Autostart &entry);
+
+} // namespace LoginItem

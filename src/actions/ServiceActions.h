@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Service.h"
+
+/// What the user can do to a discovered server. Every action acts at once, on the main thread, without
+/// waiting for anybody; none of them reports a failure or changes the list. Without a folder the folder
+/// actions do nothing.
+namespace ServiceActions {
+
+/// Sends SIGTERM to the server's process now and, if it still is there 1.5 s later, SIGKILL. Never reaches
+/// another process that has got the id since. A program that ends earlier leaves it at SIGTERM.
+void stop(const Service &service);
+
+/// Opens the server's address in the user's browser.
+void openInBrowser(const Service &service);
+
+/// Puts the server's address, "http://localhost:" and the port, on the clipboard.
+void copyURL(const Service &service);
+/// Puts the port's number on the clipboard.
+void copyPort(const Service &service);
+
+/// Shows the project folder in the file manager.
+void revealInFinder(const Service &service);
+/// Opens the project folder in the first code editor that is installed, else in the file manager.
+void openInEditor(const Service &service);
+/// Opens a terminal window whose shell is in the project folder.
+void openInTerminal(const Service &service);
+
+} // namespace ServiceActions

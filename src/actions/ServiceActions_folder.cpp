@@ -1,0 +1,60 @@
+#include "ServiceActions_p.h"
+
+#include "DetachedProgram.h"
+#include "FileManager.h"
+#include "Terminal.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool isExecutableFile(const QString &path)
+{
+    const QFileInfo file(path);
+    return file.isFile() && file.isExecutable();
+}
+
+} // namespace
+
+QStringList ServiceActions::editorCandidates()
+{
+    return {
+        u"/usr/local/bin/code"_s,
+        u"/opt/homebrew/bin/code"_s,
+        u"/usr/local/bin/cursor"_s,
+        u"/opt/homebrew/bin/cursor"_s,
+    };
+}
+
+void ServiceActions::revealInFinder(const Service &service)
+{
+    if (service.folderPath)
+        FileManager::show(*service.folderPath);
+}
+
+void ServiceActions::openInEditor(const Service &service, const QStringList &candidates)
+{
+    if (!service.folderPath)
+        return;
+    const auto editor = std::ranges::find_if(candidates, isExecutableFile);
+    if (editor == candidates.end())
+        return revealInFinder(service);
+    // Not as a tool whose output is awaited: on many machines the launcher is the editor itself, which must
+    // neither hold up the panel nor end with it.
+    DetachedProgram::start(*editor, {*service.folderPath});
+}
+
+void ServiceActions::openInEditor(const Service &service)
+{
+    openInEditor(service, editorCandidates());
+}
+
+void ServiceActions::openInTerminal(const Service &service)
+{
+    if (service.folderPath)
+        Terminal::open(*service.folderPath);
+}
