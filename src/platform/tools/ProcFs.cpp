@@ -1,0 +1,97 @@
+#include "ProcFs.h"
+
+#include <charconv>
+#include <cstdio>
+#include <cstring>
+
+#include <dirent.h>
+#include <linux/magic.h>
+#include <sys/vfs.h>
+#include <unistd.h>
+
+ProcFs::Descriptor::~Descriptor()
+{
+    if (isOpen())
+        close(m_number);
+}
+
+ProcFs::Path::Path(pid_t pid, const char *name)
+{
+    std::snprintf(m_text, sizeof m_text, "/proc/%d/%s", pid, name);
+}
+
+ProcFs::Path::Path(pid_t pid, int descriptor)
+{
+    std::snprintf(m_text, sizeof m_text, "/proc/%d/fd/%d", pid, descriptor);
+}
+
+bool ProcFs::isReadable()
+{
+    struct statfs system;
+    return statfs("/proc", &system) == 0 && system.f_type == PROC_SUPER_MAGIC &&
+           NumberedEntries("/proc").next().has_value();
+}
+
+std::optional<std::string_view> ProcFs::readInto(std::span<char> buffer, const char *path)
+{
+    const Descriptor file(open(path, O_RDONLY | O_CLOEXEC));
+    if (!file.isOpen())
+        return std::nullopt;
+    const ssize_t length = read(file.number(), buffer.data(), buffer.size());
+    if (length < 0)
+        return std::nullopt;
+    return std::string_view(buffer.data(), size_t(length));
+}
+
+std::optional<std::string> ProcFs::readAll(const char *path)
+{
+    const Descriptor file(open(path, O_RDONLY | O_CLOEXEC));
+    if (!file.isOpen())
+        return std::nullopt;
+    std::string text;
+    char buffer[16 * 1024];
+    for (;;) {
+        const ssize_t length = read(file.number(), buffer, sizeof buffer);
+        if (length < 0)
+            return std::nullopt;
+        if (length == 0)
+            return text;
+        text.append(buffer, size_t(length));
+    }
+}
+
+std::optional<std::string_view> ProcFs::readLink(std::span<char> buffer, const char *path, int at)
+{
+    const ssize_t length = readlinkat(at, path, buffer.data(), buffer.size());
+    if (length < 0)
+        return std::nullopt;
+    if (size_t(length) == buffer.size()) {
+        errno = ENAMETOOLONG;
+        return std::nullopt;
+    }
+    return std::string_view(buffer.data(), size_t(length));
+}
+
+ProcFs::NumberedEntries::NumberedEntries(const char *path)
+    : m_directory(open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+{}
+
+std::optional<ProcFs::NumberedEntries::Entry> ProcFs::NumberedEntries::next()
+{
+    for (;;) {
+        if (m_position == m_filled) {
+            m_position = 0;
+            m_filled = isOpen() ? getdents64(directory(), m_buffer, sizeof m_buffer) : 0;
+            if (m_filled <= 0) {
+                m_filled = 0;
+                return std::nullopt;
+            }
+        }
+        const auto *entry = reinterpret_cast<const dirent64 *>(m_buffer + m_position);
+        m_position += entry->d_reclen;
+        const char *end = entry->d_name + std::strlen(entry->d_name);
+        unsigned number = 0;
+        if (std::from_chars(entry->d_name, end, number).ptr == end)
+            return Entry{number, entry->d_ino, entry->d_name};
+    }
+}

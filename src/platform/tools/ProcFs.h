@@ -1,0 +1,91 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/types.h>
+
+/// Small, allocation-free access to /proc. Blocks for no longer than the kernel needs to print a table.
+namespace ProcFs {
+
+/// An open file descriptor, closed at the end of its scope.
+class Descriptor
+{
+public:
+    explicit Descriptor(int number = -1)
+        : m_number(number)
+    {}
+    ~Descriptor();
+    Descriptor(Descriptor &&other) noexcept
+        : m_number(std::exchange(other.m_number, -1))
+    {}
+    Descriptor &operator=(Descriptor &&other) noexcept
+    {
+        std::swap(m_number, other.m_number);
+        return *this;
+    }
+
+    [[nodiscard]] bool isOpen() const { return m_number >= 0; }
+    [[nodiscard]] int number() const { return m_number; }
+
+private:
+    int m_number;
+};
+
+/// The text "/proc/PID/NAME" or "/proc/PID/fd/NUMBER".
+class Path
+{
+public:
+    Path(pid_t pid, const char *name);
+    Path(pid_t pid, int descriptor);
+
+    [[nodiscard]] const char *text() const { return m_text; }
+
+private:
+    char m_text[48];
+};
+
+/// Whether /proc is there and can be listed.
+[[nodiscard]] bool isReadable();
+
+/// The start of the file at `path`, as far as one read into `buffer` goes; absent when it cannot be read.
+[[nodiscard]] std::optional<std::string_view> readInto(std::span<char> buffer, const char *path);
+/// The whole file at `path`; absent when it cannot be read.
+[[nodiscard]] std::optional<std::string> readAll(const char *path);
+/// What the symbolic link at `path`, relative to the directory `at`, says. Absent, with errno set, when it
+/// cannot be read or does not fit into `buffer`.
+[[nodiscard]] std::optional<std::string_view> readLink(std::span<char> buffer, const char *path,
+                                                       int at = AT_FDCWD);
+
+/// The numbered entries of a directory of /proc: process ids, descriptors.
+class NumberedEntries
+{
+public:
+    explicit NumberedEntries(const char *path);
+
+    struct Entry
+    {
+        unsigned number;
+        ino_t inode;      ///< the entry's own, given anew when the number names something new
+        const char *name; ///< the number's text, valid until the next entry is asked for
+    };
+
+    /// Whether the directory could be opened.
+    [[nodiscard]] bool isOpen() const { return m_directory.isOpen(); }
+    /// The directory, to open its entries from.
+    [[nodiscard]] int directory() const { return m_directory.number(); }
+    /// The next entry in the kernel's order, which is ascending; absent at the end.
+    [[nodiscard]] std::optional<Entry> next();
+
+private:
+    Descriptor m_directory;
+    ssize_t m_filled = 0;
+    ssize_t m_position = 0;
+    alignas(8) char m_buffer[16 * 1024];
+};
+
+} // namespace ProcFs

@@ -1,0 +1,58 @@
+#include "ProcessTable.h"
+
+#include "ProcFs.h"
+
+#include <charconv>
+
+namespace {
+
+/// The inode in "socket:[INODE]"; absent for any other link.
+std::optional<ino_t> socketInode(std::string_view link)
+{
+    constexpr std::string_view head = "socket:[";
+    ino_t inode = 0;
+    if (!link.starts_with(head) ||
+        std::from_chars(link.data() + head.size(), link.data() + link.size(), inode).ec != std::errc())
+        return std::nullopt;
+    return inode;
+}
+
+} // namespace
+
+std::optional<std::vector<ProcessId>> KernelProcessTable::processes()
+{
+    ProcFs::NumberedEntries entries("/proc");
+    if (!entries.isOpen())
+        return std::nullopt;
+    std::vector<ProcessId> processes;
+    processes.reserve(512);
+    while (const auto entry = entries.next())
+        processes.push_back({pid_t(entry->number), entry->inode});
+    return processes;
+}
+
+std::optional<ProcessStat> KernelProcessTable::stat(pid_t pid)
+{
+    char buffer[1024];
+    const auto text = ProcFs::readInto(buffer, ProcFs::Path(pid, "stat").text());
+    return text ? parseProcessStat(*text) : std::nullopt;
+}
+
+void KernelProcessTable::readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets)
+{
+    sockets.clear();
+    ProcFs::NumberedEntries entries(ProcFs::Path(pid, "fd").text());
+    char buffer[64]; // a longer link names a file
+    while (const auto entry = entries.next()) {
+        const auto link = ProcFs::readLink(buffer, entry->name, entries.directory());
+        if (const auto inode = link ? socketInode(*link) : std::nullopt)
+            sockets.push_back({int(entry->number), *inode});
+    }
+}
+
+bool KernelProcessTable::holds(pid_t pid, const SocketDescriptor &socket)
+{
+    char buffer[64];
+    const auto link = ProcFs::readLink(buffer, ProcFs::Path(pid, socket.number).text());
+    return link && socketInode(*link) == socket.inode;
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "ProcessStat.h"
+
+#include <compare>
+#include <optional>
+#include <vector>
+
+#include <sys/types.h>
+
+/// A process as the table lists it. A pid that was given to a new process comes with a new `incarnation`.
+struct ProcessId
+{
+    pid_t pid = 0;
+    ino_t incarnation = 0;
+
+    friend auto operator<=>(const ProcessId &, const ProcessId &) = default;
+};
+
+/// One open descriptor of a process that is a socket.
+struct SocketDescriptor
+{
+    int number = 0;
+    ino_t inode = 0; ///< the socket's
+
+    friend bool operator==(const SocketDescriptor &, const SocketDescriptor &) = default;
+};
+
+/// The processes of this machine and what they hold open. What is gone or not permitted is absent or empty.
+class ProcessTable
+{
+public:
+    virtual ~ProcessTable() = default;
+
+    /// Every process, by ascending pid; absent when the table cannot be read at all.
+    [[nodiscard]] virtual std::optional<std::vector<ProcessId>> processes() = 0;
+    [[nodiscard]] virtual std::optional<ProcessStat> stat(pid_t pid) = 0;
+    /// Writes the process's sockets, by ascending descriptor, into `sockets` in place of what it held.
+    virtual void readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets) = 0;
+    /// Whether the descriptor still is what it was.
+    [[nodiscard]] virtual bool holds(pid_t pid, const SocketDescriptor &socket) = 0;
+};
+
+/// The real one, read from /proc. No state; any thread.
+class KernelProcessTable final : public ProcessTable
+{
+public:
+    std::optional<std::vector<ProcessId>> processes() override;
+    std::optional<ProcessStat> stat(pid_t pid) override;
+    void readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets) override;
+    bool holds(pid_t pid, const SocketDescriptor &socket) override;
+};

@@ -1,0 +1,102 @@
+#include "Ps.h"
+
+#include "ProcFs.h"
+#include "ProcessStat.h"
+#include "Ps_p.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include <ctime>
+#include <unistd.h>
+
+namespace {
+
+std::string elapsedText(unsigned long seconds)
+{
+    const unsigned long days = seconds / 86400;
+    const unsigned long hours = seconds / 3600 % 24;
+    char text[64];
+    size_t length = 0;
+    if (days > 0)
+        length += size_t(std::snprintf(text, sizeof text, "%lu-", days));
+    if (days > 0 || hours > 0)
+        length += size_t(std::snprintf(text + length, sizeof text - length, "%02lu:", hours));
+    std::snprintf(text + length, sizeof text - length, "%02lu:%02lu", seconds / 60 % 60, seconds % 60);
+    return text;
+}
+
+/// `share` is in tenths of a percent.
+std::string shareText(unsigned share)
+{
+    std::string text = std::to_string(share / 10);
+    if (share < 1000)
+        text += '.' + std::to_string(share % 10);
+    return text;
+}
+
+/// Appends a column that ends at `end` if it can: a column that was too wide takes from the blanks of the
+/// next.
+void appendColumn(std::string &line, const std::string &text, size_t end)
+{
+    const size_t separator = line.empty() ? 0 : 1;
+    const size_t taken = line.size() + text.size();
+    line.append(std::max(separator, end > taken ? end - taken : 0), ' ');
+    line += text;
+}
+
+unsigned long long nowTicks(long ticksPerSecond)
+{
+    // The clock behind /proc/uptime.
+    timespec now = {};
+    clock_gettime(CLOCK_BOOTTIME, &now);
+    return Ps::ticksSinceBoot(now.tv_sec * 100LL + now.tv_nsec / 10'000'000, ticksPerSecond);
+}
+
+} // namespace
+
+unsigned long long Ps::ticksSinceBoot(long long centiseconds, long ticksPerSecond)
+{
+    return static_cast<unsigned long long>(double(centiseconds) / 100.0 * double(ticksPerSecond));
+}
+
+std::string Ps::line(const Figures &figures)
+{
+    constexpr size_t elapsedEnd = 11;
+    constexpr size_t shareEnd = elapsedEnd + 1 + 4;
+    constexpr size_t residentEnd = shareEnd + 1 + 5;
+
+    unsigned long seconds = 0;
+    unsigned share = 0;
+    if (figures.nowTicks > figures.startTicks) {
+        const double ticks = double(figures.nowTicks - figures.startTicks);
+        seconds = static_cast<unsigned long>(ticks / double(figures.ticksPerSecond));
+        // The product in single precision is ps's own.
+        const float scaled = float(figures.cpuTicks) * 100.0F;
+        share = static_cast<unsigned>(double(scaled) / ticks * 10.0);
+    }
+    std::string line;
+    appendColumn(line, elapsedText(seconds), elapsedEnd);
+    appendColumn(line, shareText(share), shareEnd);
+    appendColumn(line, std::to_string(figures.residentKiB), residentEnd);
+    line += '\n';
+    return line;
+}
+
+std::string Ps::stats(pid_t pid)
+{
+    static const long ticksPerSecond = sysconf(_SC_CLK_TCK);
+    char statText[1024];
+    char statusText[4096];
+    const auto stat = ProcFs::readInto(statText, ProcFs::Path(pid, "stat").text());
+    const auto status = ProcFs::readInto(statusText, ProcFs::Path(pid, "status").text());
+    const auto times = stat ? parseProcessStat(*stat) : std::nullopt;
+    const auto memory = status ? parseProcessStatus(*status) : std::nullopt;
+    if (!times || !memory || memory->threadGroup != pid)
+        return {};
+    return line({.cpuTicks = times->cpuTicks,
+                 .startTicks = times->startTicks,
+                 .nowTicks = nowTicks(ticksPerSecond),
+                 .residentKiB = memory->residentKiB,
+                 .ticksPerSecond = ticksPerSecond});
+}
