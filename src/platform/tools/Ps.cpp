@@ -27,7 +27,7 @@ std::string elapsedText(unsigned long seconds)
 }
 
 /// `share` is in tenths of a percent.
-std::string shareText(unsigned share)
+std::string shareText(unsigned long long share)
 {
     std::string text = std::to_string(share / 10);
     if (share < 1000)
@@ -66,17 +66,15 @@ std::string Ps::line(const Figures &figures)
     constexpr size_t shareEnd = elapsedEnd + 1 + 4;
     constexpr size_t residentEnd = shareEnd + 1 + 5;
 
-    unsigned long seconds = 0;
-    unsigned share = 0;
-    if (figures.nowTicks > figures.startTicks) {
-        const double ticks = double(figures.nowTicks - figures.startTicks);
-        seconds = static_cast<unsigned long>(ticks / double(figures.ticksPerSecond));
-        // The product in single precision is ps's own.
-        const float scaled = float(figures.cpuTicks) * 100.0F;
-        share = static_cast<unsigned>(double(scaled) / ticks * 10.0);
-    }
+    // ps goes through fractions of a second and back, which now and then loses a tick.
+    double seconds = 0;
+    if (figures.nowTicks > figures.startTicks)
+        seconds = double(figures.nowTicks - figures.startTicks) / double(figures.ticksPerSecond);
+    const auto ticks = static_cast<unsigned long long>(seconds * double(figures.ticksPerSecond));
+    const unsigned long long share = ticks > 0 ? figures.cpuTicks * 1000 / ticks : 0;
+
     std::string line;
-    appendColumn(line, elapsedText(seconds), elapsedEnd);
+    appendColumn(line, elapsedText(static_cast<unsigned long>(seconds)), elapsedEnd);
     appendColumn(line, shareText(share), shareEnd);
     appendColumn(line, std::to_string(figures.residentKiB), residentEnd);
     line += '\n';
