@@ -1,0 +1,56 @@
+import QtQuick
+import Portolan
+
+// Shows what there is to show: the first scan, the rows, or why there are none.
+Item {
+    id: root
+
+    required property ServiceStore store
+    required property ServiceActions actions
+    required property bool isWindow
+
+    readonly property int shown: ContentState.of(root.store.services.length > 0, root.store.isScanning, root.store.visible.length > 0)
+
+    implicitHeight: root.shown === ContentState.List ? list.implicitHeight : root.shown === ContentState.Loading ? loading.implicitHeight : empty.implicitHeight
+
+    VisibleServicesModel {
+        id: visibleServices
+
+        store: root.store
+    }
+
+    StopSequence {
+        id: stopping
+
+        store: root.store
+        actions: root.actions
+    }
+
+    ServiceListView {
+        id: list
+
+        anchors.fill: parent
+        visible: root.shown === ContentState.List
+        services: visibleServices
+        actions: root.actions
+        onStop: service => stopping.run(service)
+        onTogglePin: service => root.store.togglePin(service)
+    }
+
+    LoadingView {
+        id: loading
+
+        anchors.verticalCenter: parent.verticalCenter
+        width: parent.width
+        visible: root.shown === ContentState.Loading
+    }
+
+    EmptyStateView {
+        id: empty
+
+        anchors.verticalCenter: parent.verticalCenter
+        width: parent.width
+        visible: root.shown === ContentState.Empty
+        isSearching: root.store.searchText !== ""
+    }
+}

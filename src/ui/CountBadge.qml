@@ -1,0 +1,43 @@
+import QtQuick
+import Portolan
+
+// How many of the known services answer.
+RoundedRect {
+    id: root
+
+    required property int runningCount
+    required property int totalCount
+
+    implicitWidth: content.width + 18
+    implicitHeight: content.height + 10
+    radius: root.height / 2
+    color: Theme.card
+    borderColor: Theme.border
+    Accessible.role: Accessible.StaticText
+    Accessible.name: label.text
+
+    Row {
+        id: content
+
+        anchors.centerIn: parent
+        spacing: 6
+
+        Rectangle {
+            anchors.verticalCenter: parent.verticalCenter
+            width: 6
+            height: 6
+            radius: 3
+            color: root.runningCount >= 1 ? Theme.online : Theme.textFaint
+        }
+
+        Text {
+            id: label
+
+            anchors.verticalCenter: parent.verticalCenter
+            text: root.runningCount + "/" + root.totalCount
+            textFormat: Text.PlainText
+            font: Fonts.digits(12, Font.Medium)
+            color: Theme.text
+        }
+    }
+}

@@ -1,0 +1,7 @@
+import QtQuick
+import Portolan
+
+ColorAnimation {
+    easing.type: Easing.BezierSpline
+    easing.bezierCurve: [0, 0, 0.58, 1, 1, 1]
+}

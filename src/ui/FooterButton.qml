@@ -1,0 +1,47 @@
+import QtQuick
+import Portolan
+
+// A control of the footer: a symbol and a word.
+PlainButton {
+    id: root
+
+    required property string symbol
+    required property string label
+
+    readonly property color ink: root.hovering ? Theme.textStrong : Theme.textMuted
+
+    implicitWidth: content.width + 20
+    implicitHeight: 28
+    radius: 8
+    name: root.label
+
+    RoundedRect {
+        anchors.fill: parent
+        radius: root.radius
+        color: Theme.cardHover
+        visible: root.hovering
+    }
+
+    Row {
+        id: content
+
+        anchors.centerIn: parent
+        spacing: 5
+
+        Symbol {
+            anchors.verticalCenter: parent.verticalCenter
+            name: root.symbol
+            size: 11
+            weight: Font.DemiBold
+            color: root.ink
+        }
+
+        Text {
+            anchors.verticalCenter: parent.verticalCenter
+            text: root.label
+            textFormat: Text.PlainText
+            font: Fonts.system(12, Font.Medium)
+            color: root.ink
+        }
+    }
+}

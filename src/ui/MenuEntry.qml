@@ -1,0 +1,44 @@
+import QtQuick
+import Portolan
+
+// One line of a menu that does something. The menu shows which one is current, and asks it to trigger.
+Item {
+    id: root
+
+    required property string text
+
+    property bool isCheckable: false
+    property bool isChecked: false
+    property bool isDestructive: false
+
+    signal triggered
+
+    implicitWidth: label.x + label.implicitWidth + 28
+    implicitHeight: 26
+    activeFocusOnTab: true
+    Accessible.role: Accessible.MenuItem
+    Accessible.name: root.text
+    Accessible.checkable: root.isCheckable
+    Accessible.checked: root.isChecked
+    Accessible.onPressAction: root.triggered()
+
+    Symbol {
+        x: 7
+        anchors.verticalCenter: parent.verticalCenter
+        visible: root.isChecked
+        name: "checkmark"
+        size: 10
+        weight: Font.DemiBold
+        color: Theme.textStrong
+    }
+
+    ExactText {
+        id: label
+
+        x: root.isCheckable ? 27 : 10
+        anchors.verticalCenter: parent.verticalCenter
+        text: root.text
+        font: Fonts.system(12.5)
+        color: root.isDestructive ? Theme.offline : Theme.textStrong
+    }
+}

@@ -1,0 +1,18 @@
+import QtQuick
+import Portolan
+
+// Sets the entries above it apart from those below.
+Item {
+    id: root
+
+    implicitHeight: 9
+    Accessible.role: Accessible.Separator
+
+    Rectangle {
+        anchors.verticalCenter: parent.verticalCenter
+        x: 10
+        width: root.parent.width - 20
+        height: 1
+        color: Theme.border
+    }
+}

@@ -1,0 +1,32 @@
+import QtQuick
+import Portolan
+
+// One action of a row.
+PlainButton {
+    id: root
+
+    required property string symbol
+    required property string help
+
+    property color tint: "transparent"
+    property color restingFill: Qt.rgba(1, 1, 1, 0.04)
+
+    implicitWidth: 26
+    implicitHeight: 26
+    name: root.help
+    hint: root.help
+
+    RoundedRect {
+        anchors.fill: parent
+        radius: root.radius
+        color: root.hovering ? Theme.cardHover : root.restingFill
+    }
+
+    Symbol {
+        anchors.centerIn: parent
+        name: root.symbol
+        size: 11.5
+        weight: Font.DemiBold
+        color: root.tint.a > 0 ? root.tint : root.hovering ? Theme.textStrong : Theme.textMuted
+    }
+}

@@ -1,0 +1,32 @@
+import QtQuick
+import Portolan
+
+// The line that is typed into.
+TextInput {
+    id: root
+
+    readonly property string placeholder: "Search by name, port, or path"
+
+    clip: true
+    font: Fonts.system(13)
+    color: Theme.textStrong
+    selectionColor: Qt.alpha(Theme.accent, 0.5)
+    selectedTextColor: Theme.textStrong
+    selectByMouse: true
+    activeFocusOnTab: true
+    Accessible.role: Accessible.EditableText
+    Accessible.name: root.placeholder
+    // Without this the line would be cut at the cursor, as Control-K does in a text field.
+    Keys.onPressed: event => event.accepted = event.key === Qt.Key_K && (event.modifiers & (Qt.ControlModifier | Qt.MetaModifier)) !== 0
+
+    Text {
+        anchors.fill: parent
+        visible: root.text === "" && root.preeditText === ""
+        text: root.placeholder
+        textFormat: Text.PlainText
+        font: root.font
+        color: Theme.textMuted
+        elide: Text.ElideRight
+        verticalAlignment: Text.AlignVCenter
+    }
+}

@@ -1,0 +1,23 @@
+import QtQuick
+import Portolan
+
+// The framework of a service at a glance.
+RoundedRect {
+    id: root
+
+    required property framework framework
+
+    implicitWidth: 38
+    implicitHeight: 38
+    radius: 9
+    color: Theme.card
+    borderColor: Theme.border
+
+    Symbol {
+        anchors.centerIn: parent
+        name: root.framework.symbol
+        size: 15
+        weight: Font.DemiBold
+        color: ServicePresentation.accent(root.framework)
+    }
+}

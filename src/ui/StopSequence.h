@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Service.h"
+#include "ServiceActionsFace.h"
+#include "ServiceStore.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QtQmlIntegration>
+
+/// What a stop consists of: the process is signalled, its row goes at once, and once the process has had time
+/// to exit, a scan shows what became of it. Each stop has a scan of its own, which does not need this object
+/// any more. Main thread.
+class StopSequence : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(ServiceStore *store MEMBER m_store REQUIRED FINAL)
+    Q_PROPERTY(ServiceActionsFace *actions MEMBER m_actions REQUIRED FINAL)
+    Q_PROPERTY(int rescanDelay MEMBER m_rescanDelay FINAL)
+
+public:
+    using QObject::QObject;
+
+    Q_INVOKABLE void run(const Service &service);
+
+private:
+    QPointer<ServiceStore> m_store;
+    QPointer<ServiceActionsFace> m_actions;
+    int m_rescanDelay = 1400; // a scan at once would still see the dying listener
+};

@@ -1,0 +1,48 @@
+import QtQuick
+import Portolan
+
+// What a service is called and what it is made with.
+Row {
+    id: root
+
+    required property string title
+    required property framework framework
+    required property bool isPinned
+    required property real room
+
+    spacing: 6
+
+    Symbol {
+        id: pin
+
+        anchors.verticalCenter: parent.verticalCenter
+        visible: root.isPinned
+        name: "pin.fill"
+        size: 8.5
+        color: Theme.accent
+    }
+
+    ExactText {
+        id: name
+
+        readonly property real taken: kind.width + root.spacing + (pin.visible ? pin.width + root.spacing : 0)
+
+        anchors.verticalCenter: parent.verticalCenter
+        width: Math.max(0, Math.min(name.implicitWidth, root.room - name.taken))
+        text: DisplayText.line(root.title)
+        horizontalAlignment: Text.AlignLeft
+        maximumLineCount: 1
+        font: Fonts.system(13.5, Font.DemiBold)
+        color: Theme.textStrong
+        elide: Text.ElideRight
+    }
+
+    ExactText {
+        id: kind
+
+        anchors.verticalCenter: parent.verticalCenter
+        text: root.framework.rawValue.toUpperCase()
+        font: Fonts.system(8.5, Font.DemiBold, 0.4)
+        color: Theme.textFaint
+    }
+}
