@@ -60,7 +60,9 @@ QPoint PopoverPlacement::fromDevicePixels(QPoint point, const QList<ScreenArea> 
 
 QPoint PopoverPlacement::fallbackAnchor(const QList<ScreenArea> &screens)
 {
-    return screens.first().geometry.topRight();
+    const auto &[geometry, available, scale] = screens.first();
+    const bool panelBelow = geometry.bottom() - available.bottom() > available.top() - geometry.top();
+    return panelBelow ? geometry.bottomRight() : geometry.topRight();
 }
 
 QRect PopoverPlacement::place(QPoint anchor, QSize size, const QList<ScreenArea> &screens)

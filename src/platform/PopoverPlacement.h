@@ -24,7 +24,8 @@ inline constexpr int Gap = 4;
 /// `point` in device pixels, as panels report a click, in the coordinates of `screens`.
 [[nodiscard]] QPoint fromDevicePixels(QPoint point, const QList<ScreenArea> &screens);
 
-/// Where to anchor when nobody knows where the icon is: the primary screen's upper right corner.
+/// Where to anchor when nobody knows where the icon is: the primary screen's right end of the panel, or its
+/// upper right corner.
 [[nodiscard]] QPoint fallbackAnchor(const QList<ScreenArea> &screens);
 
 /// The popover's frame for an icon at `anchor` and a content of `size`. It lies wholly in the free area of

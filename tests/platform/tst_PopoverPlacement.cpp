@@ -152,8 +152,10 @@ INSTANTIATE_TEST_SUITE_P(Scales, DevicePixels,
                                          Conversion{"FirstOfTwo", {1900, 30}, {One, TwoBeside}, {1900, 30}}),
                          [](const auto &test) { return test.param.name; });
 
-TEST(PopoverPlacement, FallsBackToTheUpperRightCorner)
+TEST(PopoverPlacement, FallsBackToTheRightEndOfThePanel)
 {
-    const QPoint anchor = PopoverPlacement::fallbackAnchor({TopPanel, Second});
-    EXPECT_EQ(PopoverPlacement::place(anchor, Popover, {TopPanel, Second}), QRect(892, 34, 384, 600));
+    EXPECT_EQ(PopoverPlacement::fallbackAnchor({TopPanel, Second}), QPoint(1279, 0));
+    EXPECT_EQ(PopoverPlacement::fallbackAnchor({BottomPanel, Second}), QPoint(1279, 799));
+    EXPECT_EQ(PopoverPlacement::fallbackAnchor({LeftPanel}), QPoint(1279, 0));
+    EXPECT_EQ(PopoverPlacement::fallbackAnchor({Bare}), QPoint(1279, 0));
 }
