@@ -1,11 +1,11 @@
 #include "ListCommand.h"
 
 #include "EmptyText.h"
+#include "Output.h"
 #include "ProgressLine.h"
 #include "ServiceJson.h"
 #include "ServiceTable.h"
 #include "Session.h"
-#include "Terminal.h"
 #include "TerminationSignals.h"
 
 #include <QCoroTask>
@@ -39,13 +39,13 @@ bool refresh(ServiceStore &store)
 QByteArray table(const ServiceStore &store)
 {
     const QList<Service> services = store.visible();
-    const bool isTerminal = Terminal::isOutput();
+    const bool isTerminal = Output::isTerminal();
     if (isTerminal && services.isEmpty())
-        return (emptyText(!store.services().isEmpty(), Terminal::size().columns, Terminal::ink()) + u'\n')
+        return (emptyText(!store.services().isEmpty(), Output::size().columns, Output::ink()) + u'\n')
             .toUtf8();
-    ServiceTable::Look look{.ink = Terminal::ink()};
+    ServiceTable::Look look{.ink = Output::ink()};
     if (isTerminal)
-        look.columns = Terminal::size().columns;
+        look.columns = Output::size().columns;
     return ServiceTable::of(services, store.pinnedPorts(), look).toUtf8();
 }
 
@@ -57,9 +57,9 @@ int ListCommand::run(const CommandLine &line)
     ServiceStore &store = session.store();
     if (!refresh(store))
         return interrupted;
-    return Terminal::write(line.json ? ServiceJson::of(store.visible(), store.pinnedPorts(),
-                                                       ServiceJson::Layout::indented)
-                                     : table(store))
+    return Output::write(line.json ? ServiceJson::of(store.visible(), store.pinnedPorts(),
+                                                     ServiceJson::Layout::indented)
+                                   : table(store))
                ? 0
                : 1;
 }

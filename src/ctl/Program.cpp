@@ -1,7 +1,7 @@
 #include "Program.h"
 
 #include "Commands.h"
-#include "Terminal.h"
+#include "Output.h"
 
 #include <QCoreApplication>
 
@@ -15,7 +15,7 @@ namespace {
 
 int print(const QString &text)
 {
-    return Terminal::write(text.toUtf8()) ? 0 : 1;
+    return Output::write(text.toUtf8()) ? 0 : 1;
 }
 
 QStringList argumentsOf(int argc, char **argv)

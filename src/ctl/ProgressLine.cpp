@@ -1,6 +1,6 @@
 #include "ProgressLine.h"
 
-#include "Terminal.h"
+#include "Output.h"
 #include "TerminalText.h"
 
 #include <chrono>
@@ -9,9 +9,9 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 ProgressLine::ProgressLine()
-    : m_ink(Terminal::ink())
+    : m_ink(Output::ink())
 {
-    if (!Terminal::isOutputAddressable())
+    if (!Output::isAddressable())
         return;
     m_delay.setSingleShot(true);
     m_delay.callOnTimeout([this] { draw(); });
@@ -29,12 +29,12 @@ void ProgressLine::clear()
 {
     m_delay.stop();
     if (std::exchange(m_isDrawn, false))
-        (void)Terminal::write("\r\x1b[K");
+        (void)Output::write("\r\x1b[K");
 }
 
 void ProgressLine::draw()
 {
     m_isDrawn = true;
-    const QString text = TerminalText::elided(m_text, Terminal::size().columns - 1);
-    (void)Terminal::write(("\r"_L1 + m_ink(Tone::faint, text) + "\x1b[K"_L1).toUtf8());
+    const QString text = TerminalText::elided(m_text, Output::size().columns - 1);
+    (void)Output::write(("\r"_L1 + m_ink(Tone::faint, text) + "\x1b[K"_L1).toUtf8());
 }

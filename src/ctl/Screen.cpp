@@ -1,6 +1,6 @@
 #include "Screen.h"
 
-#include "Terminal.h"
+#include "Output.h"
 
 #include <array>
 #include <csignal>
@@ -41,12 +41,12 @@ Screen::Screen()
     connect(&m_keys, &QSocketNotifier::activated, this, &Screen::readKeys);
     connect(&m_resizes, &QSocketNotifier::activated, this, &Screen::readResizes);
     startReadingKeys();
-    (void)Terminal::write(enter);
+    (void)Output::write(enter);
 }
 
 Screen::~Screen()
 {
-    (void)Terminal::write(leave);
+    (void)Output::write(leave);
     if (m_modeBefore)
         tcsetattr(STDIN_FILENO, TCSAFLUSH, &*m_modeBefore);
     m_resizes.setEnabled(false);
@@ -62,7 +62,7 @@ bool Screen::show(const QString &picture)
     m_shown = picture;
     QString output = picture;
     output.replace(u'\n', "\x1b[K\r\n"_L1);
-    return Terminal::write(("\x1b[H"_L1 + output + "\x1b[K\x1b[J"_L1).toUtf8());
+    return Output::write(("\x1b[H"_L1 + output + "\x1b[K\x1b[J"_L1).toUtf8());
 }
 
 // Keys come one by one and unseen. Control-Z does nothing: it would leave the shell with this screen.

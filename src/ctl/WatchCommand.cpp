@@ -1,10 +1,10 @@
 #include "WatchCommand.h"
 
+#include "Output.h"
 #include "Program.h"
 #include "Screen.h"
 #include "ServiceJson.h"
 #include "Session.h"
-#include "Terminal.h"
 #include "TerminationSignals.h"
 #include "WatchFrame.h"
 
@@ -35,7 +35,7 @@ int watchOnScreen(ServiceStore &store)
                                           .pinnedPorts = store.pinnedPorts(),
                                           .isSearching = !store.services().isEmpty(),
                                           .lastUpdated = store.lastUpdated()};
-        if (!screen.show(WatchFrame::of(content, Terminal::size(), Terminal::ink())))
+        if (!screen.show(WatchFrame::of(content, Output::size(), Output::ink())))
             loop.exit(1);
     });
     const auto redrawSoon = [&] { redraw.start(0ms); };
@@ -63,7 +63,7 @@ int watchAsJson(ServiceStore &store)
     QTimer next;
     next.setSingleShot(true);
     const auto print = [&] {
-        if (Terminal::write(
+        if (Output::write(
                 ServiceJson::of(store.visible(), store.pinnedPorts(), ServiceJson::Layout::oneLine)))
             next.start(5s);
         else
@@ -78,7 +78,7 @@ int watchAsJson(ServiceStore &store)
 
 int WatchCommand::run(const CommandLine &line)
 {
-    if (!line.json && !Terminal::isOutputAddressable()) {
+    if (!line.json && !Output::isAddressable()) {
         std::fputs("portolanctl: 'watch' needs a terminal, or option '--json'\n", stderr);
         return Program::usageError;
     }

@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QStringList listLines(const WatchFrame::Content &content, Terminal::Size size, const Ink &ink)
+QStringList listLines(const WatchFrame::Content &content, Output::Size size, const Ink &ink)
 {
     if (!content.lastUpdated.isValid())
         return {};
@@ -20,7 +20,7 @@ QStringList listLines(const WatchFrame::Content &content, Terminal::Size size, c
     return table.split(u'\n');
 }
 
-QString footer(const WatchFrame::Content &content, Terminal::Size size, const Ink &ink)
+QString footer(const WatchFrame::Content &content, Output::Size size, const Ink &ink)
 {
     const QString state = content.lastUpdated.isValid()
                               ? u"Updated "_s + content.lastUpdated.toLocalTime().toString(u"HH:mm:ss"_s)
@@ -30,7 +30,7 @@ QString footer(const WatchFrame::Content &content, Terminal::Size size, const In
 
 } // namespace
 
-QString WatchFrame::of(const Content &content, Terminal::Size size, const Ink &ink)
+QString WatchFrame::of(const Content &content, Output::Size size, const Ink &ink)
 {
     QStringList lines = listLines(content, size, ink);
     const qsizetype room = std::max(1, size.rows - 2); // besides the footer and a line of air above it

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Ink.h"
+#include "Output.h"
 #include "Service.h"
-#include "Terminal.h"
 
 #include <QDateTime>
 #include <QList>
@@ -21,6 +21,6 @@ struct Content
 };
 
 /// At most as many lines as the terminal has, each at most as wide, separated by line feeds.
-[[nodiscard]] QString of(const Content &content, Terminal::Size size, const Ink &ink);
+[[nodiscard]] QString of(const Content &content, Output::Size size, const Ink &ink);
 
 } // namespace WatchFrame

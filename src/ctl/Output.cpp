@@ -1,4 +1,4 @@
-#include "Terminal.h"
+#include "Output.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -7,18 +7,18 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-bool Terminal::isOutput()
+bool Output::isTerminal()
 {
     return isatty(STDOUT_FILENO) == 1;
 }
 
-bool Terminal::isOutputAddressable()
+bool Output::isAddressable()
 {
     const QByteArray term = qgetenv("TERM");
-    return isOutput() && !term.isEmpty() && term != "dumb";
+    return isTerminal() && !term.isEmpty() && term != "dumb";
 }
 
-Terminal::Size Terminal::size()
+Output::Size Output::size()
 {
     winsize window{};
     if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &window) != 0 || window.ws_col == 0 || window.ws_row == 0)
@@ -26,14 +26,14 @@ Terminal::Size Terminal::size()
     return {.columns = window.ws_col, .rows = window.ws_row};
 }
 
-Ink Terminal::ink()
+Ink Output::ink()
 {
-    if (!isOutput())
+    if (!isTerminal())
         return Ink();
     return Ink(Ink::depthOfTerminal(qgetenv("TERM"), qgetenv("COLORTERM"), qgetenv("NO_COLOR")));
 }
 
-bool Terminal::write(QByteArrayView bytes)
+bool Output::write(QByteArrayView bytes)
 {
     while (!bytes.isEmpty()) {
         const ssize_t written = ::write(STDOUT_FILENO, bytes.data(), size_t(bytes.size()));

@@ -5,7 +5,7 @@
 #include <QByteArrayView>
 
 /// What standard output is connected to, and writing to it.
-namespace Terminal {
+namespace Output {
 
 struct Size
 {
@@ -16,9 +16,9 @@ struct Size
 };
 
 /// Whether standard output is a terminal.
-[[nodiscard]] bool isOutput();
+[[nodiscard]] bool isTerminal();
 /// Whether it is one that can erase and go back.
-[[nodiscard]] bool isOutputAddressable();
+[[nodiscard]] bool isAddressable();
 /// How large it is now.
 [[nodiscard]] Size size();
 /// Colours for what is written to it: none where it is no terminal or the user wants none.
@@ -28,4 +28,4 @@ struct Size
 /// reads any more) and returns false.
 [[nodiscard]] bool write(QByteArrayView bytes);
 
-} // namespace Terminal
+} // namespace Output
