@@ -175,12 +175,12 @@ def differences(servers, services, earlier, before_that):
             yield f"{server.name} on {server.port} is gone and still shown"
         if server.up < earlier and server.closing == float("inf") and not present:
             yield f"{server.name} on {server.port} is there and not shown"
-        if not present:
-            continue
+        if not present or server.closing < float("inf"):
+            continue  # of a server that ended during the scan, little can be found out
         if service["displayName"] != server.name:
             yield f"{server.name} is called {service['displayName']}"
         health = {key: service["health"].get(key) for key in BEHAVIOURS[server.behaviour]}
-        is_settled = server.up < before_that and server.closing == float("inf")
+        is_settled = server.up < before_that
         if is_settled and health != BEHAVIOURS[server.behaviour]:
             yield f"{server.name} is {server.behaviour} and has the health {service['health']}"
         if is_settled and service["stats"] is None:
