@@ -13,6 +13,9 @@ using namespace std::chrono_literals;
 void FileManager::show(const QString &folder, const QDBusConnection &bus, std::chrono::milliseconds patience,
                        const std::function<void(const QString &folder)> &otherwise)
 {
+    if (!bus.isConnected())
+        return otherwise(folder);
+
     const QStringList addresses{QString::fromLatin1(QUrl::fromLocalFile(folder).toEncoded())};
     const QString startupId;
     auto call =

@@ -6,7 +6,7 @@
 #include <thread>
 
 #include <poll.h>
-#include <sys/pidfd.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace {
@@ -47,7 +47,7 @@ ProcessHandle::ProcessHandle(qint32 pid)
 {
     if (pid <= 0)
         return;
-    m_pidfd = pidfd_open(pid, 0);
+    m_pidfd = int(syscall(SYS_pidfd_open, pid, 0));
     const bool noSuchProcess = m_pidfd < 0 && (errno == ESRCH || errno == EINVAL);
     m_pid = noSuchProcess ? 0 : pid;
 }
@@ -64,7 +64,7 @@ bool ProcessHandle::send(int signal) const
         return false;
     if (m_pidfd < 0)
         return kill(m_pid, signal) == 0;
-    return pidfd_send_signal(m_pidfd, signal, nullptr, 0) == 0;
+    return syscall(SYS_pidfd_send_signal, m_pidfd, signal, nullptr, 0) == 0;
 }
 
 bool ProcessHandle::waitForEnd(std::chrono::milliseconds limit) const

@@ -18,7 +18,7 @@ void open(const QString &target)
 void XdgOpen::address(const QUrl &url)
 {
     const bool isWeb = url.scheme() == u"http"_s || url.scheme() == u"https"_s;
-    if (isWeb && !url.host().isEmpty())
+    if (isWeb && url.isValid() && !url.host().isEmpty())
         open(QString::fromLatin1(url.toEncoded()));
 }
 

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "Eventually.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QStringList>
+#include <QTemporaryDir>
+
+/// How a stand-in was started.
+struct StartRecord
+{
+    QStringList arguments;
+    QStringList environment;
+    QJsonObject descriptors; ///< what each open one leads to, by number
+    QString folder;
+    int process = 0;
+    int session = 0;
+    QString ignoredSignals; ///< hexadecimal masks
+    QString blockedSignals;
+};
+
+/// A folder of stand-ins for programs, each of which notes how it was started.
+class Recorders
+{
+public:
+    [[nodiscard]] QString folder() const { return m_folder.path(); }
+    [[nodiscard]] QString path(const QString &name) const { return m_folder.filePath(name); }
+
+    /// Puts a stand-in called `name` there and returns its path.
+    QString install(const QString &name)
+    {
+        QDir().mkpath(QFileInfo(path(name)).path());
+        if (!QFile::copy(QStringLiteral(PORTOLAN_START_RECORDER), path(name)))
+            qFatal("no stand-in");
+        return path(name);
+    }
+
+    [[nodiscard]] bool wasStarted(const QString &name) const
+    {
+        return QFile::exists(path(name) + QStringLiteral(".json"));
+    }
+
+    /// What `name` noted, once it has; an empty record if it does not.
+    [[nodiscard]] StartRecord record(const QString &name) const
+    {
+        QFile file(path(name) + QStringLiteral(".json"));
+        if (!eventually([&] { return file.exists(); }) || !file.open(QIODevice::ReadOnly))
+            return {};
+        const QJsonObject json = QJsonDocument::fromJson(file.readAll()).object();
+        return {
+            .arguments = texts(json, "arguments"),
+            .environment = texts(json, "environment"),
+            .descriptors = json.value(QStringLiteral("descriptors")).toObject(),
+            .folder = json.value(QStringLiteral("folder")).toString(),
+            .process = json.value(QStringLiteral("process")).toInt(),
+            .session = json.value(QStringLiteral("session")).toInt(),
+            .ignoredSignals = json.value(QStringLiteral("ignoredSignals")).toString(),
+            .blockedSignals = json.value(QStringLiteral("blockedSignals")).toString(),
+        };
+    }
+
+private:
+    static QStringList texts(const QJsonObject &json, const char *key)
+    {
+        QStringList list;
+        for (const auto &text : json.value(QLatin1StringView(key)).toArray())
+            list.append(text.toString());
+        return list;
+    }
+
+    QTemporaryDir m_folder;
+};
