@@ -1,0 +1,26 @@
+// Copies a service's address ("url PORT") or port ("port PORT"), says so, and keeps it on offer until its
+// input ends.
+#include "ServiceActions.h"
+
+#include <QGuiApplication>
+#include <QSocketNotifier>
+
+#include <cstdio>
+
+#include <unistd.h>
+
+int main(int argc, char **argv)
+{
+    const QGuiApplication app(argc, argv);
+    if (argc != 3)
+        return 2;
+    Service service;
+    service.port = QByteArrayView(argv[2]).toLongLong();
+    QByteArrayView(argv[1]) == "url" ? ServiceActions::copyURL(service) : ServiceActions::copyPort(service);
+    std::puts("copied");
+    std::fflush(stdout);
+
+    QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+    QObject::connect(&input, &QSocketNotifier::activated, &app, &QCoreApplication::quit);
+    return QCoreApplication::exec();
+}

@@ -1,0 +1,50 @@
+#include "Escalation.h"
+#include "TestChild.h"
+
+#include <gtest/gtest.h>
+
+using namespace std::chrono_literals;
+
+TEST(Escalation, KillsEachWhenItsTimeIsOver)
+{
+    Escalation escalation(20ms);
+    TestChild first(TestChild::ignoresTerm);
+    TestChild second(TestChild::ignoresTerm);
+    escalation.add(ProcessHandle(first.pid()));
+    escalation.add(ProcessHandle(second.pid()));
+    EXPECT_EQ(first.collect(), SIGKILL);
+    EXPECT_EQ(second.collect(), SIGKILL);
+
+    TestChild third(TestChild::ignoresTerm);
+    escalation.add(ProcessHandle(third.pid()));
+    EXPECT_EQ(third.collect(), SIGKILL);
+}
+
+TEST(Escalation, SparesThoseWhoseTimeIsNotOverWhenItEnds)
+{
+    TestChild child(TestChild::ignoresTerm);
+    {
+        Escalation escalation(1h);
+        escalation.add(ProcessHandle(child.pid()));
+    }
+    EXPECT_TRUE(child.isAlive());
+}
+
+TEST(Escalation, EndsWithoutEverHavingHadWork)
+{
+    const Escalation escalation(1h);
+}
+
+TEST(Escalation, IsNotHeldUpByThoseThatAreGone)
+{
+    Escalation escalation(1ms);
+    escalation.add(ProcessHandle(0));
+    TestChild gone(TestChild::endsOnTerm);
+    ProcessHandle handle(gone.pid());
+    handle.send(SIGTERM);
+    gone.collect();
+    escalation.add(std::move(handle));
+    TestChild last(TestChild::ignoresTerm);
+    escalation.add(ProcessHandle(last.pid()));
+    EXPECT_EQ(last.collect(), SIGKILL);
+}

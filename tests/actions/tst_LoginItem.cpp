@@ -1,0 +1,106 @@
+#include "LoginItem.h"
+#include "LoginItem_p.h"
+#include "ScopedEnvironment.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+using LoginItem::Status;
+
+class LoginItemTest : public testing::Test
+{
+protected:
+    [[nodiscard]] QString file() const { return m_folder.filePath(u"autostart/portolan.desktop"_s); }
+
+    [[nodiscard]] Autostart entry() const
+    {
+        return Autostart({.userFolder = m_folder.filePath(u"autostart"_s),
+                          .systemFolders = {},
+                          .desktops = {u"XFCE"_s},
+                          .program = u"/bin/true"_s});
+    }
+
+    void write(const QByteArray &keys) const
+    {
+        QDir().mkpath(m_folder.filePath(u"autostart"_s));
+        QFile target(file());
+        ASSERT_TRUE(target.open(QIODevice::WriteOnly));
+        target.write("[Desktop Entry]\n" + keys);
+    }
+
+    /// Changes with every writing of the file; 0 without one.
+    [[nodiscard]] ino_t incarnation() const
+    {
+        struct stat facts = {};
+        return stat(QFile::encodeName(file()).constData(), &facts) == 0 ? facts.st_ino : 0;
+    }
+
+    QTemporaryDir m_folder;
+};
+
+TEST_F(LoginItemTest, IsTurnedOnAndOff)
+{
+    EXPECT_TRUE(LoginItem::setEnabled(true, entry()));
+    EXPECT_EQ(entry().status(), Status::enabled);
+    EXPECT_FALSE(LoginItem::setEnabled(false, entry()));
+    EXPECT_EQ(entry().status(), Status::notRegistered);
+}
+
+TEST_F(LoginItemTest, TouchesNothingWhenItIsOnAlready)
+{
+    LoginItem::setEnabled(true, entry());
+    const ino_t before = incarnation();
+    EXPECT_TRUE(LoginItem::setEnabled(true, entry()));
+    EXPECT_EQ(incarnation(), before);
+}
+
+TEST_F(LoginItemTest, TouchesNothingWhenItIsOffAlready)
+{
+    EXPECT_FALSE(LoginItem::setEnabled(false, entry()));
+    EXPECT_EQ(incarnation(), 0u);
+
+    for (const QByteArray &keys : {"Exec=/no/such/program\n"_ba, "Exec=sh\nHidden=true\n"_ba}) {
+        write(keys);
+        const ino_t before = incarnation();
+        EXPECT_FALSE(LoginItem::setEnabled(false, entry()));
+        EXPECT_EQ(incarnation(), before) << keys.toStdString();
+    }
+}
+
+TEST_F(LoginItemTest, IsTurnedOnAgainAfterTheDesktopTurnedItOff)
+{
+    write("Exec=sh\nHidden=true\n");
+    EXPECT_EQ(entry().status(), Status::requiresApproval);
+    EXPECT_TRUE(LoginItem::setEnabled(true, entry()));
+}
+
+TEST_F(LoginItemTest, StaysOffWhereTheDesktopKeepsItOff)
+{
+    write("Exec=sh\nOnlyShowIn=KDE;\n");
+    EXPECT_FALSE(LoginItem::setEnabled(true, entry()));
+    EXPECT_EQ(entry().status(), Status::requiresApproval);
+}
+
+TEST_F(LoginItemTest, StaysOffWhereNothingCanBeWritten)
+{
+    QFile inTheWay(m_folder.filePath(u"autostart"_s));
+    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    EXPECT_FALSE(LoginItem::setEnabled(true, entry()));
+}
+
+TEST_F(LoginItemTest, IsThisProgramsOwn)
+{
+    const ScopedEnvironment config("XDG_CONFIG_HOME", m_folder.path().toLocal8Bit());
+    EXPECT_EQ(LoginItem::status(), Status::notRegistered);
+    EXPECT_TRUE(LoginItem::setEnabled(true));
+    EXPECT_TRUE(QFile::exists(file()));
+    EXPECT_EQ(LoginItem::status(), Status::enabled);
+    EXPECT_FALSE(LoginItem::setEnabled(false));
+    EXPECT_EQ(LoginItem::status(), Status::notRegistered);
+}

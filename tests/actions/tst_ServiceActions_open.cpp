@@ -1,0 +1,108 @@
+#include "DetachedProgram.h"
+#include "Printers.h"
+#include "Recorders.h"
+#include "ScopedEnvironment.h"
+#include "ServiceActions_p.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+/// A session without a bus, whose only programs are stand-ins.
+class Open : public testing::Test
+{
+protected:
+    Open() { m_service.port = 5173; }
+
+    Service m_service;
+    Recorders m_recorders;
+
+private:
+    ScopedEnvironment m_path{"PATH", m_recorders.folder().toLocal8Bit()};
+    ScopedEnvironment m_bus{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/no/such/bus"};
+    ScopedEnvironment m_terminal{"TERMINAL", std::nullopt};
+    ScopedEnvironment m_desktop{"XDG_CURRENT_DESKTOP", std::nullopt};
+};
+
+TEST_F(Open, ShowsTheAddressInTheBrowser)
+{
+    m_recorders.install(u"xdg-open"_s);
+    ServiceActions::openInBrowser(m_service);
+    EXPECT_EQ(m_recorders.record(u"xdg-open"_s).arguments, QStringList{u"http://localhost:5173"_s});
+}
+
+TEST_F(Open, ShowsTheFolderInTheFileManager)
+{
+    m_recorders.install(u"xdg-open"_s);
+    m_service.folderPath = u"/tmp/my shop"_s;
+    ServiceActions::revealInFinder(m_service);
+    EXPECT_EQ(m_recorders.record(u"xdg-open"_s).arguments, QStringList{u"/tmp/my shop"_s});
+}
+
+TEST_F(Open, TakesTheFirstEditorThatIsInstalled)
+{
+    m_recorders.install(u"code"_s);
+    m_recorders.install(u"cursor"_s);
+    m_service.folderPath = u"/tmp/bob's \"dir\" \\x -- %s\nö"_s;
+    ServiceActions::openInEditor(
+        m_service, {m_recorders.path(u"gone"_s), m_recorders.path(u"code"_s), m_recorders.path(u"cursor"_s)});
+    const StartRecord record = m_recorders.record(u"code"_s);
+    EXPECT_EQ(record.arguments, QStringList{*m_service.folderPath});
+    EXPECT_NE(record.session, getsid(0));
+    EXPECT_FALSE(m_recorders.wasStarted(u"cursor"_s));
+}
+
+TEST_F(Open, PassesOverWhatCannotBeExecuted)
+{
+    m_recorders.install(u"code"_s);
+    ASSERT_TRUE(QFile::setPermissions(m_recorders.path(u"code"_s), QFile::ReadOwner));
+    ASSERT_TRUE(QDir().mkpath(m_recorders.path(u"folder"_s)));
+    m_recorders.install(u"cursor"_s);
+    m_service.folderPath = u"/tmp"_s;
+    ServiceActions::openInEditor(m_service, {m_recorders.path(u"code"_s), m_recorders.path(u"folder"_s),
+                                             m_recorders.path(u"cursor"_s)});
+    EXPECT_EQ(m_recorders.record(u"cursor"_s).arguments, QStringList{u"/tmp"_s});
+}
+
+TEST_F(Open, ShowsTheFolderWhereNoEditorIsInstalled)
+{
+    m_recorders.install(u"xdg-open"_s);
+    m_service.folderPath = u"/tmp"_s;
+    ServiceActions::openInEditor(m_service, {m_recorders.path(u"gone"_s)});
+    EXPECT_EQ(m_recorders.record(u"xdg-open"_s).arguments, QStringList{u"/tmp"_s});
+}
+
+TEST_F(Open, KnowsFourEditors)
+{
+    EXPECT_EQ(ServiceActions::editorCandidates(),
+              (QStringList{u"/usr/local/bin/code"_s, u"/opt/homebrew/bin/code"_s, u"/usr/local/bin/cursor"_s,
+                           u"/opt/homebrew/bin/cursor"_s}));
+}
+
+TEST_F(Open, OpensATerminalInTheFolder)
+{
+    m_recorders.install(u"xterm"_s);
+    m_service.folderPath = u"/tmp/bob's app"_s;
+    ServiceActions::openInTerminal(m_service);
+    const QStringList arguments = m_recorders.record(u"xterm"_s).arguments;
+    ASSERT_EQ(arguments.size(), 4);
+    EXPECT_TRUE(arguments.last().startsWith(uR"(cd '/tmp/bob'\''s app';)"_s))
+        << arguments.last().toStdString();
+}
+
+TEST_F(Open, DoesNothingWithoutAFolder)
+{
+    for (const QString &name : {u"xdg-open"_s, u"xterm"_s, u"code"_s})
+        m_recorders.install(name);
+    ServiceActions::revealInFinder(m_service);
+    ServiceActions::openInTerminal(m_service);
+    ServiceActions::openInEditor(m_service, {m_recorders.path(u"code"_s)});
+    // Were anything of that still to come, it would come before this.
+    DetachedProgram::start(m_recorders.install(u"last"_s), {});
+    EXPECT_GT(m_recorders.record(u"last"_s).process, 0);
+    EXPECT_FALSE(m_recorders.wasStarted(u"xdg-open"_s));
+    EXPECT_FALSE(m_recorders.wasStarted(u"xterm"_s));
+    EXPECT_FALSE(m_recorders.wasStarted(u"code"_s));
+}
