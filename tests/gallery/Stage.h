@@ -1,0 +1,31 @@
+#pragma once
+
+#include "FakeLoginItem.h"
+#include "RecordedActions.h"
+#include "Scenes.h"
+#include "StoreBench.h"
+
+#include <QImage>
+#include <QQuickView>
+
+/// Shows one scene in a window of its own.
+class Stage
+{
+public:
+    explicit Stage(const GalleryScene &scene);
+
+    [[nodiscard]] QQuickView &window() { return m_view; }
+    /// What can be seen once everything has come to rest, with the menus that reach beyond the window.
+    [[nodiscard]] QImage picture();
+
+private:
+    void fit();
+    void type(const QString &keys);
+    void point(const QPointF &position, GalleryScene::Press press);
+
+    GalleryScene m_scene;
+    StoreBench m_bench;
+    RecordedActions m_actions;
+    FakeLoginItem m_loginItem;
+    QQuickView m_view;
+};

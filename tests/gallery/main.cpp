@@ -1,0 +1,108 @@
+// The real views on made-up services, in every state that they can be in.
+//   portolan_gallery [SCENE]      shows one scene after the other: Page Down, Page Up
+//   portolan_gallery --shots DIR  writes a picture of each at scale 1 (NAME.png) and 2 (NAME@2x.png)
+
+#include "Stage.h"
+
+#include <QCommandLineParser>
+#include <QDir>
+#include <QGuiApplication>
+#include <QProcess>
+
+#include <cstdio>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool shoot(const QDir &folder)
+{
+    const bool isDouble = qEnvironmentVariable("QT_SCALE_FACTOR") == "2"_L1;
+    for (const GalleryScene &scene : galleryScenes()) {
+        const QString file = folder.filePath(scene.name + (isDouble ? u"@2x.png"_s : u".png"_s));
+        if (!Stage(scene).picture().save(file)) {
+            std::fprintf(stderr, "cannot write %s\n", qPrintable(file));
+            return false;
+        }
+    }
+    return true;
+}
+
+// The scale belongs to a process and is settled before it has windows.
+bool shootAtEveryScale(const QString &folder)
+{
+    for (const QString &scale : {u"1"_s, u"2"_s}) {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"QT_SCALE_FACTOR"_s, scale);
+        process.setProcessEnvironment(environment);
+        process.setProcessChannelMode(QProcess::ForwardedChannels);
+        process.start(QCoreApplication::applicationFilePath(), {u"--shots"_s, folder, u"--this-scale"_s});
+        if (!process.waitForFinished(-1) || process.exitStatus() != QProcess::NormalExit ||
+            process.exitCode())
+            return false;
+    }
+    return true;
+}
+
+/// Shows one scene at a time and turns the pages.
+class Album : public QObject
+{
+public:
+    explicit Album(const QString &first)
+    {
+        while (m_page + 1 < m_scenes.size() && !first.isEmpty() && m_scenes.at(m_page).name != first)
+            ++m_page;
+        show();
+    }
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() != QEvent::KeyPress)
+            return false;
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (key != Qt::Key_PageDown && key != Qt::Key_PageUp)
+            return false;
+        m_page = (m_page + (key == Qt::Key_PageDown ? 1 : -1) + m_scenes.size()) % m_scenes.size();
+        QMetaObject::invokeMethod(
+            this, [this] { show(); }, Qt::QueuedConnection);
+        return true;
+    }
+
+private:
+    void show()
+    {
+        auto next = std::make_unique<Stage>(m_scenes.at(m_page));
+        next->window().installEventFilter(this);
+        m_stage = std::move(next);
+    }
+
+    const QList<GalleryScene> m_scenes = galleryScenes();
+    qsizetype m_page = 0;
+    std::unique_ptr<Stage> m_stage;
+};
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    QGuiApplication app(argc, argv);
+    QCommandLineParser options;
+    options.addOption({u"shots"_s, u"Write a picture of each scene into <folder>."_s, u"folder"_s});
+    options.addOption({u"this-scale"_s, u"With --shots: only at the scale of this process."_s});
+    options.addPositionalArgument(u"scene"_s, u"The scene to begin with."_s);
+    options.addHelpOption();
+    options.process(app);
+
+    if (options.isSet(u"shots"_s)) {
+        const QString folder = options.value(u"shots"_s);
+        const bool isDone =
+            QDir().mkpath(folder) &&
+            (options.isSet(u"this-scale"_s) ? shoot(QDir(folder)) : shootAtEveryScale(folder));
+        return isDone ? EXIT_SUCCESS : EXIT_FAILURE;
+    }
+    const Album album(options.positionalArguments().value(0));
+    return QGuiApplication::exec();
+}
