@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QByteArray>
+#include <QProcess>
+
+/// A process of the test's own that becomes what it is told to be; odd_process.cpp has the orders.
+class OddProcess
+{
+public:
+    OddProcess();
+    ~OddProcess();
+    Q_DISABLE_COPY_MOVE(OddProcess)
+
+    [[nodiscard]] int pid() const { return int(m_process.processId()); }
+    /// Has an order carried out and returns the answer; throws when that fails.
+    QByteArray tell(const QByteArray &order);
+    /// Kills it, without notice.
+    void kill();
+
+private:
+    QProcess m_process;
+};
