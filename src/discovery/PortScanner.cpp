@@ -1,6 +1,7 @@
 #include "PortScanner.h"
 #include "PortScanner_p.h"
 
+#include "BuiltinTools.h"
 #include "ExpendableWorker.h"
 #include "ForEachIndex.h"
 #include "ProcessInspector.h"
@@ -70,9 +71,11 @@ QStringList cwdArguments(qint32 pid)
 QStringList outputs(const QString &tool, const QList<QStringList> &invocations, const ScanOptions &options)
 {
     const Shell::Limits limits{.deadline = options.toolDeadline, .stop = options.stop};
+    // What is answered in this process takes less time than a thread takes to start.
+    const int workers = BuiltinTools::standInFor(tool) ? 1 : options.workers;
     std::vector<Shell::Result> results(size_t(invocations.size()));
     std::atomic<int> timeOuts = 0;
-    forEachIndex(invocations.size(), options.workers, [&](qsizetype index) {
+    forEachIndex(invocations.size(), workers, [&](qsizetype index) {
         if (timeOuts >= maxTimeOuts || options.stop.stop_requested())
             return;
         Shell::Result &result = results[size_t(index)];

@@ -1,5 +1,6 @@
 #include "Shell.h"
 
+#include "BuiltinTools.h"
 #include "ChildProcess.h"
 #include "FileDescriptor.h"
 
@@ -110,7 +111,8 @@ QString Shell::run(const QString &path, const QStringList &arguments)
 
 Shell::Result Shell::run(const QString &path, const QStringList &arguments, const Limits &limits)
 {
-    // (Tools that are built in answer here.)
+    if (std::optional<QString> answer = BuiltinTools::answer(path, arguments))
+        return {.output = std::move(*answer)};
 
     const QDeadlineTimer deadline =
         limits.deadline ? QDeadlineTimer(*limits.deadline) : QDeadlineTimer(QDeadlineTimer::Forever);

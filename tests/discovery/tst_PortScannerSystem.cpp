@@ -256,6 +256,18 @@ TEST(RealScan, ADevelopersCommandIsListedWhateverItsFolder)
     }));
 }
 
+TEST(RealScan, AServerWhoseNameWasCutInsideABracketIsListed)
+{
+    const ForkedServer next("next-server (v15.3.2)", "127.0.0.1", 0);
+    ASSERT_TRUE(next.listens());
+    const QList<Service> services = PortScanner::scan();
+    const auto found = std::ranges::find(services, next.pid(), &Service::pid);
+    ASSERT_NE(found, services.end());
+    EXPECT_EQ(found->command, u"next-server (v1"_s);
+    EXPECT_EQ(found->framework, Framework::node);
+    EXPECT_TRUE(found->stats);
+}
+
 TEST(RealScan, WhatEndedIsGone)
 {
     in_port_t port = 0;

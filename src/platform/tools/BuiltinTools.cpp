@@ -69,11 +69,15 @@ std::optional<std::string> psAnswer(const QStringList &arguments)
 
 } // namespace
 
+bool BuiltinTools::standInFor(const QString &path)
+{
+    return (isLsof(path) || isPs(path)) && isEnabled();
+}
+
 std::optional<QString> BuiltinTools::answer(const QString &path, const QStringList &arguments)
 {
-    const bool lsof = isLsof(path);
-    if ((!lsof && !isPs(path)) || !isEnabled())
+    if (!standInFor(path))
         return std::nullopt;
-    const auto text = lsof ? lsofAnswer(arguments) : psAnswer(arguments);
+    const auto text = isLsof(path) ? lsofAnswer(arguments) : psAnswer(arguments);
     return text ? std::optional(QString::fromStdString(*text)) : std::nullopt;
 }

@@ -15,4 +15,7 @@ namespace BuiltinTools {
 /// first call. Any thread; never waits for anything but the kernel.
 [[nodiscard]] std::optional<QString> answer(const QString &path, const QStringList &arguments);
 
+/// Whether the tool at `path` is one whose questions are answered here, so that asking costs no process.
+[[nodiscard]] bool standInFor(const QString &path);
+
 } // namespace BuiltinTools
