@@ -10,8 +10,8 @@ constexpr QSize FirstSize(480, 620);
 constexpr QSize LeastSize(400, 440);
 } // namespace
 
-DesktopWindow::DesktopWindow(QQmlEngine &engine, const QVariantMap &properties)
-    : RootWindow(engine, properties)
+DesktopWindow::DesktopWindow(QQmlEngine &engine, const RootContent &content)
+    : RootWindow(engine, content, Presentation::Window)
 {
     QIcon icon;
     for (const int size : {16, 32, 48, 128})

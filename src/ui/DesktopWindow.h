@@ -8,7 +8,7 @@ class DesktopWindow : public RootWindow
     Q_OBJECT
 
 public:
-    DesktopWindow(QQmlEngine &engine, const QVariantMap &properties);
+    DesktopWindow(QQmlEngine &engine, const RootContent &content);
 
 Q_SIGNALS:
     /// The user closed the window.

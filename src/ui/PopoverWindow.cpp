@@ -19,8 +19,8 @@ bool belongsTo(const QWindow *window, const QWindow *owner)
 
 } // namespace
 
-PopoverWindow::PopoverWindow(QQmlEngine &engine, const QVariantMap &properties)
-    : RootWindow(engine, properties)
+PopoverWindow::PopoverWindow(QQmlEngine &engine, const RootContent &content)
+    : RootWindow(engine, content, Presentation::Popover)
 {
     setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     connect(rootObject(), &QQuickItem::implicitHeightChanged, this, &PopoverWindow::place);

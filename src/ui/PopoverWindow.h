@@ -10,7 +10,7 @@ class PopoverWindow : public RootWindow
     Q_OBJECT
 
 public:
-    PopoverWindow(QQmlEngine &engine, const QVariantMap &properties);
+    PopoverWindow(QQmlEngine &engine, const RootContent &content);
 
     /// Shows the popover at the icon, `anchor`.
     void open(QPoint anchor);

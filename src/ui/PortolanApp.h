@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ReopenGuard.h"
+#include "RootContent.h"
 #include "StartRequest.h"
 #include "StatusIcon.h"
 
@@ -14,7 +15,6 @@
 class DesktopWindow;
 class PopoverWindow;
 class RootWindow;
-class ServiceStore;
 
 /// The program as the user meets it: a status icon, the popover at it and the window that the popover can be
 /// detached into, both showing the one store. Main thread only.
@@ -23,8 +23,8 @@ class PortolanApp : public QObject
     Q_OBJECT
 
 public:
-    /// Shows the status icon and nothing else. `store` outlives this.
-    explicit PortolanApp(ServiceStore &store);
+    /// Shows the status icon and nothing else. What `content` names outlives this.
+    explicit PortolanApp(const RootContent &content);
     ~PortolanApp() override;
 
     /// Does what this start of the program asks for. Where no status icon can be shown, a start that is not
@@ -49,7 +49,7 @@ private:
     DesktopWindow &window();
     void startWhenItAppears(RootWindow &window);
 
-    ServiceStore &m_store;
+    RootContent m_content;
     std::unique_ptr<StatusIcon> m_icon;
     std::optional<QPoint> m_iconPosition; // as far as a click has told
     ReopenGuard m_reopenGuard;

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "RootContent.h"
+
 #include <QQuickView>
-#include <QVariantMap>
 
 /// A window filled by a RootView.
 class RootWindow : public QQuickView
@@ -9,8 +10,11 @@ class RootWindow : public QQuickView
     Q_OBJECT
 
 public:
-    /// `properties` are what the RootView requires.
-    RootWindow(QQmlEngine &engine, const QVariantMap &properties);
+    /// RootView's presentations, in its order.
+    enum class Presentation : quint8 { Popover, Window };
+
+    /// What `content` names outlives the window.
+    RootWindow(QQmlEngine &engine, const RootContent &content, Presentation presentation);
 
     /// Shows the window, if it is not shown yet, above the others and with the keyboard's focus.
     void bringToFront();
@@ -18,6 +22,8 @@ public:
 Q_SIGNALS:
     /// The window came into view, having been out of it.
     void appeared();
+    /// The user wants the content in a window of its own.
+    void detachRequested();
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;

@@ -1,0 +1,9 @@
+#pragma once
+
+/// The program portolan behind its entry point.
+namespace DesktopProgram {
+
+/// Does what the command line asks for and returns the exit status.
+[[nodiscard]] int run(int argc, char **argv);
+
+} // namespace DesktopProgram

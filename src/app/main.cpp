@@ -1,0 +1,6 @@
+#include "DesktopProgram.h"
+
+int main(int argc, char **argv)
+{
+    return DesktopProgram::run(argc, argv);
+}
