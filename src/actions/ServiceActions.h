@@ -2,13 +2,18 @@
 
 #include "Service.h"
 
+#include <chrono>
+
 /// What the user can do to a discovered server. Every action acts at once, on the main thread, without
 /// waiting for anybody; none of them reports a failure or changes the list. Without a folder the folder
 /// actions do nothing.
 namespace ServiceActions {
 
-/// Sends SIGTERM to the server's process now and, if it still is there 1.5 s later, SIGKILL. Never reaches
-/// another process that has got the id since. A program that ends earlier leaves it at SIGTERM.
+/// How long a server has to end by itself before it is killed.
+inline constexpr std::chrono::milliseconds stopGrace(1500);
+
+/// Sends SIGTERM to the server's process now and, if it still is there after `stopGrace`, SIGKILL. Never
+/// reaches another process that has got the id since. A program that ends earlier leaves it at SIGTERM.
 void stop(const Service &service);
 
 /// Opens the server's address in the user's browser.

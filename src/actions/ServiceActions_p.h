@@ -4,12 +4,7 @@
 
 #include <QStringList>
 
-#include <chrono>
-
 namespace ServiceActions {
-
-/// How long a server has to end by itself before it is killed.
-inline constexpr std::chrono::milliseconds stopGrace(1500);
 
 /// The launchers of the code editors, the preferred one first.
 [[nodiscard]] QStringList editorCandidates();

@@ -1,6 +1,8 @@
 #include "Commands.h"
 
 #include "ListCommand.h"
+#include "OpenCommand.h"
+#include "StopCommand.h"
 #include "WatchCommand.h"
 
 #include <array>
@@ -17,6 +19,12 @@ std::span<const Command> commands()
         Command{{"watch"_L1, Shape::Json | Shape::NoProbe | Shape::Search | Shape::Sort},
                 "the same list, kept up to date until q or Control-C"_L1,
                 WatchCommand::run},
+        Command{{"stop"_L1, {}, Shape::Operands::some, "PORT|ID..."_L1},
+                "stop the servers on these ports or with these ids (process-port)"_L1,
+                StopCommand::run},
+        Command{{"open"_L1, {}, Shape::Operands::one, "PORT"_L1},
+                "open the server on this port in the browser"_L1,
+                OpenCommand::run},
     };
     return table;
 }

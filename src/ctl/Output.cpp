@@ -7,6 +7,8 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 bool Output::isTerminal()
 {
     return isatty(STDOUT_FILENO) == 1;
@@ -33,6 +35,11 @@ Ink Output::ink()
     return Ink(Ink::depthOfTerminal(qgetenv("TERM"), qgetenv("COLORTERM"), qgetenv("NO_COLOR")));
 }
 
+void Output::complain(const QString &message)
+{
+    std::fprintf(stderr, "portolanctl: %s\n", qUtf8Printable(message));
+}
+
 bool Output::write(QByteArrayView bytes)
 {
     while (!bytes.isEmpty()) {
@@ -41,7 +48,7 @@ bool Output::write(QByteArrayView bytes)
             continue;
         if (written < 0) {
             if (errno != EPIPE)
-                std::fprintf(stderr, "portolanctl: cannot write: %s\n", std::strerror(errno));
+                complain(u"cannot write: "_s + QString::fromLocal8Bit(std::strerror(errno)));
             return false;
         }
         bytes = bytes.sliced(written);

@@ -24,6 +24,10 @@ struct Size
 /// Colours for what is written to it: none where it is no terminal or the user wants none.
 [[nodiscard]] Ink ink();
 
+/// Says on standard error what went wrong, in the program's name. What in `message` is a stranger's has to be
+/// harmless.
+void complain(const QString &message);
+
 /// Writes all of `bytes` to standard output. Where that fails, says why on standard error (unless just nobody
 /// reads any more) and returns false.
 [[nodiscard]] bool write(QByteArrayView bytes);

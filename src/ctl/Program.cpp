@@ -6,7 +6,6 @@
 #include <QCoreApplication>
 
 #include <algorithm>
-#include <cstdio>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -42,7 +41,7 @@ int Program::run(int argc, char **argv)
 {
     const auto result = parsed(argumentsOf(argc, argv));
     if (const auto *error = std::get_if<CommandLine::Error>(&result)) {
-        std::fprintf(stderr, "portolanctl: %s\n", qUtf8Printable(error->message));
+        Output::complain(error->message);
         return usageError;
     }
     const auto &line = std::get<CommandLine>(result);
@@ -66,7 +65,7 @@ QString Program::helpText()
         QString usage = command.shape.name;
         if (!command.shape.operandName.isEmpty())
             usage += u' ' + command.shape.operandName;
-        text += "  "_L1 + usage.leftJustified(16) + command.summary + u'\n';
+        text += "  "_L1 + usage.leftJustified(18) + command.summary + u'\n';
     }
     return text +
            u"\nOptions of list and watch:\n"

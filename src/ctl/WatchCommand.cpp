@@ -14,8 +14,8 @@
 #include <QTimer>
 
 #include <chrono>
-#include <cstdio>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -79,7 +79,7 @@ int watchAsJson(ServiceStore &store)
 int WatchCommand::run(const CommandLine &line)
 {
     if (!line.json && !Output::isAddressable()) {
-        std::fputs("portolanctl: 'watch' needs a terminal, or option '--json'\n", stderr);
+        Output::complain(u"'watch' needs a terminal, or option '--json'"_s);
         return Program::usageError;
     }
     Session session(line);

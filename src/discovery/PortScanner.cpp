@@ -98,12 +98,14 @@ QList<RawListener> listeners(const ScanOptions &options)
     return PortScanner::parseListeners(Shell::run(options.lsof, listingArguments(), limits).output);
 }
 
-/// The first of each process and port.
-QList<RawListener> withoutDuplicates(const QList<RawListener> &listeners)
+/// The first of each process and port, as far as the port is asked for.
+QList<RawListener> wantedListeners(const QList<RawListener> &listeners, const ScanOptions &options)
 {
     QSet<std::pair<qint32, qint64>> seen;
     QList<RawListener> distinct;
     for (const RawListener &listener : listeners) {
+        if (options.ports && !options.ports->contains(listener.port))
+            continue;
         const std::pair key(listener.pid, listener.port);
         if (seen.contains(key))
             continue;
@@ -179,9 +181,16 @@ QList<Service> PortScanner::scan(std::stop_token stop)
     return scan(options);
 }
 
+QList<Service> PortScanner::scanPorts(const QSet<qint64> &ports)
+{
+    ScanOptions options;
+    options.ports = ports;
+    return scan(options);
+}
+
 QList<Service> PortScanner::scan(const ScanOptions &options)
 {
-    const QList<RawListener> distinct = withoutDuplicates(listeners(options));
+    const QList<RawListener> distinct = wantedListeners(listeners(options), options);
     QList<Service> services = devServers(distinct, workingFolders(distinct, options), options.home);
     detectProjects(services, options);
     readStats(services, options);

@@ -33,6 +33,7 @@ struct ScanOptions
     std::chrono::milliseconds toolDeadline = std::chrono::seconds(3);
     std::chrono::milliseconds folderDeadline = ProjectDetector::deadline;
     int workers = defaultWorkers();
+    std::optional<QSet<qint64>> ports; ///< listeners on others are passed over; absent: on none
     std::stop_token stop;
 
     /// One for each core, but no more than four: the tools' own work is what takes the time.

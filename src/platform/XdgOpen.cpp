@@ -6,14 +6,23 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+QString opener()
+{
+    return DetachedProgram::find(u"xdg-open"_s);
+}
+
 void open(const QString &target)
 {
-    const QString opener = DetachedProgram::find(u"xdg-open"_s);
-    if (!opener.isEmpty())
-        DetachedProgram::start(opener, {target});
+    if (const QString program = opener(); !program.isEmpty())
+        DetachedProgram::start(program, {target});
 }
 
 } // namespace
+
+bool XdgOpen::isInstalled()
+{
+    return !opener().isEmpty();
+}
 
 void XdgOpen::address(const QUrl &url)
 {

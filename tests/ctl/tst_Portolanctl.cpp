@@ -1,20 +1,14 @@
-#include "HomeFolder.h"
 #include "OddServer.h"
-#include "Printers.h"
+#include "PortolanctlTest.h"
 #include "PtyProcess.h"
 #include "TerminalEmulator.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QRegularExpression>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 #include <csignal>
 #include <memory>
@@ -25,22 +19,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString program = QStringLiteral(PORTOLANCTL);
-
-struct Outcome
-{
-    int status = -1;
-    QByteArray output;
-    QByteArray error;
-};
-
-Outcome finished(QProcess &process)
-{
-    if (!process.waitForFinished(60'000) || process.exitStatus() != QProcess::NormalExit)
-        return {};
-    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
-}
-
 // The lines that hold `port` as a word of their own.
 QStringList linesOf(const QStringList &lines, quint16 port)
 {
@@ -49,23 +27,12 @@ QStringList linesOf(const QStringList &lines, quint16 port)
 
 } // namespace
 
-/// This program is the server that the real portolanctl finds: it listens, from a folder in the home folder.
-class Portolanctl : public testing::Test
+/// This program is the server that the real portolanctl finds: it listens, from the servers' folder.
+class Portolanctl : public PortolanctlTest
 {
 protected:
-    Portolanctl()
-        : m_folder(HomeFolder::path() + u"/portolan-test-XXXXXX"_s)
-        , m_previousFolder(QDir::currentPath())
-    {
-        EXPECT_TRUE(m_folder.isValid());
-        EXPECT_TRUE(QDir(m_folder.path()).mkdir(u"shop"_s));
-        EXPECT_TRUE(QDir(m_folder.path()).mkdir(u"config"_s));
-        QDir::setCurrent(folder());
-    }
+    Portolanctl() { QDir::setCurrent(folder()); }
     ~Portolanctl() override { QDir::setCurrent(m_previousFolder); }
-
-    [[nodiscard]] QString folder() const { return m_folder.filePath(u"shop"_s); }
-    [[nodiscard]] QString configFolder() const { return m_folder.filePath(u"config"_s); }
 
     void writeSettings(const QByteArray &json) const
     {
@@ -75,31 +42,6 @@ protected:
         file.write(json);
     }
     [[nodiscard]] QString settingsPath() const { return configFolder() + u"/portolan/settings.json"_s; }
-
-    void prepare(QProcess &process) const
-    {
-        auto environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(u"XDG_CONFIG_HOME"_s, configFolder());
-        environment.remove(u"DISPLAY"_s);
-        environment.remove(u"WAYLAND_DISPLAY"_s);
-        process.setProcessEnvironment(environment);
-    }
-
-    [[nodiscard]] Outcome run(const QStringList &arguments) const
-    {
-        QProcess process;
-        prepare(process);
-        process.start(program, arguments);
-        return finished(process);
-    }
-
-    [[nodiscard]] Outcome runInShell(const QString &script) const
-    {
-        QProcess process;
-        prepare(process);
-        process.start(u"/bin/sh"_s, {u"-c"_s, script, u"sh"_s, program});
-        return finished(process);
-    }
 
     [[nodiscard]] QJsonArray services(const QStringList &arguments) const
     {
@@ -134,8 +76,7 @@ protected:
     const OddServer::Script m_ok = OddServer::answers("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n");
 
 private:
-    QTemporaryDir m_folder;
-    QString m_previousFolder;
+    const QString m_previousFolder = QDir::currentPath();
 };
 
 TEST_F(Portolanctl, ListsARunningServer)
@@ -286,8 +227,8 @@ TEST_F(Portolanctl, TellsItsVersionAndHowToUseIt)
     EXPECT_EQ(run({u"--version"_s}).output, "portolanctl " PORTOLAN_VERSION "\n");
     const Outcome help = run({u"--help"_s});
     EXPECT_EQ(help.status, 0);
-    for (const char *word :
-         {"list", "watch", "--json", "--no-probe", "--search", "--sort", "--help", "--version"})
+    for (const char *word : {"list", "watch", "stop", "open", "--json", "--no-probe", "--search", "--sort",
+                             "--help", "--version"})
         EXPECT_TRUE(help.output.contains(word)) << word;
 }
 

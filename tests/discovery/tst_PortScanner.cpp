@@ -15,6 +15,7 @@ using namespace std::chrono_literals;
 using PortScanner::scan;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::UnorderedElementsAre;
 
 namespace {
 
@@ -86,6 +87,21 @@ TEST_P(ScanWorkers, AsksTheToolsInExactlyTheseWords)
     EXPECT_THAT(tools.lsofCalls(),
                 ElementsAre(u"-nP -iTCP -sTCP:LISTEN -FpcnPT"_s, u"-a -p 42 -d cwd -Fn"_s));
     EXPECT_THAT(tools.psCalls(), ElementsAre(u"-o etime=,%cpu=,rss= -p 42"_s));
+}
+
+TEST_P(ScanWorkers, AsksNothingAboutPortsThatAreNotWanted)
+{
+    tools.addServer(42, "node", "*:3000", "/a");
+    tools.addServer(43, "node", "*:3001", "/b");
+    tools.addServer(44, "node", "*:3000", "/c");
+    PortScanner::ScanOptions wanted = options();
+    wanted.ports = {3000, 80};
+    EXPECT_THAT(summary(scan(wanted)), ElementsAre(u"42-3000 node /a"_s, u"44-3000 node /c"_s));
+    EXPECT_THAT(tools.lsofCalls(), UnorderedElementsAre(u"-nP -iTCP -sTCP:LISTEN -FpcnPT"_s,
+                                                        u"-a -p 42 -d cwd -Fn"_s, u"-a -p 44 -d cwd -Fn"_s));
+    EXPECT_EQ(tools.psCalls().size(), 2);
+    wanted.ports->clear();
+    EXPECT_THAT(scan(wanted), IsEmpty());
 }
 
 TEST_P(ScanWorkers, SortsByPortAndKeepsTheToolsOrderWithinAPort)

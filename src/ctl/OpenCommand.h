@@ -1,0 +1,11 @@
+#pragma once
+
+#include "CommandLine.h"
+
+/// `portolanctl open PORT`: a server in the browser.
+namespace OpenCommand {
+
+/// Has the browser started and does not wait for it. Returns the program's exit status.
+[[nodiscard]] int run(const CommandLine &line);
+
+} // namespace OpenCommand

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "Service.h"
+
+#include <QStringView>
+
+#include <optional>
+
+/// What an operand means: the servers on a port, or one of them by its id.
+struct Target
+{
+    qint64 port = 0;
+    std::optional<qint32> pid; ///< absent: whichever process listens there
+
+    /// Reads a port ("3000") or an id ("4242-3000"); nothing if `operand` is neither.
+    [[nodiscard]] static std::optional<Target> parse(QStringView operand);
+
+    [[nodiscard]] bool means(const Service &service) const;
+
+    friend bool operator==(const Target &, const Target &) = default;
+};

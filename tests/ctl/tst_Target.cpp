@@ -1,0 +1,58 @@
+#include "Target.h"
+
+#include "Printers.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+TEST(Target, IsAPort)
+{
+    EXPECT_EQ(Target::parse(u"3000"), (Target{.port = 3000}));
+    EXPECT_EQ(Target::parse(u"1"), (Target{.port = 1}));
+    EXPECT_EQ(Target::parse(u"65535"), (Target{.port = 65535}));
+}
+
+TEST(Target, IsAnId)
+{
+    EXPECT_EQ(Target::parse(u"4242-3000"), (Target{.port = 3000, .pid = 4242}));
+    EXPECT_EQ(Target::parse(u"2147483647-80"), (Target{.port = 80, .pid = 2147483647}));
+}
+
+TEST(Target, IsNothingElse)
+{
+    for (const auto *text : {u"",
+                             u"-",
+                             u"0",
+                             u"65536",
+                             u"-3000",
+                             u"3000-",
+                             u"0-3000",
+                             u"4242-0",
+                             u"4242-65536",
+                             u"2147483648-80",
+                             u"99999999999999999999",
+                             u"1-2-3",
+                             u"+80",
+                             u" 80",
+                             u"80 ",
+                             u"0x50",
+                             u"8e1",
+                             u"shop",
+                             u":3000",
+                             u"٣",
+                             u"4242--3000"})
+        EXPECT_EQ(Target::parse(text), std::nullopt) << QString::fromUtf16(text).toStdString();
+}
+
+TEST(Target, MeansServersByPortOrById)
+{
+    Service service;
+    service.pid = 4242;
+    service.port = 3000;
+    EXPECT_TRUE(Target{.port = 3000}.means(service));
+    EXPECT_FALSE(Target{.port = 3001}.means(service));
+    EXPECT_TRUE((Target{.port = 3000, .pid = 4242}.means(service)));
+    EXPECT_FALSE((Target{.port = 3000, .pid = 4243}.means(service)));
+    EXPECT_FALSE((Target{.port = 3001, .pid = 4242}.means(service)));
+}
