@@ -142,9 +142,10 @@ QList<Service> ServiceStore::computeVisible() const
                             m_sortOrder.valueBypassingBindings()});
 }
 
-qint64 ServiceStore::computeRunningCount() const
+int ServiceStore::computeRunningCount() const
 {
-    return std::ranges::count_if(m_services.valueBypassingBindings(), &Health::isHealthy, &Service::health);
+    return int(
+        std::ranges::count_if(m_services.valueBypassingBindings(), &Health::isHealthy, &Service::health));
 }
 
 void ServiceStore::announceDerived()

@@ -49,7 +49,7 @@ class ServiceStore : public QObject
                    bindableAutoRefresh FINAL)
     Q_PROPERTY(QList<Service> visible READ visible NOTIFY visibleChanged BINDABLE bindableVisible FINAL)
     Q_PROPERTY(
-        qint64 runningCount READ runningCount NOTIFY runningCountChanged BINDABLE bindableRunningCount FINAL)
+        int runningCount READ runningCount NOTIFY runningCountChanged BINDABLE bindableRunningCount FINAL)
     // QML cannot name enumerators that begin with a small letter, so it speaks of orders by their raw value.
     Q_PROPERTY(QString sortOrderId READ sortOrderId WRITE setSortOrderId NOTIFY sortOrderChanged FINAL)
     Q_PROPERTY(QList<SortOrder> sortOrders READ sortOrders CONSTANT FINAL)
@@ -89,7 +89,7 @@ public:
     /// read.
     [[nodiscard]] QList<Service> visible() const { return m_visible; }
     /// How many of all services answer, whatever their status code. Computed by every read.
-    [[nodiscard]] qint64 runningCount() const { return m_runningCount; }
+    [[nodiscard]] int runningCount() const { return m_runningCount; }
 
     [[nodiscard]] QString sortOrderId() const { return sortOrder().rawValue(); }
     /// Anything but the raw value of an order changes nothing.
@@ -105,7 +105,7 @@ public:
     [[nodiscard]] QBindable<QSet<qint64>> bindablePinnedPorts() const { return &m_pinnedPorts; }
     [[nodiscard]] QBindable<bool> bindableAutoRefresh() const { return &m_autoRefresh; }
     [[nodiscard]] QBindable<QList<Service>> bindableVisible() const { return &m_visible; }
-    [[nodiscard]] QBindable<qint64> bindableRunningCount() const { return &m_runningCount; }
+    [[nodiscard]] QBindable<int> bindableRunningCount() const { return &m_runningCount; }
 
     /// Refreshes now and, with auto-refresh on, every five seconds from now on. To be called whenever the
     /// list comes into view.
@@ -138,7 +138,7 @@ private:
     void announceVisible();
     void announceVisibleOrder();
     [[nodiscard]] QList<Service> computeVisible() const;
-    [[nodiscard]] qint64 computeRunningCount() const;
+    [[nodiscard]] int computeRunningCount() const;
 
     void startScan(const Mailbox<QList<Service>>::Sender &result);
     QCoro::Task<> runHealthChecks();
@@ -160,7 +160,7 @@ private:
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(ServiceStore, bool, m_autoRefresh, true,
                                          &ServiceStore::autoRefreshChanged)
     Q_OBJECT_COMPUTED_PROPERTY(ServiceStore, QList<Service>, m_visible, &ServiceStore::computeVisible)
-    Q_OBJECT_COMPUTED_PROPERTY(ServiceStore, qint64, m_runningCount, &ServiceStore::computeRunningCount)
+    Q_OBJECT_COMPUTED_PROPERTY(ServiceStore, int, m_runningCount, &ServiceStore::computeRunningCount)
     std::array<QPropertyNotifier, 4> m_derivedFrom;
 
     Waits m_waits;

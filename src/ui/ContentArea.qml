@@ -9,15 +9,12 @@ Item {
     required property ServiceActions actions
     required property bool isWindow
 
-    readonly property int shown: ContentState.of(root.store.services.length > 0, root.store.isScanning, root.store.visible.length > 0)
-
-    implicitHeight: root.shown === ContentState.List ? list.implicitHeight : root.shown === ContentState.Loading ? loading.implicitHeight : empty.implicitHeight
-
-    VisibleServicesModel {
-        id: visibleServices
-
+    readonly property VisibleServicesModel services: VisibleServicesModel {
         store: root.store
     }
+    readonly property int shown: ContentState.of(root.store.services.length > 0, root.store.isScanning, root.services.count > 0)
+
+    implicitHeight: root.shown === ContentState.List ? list.implicitHeight : root.shown === ContentState.Loading ? loading.implicitHeight : empty.implicitHeight
 
     StopSequence {
         id: stopping
@@ -31,7 +28,7 @@ Item {
 
         anchors.fill: parent
         visible: root.shown === ContentState.List
-        services: visibleServices
+        services: root.services
         actions: root.actions
         onStop: service => stopping.run(service)
         onTogglePin: service => root.store.togglePin(service)

@@ -11,7 +11,8 @@ class ContentState : public QObject
     QML_SINGLETON
 
 public:
-    enum State : quint8 {
+    // An int, as generated code reads it from QML.
+    enum State {
         Loading, ///< the first scan: nothing is known yet
         List,    ///< the rows
         Empty,   ///< nothing runs, or nothing matches the search

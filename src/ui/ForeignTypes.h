@@ -7,7 +7,7 @@
 #include "SortOrder.h"
 #include "VisibleServicesModel.h"
 
-#include <QtQmlIntegration>
+#include <QtQml/qqmlregistration.h> // declares QML_FOREIGN
 
 struct ServiceForeign
 {

@@ -5,6 +5,7 @@ import Portolan
 Item {
     id: root
 
+    implicitWidth: 20
     implicitHeight: 9
     Accessible.role: Accessible.Separator
 

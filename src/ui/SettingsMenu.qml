@@ -32,6 +32,7 @@ Loader {
             }
         }
         Item {
+            implicitWidth: 1
             implicitHeight: 6
         }
         MenuEntry {

@@ -109,7 +109,10 @@ QImage Stage::picture()
     picture.setDevicePixelRatio(scale);
     picture.fill(QColor(58, 64, 74));
     QPainter painter(&picture);
-    for (QQuickWindow *window : windows)
-        painter.drawImage(window->position() - extent.topLeft(), window->grabWindow());
+    for (QQuickWindow *window : windows) {
+        QImage shown = window->grabWindow();
+        shown.setDevicePixelRatio(scale);
+        painter.drawImage(window->position() - extent.topLeft(), shown);
+    }
     return picture;
 }
