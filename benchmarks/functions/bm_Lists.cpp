@@ -18,9 +18,8 @@ namespace {
 void visible(benchmark::State &state)
 {
     const QList<Service> services = sampleServices(state.range());
-    const VisibleList::Criteria criteria{.searchText = {},
-                                         .pinnedPorts = {1024, 1048, 1072},
-                                         .sortOrder = *SortOrder::fromRawValue(u"name")};
+    const VisibleList::Criteria criteria{
+        .searchText = {}, .pinnedPorts = {1024, 1048, 1072}, .sortOrder = *SortOrder::fromRawValue(u"name")};
     for (auto _ : state)
         benchmark::DoNotOptimize(VisibleList::of(services, criteria));
     state.SetItemsProcessed(state.iterations() * state.range());
@@ -83,7 +82,8 @@ private:
     std::atomic<int> m_round = 0;
     QTemporaryDir m_folder;
     UserDefaults m_defaults{m_folder.filePath(QStringLiteral("settings.json"))};
-    ServiceStore m_store{m_defaults, [this](const std::stop_token &) { return sampleServices(m_count, ++m_round); },
+    ServiceStore m_store{m_defaults,
+                         [this](const std::stop_token &) { return sampleServices(m_count, ++m_round); },
                          [](qint64) { return QtFuture::makeReadyFuture(Health::healthy(200, 1)); }};
     VisibleServicesModel m_model;
 };
@@ -113,5 +113,15 @@ void searchModel(benchmark::State &state)
 BENCHMARK(visible)->Arg(50)->Arg(1'000)->Arg(10'000);
 BENCHMARK(visibleWithSearch)->Arg(50)->Arg(1'000)->Arg(10'000);
 BENCHMARK(mergeSteps)->Arg(50)->Arg(1'000)->Arg(10'000);
-BENCHMARK(refreshModel)->Arg(50)->Arg(1'000)->Arg(10'000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
-BENCHMARK(searchModel)->Arg(50)->Arg(1'000)->Arg(10'000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
+BENCHMARK(refreshModel)
+    ->Arg(50)
+    ->Arg(1'000)
+    ->Arg(10'000)
+    ->Unit(benchmark::kMillisecond)
+    ->MeasureProcessCPUTime();
+BENCHMARK(searchModel)
+    ->Arg(50)
+    ->Arg(1'000)
+    ->Arg(10'000)
+    ->Unit(benchmark::kMillisecond)
+    ->MeasureProcessCPUTime();

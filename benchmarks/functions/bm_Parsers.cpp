@@ -13,8 +13,8 @@ QString listing(int count)
 {
     QString text;
     for (int i = 0; i < count; ++i)
-        text += u"p%1\ncnode\nf21\nPTCP\nn127.0.0.1:%2\nTST=LISTEN\nTQR=0\nTQS=0\n"_s.arg(1000 + i)
-                    .arg(3000 + i);
+        text +=
+            u"p%1\ncnode\nf21\nPTCP\nn127.0.0.1:%2\nTST=LISTEN\nTQR=0\nTQS=0\n"_s.arg(1000 + i).arg(3000 + i);
     return text;
 }
 
