@@ -1,5 +1,6 @@
 #include "DesktopProgram.h"
 
+#include "BusLoss.h"
 #include "DisplayServer.h"
 #include "PortolanApp.h"
 #include "ServiceStore.h"
@@ -51,8 +52,8 @@ void describe(QGuiApplication &application)
 
 int serve(StartRequest request)
 {
-    SingleInstance instance(QDBusConnection::sessionBus(),
-                            QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation));
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    SingleInstance instance(bus, QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation));
     switch (instance.claim(request)) {
     case SingleInstance::Outcome::First:
         break;
@@ -71,6 +72,9 @@ int serve(StartRequest request)
 
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, qApp, &QCoreApplication::quit);
+
+    const BusLoss busLoss(bus);
+    QObject::connect(&busLoss, &BusLoss::occurred, qApp, &QCoreApplication::quit);
 
     app.start(request);
     return QCoreApplication::exec();
