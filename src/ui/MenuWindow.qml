@@ -94,6 +94,8 @@ Window {
         acceptedButtons: Qt.LeftButton | Qt.RightButton
         onPositionChanged: mouse => root.current = column.childAt(1, mouse.y) as MenuEntry
         onExited: root.current = null
+        // A finger comes without a move before.
+        onPressed: mouse => root.current = column.childAt(1, mouse.y) as MenuEntry
         onClicked: root.accept()
     }
 }
