@@ -1,0 +1,75 @@
+"""What a program shows, as assistive technology sees it: names, roles and places of everything that can be reached."""
+
+import dbus
+
+REGISTRY = ("org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root")
+ACCESSIBLE = "org.a11y.atspi.Accessible"
+SCREEN_COORDINATES = dbus.UInt32(0)
+STATE_FOCUSED = 12
+STATE_SHOWING = 25
+
+
+class Node:
+    def __init__(self, bus, name, path):
+        self._bus = bus
+        self._name = name
+        self._path = path
+
+    def _call(self, interface, method, *arguments):
+        proxy = self._bus.get_object(self._name, self._path, introspect=False)
+        return proxy.get_dbus_method(method, interface)(*arguments)
+
+    @property
+    def name(self):
+        return str(self._call(dbus.PROPERTIES_IFACE, "Get", ACCESSIBLE, "Name"))
+
+    @property
+    def role(self):
+        return str(self._call(ACCESSIBLE, "GetRoleName"))
+
+    def _has_state(self, state):
+        return bool(self._call(ACCESSIBLE, "GetState")[0] >> state & 1)
+
+    @property
+    def is_showing(self):
+        return self._has_state(STATE_SHOWING)
+
+    @property
+    def is_focused(self):
+        return self._has_state(STATE_FOCUSED)
+
+    @property
+    def frame(self):
+        """x, y, width and height on the screen."""
+        return tuple(int(number) for number in self._call("org.a11y.atspi.Component", "GetExtents", SCREEN_COORDINATES))
+
+    @property
+    def centre(self):
+        x, y, width, height = self.frame
+        return x + width // 2, y + height // 2
+
+    @property
+    def children(self):
+        return [Node(self._bus, name, path) for name, path in self._call(ACCESSIBLE, "GetChildren")]
+
+    def walk(self):
+        """All nodes below this one that can be seen."""
+        for child in self.children:
+            try:
+                if child.is_showing:
+                    yield child
+                    yield from child.walk()
+            except dbus.DBusException:
+                pass  # it has gone while it was looked at
+
+
+def connect(session_bus_address):
+    """The bus that the session's assistive technology talks on."""
+    session = dbus.bus.BusConnection(session_bus_address)
+    status = session.get_object("org.a11y.Bus", "/org/a11y/bus", introspect=False)
+    return dbus.bus.BusConnection(str(status.get_dbus_method("GetAddress", "org.a11y.Bus")()))
+
+
+def programs(bus):
+    """Every program that shows itself to assistive technology."""
+    return Node(bus, *REGISTRY).children

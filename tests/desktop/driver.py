@@ -1,0 +1,205 @@
+"""The real program in a session of its own, and the user in front of it."""
+
+import os
+import re
+import signal
+import subprocess
+import sys
+import time
+import unittest
+from dataclasses import dataclass
+
+import accessibility
+from session import HERE, PATIENCE, Session, eventually
+
+PORTOLAN = os.environ.get("PORTOLAN", str(HERE.parents[1] / "build/dev/bin/portolan"))
+
+
+@dataclass(frozen=True)
+class Window:
+    """A window on the screen; the place and size are of its content."""
+
+    id: str
+    x: int
+    y: int
+    width: int
+    height: int
+    properties: str
+
+    @property
+    def is_popover(self):
+        return "_NET_WM_WINDOW_TYPE_UTILITY" in self.properties
+
+    @property
+    def is_in_task_bar(self):
+        return "_NET_WM_STATE_SKIP_TASKBAR" not in self.properties
+
+    @property
+    def is_in_pager(self):
+        return "_NET_WM_STATE_SKIP_PAGER" not in self.properties
+
+
+class Desktop(Session):
+    """A session with Portolan in it."""
+
+    def __init__(self, **parts):
+        super().__init__(**parts)
+        self.program = None
+        self._accessibility_bus = None
+
+    # The program
+
+    def start(self, *arguments):
+        """Starts the program, which is from then on the one that the rest here speaks of."""
+        self.program = self.spawn(PORTOLAN, *arguments, log="portolan.log")
+        return self.program
+
+    def start_again(self, *arguments):
+        """Starts the program while it runs, and returns what became of that start."""
+        return subprocess.run([PORTOLAN, *arguments], env=self.env, capture_output=True, text=True, timeout=PATIENCE)
+
+    def messages(self):
+        """What the program wrote on its standard error and output."""
+        log = self.folder / "portolan.log"
+        return log.read_text() if log.exists() else ""
+
+    def is_running(self):
+        return self.program.poll() is None
+
+    def serve(self, name):
+        """Starts a web server in a folder `name`, for the program to find; returns its process and port."""
+        folder = self.home / name
+        folder.mkdir(exist_ok=True)
+        server = self.spawn(sys.executable, "-u", "-m", "http.server", "0", "--bind", "127.0.0.1", cwd=folder,
+                            stdout=subprocess.PIPE)
+        return server, int(re.search(rb"port (\d+)", server.stdout.readline())[1])
+
+    # The user's hands
+
+    def move_to(self, x, y):
+        self.run("xdotool", "mousemove", str(x), str(y))
+
+    def click(self, x, y, button=1):
+        self.run("xdotool", "mousemove", str(x), str(y), "sleep", "0.05", "click", str(button))
+
+    def press(self, *keys):
+        self.run("xdotool", "key", *keys)
+
+    def type(self, text):
+        self.run("xdotool", "type", text)
+
+    def close(self, window):
+        """Closes a window by the window manager's key for that."""
+        eventually(lambda: self.active_window() == window.id, "the window to be active")
+        self.press("alt+F4")
+
+    def clipboard(self):
+        return self.run("xclip", "-selection", "clipboard", "-out")
+
+    # The user's eyes
+
+    def windows(self):
+        """The program's windows on the screen."""
+        ids = self.run("xdotool", "search", "--onlyvisible", "--pid", str(self.program.pid)).split()
+        return [window for id in ids if (window := self._window(id))]
+
+    def popover(self):
+        return next((window for window in self.windows() if window.is_popover), None)
+
+    def window(self):
+        ordinary = [window for window in self.windows() if "_NET_WM_WINDOW_TYPE_NORMAL" in window.properties
+                    and "_KDE_NET_WM_WINDOW_TYPE_OVERRIDE" not in window.properties]
+        assert len(ordinary) <= 1, "there is one window at most"
+        return ordinary[0] if ordinary else None
+
+    def opened_popover(self):
+        return eventually(self.popover, "the popover")
+
+    def opened_window(self):
+        return eventually(self.window, "the window")
+
+    def active_window(self):
+        return self.run("xdotool", "getactivewindow").strip()
+
+    def is_listed(self, window):
+        """Whether the window manager counts it among the session's windows."""
+        return f"{int(window.id):#x}" in self.run("xprop", "-root", "_NET_CLIENT_LIST")
+
+    def _window(self, id):
+        geometry = dict(line.split("=") for line in self.run("xdotool", "getwindowgeometry", "--shell", id).split())
+        properties = self.run("xprop", "-id", id)
+        if not geometry or not properties:
+            return None  # gone while it was looked at
+        return Window(id, int(geometry["X"]), int(geometry["Y"]), int(geometry["WIDTH"]), int(geometry["HEIGHT"]), properties)
+
+    # The status icon
+
+    def icon(self):
+        """The centre of the status icon in the panel; nothing while there is none."""
+        places = re.findall(r'"wrapper-2\.0".* (\d+)x(\d+)\+-?\d+\+-?\d+ +\+(\d+)\+(\d+)$',
+                            self.run("xwininfo", "-root", "-tree"), re.MULTILINE)
+        for width, height, x, y in (map(int, place) for place in places):
+            if width >= 16 and x + width <= 1280 and y < 31 and x > 640:
+                return x + width // 2, y + height // 2
+        return None
+
+    def shown_icon(self):
+        def settled():
+            # A panel moves a new icon to its place after it has mapped it.
+            before = self.icon()
+            time.sleep(0.1)
+            return before if before and self.icon() == before else None
+        return eventually(settled, "the status icon")
+
+    def click_icon(self, button=1):
+        self.click(*self.shown_icon(), button)
+
+    def open_popover(self):
+        self.click_icon()
+        return self.opened_popover()
+
+    # What the views show
+
+    def see(self):
+        """Lets the program show itself to assistive technology. To be called before its start."""
+        self.env["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
+        self._accessibility_bus = accessibility.connect(self.env["DBUS_SESSION_BUS_ADDRESS"])
+
+    def shown(self, part_of_name, role=None):
+        """What is shown under a name with `part_of_name` in it; nothing if that is not to be seen."""
+        for program in accessibility.programs(self._accessibility_bus):
+            if program.name != "portolan":
+                continue
+            for node in program.walk():
+                if part_of_name in node.name and role in (None, node.role):
+                    return node
+        return None
+
+    def find(self, part_of_name, role=None):
+        return eventually(lambda: self.shown(part_of_name, role), f"{part_of_name!r} to be shown")
+
+    def click_on(self, part_of_name, role=None, button=1):
+        self.click(*self.find(part_of_name, role).centre, button)
+
+
+class Scenario(unittest.TestCase):
+    """One scenario: a session of its own, in which the program ends as it should and never complains."""
+
+    parts = {}
+    sees = False
+
+    def setUp(self):
+        self.desktop = Desktop(**self.parts)
+        self.addCleanup(self.desktop.__exit__)
+        if self.sees:
+            self.desktop.see()
+
+    def tearDown(self):
+        d = self.desktop
+        if d.program and d.is_running():
+            d.program.send_signal(signal.SIGTERM)
+            self.assert_ends()
+        self.assertEqual(d.messages(), "", "the program complained")
+
+    def assert_ends(self, status=0):
+        self.assertEqual(self.desktop.program.wait(PATIENCE), status)

@@ -1,0 +1,124 @@
+"""A desktop session of its own: X server, session bus, window manager, panel. Nothing of it is shared with another one."""
+
+import ctypes
+import os
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+from pathlib import Path
+
+HERE = Path(__file__).resolve().parent
+PATIENCE = 10  # seconds; what takes longer has failed
+
+
+def eventually(condition, what, patience=PATIENCE):
+    """Waits until `condition` gives something true, and returns that."""
+    deadline = time.monotonic() + patience
+    while not (result := condition()):
+        if time.monotonic() > deadline:
+            raise AssertionError(f"waited {patience} s for: {what}")
+        time.sleep(0.02)
+    return result
+
+
+def _end_with_parent():
+    PR_SET_PDEATHSIG = 1
+    ctypes.CDLL(None).prctl(PR_SET_PDEATHSIG, signal.SIGKILL)
+
+
+class Session:
+    def __init__(self, bus=True, manager=True, panel=True):
+        self.folder = Path(tempfile.mkdtemp(prefix="portolan-desktop-"))
+        self.home = self.folder / "home"
+        self._processes = []
+        self.env = self._environment()
+        self.x_server = self._start_x_server()
+        if bus:
+            self.bus = self._start_bus()
+        if manager:
+            self.spawn("xfwm4", "--compositor=off")
+        self.panel = self.start_panel() if panel else None
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        for process in reversed(self._processes):
+            if process.poll() is None:
+                process.terminate()
+        for process in self._processes:
+            try:
+                process.wait(PATIENCE)
+            except subprocess.TimeoutExpired:
+                process.kill()
+                process.wait()
+            if process.stdout:
+                process.stdout.close()
+        # What the bus has started may still write its state while it ends.
+        for _ in range(20):
+            shutil.rmtree(self.folder, ignore_errors=True)
+            if not self.folder.exists():
+                return
+            time.sleep(0.05)
+
+    def spawn(self, *command, log=None, **options):
+        """Starts a program of the session; its output goes to the file `log` of the session's folder."""
+        with open(self.folder / (log or Path(command[0]).name + ".log"), "ab") as output:
+            options = {"stdout": output, "stderr": output, "stdin": subprocess.DEVNULL, "env": self.env} | options
+            process = subprocess.Popen(command, preexec_fn=_end_with_parent, **options)
+        self._processes.append(process)
+        return process
+
+    def run(self, *command):
+        """Runs a tool to its end and returns what it printed; the empty text where it failed."""
+        result = subprocess.run(command, env=self.env, capture_output=True, text=True, timeout=PATIENCE)
+        return result.stdout if result.returncode == 0 else ""
+
+    def start_panel(self):
+        """Starts the panel and waits until it shows status icons."""
+        panel = self.spawn("xfce4-panel", "--disable-wm-check")
+        eventually(self.has_notifier_host, "a panel with a status area")
+        return panel
+
+    def stop_panel(self):
+        self.panel.kill()
+        self.panel.wait()
+        self.panel = None
+        eventually(lambda: not self.has_notifier_host(), "the panel's end")
+
+    def has_notifier_host(self):
+        return "true" in self.run(
+            "dbus-send", "--session", "--print-reply=literal", "--reply-timeout=1000", "--dest=org.kde.StatusNotifierWatcher",
+            "/StatusNotifierWatcher", "org.freedesktop.DBus.Properties.Get", "string:org.kde.StatusNotifierWatcher",
+            "string:IsStatusNotifierHostRegistered")
+
+    def screenshot(self, file):
+        self.run("import", "-window", "root", str(file))
+
+    def _environment(self):
+        env = {name: os.environ[name] for name in ("PATH", "USER", "LOGNAME") if name in os.environ}
+        env |= {"HOME": str(self.home), "LC_ALL": "C.UTF-8", "XDG_CURRENT_DESKTOP": "XFCE", "XDG_SESSION_TYPE": "x11"}
+        for variable in ("CONFIG", "CACHE", "DATA", "STATE"):
+            env[f"XDG_{variable}_HOME"] = str(self.home / variable.lower())
+        env["XDG_RUNTIME_DIR"] = str(self.folder / "run")
+        panel_settings = self.home / "config/xfce4/xfconf/xfce-perchannel-xml"
+        panel_settings.mkdir(parents=True)
+        shutil.copy(HERE / "xfce4-panel.xml", panel_settings)
+        (self.folder / "run").mkdir(mode=0o700)
+        return env
+
+    def _start_x_server(self):
+        reader, writer = os.pipe()
+        server = self.spawn("Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x800x24", "-nolisten", "tcp", "-noreset",
+                            pass_fds=[writer])
+        os.close(writer)
+        with os.fdopen(reader) as number:
+            self.env["DISPLAY"] = ":" + number.readline().strip()
+        return server
+
+    def _start_bus(self):
+        bus = self.spawn("dbus-daemon", "--session", "--nofork", "--print-address=1", stdout=subprocess.PIPE)
+        self.env["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
+        return bus

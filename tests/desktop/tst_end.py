@@ -1,0 +1,91 @@
+"""The end of the program: asked for, and forced."""
+
+import os
+import signal
+
+from driver import Scenario, eventually
+
+
+class Quit(Scenario):
+    sees = True
+
+    def test_from_the_footer(self):
+        d = self.desktop
+        d.start("--background")
+        d.open_popover()
+        d.click_on("Quit")
+        self.assert_ends()
+
+
+class Signal(Scenario):
+    def test_terminate(self):
+        self.end_by(signal.SIGTERM)
+
+    def test_interrupt(self):
+        self.end_by(signal.SIGINT)
+
+    def test_hang_up(self):
+        self.end_by(signal.SIGHUP)
+
+    def end_by(self, number):
+        d = self.desktop
+        d.start("--background")
+        d.open_popover()
+        d.program.send_signal(number)
+        self.assert_ends()
+
+
+class DuringAScan(Scenario):
+    """The scan's tool is held, so that the scan is under way for certain."""
+
+    def setUp(self):
+        super().setUp()
+        d = self.desktop
+        d.serve("storefront")
+        d.env["PORTOLAN_TOOLS"] = "external"
+        d.start("--background")
+        d.open_popover()
+        self.tool = eventually(self.hold_tool, "the scan's tool to be caught at work")
+
+    def test_quits(self):
+        self.desktop.program.send_signal(signal.SIGTERM)
+        self.assert_ends()
+        eventually(lambda: not os.path.exists(f"/proc/{self.tool}"), "the tool to end as well")
+
+    def test_survives_the_loss_of_the_display(self):
+        d = self.desktop
+        d.x_server.kill()
+        self.assert_ends(status=1)
+        (d.folder / "portolan.log").unlink()  # the toolkit says that the display has gone
+
+    def hold_tool(self):
+        pid = self.desktop.program.pid
+        for task in os.listdir(f"/proc/{pid}/task"):
+            with open(f"/proc/{pid}/task/{task}/children") as children:
+                for child in children.read().split():
+                    try:
+                        os.kill(int(child), signal.SIGSTOP)
+                        return child
+                    except ProcessLookupError:
+                        pass
+        return None
+
+
+class Lost(Scenario):
+    def setUp(self):
+        super().setUp()
+        self.desktop.start("--background")
+        self.desktop.shown_icon()
+
+    def test_display(self):
+        d = self.desktop
+        d.open_popover()
+        d.x_server.kill()
+        self.assert_ends(status=1)
+        (d.folder / "portolan.log").unlink()  # the toolkit says that the display has gone
+
+    def test_bus(self):
+        d = self.desktop
+        d.open_popover()
+        d.bus.kill()
+        self.assert_ends()

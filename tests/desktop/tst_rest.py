@@ -1,0 +1,41 @@
+"""What the program does while nobody looks: as good as nothing."""
+
+import time
+from pathlib import Path
+
+from driver import Scenario, eventually
+
+SECONDS = 4
+
+
+class Hidden(Scenario):
+    def test_sleeps_before_the_first_opening(self):
+        d = self.desktop
+        d.start("--background")
+        d.shown_icon()
+        time.sleep(0.5)
+        self.assertLess(self.wake_ups(), 4)
+
+    def test_sleeps_after_closing(self):
+        d = self.desktop
+        d.start("--background")
+        d.open_popover()
+        time.sleep(1)
+        d.click_icon()
+        eventually(lambda: not d.popover(), "the popover to close")
+        time.sleep(0.5)
+        # One refresh may fall into this time. An animation that goes on would wake it sixty times a second.
+        self.assertLess(self.wake_ups(), 60 * SECONDS / 2)
+
+    def wake_ups(self):
+        """How often the program's threads go to sleep in some seconds."""
+        before = self.naps()
+        time.sleep(SECONDS)
+        return self.naps() - before
+
+    def naps(self):
+        total = 0
+        for status in Path(f"/proc/{self.desktop.program.pid}/task").glob("*/status"):
+            fields = dict(line.split(":", 1) for line in status.read_text().splitlines())
+            total += int(fields["voluntary_ctxt_switches"])
+        return total

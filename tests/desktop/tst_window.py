@@ -1,0 +1,49 @@
+"""The window that the popover can be detached into."""
+
+from driver import Scenario, eventually
+
+
+class Detached(Scenario):
+    sees = True
+
+    def setUp(self):
+        super().setUp()
+        self.desktop.start("--background")
+        self.detach()
+
+    def detach(self):
+        d = self.desktop
+        d.open_popover()
+        d.click_on("Open in window")
+        self.window = d.opened_window()
+        eventually(lambda: not d.popover(), "the popover to close")
+
+    def test_is_an_ordinary_window_in_front(self):
+        d = self.desktop
+        eventually(lambda: d.active_window() == self.window.id, "the window to be active")
+        self.assertEqual((self.window.width, self.window.height), (480, 620))
+        self.assertIn('_NET_WM_NAME(UTF8_STRING) = "Portolan"', self.window.properties)
+        self.assertTrue(d.is_listed(self.window))
+        self.assertTrue(self.window.is_in_task_bar)
+        self.assertTrue(self.window.is_in_pager)
+
+    def test_is_not_made_too_small(self):
+        self.assertIn("minimum size: 400 by 440", self.window.properties)
+        d = self.desktop
+        d.run("xdotool", "windowsize", self.window.id, "200", "200")
+        eventually(lambda: (d.window().width, d.window().height) == (400, 440), "the window at its least size")
+
+    def test_is_there_once(self):
+        self.desktop.run("xdotool", "windowminimize", self.window.id)
+        eventually(lambda: not self.desktop.window(), "the window to be minimized")
+        first = self.window
+        self.detach()
+        self.assertEqual(self.window.id, first.id)
+        eventually(lambda: self.desktop.active_window() == first.id, "the window to be active")
+
+    def test_leaves_the_icon_behind_when_closed(self):
+        d = self.desktop
+        d.close(self.window)
+        eventually(lambda: not d.windows(), "the window to close")
+        self.assertTrue(d.is_running())
+        self.detach()
