@@ -5,6 +5,7 @@
 #include <condition_variable>
 #include <mutex>
 #include <system_error>
+#include <vector>
 
 namespace {
 
@@ -46,42 +47,60 @@ void setFree(const QString &about)
 /// What a worker and its thread share. A thread that was given up keeps it alive alone.
 struct ExpendableWorker::Lane
 {
+    using Clock = std::chrono::steady_clock;
+
     std::mutex mutex;
     std::condition_variable_any changed;
-    std::function<void()> work;       ///< empty: none under way
+    std::vector<std::function<void()>> queue;
+    size_t done = 0;                  ///< how many of the queue
+    Clock::time_point begun;          ///< when the one under way began
     bool closed = false;              ///< no more work will come
     std::optional<QString> givenUpOn; ///< what the work is about that nobody waits for any more
+
+    [[nodiscard]] bool isIdle() const { return done == queue.size(); }
 
     /// The thread's life.
     void serve()
     {
         std::unique_lock lock(mutex);
         for (;;) {
-            changed.wait(lock, [this] { return work || closed; });
-            if (!work)
+            changed.wait(lock, [this] { return !isIdle() || closed; });
+            if (isIdle())
                 return;
-            lock.unlock();
-            work();
-            lock.lock();
-            work = nullptr;
+            while (!isIdle()) {
+                const std::function<void()> work = std::move(queue[done]);
+                begun = Clock::now();
+                lock.unlock();
+                work();
+                lock.lock();
+                if (givenUpOn)
+                    return setFree(*givenUpOn);
+                ++done;
+            }
             changed.notify_all();
-            if (givenUpOn)
-                return setFree(*givenUpOn);
         }
     }
 
-    /// Whether the thread has done `job` in time. If not, it is given up and of no more use.
-    bool perform(const QString &about, std::function<void()> job, std::chrono::milliseconds deadline,
-                 const std::stop_token &stop)
+    /// Waits until the thread has done all `jobs` and returns how many it has. If not all, the next one took
+    /// too long or a stop was requested meanwhile: the thread is given up and of no more use.
+    size_t perform(const std::vector<Job *> &jobs, std::chrono::milliseconds deadline,
+                   const std::stop_token &stop)
     {
         std::unique_lock lock(mutex);
-        work = std::move(job);
+        queue.clear();
+        for (const Job *job : jobs)
+            queue.push_back(job->work);
+        done = 0;
+        begun = Clock::now();
         changed.notify_all();
-        if (changed.wait_for(lock, stop, deadline, [this] { return !work; }))
-            return true;
-        givenUpOn = about;
-        setStuck(about);
-        return false;
+        // The thread says nothing between two jobs, so the one that is waited for has to be looked up.
+        while (!stop.stop_requested() && Clock::now() < begun + deadline) {
+            if (changed.wait_until(lock, stop, begun + deadline, [this] { return isIdle(); }))
+                return done;
+        }
+        givenUpOn = jobs[done]->about;
+        setStuck(*givenUpOn);
+        return done;
     }
 
     void close()
@@ -105,16 +124,26 @@ ExpendableWorker::~ExpendableWorker()
     m_thread.join();
 }
 
-bool ExpendableWorker::finish(const QString &about, std::function<void()> work)
+void ExpendableWorker::finish(std::vector<Job> &jobs)
 {
-    if (m_timeOuts >= maxTimeOuts || m_stop.stop_requested() || isStuck(about) || !openLane())
-        return false;
-    if (m_lane->perform(about, std::move(work), m_deadline, m_stop))
-        return true;
-    ++m_timeOuts;
-    m_thread.detach();
-    m_lane.reset();
-    return false;
+    for (auto next = jobs.begin(); m_timeOuts < maxTimeOuts && !m_stop.stop_requested();) {
+        std::vector<Job *> wanted;
+        for (auto job = next; job != jobs.end(); ++job) {
+            if (!isStuck(job->about))
+                wanted.push_back(&*job);
+        }
+        if (wanted.empty() || !openLane())
+            return;
+        const size_t done = m_lane->perform(wanted, m_deadline, m_stop);
+        for (size_t i = 0; i < done; ++i)
+            wanted[i]->isDone = true;
+        if (done == wanted.size())
+            return;
+        ++m_timeOuts;
+        m_thread.detach();
+        m_lane.reset();
+        next = jobs.begin() + (wanted[done] - jobs.data()) + 1;
+    }
 }
 
 bool ExpendableWorker::openLane()

@@ -9,6 +9,7 @@
 #include <stop_token>
 #include <thread>
 #include <utility>
+#include <vector>
 
 /// Runs work that may never return, such as file access on a dead mount, and waits for it only so long.
 ///
@@ -23,21 +24,52 @@ public:
     ~ExpendableWorker();
     Q_DISABLE_COPY_MOVE(ExpendableWorker)
 
-    /// The result of `work`, or nothing if it did not come in time or was not tried. `work` must own all it
-    /// touches, for it may go on after the caller is gone.
+    /// Work and what it is about. It must own all it touches, for it may go on after the caller is gone.
+    template <typename Result>
+    struct Task
+    {
+        QString about;
+        std::function<Result()> work;
+    };
+
+    /// The results of `tasks`, done in their order; nothing for one that did not end in time or was not
+    /// tried. The thread is woken once for all of them.
+    template <typename Result>
+    [[nodiscard]] std::vector<std::optional<Result>> run(std::vector<Task<Result>> tasks)
+    {
+        std::vector<std::shared_ptr<std::optional<Result>>> slots;
+        std::vector<Job> jobs;
+        for (Task<Result> &task : tasks) {
+            auto slot = slots.emplace_back(std::make_shared<std::optional<Result>>());
+            jobs.push_back({task.about, [slot, work = std::move(task.work)] { *slot = work(); }});
+        }
+        finish(jobs);
+        std::vector<std::optional<Result>> results(jobs.size());
+        for (size_t i = 0; i < jobs.size(); ++i) {
+            if (jobs[i].isDone) // else the thread may still write into the slot
+                results[i] = std::move(*slots[i]);
+        }
+        return results;
+    }
+
+    /// The same for one task.
     template <typename Result>
     [[nodiscard]] std::optional<Result> run(const QString &about, std::function<Result()> work)
     {
-        const auto result = std::make_shared<std::optional<Result>>();
-        if (!finish(about, [result, work = std::move(work)] { *result = work(); }))
-            return std::nullopt;
-        return std::move(*result);
+        return std::move(run<Result>({{about, std::move(work)}}).front());
     }
 
 private:
     struct Lane;
 
-    bool finish(const QString &about, std::function<void()> work);
+    struct Job
+    {
+        QString about;
+        std::function<void()> work;
+        bool isDone = false;
+    };
+
+    void finish(std::vector<Job> &jobs);
     bool openLane();
 
     const std::chrono::milliseconds m_deadline;

@@ -149,11 +149,14 @@ QList<Service> devServers(const QList<RawListener> &listeners, const Folders &fo
 
 void detectProjects(QList<Service> &services, const ScanOptions &options)
 {
+    std::vector<ProjectDetector::Subject> subjects;
+    for (const Service &service : std::as_const(services))
+        subjects.push_back({service.command, service.folderPath});
     ExpendableWorker files(options.folderDeadline, options.stop);
-    for (Service &service : services) {
-        auto [displayName, framework] = ProjectDetector::detect(service.command, service.folderPath, files);
-        service.displayName = std::move(displayName);
-        service.framework = framework;
+    std::vector<ProjectDetector::Result> projects = ProjectDetector::detect(subjects, files);
+    for (qsizetype i = 0; i < services.size(); ++i) {
+        services[i].displayName = std::move(projects[size_t(i)].displayName);
+        services[i].framework = projects[size_t(i)].framework;
     }
 }
 

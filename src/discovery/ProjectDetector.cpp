@@ -107,22 +107,42 @@ ProjectDetector::Result detectFromFiles(const QString &command, const QString &p
     return {folderName, framework.value_or(frameworkForCommand(command))};
 }
 
+/// What is known without a look into the folder.
+ProjectDetector::Result detectFromCommand(const QString &command, const std::optional<QString> &folder)
+{
+    using namespace ProjectDetector;
+    if (folder && !folder->isEmpty())
+        return {lastComponent(*folder), frameworkForCommand(command)};
+    return {command.isEmpty() ? u"Service"_s : capitalized(command), frameworkForCommand(command)};
+}
+
 } // namespace
 
 ProjectDetector::Result ProjectDetector::detect(const QString &command, const std::optional<QString> &folder)
 {
     ExpendableWorker files(deadline);
-    return detect(command, folder, files);
+    return detect({{command, folder}}, files).front();
 }
 
-ProjectDetector::Result ProjectDetector::detect(const QString &command, const std::optional<QString> &folder,
-                                                ExpendableWorker &files)
+std::vector<ProjectDetector::Result> ProjectDetector::detect(const std::vector<Subject> &subjects,
+                                                             ExpendableWorker &files)
 {
-    if (!folder || folder->isEmpty())
-        return {command.isEmpty() ? u"Service"_s : capitalized(command), frameworkForCommand(command)};
-    const std::optional<Result> result =
-        files.run<Result>(*folder, [command, path = *folder] { return detectFromFiles(command, path); });
-    return result.value_or(Result{lastComponent(*folder), frameworkForCommand(command)});
+    std::vector<Result> results;
+    std::vector<size_t> withFolder;
+    std::vector<ExpendableWorker::Task<Result>> tasks;
+    for (const auto &[command, folder] : subjects) {
+        results.push_back(detectFromCommand(command, folder));
+        if (!folder || folder->isEmpty())
+            continue;
+        withFolder.push_back(results.size() - 1);
+        tasks.push_back({*folder, [command, path = *folder] { return detectFromFiles(command, path); }});
+    }
+    std::vector<std::optional<Result>> found = files.run(std::move(tasks));
+    for (size_t i = 0; i < found.size(); ++i) {
+        if (found[i])
+            results[withFolder[i]] = std::move(*found[i]);
+    }
+    return results;
 }
 
 Framework ProjectDetector::frameworkForCommand(const QString &command)

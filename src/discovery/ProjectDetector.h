@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <optional>
+#include <vector>
 
 class ExpendableWorker;
 
@@ -28,8 +29,14 @@ constexpr std::chrono::milliseconds deadline{2000};
 /// or does not answer in time, is passed over, down to the folder's name and `Framework::generic`.
 [[nodiscard]] Result detect(const QString &command, const std::optional<QString> &folder);
 
-/// As above, with all access to files on `files`.
-[[nodiscard]] Result detect(const QString &command, const std::optional<QString> &folder,
-                            ExpendableWorker &files);
+/// A listening process: its command name and its working folder, if known.
+struct Subject
+{
+    QString command;
+    std::optional<QString> folder;
+};
+
+/// As above for each of `subjects`, in their order, with all access to files on `files`.
+[[nodiscard]] std::vector<Result> detect(const std::vector<Subject> &subjects, ExpendableWorker &files);
 
 } // namespace ProjectDetector

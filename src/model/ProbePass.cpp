@@ -2,26 +2,28 @@
 
 ProbePass::~ProbePass()
 {
-    for (const auto &probe : m_probes) {
-        if (!probe->isFinished())
-            probe->cancel();
+    for (Probe &probe : m_probes) {
+        if (!probe.outcome.isFinished())
+            probe.outcome.cancel();
     }
 }
 
 void ProbePass::start(const QList<Service> services, const Checker &check)
 {
-    m_probes.reserve(services.size());
+    m_probes.reserve(size_t(services.size()));
     for (const Service &service : services) {
-        auto &probe = m_probes.emplace_back(std::make_unique<QFutureWatcher<Health>>());
-        QObject::connect(probe.get(), &QFutureWatcher<Health>::finished, probe.get(),
-                         [probe = probe.get(), sender = m_results.sender(), key = keyOf(service)] {
-                             // A checker that gives up without a verdict leaves the health unknown.
-                             const QFuture<Health> future = probe->future();
-                             const Health health =
-                                 future.resultCount() > 0 ? future.result() : Health::unknown();
-                             sender.send({key, health});
-                         });
-        probe->setFuture(check(service.port));
+        const auto tell = [sender = m_results.sender(), key = keyOf(service)](Health health) {
+            sender.send({key, health});
+        };
+        // On the thread that finishes the probe: a QFutureWatcher would take five events of this one for
+        // each.
+        Probe probe{.outcome = check(service.port)};
+        probe.told = probe.outcome.then(QtFuture::Launch::Sync, [tell](const QFuture<Health> &ended) {
+            tell(ended.resultCount() > 0 ? ended.result() : Health::unknown());
+        });
+        // A checker that gives up without a verdict leaves the health unknown.
+        probe.toldInAnyCase = probe.told.onCanceled([tell] { tell(Health::unknown()); });
+        m_probes.push_back(std::move(probe));
         ++m_outstanding;
     }
 }

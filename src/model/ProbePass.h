@@ -5,11 +5,9 @@
 #include "ServiceKey.h"
 
 #include <QFuture>
-#include <QFutureWatcher>
 #include <QList>
 
 #include <functional>
-#include <memory>
 #include <optional>
 #include <vector>
 
@@ -45,7 +43,16 @@ public:
     }
 
 private:
+    /// The outcome and what follows it. All of it is kept, since a future that is cancelled looks at what
+    /// follows it even when that has been.
+    struct Probe
+    {
+        QFuture<Health> outcome;
+        QFuture<void> told;
+        QFuture<void> toldInAnyCase;
+    };
+
     Mailbox<Result> m_results;
-    std::vector<std::unique_ptr<QFutureWatcher<Health>>> m_probes;
+    std::vector<Probe> m_probes;
     qsizetype m_outstanding = 0;
 };

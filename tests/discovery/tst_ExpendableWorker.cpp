@@ -144,6 +144,55 @@ TEST_F(ExpendableWorkerRun, WhatIsKnownToHangIsNoTimeOut)
     EXPECT_EQ(worker.run(u"alive"_s, answer(1)), 1);
 }
 
+TEST_F(ExpendableWorkerRun, ManyTasksGiveTheirResultsInOrder)
+{
+    ExpendableWorker worker(1h);
+    std::vector<ExpendableWorker::Task<int>> tasks;
+    std::vector<std::optional<int>> expected;
+    for (int i = 0; i < 1000; ++i) {
+        tasks.push_back({QString::number(i % 10), answer(i)});
+        expected.emplace_back(i);
+    }
+    EXPECT_EQ(worker.run(std::move(tasks)), expected);
+    EXPECT_EQ(worker.run(std::vector<ExpendableWorker::Task<int>>()), std::vector<std::optional<int>>());
+}
+
+TEST_F(ExpendableWorkerRun, OnlyWhatHangsAmongManyIsLost)
+{
+    Hang hang;
+    ExpendableWorker worker(200ms);
+    std::vector<ExpendableWorker::Task<int>> tasks = {
+        {u"a"_s, answer(1)}, {u"dead"_s, hang.work()}, {u"b"_s, answer(2)}, {u"dead"_s, answer(3)}};
+    const std::optional<int> nothing;
+    EXPECT_EQ(worker.run(tasks), (std::vector<std::optional<int>>{1, nothing, 2, nothing}));
+    EXPECT_EQ(worker.run(tasks), (std::vector<std::optional<int>>{1, nothing, 2, nothing}));
+    EXPECT_EQ(hang.started(), 1);
+}
+
+TEST_F(ExpendableWorkerRun, EachOfManyTasksHasTheWholeDeadline)
+{
+    ExpendableWorker worker(2s);
+    const std::function<int()> slow = [] {
+        std::this_thread::sleep_for(300ms);
+        return 1;
+    };
+    const std::vector<ExpendableWorker::Task<int>> tasks(10, {u"slow"_s, slow});
+    EXPECT_EQ(worker.run(tasks), std::vector<std::optional<int>>(10, 1));
+}
+
+TEST_F(ExpendableWorkerRun, AfterTwoTimeOutsTheRestOfManyIsNotTried)
+{
+    Hang hang;
+    ExpendableWorker worker(100ms);
+    const std::optional<int> nothing;
+    EXPECT_EQ(worker.run<int>({{u"dead 1"_s, hang.work()},
+                               {u"alive"_s, answer(1)},
+                               {u"dead 2"_s, hang.work()},
+                               {u"alive"_s, answer(2)}}),
+              (std::vector<std::optional<int>>{nothing, 1, nothing, nothing}));
+    EXPECT_EQ(hang.started(), 2);
+}
+
 TEST_F(ExpendableWorkerRun, AStopRequestEndsTheWait)
 {
     Hang hang;

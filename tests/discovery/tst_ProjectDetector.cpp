@@ -436,7 +436,7 @@ TEST(DetectOnADeadMount, GivesTheFoldersNameInTime)
     const qsizetype before = threads();
     for (int scan = 0; scan < 5; ++scan) {
         ExpendableWorker files(300ms);
-        EXPECT_EQ(detect(u"node"_s, shop, files), (Result{u"shop"_s, Framework::node}));
+        EXPECT_EQ(detect({{u"node"_s, shop}}, files).front(), (Result{u"shop"_s, Framework::node}));
     }
     EXPECT_TRUE(eventually([&] { return threads() == before + 1; })) << "one stuck thread, never more";
 
@@ -452,6 +452,8 @@ TEST(DetectOnADeadMount, ALinkIntoOneIsNoBetter)
         GTEST_SKIP() << "mounting is not permitted here";
     ASSERT_TRUE(QFile::link(mount->path() + u"/package.json"_s, project.filePath(u"package.json"_s)));
     ExpendableWorker files(300ms);
-    EXPECT_EQ(detect(u"node"_s, project.path(), files).framework, Framework::node);
-    EXPECT_EQ(detect(u"node"_s, u"/no/such/place"_s, files), (Result{u"place"_s, Framework::node}));
+    const std::vector<Result> results =
+        detect({{u"node"_s, project.path()}, {u"node"_s, u"/no/such/place"_s}}, files);
+    EXPECT_EQ(results.at(0).framework, Framework::node);
+    EXPECT_EQ(results.at(1), (Result{u"place"_s, Framework::node}));
 }

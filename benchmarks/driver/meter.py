@@ -1,0 +1,48 @@
+"""What a program cost."""
+
+import dataclasses
+import os
+import statistics
+import subprocess
+import time
+
+
+@dataclasses.dataclass
+class Cost:
+    """In milliseconds; `children` is the CPU of the processes that the measured one started."""
+
+    wall: float
+    cpu: float
+    children: float = 0.0
+
+    @property
+    def total(self):
+        return self.cpu + self.children
+
+
+def run(command, environment=None):
+    """One run of a whole program, its children included."""
+    start = time.perf_counter()
+    process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, env=environment)
+    _, _, usage = os.wait4(process.pid, 0)
+    process.returncode = 0  # reaped above
+    wall = time.perf_counter() - start
+    return Cost(wall * 1e3, (usage.ru_utime + usage.ru_stime) * 1e3)
+
+
+def median(command, rounds, environment=None):
+    costs = [run(command, environment) for _ in range(rounds)]
+    return Cost(statistics.median(cost.wall for cost in costs), statistics.median(cost.cpu for cost in costs))
+
+
+def reported(command, expected, environment=None):
+    """What a program of ours says about itself: costs by name. It must have found `expected` servers."""
+    output = subprocess.run(command, stdout=subprocess.PIPE, text=True, check=True, env=environment).stdout
+    costs = {}
+    for line in output.splitlines():
+        name, *figures = line.split()
+        if name == "found" and int(figures[0]) != expected:
+            raise RuntimeError(f"{command[0]} found {figures[0]} servers of {expected}")
+        if name != "found":
+            costs[name] = Cost(*map(float, figures))
+    return costs

@@ -1,0 +1,43 @@
+"""The machine that is measured: so many processes, so many development servers."""
+
+import contextlib
+import json
+import pathlib
+import subprocess
+
+# What even an idle machine runs: processes with a handful of descriptors each.
+HOUSEHOLD = (75, 10)
+# What a browser and an editor add to it.
+DESKTOP = (300, 40)
+
+BACKGROUNDS = {"bare": [HOUSEHOLD], "crowded": [HOUSEHOLD, DESKTOP]}
+
+
+@contextlib.contextmanager
+def standing(command):
+    """Runs a program that says one line when it stands and ends with its standard input; yields the line."""
+    with subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True) as process:
+        yield process.stdout.readline()
+        process.stdin.close()
+
+
+def project_folders(root, count):
+    folders = [pathlib.Path(root, f"project-{number}") for number in range(count)]
+    for folder in folders:
+        folder.mkdir(parents=True, exist_ok=True)
+        package = {"name": folder.name, "dependencies": {"vite": "5", "react": "18"}}
+        (folder / "package.json").write_text(json.dumps(package))
+    return folders
+
+
+@contextlib.contextmanager
+def population(programs, background, servers, root):
+    """`servers` servers before one of BACKGROUNDS; yields their ports."""
+    with contextlib.ExitStack() as stack:
+        for count, descriptors in BACKGROUNDS[background]:
+            stack.enter_context(standing([programs / "crowd", str(count), str(descriptors)]))
+        if servers == 0:
+            yield []
+            return
+        farm = [programs / "server_farm", *project_folders(root, servers)]
+        yield stack.enter_context(standing(farm)).split()

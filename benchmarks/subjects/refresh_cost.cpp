@@ -1,0 +1,40 @@
+// refresh_cost SECONDS: lets a store refresh itself every five seconds, as it does all day, and says what one
+// refresh cost on average: scan, merge, probes, and every thirty seconds the look at everything.
+#include "../Meter.h"
+
+#include "HealthChecker.h"
+#include "PortScanner.h"
+#include "ServiceStore.h"
+#include "UserDefaults.h"
+#include "VisibleServicesModel.h"
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+#include <QTimer>
+
+using namespace std::chrono_literals;
+
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    if (argc != 2)
+        return 2;
+    const std::chrono::seconds duration(std::stoi(argv[1]));
+    const QTemporaryDir settings;
+    UserDefaults defaults(settings.filePath(QStringLiteral("settings.json")));
+    ServiceStore store(defaults, PortScanner::scan, HealthChecker::check);
+    VisibleServicesModel model;
+    model.setStore(&store);
+    int refreshes = 0;
+    const auto counter = store.bindableIsScanning().addNotifier([&] { refreshes += !store.isScanning(); });
+
+    store.start();
+    QTimer::singleShot(4s, &application, &QCoreApplication::quit);
+    QCoreApplication::exec(); // the first refresh is not steady yet
+    refreshes = 0;
+    QTimer::singleShot(duration, &application, &QCoreApplication::quit);
+    Cost cost = costOf([] { QCoreApplication::exec(); });
+    cost = {cost.wall / refreshes, cost.cpu / refreshes, cost.children / refreshes};
+    report("refresh", cost);
+    std::printf("found %lld\n", static_cast<long long>(store.services().size()));
+}
