@@ -1,29 +1,32 @@
 import QtQuick
 import Portolan
 
-// Where a service answers, and which process that is.
+// Where a service answers, and which process that is. A number that is cut says nothing: the pid is shown whole or not.
 Row {
     id: root
 
-    required property int port
+    required property string address
     required property int pid
     required property real room
 
     spacing: 5
 
     ExactText {
-        id: address
+        id: where
 
+        width: Math.min(where.implicitWidth, root.room)
         anchors.verticalCenter: parent.verticalCenter
-        text: "localhost:" + root.port
+        text: root.address
         font: Fonts.monospaced(11.5, Font.Medium)
         color: Theme.textMuted
+        elide: Text.ElideRight
     }
 
     Text {
         id: dot
 
         anchors.verticalCenter: parent.verticalCenter
+        visible: process.visible
         text: "·"
         textFormat: Text.PlainText
         font: Fonts.system(13)
@@ -34,11 +37,10 @@ Row {
         id: process
 
         anchors.verticalCenter: parent.verticalCenter
-        width: Math.max(0, Math.min(process.implicitWidth, root.room - address.width - dot.width - 2 * root.spacing))
+        visible: where.width + dot.implicitWidth + process.implicitWidth + 2 * root.spacing <= root.room
         text: "pid " + root.pid
         textFormat: Text.PlainText
         font: Fonts.system(11)
         color: Theme.textFaint
-        elide: Text.ElideRight
     }
 }

@@ -22,11 +22,8 @@ RoundedRect {
         anchors.centerIn: parent
         spacing: 6
 
-        Rectangle {
+        Dot {
             anchors.verticalCenter: parent.verticalCenter
-            width: 6
-            height: 6
-            radius: 3
             color: root.runningCount >= 1 ? Theme.online : Theme.textFaint
         }
 

@@ -1,5 +1,4 @@
 import QtQuick
-import Portolan
 
 // The one curve by which things move and fade here.
 NumberAnimation {

@@ -1,5 +1,4 @@
 import QtQuick
-import Portolan
 
 ColorAnimation {
     easing.type: Easing.BezierSpline

@@ -23,21 +23,19 @@ Item {
             color: Theme.textFaint
         }
 
-        Text {
+        PlainLabel {
             anchors.horizontalCenter: parent.horizontalCenter
             text: root.isSearching ? "No matches" : "Nothing running"
-            textFormat: Text.PlainText
             font: Fonts.system(14, Font.DemiBold)
             color: Theme.text
         }
 
-        Text {
+        PlainLabel {
             id: message
 
             anchors.horizontalCenter: parent.horizontalCenter
             width: Math.min(240, message.implicitWidth)
             text: root.isSearching ? "Try a different name or port." : "Start a dev server and it appears here automatically."
-            textFormat: Text.PlainText
             font: Fonts.system(12)
             color: Theme.textMuted
             horizontalAlignment: Text.AlignHCenter

@@ -13,6 +13,7 @@ Item {
     property alias horizontalAlignment: label.horizontalAlignment
     property alias maximumLineCount: label.maximumLineCount
     readonly property alias truncated: label.truncated
+    readonly property real paintedWidth: Math.ceil(label.contentWidth * root.ratio)
     readonly property real ratio: Fonts.ratio(root.font)
 
     implicitWidth: Math.ceil(label.implicitWidth * root.ratio)

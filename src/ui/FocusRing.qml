@@ -5,7 +5,9 @@ import Portolan
 RoundedRect {
     id: root
 
+    property Item control: root.parent
+
     anchors.fill: parent
-    visible: root.parent.activeFocus
+    visible: root.control.activeFocus
     borderColor: Qt.alpha(Theme.accent, 0.7)
 }

@@ -19,7 +19,7 @@ Rectangle {
         color: Theme.border
     }
 
-    Text {
+    PlainLabel {
         id: age
 
         x: 14
@@ -28,7 +28,6 @@ Rectangle {
         visible: age.text !== ""
         // Time passes without telling: the tick says when to look again.
         text: root.tick >= 0 ? RelativeTime.sinceUpdate(root.lastUpdated) : ""
-        textFormat: Text.PlainText
         font: Fonts.system(11)
         color: Theme.textFaint
         elide: Text.ElideRight

@@ -30,12 +30,11 @@ Rectangle {
         anchors.verticalCenter: parent.verticalCenter
     }
 
-    Text {
+    PlainLabel {
         anchors.left: mark.right
         anchors.leftMargin: 8
         anchors.verticalCenter: parent.verticalCenter
         text: "Portolan"
-        textFormat: Text.PlainText
         font: Fonts.system(15, Font.DemiBold, -0.2)
         color: Theme.textStrong
     }

@@ -8,8 +8,10 @@ RoundedRect {
     required property Item target
     required property string text
 
-    readonly property point place: Placement.hint(root.target.mapToItem(null, 0, 0, root.target.width, root.target.height), Qt.size(root.width, root.height), Qt.rect(0, 0, root.parent.width, root.parent.height))
+    readonly property rect covered: root.target.mapToItem(null, 0, 0, root.target.width, root.target.height)
+    readonly property point place: Placement.hint(root.covered, Qt.size(root.width, root.height), Qt.rect(0, 0, root.parent.width, root.parent.height))
 
+    parent: root.target.Window.contentItem
     x: Math.round(root.place.x)
     y: Math.round(root.place.y)
     z: 200
@@ -18,6 +20,8 @@ RoundedRect {
     radius: 6
     color: Qt.tint(Theme.canvas, Theme.borderStrong)
     borderColor: Theme.borderStrong
+    Accessible.role: Accessible.ToolTip
+    Accessible.name: root.text
 
     Text {
         id: label

@@ -9,27 +9,29 @@ Item {
     required property bool resting
 
     property int delay: 600
-    readonly property bool isShown: bubble.active
+    property HintBubble bubble
+    readonly property bool isShown: root.bubble !== null
 
-    onRestingChanged: bubble.active = false
-    onTextChanged: bubble.active = false
+    function hide() {
+        root.bubble?.destroy();
+        root.bubble = null;
+    }
+
+    onRestingChanged: root.hide()
+    onTextChanged: root.hide()
 
     Timer {
         interval: root.delay
         running: root.resting && root.text !== ""
-        onTriggered: bubble.active = true
+        onTriggered: root.bubble = bubbleComponent.createObject(root, {
+            target: root.parent,
+            text: root.text
+        }) as HintBubble
     }
 
-    Loader {
-        id: bubble
+    Component {
+        id: bubbleComponent
 
-        parent: root.Window.contentItem
-        z: 200
-        active: false
-        sourceComponent: HintBubble {
-            parent: root.Window.contentItem
-            target: root.parent
-            text: root.text
-        }
+        HintBubble {}
     }
 }

@@ -17,10 +17,9 @@ Item {
             anchors.horizontalCenter: parent.horizontalCenter
         }
 
-        Text {
+        PlainLabel {
             anchors.horizontalCenter: parent.horizontalCenter
             text: "Scanning ports…"
-            textFormat: Text.PlainText
             font: Fonts.system(12)
             color: Theme.textMuted
         }

@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// One line of a menu that does something. The menu shows which one is current, and asks it to trigger.
+// One line of a menu that does something. The one that has the focus is the current one of its menu.
 Item {
     id: root
 
@@ -20,7 +20,11 @@ Item {
     Accessible.name: root.text
     Accessible.checkable: root.isCheckable
     Accessible.checked: root.isChecked
-    Accessible.onPressAction: root.triggered()
+    Accessible.focusable: true
+    Accessible.onPressAction: {
+        root.forceActiveFocus();
+        root.triggered();
+    }
 
     Symbol {
         x: 7

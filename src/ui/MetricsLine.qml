@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// What a process has used so far.
+// What a process has used so far: of the three figures those that can be shown whole.
 Row {
     id: root
 
@@ -14,6 +14,7 @@ Row {
     Metric {
         id: uptime
 
+        visible: uptime.implicitWidth <= root.room
         symbol: "clock"
         value: root.stats.uptimeText
     }
@@ -21,13 +22,18 @@ Row {
     Metric {
         id: cpu
 
+        readonly property real end: uptime.implicitWidth + root.spacing + cpu.implicitWidth
+
+        visible: cpu.end <= root.room
         symbol: "cpu"
         value: root.stats.cpuText
     }
 
     Metric {
+        id: memory
+
+        visible: cpu.end + root.spacing + memory.implicitWidth <= root.room
         symbol: "memorychip"
         value: root.stats.memoryText
-        room: root.room - uptime.width - cpu.width - 2 * root.spacing
     }
 }

@@ -1,8 +1,5 @@
 #include "Placement.h"
 
-#include <QGuiApplication>
-#include <QScreen>
-
 #include <algorithm>
 
 namespace {
@@ -28,15 +25,6 @@ QPointF Placement::menu(const QRectF &anchor, const QSizeF &size, const QRectF &
     const QPointF corner(fitsRight ? anchor.left() : anchor.right() - size.width(),
                          fitsBelow ? anchor.bottom() + gap : anchor.top() - gap - size.height());
     return inside(corner, size, bounds);
-}
-
-QPointF Placement::menuOnScreen(const QQuickItem *owner, const QRectF &anchor, const QSizeF &size)
-{
-    const QRectF seen(owner->mapToGlobal(anchor.topLeft()), anchor.size());
-    const QScreen *screen = QGuiApplication::screenAt(seen.topLeft().toPoint());
-    if (!screen)
-        screen = QGuiApplication::primaryScreen();
-    return screen ? menu(seen, size, screen->availableGeometry()) : seen.bottomLeft();
 }
 
 QPointF Placement::hint(const QRectF &target, const QSizeF &size, const QRectF &bounds)

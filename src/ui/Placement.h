@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QObject>
-#include <QQuickItem>
 #include <QRectF>
 #include <QSizeF>
 #include <QtQmlIntegration>
@@ -17,11 +16,8 @@ public:
     /// The top left corner of a menu of `size` that belongs to `anchor` (a control, or the empty rectangle at
     /// the pointer): below and along its left side, above or along its right side where there is no room,
     /// and in any case inside `bounds`.
-    [[nodiscard]] static QPointF menu(const QRectF &anchor, const QSizeF &size, const QRectF &bounds);
-    /// The same for an `anchor` inside `owner`, on the screen it is seen on, in global coordinates. Main
-    /// thread.
-    Q_INVOKABLE [[nodiscard]] static QPointF menuOnScreen(const QQuickItem *owner, const QRectF &anchor,
-                                                          const QSizeF &size);
+    Q_INVOKABLE [[nodiscard]] static QPointF menu(const QRectF &anchor, const QSizeF &size,
+                                                  const QRectF &bounds);
 
     /// The top left corner of a hint of `size` to the control `target`: centred below it, above where there
     /// is no room, and inside `bounds`.

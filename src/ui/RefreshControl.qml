@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// Asks for a scan, and turns for as long as one takes.
+// Asks for a scan, and turns for as long as one takes. The button only fades from sight meanwhile: it keeps the focus.
 Item {
     id: root
 
@@ -11,8 +11,10 @@ Item {
     implicitHeight: 28
 
     HeaderIconButton {
+        id: button
+
         anchors.fill: parent
-        visible: !root.store.isScanning
+        opacity: root.store.isScanning ? 0 : 1
         symbol: "arrow.clockwise"
         label: "Refresh"
         onClicked: root.store.refreshNow()
@@ -20,7 +22,13 @@ Item {
 
     Spinner {
         anchors.centerIn: parent
+        width: 11.2
+        height: 11.2
         visible: root.store.isScanning
-        scale: 0.7
+    }
+
+    FocusRing {
+        control: button
+        radius: 7
     }
 }

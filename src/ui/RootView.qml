@@ -34,7 +34,7 @@ FocusScope {
     WindowExposure {
         id: exposure
 
-        window: root.Window.window
+        item: root
     }
 
     Rectangle {

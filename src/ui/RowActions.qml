@@ -5,7 +5,7 @@ import Portolan
 Row {
     id: root
 
-    required property bool copied
+    property bool copied: false
 
     signal open
     signal copy

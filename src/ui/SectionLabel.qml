@@ -10,21 +10,19 @@ Item {
 
     implicitHeight: name.implicitHeight + 8
 
-    Text {
+    PlainLabel {
         id: name
 
         x: 16
         text: root.text
-        textFormat: Text.PlainText
         font: Fonts.system(10, Font.DemiBold, 0.8)
         color: Theme.textFaint
     }
 
-    Text {
+    PlainLabel {
         anchors.right: parent.right
         anchors.rightMargin: 16
         text: root.count
-        textFormat: Text.PlainText
         font: Fonts.digits(10, Font.DemiBold)
         color: Theme.textFaint
     }

@@ -18,7 +18,7 @@ Column {
     }
 
     AddressLine {
-        port: root.service.port
+        address: ServicePresentation.address(root.service)
         pid: root.service.pid
         room: root.width
     }

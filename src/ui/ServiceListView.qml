@@ -8,7 +8,6 @@ Item {
     required property VisibleServicesModel services
     required property ServiceActions actions
 
-
     signal stop(service: service)
     signal togglePin(service: service)
 
@@ -23,49 +22,41 @@ Item {
         count: root.services.count
     }
 
-    ListView {
+    ServiceRows {
         id: rows
 
         anchors.fill: parent
         anchors.topMargin: label.y + label.height
         anchors.leftMargin: 14
         anchors.rightMargin: 14
-        clip: true
-        spacing: 8
-        bottomMargin: 12
-        boundsBehavior: rows.contentHeight > rows.height ? Flickable.DragAndOvershootBounds : Flickable.StopAtBounds
+        actions: root.actions
         model: root.services
-        activeFocusOnTab: !rows.activeFocus
-        highlightMoveDuration: 0
-        Accessible.role: Accessible.List
-        Accessible.name: "Services"
+        onStop: service => root.stop(service)
+        onTogglePin: service => root.togglePin(service)
 
         delegate: ServiceRowView {
             id: row
 
-            width: ListView.view.width
-            actions: root.actions
-            trailingWidth: 128
-            onStop: root.stop(row.service)
-            onTogglePin: root.togglePin(row.service)
-        }
+            required property int index
 
-        add: Transition {
-            EaseOut {
-                property: "opacity"
-                from: 0
-                to: 1
-                duration: 180
+            readonly property ServiceRows rows: row.ListView.view as ServiceRows
+
+            width: row.rows?.width ?? row.width
+            actions: row.rows?.actions ?? null
+            trailingWidth: 128
+            isCurrent: row.ListView.isCurrentItem
+            onStop: row.rows.stop(row.service)
+            onTogglePin: row.rows.togglePin(row.service)
+            onActiveFocusChanged: {
+                if (row.activeFocus)
+                    row.rows.positionViewAtIndex(row.index, ListView.Contain);
             }
-        }
-        remove: Transition {
-            EaseOut {
-                property: "opacity"
-                to: 0
-                duration: 180
+            // The current row lives on wherever the list is scrolled or sorted to, and its menu with it.
+            onMenuChanged: {
+                if (row.menu)
+                    row.rows.currentIndex = row.index;
             }
+            ListView.onRemove: row.enabled = false
         }
-        move: RowSlide {}
-        displaced: RowSlide {}
     }
 }

@@ -23,6 +23,11 @@ QString spokenState(const Health &health)
 
 } // namespace
 
+QString ServicePresentation::address(const Service &service)
+{
+    return u"localhost:%1"_s.arg(service.port);
+}
+
 QColor ServicePresentation::accent(const Framework &framework)
 {
     const SrgbColor accent = framework.accent();
@@ -66,7 +71,7 @@ QString ServicePresentation::responseTime(const Health &health)
 
 QString ServicePresentation::spoken(const Service &service, bool isPinned)
 {
-    return u"%1, %2, localhost:%3, %4%5"_s.arg(DisplayText::isolated(service.displayName),
-                                               service.framework.rawValue(), QString::number(service.port),
-                                               spokenState(service.health), isPinned ? u", pinned"_s : u""_s);
+    return u"%1, %2, %3, %4%5"_s.arg(DisplayText::isolated(service.displayName), service.framework.rawValue(),
+                                     address(service), spokenState(service.health),
+                                     isPinned ? u", pinned"_s : u""_s);
 }

@@ -14,6 +14,8 @@ class ServicePresentation : public QObject
     QML_SINGLETON
 
 public:
+    /// "localhost:3000".
+    Q_INVOKABLE [[nodiscard]] static QString address(const Service &service);
     /// The colour of the framework's symbol.
     Q_INVOKABLE [[nodiscard]] static QColor accent(const Framework &framework);
 

@@ -2,7 +2,7 @@ import QtQuick
 import Portolan
 
 // One service as a card.
-FocusScope {
+Item {
     id: root
 
     required property service service
@@ -10,30 +10,43 @@ FocusScope {
     required property ServiceActions actions
 
     property real trailingWidth: 128
+    property bool isCurrent: true // of the rows of a list only one is on the way of the Tab key
+    property ServiceMenu menu
     readonly property bool hovering: hover.hovered
     readonly property bool copied: copyFeedback.isRaised
-    readonly property bool isActive: root.hovering || root.activeFocus || menu.active
+    readonly property bool isActive: root.hovering || root.activeFocus || trailing.activeFocus || root.menu !== null
 
     signal stop
     signal togglePin
 
     function openMenu(anchor: rect) {
-        menu.anchor = anchor;
-        menu.active = true;
+        root.menu = menuComponent.createObject(root, {
+            owner: root,
+            anchor: anchor,
+            service: root.service,
+            isPinned: root.isPinned,
+            actions: root.actions
+        }) as ServiceMenu;
+    }
+
+    function openMenuAtTile() {
+        root.openMenu(Qt.rect(tile.x, tile.y, tile.width, tile.height));
     }
 
     implicitHeight: Math.max(tile.height, details.height) + 20
+    activeFocusOnTab: root.isCurrent
     Accessible.role: Accessible.ListItem
     Accessible.name: ServicePresentation.spoken(root.service, root.isPinned)
     Accessible.focusable: true
     Accessible.onPressAction: root.actions.openInBrowser(root.service)
     Keys.onReturnPressed: root.actions.openInBrowser(root.service)
     Keys.onEnterPressed: root.actions.openInBrowser(root.service)
-    Keys.onMenuPressed: root.openMenu(Qt.rect(tile.x, tile.y, tile.width, tile.height))
+    Keys.onMenuPressed: root.openMenuAtTile()
     Keys.onPressed: event => {
         if (event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier)
-            root.openMenu(Qt.rect(tile.x, tile.y, tile.width, tile.height));
+            root.openMenuAtTile();
     }
+    onEnabledChanged: root.menu?.close()
 
     MomentaryFlag {
         id: copyFeedback
@@ -89,8 +102,8 @@ FocusScope {
 
         anchors.left: tile.right
         anchors.leftMargin: 12
-        anchors.right: trailing.right
-        anchors.rightMargin: trailing.restingWidth + 12
+        anchors.right: trailing.left
+        anchors.rightMargin: 12 + 6 + 12 // a space of at least 6, set apart from both its neighbours
         anchors.verticalCenter: parent.verticalCenter
         service: root.service
         isPinned: root.isPinned
@@ -106,6 +119,7 @@ FocusScope {
         health: root.service.health
         copied: root.copied
         showsActions: root.isActive
+        keepsActions: root.isCurrent
         onOpen: root.actions.openInBrowser(root.service)
         onCopy: {
             root.actions.copyURL(root.service);
@@ -119,13 +133,26 @@ FocusScope {
         radius: 10
     }
 
-    ServiceMenu {
-        id: menu
+    Component {
+        id: menuComponent
 
-        service: root.service
-        isPinned: root.isPinned
-        actions: root.actions
-        onStop: root.stop()
-        onTogglePin: root.togglePin()
+        ServiceMenu {}
+    }
+
+    Connections {
+        target: root.menu
+
+        function onStop() {
+            root.stop();
+        }
+
+        function onTogglePin() {
+            root.togglePin();
+        }
+
+        function onClosed() {
+            root.menu.destroy();
+            root.menu = null;
+        }
     }
 }

@@ -10,13 +10,38 @@ PlainButton {
 
     // What the login item says, not what was asked of it: where a change fails, the check mark goes back.
     property bool launchAtLogin: root.loginItem.isEnabled()
+    property SettingsMenu menu
 
     implicitWidth: 28
     implicitHeight: 28
     name: "Settings"
-    hint: "Settings"
+    hint: root.menu ? "" : "Settings"
     Accessible.role: Accessible.ButtonMenu
-    onClicked: menu.active = true
+    onClicked: root.menu = menuComponent.createObject(root, {
+        owner: root,
+        anchor: Qt.rect(0, 0, root.width, root.height),
+        store: root.store,
+        launchAtLogin: root.launchAtLogin
+    }) as SettingsMenu
+
+    Component {
+        id: menuComponent
+
+        SettingsMenu {}
+    }
+
+    Connections {
+        target: root.menu
+
+        function onLaunchAtLoginToggled() {
+            root.launchAtLogin = root.loginItem.setEnabled(!root.launchAtLogin);
+        }
+
+        function onClosed() {
+            root.menu.destroy();
+            root.menu = null;
+        }
+    }
 
     Symbol {
         anchors.centerIn: parent
@@ -24,13 +49,5 @@ PlainButton {
         size: 12.5
         weight: Font.DemiBold
         color: Theme.textMuted
-    }
-
-    SettingsMenu {
-        id: menu
-
-        store: root.store
-        launchAtLogin: root.launchAtLogin
-        onLaunchAtLoginToggled: root.launchAtLogin = root.loginItem.setEnabled(!root.launchAtLogin)
     }
 }

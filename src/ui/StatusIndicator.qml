@@ -15,11 +15,8 @@ Column {
         anchors.right: parent.right
         spacing: 6
 
-        Rectangle {
+        Dot {
             anchors.verticalCenter: parent.verticalCenter
-            width: 6
-            height: 6
-            radius: 3
             color: root.stateColor
         }
 

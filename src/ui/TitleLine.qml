@@ -2,7 +2,7 @@ import QtQuick
 import Portolan
 
 // What a service is called and what it is made with.
-Row {
+Item {
     id: root
 
     required property string title
@@ -10,7 +10,10 @@ Row {
     required property bool isPinned
     required property real room
 
-    spacing: 6
+    readonly property real spacing: 6
+
+    implicitWidth: kind.x + kind.width
+    implicitHeight: Math.max(name.height, kind.height)
 
     Symbol {
         id: pin
@@ -25,10 +28,9 @@ Row {
     ExactText {
         id: name
 
-        readonly property real taken: kind.width + root.spacing + (pin.visible ? pin.width + root.spacing : 0)
-
+        x: root.isPinned ? pin.width + root.spacing : 0
         anchors.verticalCenter: parent.verticalCenter
-        width: Math.max(0, Math.min(name.implicitWidth, root.room - name.taken))
+        width: Math.max(0, Math.min(name.implicitWidth, root.room - name.x - root.spacing - kind.width))
         text: DisplayText.line(root.title)
         horizontalAlignment: Text.AlignLeft
         maximumLineCount: 1
@@ -40,6 +42,7 @@ Row {
     ExactText {
         id: kind
 
+        x: name.x + Math.min(name.width, name.paintedWidth) + root.spacing
         anchors.verticalCenter: parent.verticalCenter
         text: root.framework.rawValue.toUpperCase()
         font: Fonts.system(8.5, Font.DemiBold, 0.4)

@@ -2,17 +2,27 @@
 
 #include <QEvent>
 
-void WindowExposure::setWindow(QQuickWindow *window)
+void WindowExposure::setItem(QQuickItem *item)
 {
-    if (m_window == window)
+    if (m_item == item)
         return;
+    if (m_item)
+        m_item->disconnect(this);
+    m_item = item;
+    if (item)
+        connect(item, &QQuickItem::windowChanged, this, &WindowExposure::watch);
+    watch(item ? item->window() : nullptr);
+    Q_EMIT itemChanged();
+}
+
+void WindowExposure::watch(QQuickWindow *window)
+{
     if (m_window)
         m_window->removeEventFilter(this);
     m_window = window;
     if (m_window)
         m_window->installEventFilter(this);
     update();
-    Q_EMIT windowChanged();
 }
 
 bool WindowExposure::eventFilter(QObject *watched, QEvent *event)

@@ -9,6 +9,8 @@
 #include <QGuiApplication>
 #include <QProcess>
 
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <memory>
 
@@ -32,18 +34,19 @@ bool shoot(const QDir &folder)
 // The scale belongs to a process and is settled before it has windows.
 bool shootAtEveryScale(const QString &folder)
 {
-    for (const QString &scale : {u"1"_s, u"2"_s}) {
-        QProcess process;
+    std::array<QProcess, 2> processes;
+    for (size_t i = 0; i < processes.size(); ++i) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(u"QT_SCALE_FACTOR"_s, scale);
-        process.setProcessEnvironment(environment);
-        process.setProcessChannelMode(QProcess::ForwardedChannels);
-        process.start(QCoreApplication::applicationFilePath(), {u"--shots"_s, folder, u"--this-scale"_s});
-        if (!process.waitForFinished(-1) || process.exitStatus() != QProcess::NormalExit ||
-            process.exitCode())
-            return false;
+        environment.insert(u"QT_SCALE_FACTOR"_s, QString::number(i + 1));
+        processes[i].setProcessEnvironment(environment);
+        processes[i].setProcessChannelMode(QProcess::ForwardedChannels);
+        processes[i].start(QCoreApplication::applicationFilePath(),
+                           {u"--shots"_s, folder, u"--this-scale"_s});
     }
-    return true;
+    return std::ranges::all_of(processes, [](QProcess &process) {
+        return process.waitForFinished(-1) && process.exitStatus() == QProcess::NormalExit &&
+               process.exitCode() == EXIT_SUCCESS;
+    });
 }
 
 /// Shows one scene at a time and turns the pages.

@@ -1,0 +1,133 @@
+import QtQuick
+import Portolan
+
+// A menu over the window it is opened in, at `anchor` of its owner. Being no window of its own it needs no compositor
+// for its corners and takes no focus from the popover. Holds the keyboard and the pointer until it closes.
+FocusScope {
+    id: root
+
+    required property Item owner
+    required property rect anchor
+
+    default property alias entries: column.data
+    property Item previousFocus
+    readonly property MenuEntry current: root.Window.activeFocusItem as MenuEntry
+    readonly property rect place: root.owner.mapToItem(root, root.anchor)
+
+    signal closed
+
+    function close() {
+        root.visible = false;
+        root.closed();
+    }
+
+    function step(forward: bool) {
+        const from = root.current ?? (forward ? above : below);
+        const next = from.nextItemInFocusChain(forward) as MenuEntry;
+        (next ?? root.edge(forward)).forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    function edge(first: bool): Item {
+        return first ? above.nextItemInFocusChain(true) : below.nextItemInFocusChain(false);
+    }
+
+    parent: root.owner.Window.contentItem
+    anchors.fill: parent
+    z: 100
+    Accessible.role: Accessible.PopupMenu
+    Keys.onDownPressed: root.step(true)
+    Keys.onUpPressed: root.step(false)
+    Keys.onTabPressed: root.step(true)
+    Keys.onBacktabPressed: root.step(false)
+    Keys.onReturnPressed: root.current?.triggered()
+    Keys.onEnterPressed: root.current?.triggered()
+    Keys.onSpacePressed: root.current?.triggered()
+    Keys.onEscapePressed: root.close()
+    Keys.onMenuPressed: root.close()
+    Keys.onPressed: event => {
+        if (event.key === Qt.Key_Home || event.key === Qt.Key_End)
+            root.edge(event.key === Qt.Key_Home).forceActiveFocus(Qt.TabFocusReason);
+    }
+    Component.onCompleted: {
+        root.previousFocus = root.Window.activeFocusItem;
+        root.forceActiveFocus(Qt.PopupFocusReason);
+    }
+    onActiveFocusChanged: {
+        if (!root.activeFocus && root.visible)
+            root.close();
+    }
+    onClosed: root.previousFocus?.forceActiveFocus(Qt.PopupFocusReason)
+
+    Connections {
+        target: root.current
+
+        function onTriggered() {
+            root.close();
+        }
+    }
+
+    Connections {
+        target: root.Window.window
+
+        function onActiveChanged() {
+            if (!root.Window.active)
+                root.close();
+        }
+    }
+
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.AllButtons
+        hoverEnabled: true
+        onPressed: root.close()
+        onWheel: root.close()
+    }
+
+    RoundedRect {
+        id: panel
+
+        readonly property point corner: Placement.menu(root.place, Qt.size(panel.width, panel.height), Qt.rect(4, 4, root.width - 8, root.height - 8))
+
+        x: Math.round(panel.corner.x)
+        y: Math.round(panel.corner.y)
+        width: column.width + 10
+        height: column.height + 10
+        radius: 9
+        color: Qt.tint(Theme.canvas, Theme.cardHover)
+        borderColor: Theme.borderStrong
+
+        RoundedRect {
+            visible: root.current !== null
+            x: column.x
+            y: column.y + (root.current?.y ?? 0)
+            width: column.width
+            height: root.current?.height ?? 0
+            radius: 5
+            color: Theme.border
+        }
+
+        Item {
+            id: above
+        }
+
+        Column {
+            id: column
+
+            x: 5
+            y: 5
+            width: Math.max(170, column.implicitWidth)
+        }
+
+        Item {
+            id: below
+        }
+
+        MouseArea {
+            anchors.fill: parent
+            hoverEnabled: true
+            acceptedButtons: Qt.LeftButton | Qt.RightButton
+            onPositionChanged: mouse => (column.childAt(1, mouse.y - column.y) as MenuEntry ?? root).forceActiveFocus(Qt.MouseFocusReason)
+            onClicked: root.current?.triggered()
+        }
+    }
+}
