@@ -27,6 +27,10 @@ FocusScope {
         (next ?? root.edge(forward)).forceActiveFocus(Qt.TabFocusReason);
     }
 
+    function point(y: real) {
+        (column.childAt(1, y - column.y) as MenuEntry ?? root).forceActiveFocus(Qt.MouseFocusReason);
+    }
+
     function edge(first: bool): Item {
         return first ? above.nextItemInFocusChain(true) : below.nextItemInFocusChain(false);
     }
@@ -126,7 +130,8 @@ FocusScope {
             anchors.fill: parent
             hoverEnabled: true
             acceptedButtons: Qt.LeftButton | Qt.RightButton
-            onPositionChanged: mouse => (column.childAt(1, mouse.y - column.y) as MenuEntry ?? root).forceActiveFocus(Qt.MouseFocusReason)
+            onPositionChanged: mouse => root.point(mouse.y)
+            onPressed: mouse => root.point(mouse.y) // a finger comes without a move before
             onClicked: root.current?.triggered()
         }
     }

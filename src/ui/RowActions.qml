@@ -6,6 +6,7 @@ Row {
     id: root
 
     property bool copied: false
+    property bool isShown: true
 
     signal open
     signal copy
@@ -17,6 +18,7 @@ Row {
     RowIconButton {
         symbol: "arrow.up.right"
         help: "Open"
+        Accessible.ignored: !root.isShown
         onClicked: root.open()
     }
 
@@ -24,6 +26,7 @@ Row {
         symbol: root.copied ? "checkmark" : "doc.on.doc"
         help: "Copy URL"
         tint: root.copied ? Theme.online : "transparent"
+        Accessible.ignored: !root.isShown
         onClicked: root.copy()
     }
 
@@ -31,12 +34,14 @@ Row {
         symbol: "stop.fill"
         help: "Stop"
         tint: Theme.offline
+        Accessible.ignored: !root.isShown
         onClicked: root.stop()
     }
 
     RowMenuButton {
         id: more
 
+        Accessible.ignored: !root.isShown
         onClicked: root.menu(more)
     }
 }

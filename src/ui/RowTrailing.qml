@@ -55,6 +55,13 @@ FocusScope {
         when: root.actions !== null
     }
 
+    Binding {
+        target: root.actions
+        property: "isShown"
+        value: root.showsActions
+        when: root.actions !== null
+    }
+
     Connections {
         target: root.actions
 
