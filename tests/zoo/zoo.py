@@ -2,6 +2,7 @@
 """Starts real dev servers and holds `portolanctl list --json` to what they are."""
 
 import argparse
+import http.client
 import json
 import os
 import pathlib
@@ -181,6 +182,20 @@ class Running:
             time.sleep(0.2)
         return None
 
+    def open_page(self):
+        """Has the page compiled by those who do that only when it is first asked for."""
+        for host in ("127.0.0.1", "::1"):
+            page = http.client.HTTPConnection(host, self.port, timeout=START_LIMIT)
+            try:
+                page.request("GET", "/")
+                page.getresponse().read()
+                return None
+            except (OSError, http.client.HTTPException) as error:
+                failure = "its page cannot be read: %s" % error
+            finally:
+                page.close()
+        return failure
+
     def stop(self):
         if self.process is None:
             return
@@ -264,7 +279,7 @@ def main():
         for running in servers:
             running.prepare()
             running.start()
-        failures = {running.server.key: running.wait() for running in servers}
+        failures = {running.server.key: running.wait() or running.open_page() for running in servers}
         found = listing(arguments.portolanctl)
         rows = [(running.server.key, [failures[running.server.key]] if failures[running.server.key]
                  else running.wrongs(found)) for running in servers]
