@@ -1,7 +1,7 @@
 #include "ServiceActions_p.h"
 
-#include "DetachedProgram.h"
 #include "FileManager.h"
+#include "Launches.h"
 #include "Terminal.h"
 
 #include <QFileInfo>
@@ -43,9 +43,10 @@ void ServiceActions::openInEditor(const Service &service, const QStringList &can
     const auto editor = std::ranges::find_if(candidates, isExecutableFile);
     if (editor == candidates.end())
         return revealInFinder(service);
-    // Not as a tool whose output is awaited: on many machines the launcher is the editor itself, which must
-    // neither hold up the panel nor end with it.
-    DetachedProgram::start(*editor, {*service.folderPath});
+    // Most launchers hand the folder over and end. Some are the editor itself, which must neither hold up the
+    // panel nor end with it.
+    static Launches launches;
+    launches.start(*editor, {*service.folderPath});
 }
 
 void ServiceActions::openInEditor(const Service &service)

@@ -23,11 +23,11 @@ sigset_t resizeSignal()
     return signals;
 }
 
-int openResizeSignals()
+FileDescriptor openResizeSignals()
 {
     const sigset_t signals = resizeSignal();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-    return signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
+    return FileDescriptor(signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
 }
 
 } // namespace
@@ -35,7 +35,7 @@ int openResizeSignals()
 Screen::Screen()
     : m_keys(STDIN_FILENO, QSocketNotifier::Read)
     , m_resizeFd(openResizeSignals())
-    , m_resizes(m_resizeFd, QSocketNotifier::Read)
+    , m_resizes(m_resizeFd.get(), QSocketNotifier::Read)
 {
     m_keys.setEnabled(false);
     connect(&m_keys, &QSocketNotifier::activated, this, &Screen::readKeys);
@@ -50,7 +50,6 @@ Screen::~Screen()
     if (m_modeBefore)
         tcsetattr(STDIN_FILENO, TCSAFLUSH, &*m_modeBefore);
     m_resizes.setEnabled(false);
-    close(m_resizeFd);
     const sigset_t signals = resizeSignal();
     pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
 }
@@ -60,9 +59,13 @@ bool Screen::show(const QString &picture)
     if (picture == m_shown)
         return true;
     m_shown = picture;
-    QString output = picture;
-    output.replace(u'\n', "\x1b[K\r\n"_L1);
-    return Output::write(("\x1b[H"_L1 + output + "\x1b[K\x1b[J"_L1).toUtf8());
+    // Erased before it is written: behind a line that fills the terminal the cursor is on its last character.
+    QStringList lines = picture.split(u'\n');
+    const QString last = lines.takeLast();
+    QString output = u"\x1b[H"_s;
+    for (const QString &line : std::as_const(lines))
+        output += "\x1b[K"_L1 + line + "\r\n"_L1;
+    return Output::write((output + "\x1b[J"_L1 + last).toUtf8());
 }
 
 // Keys come one by one and unseen. Control-Z does nothing: it would leave the shell with this screen.
@@ -93,7 +96,7 @@ void Screen::readKeys()
 void Screen::readResizes()
 {
     signalfd_siginfo signal;
-    while (read(m_resizeFd, &signal, sizeof signal) == ssize_t(sizeof signal)) {
+    while (read(m_resizeFd.get(), &signal, sizeof signal) == ssize_t(sizeof signal)) {
     }
     m_shown.clear();
     Q_EMIT resized();

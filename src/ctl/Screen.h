@@ -1,5 +1,7 @@
 #pragma once
 
+#include "FileDescriptor.h"
+
 #include <QByteArray>
 #include <QObject>
 #include <QSocketNotifier>
@@ -36,7 +38,7 @@ private:
 
     std::optional<termios> m_modeBefore; // absent where standard input is no terminal
     QSocketNotifier m_keys;
-    int m_resizeFd;
+    FileDescriptor m_resizeFd;
     QSocketNotifier m_resizes;
     QString m_shown;
 };

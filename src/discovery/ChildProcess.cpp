@@ -1,11 +1,11 @@
 #include "ChildProcess.h"
 
+#include "ChildSetup.h"
 #include "FileDescriptor.h"
 
 #include <QFile>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <csignal>
 #include <mutex>
@@ -30,23 +30,13 @@ struct Launch
     char *const *arguments;
     char *const *environment;
     int output;
+    bool inheritsInput;
     int null;
     int failure;
     rlimit descriptors;
     bool diesWithCaller;
     pid_t caller;
 };
-
-void resetSignals()
-{
-    struct sigaction standard = {};
-    standard.sa_handler = SIG_DFL;
-    for (int signal = 1; signal < NSIG; ++signal)
-        sigaction(signal, &standard, nullptr);
-    sigset_t none;
-    sigemptyset(&none);
-    sigprocmask(SIG_SETMASK, &none, nullptr);
-}
 
 void closeOthersOnExec(rlim_t limit)
 {
@@ -72,14 +62,14 @@ void closeOthersOnExec(rlim_t limit)
             _exit(127);
     }
     // Where we have no standard input, its number is free or some descriptor's of ours.
-    const int inputFlags = fcntl(STDIN_FILENO, F_GETFD);
+    const int inputFlags = launch.inheritsInput ? fcntl(STDIN_FILENO, F_GETFD) : -1;
     if (inputFlags < 0 || (inputFlags & FD_CLOEXEC))
         dup2(launch.null, STDIN_FILENO);
     if (dup2(launch.output, STDOUT_FILENO) < 0 || dup2(launch.null, STDERR_FILENO) < 0)
         failLaunch(launch);
     closeOthersOnExec(launch.descriptors.rlim_cur);
     setrlimit(RLIMIT_NOFILE, &launch.descriptors);
-    resetSignals();
+    ChildSetup::takeDefaultSignals();
     execve(launch.path, launch.arguments, launch.environment);
     failLaunch(launch);
 }
@@ -87,21 +77,10 @@ void closeOthersOnExec(rlim_t limit)
 /// vfork in a function of its own, so that none of the caller's variables lives across it.
 [[gnu::noinline]] pid_t launchChild(const Launch &launch)
 {
+    const ChildSetup::SignalsHeld held;
     const pid_t pid = vfork();
     if (pid == 0)
         becomeProgram(launch);
-    return pid;
-}
-
-/// The child shares this memory until its exec: no handler of ours may run there.
-pid_t launchWithSignalsBlocked(const Launch &launch)
-{
-    sigset_t all;
-    sigset_t before;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before);
-    const pid_t pid = launchChild(launch);
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
     return pid;
 }
 
@@ -118,16 +97,6 @@ rlimit descriptorLimit(std::optional<int> most)
     if (most)
         limit.rlim_cur = std::min<rlim_t>(limit.rlim_cur, rlim_t(*most));
     return limit;
-}
-
-std::vector<char *> pointers(QList<QByteArray> &texts)
-{
-    std::vector<char *> list;
-    list.reserve(size_t(texts.size()) + 1);
-    for (QByteArray &text : texts)
-        list.push_back(text.data());
-    list.push_back(nullptr);
-    return list;
 }
 
 bool reportsFailure(int descriptor)
@@ -167,18 +136,6 @@ void reapStrays()
 
 } // namespace
 
-QList<QByteArray> ChildProcess::ownEnvironment()
-{
-    constexpr std::array ours{"QT_", "QML", "XDG_ACTIVATION_TOKEN=", "DESKTOP_STARTUP_ID="};
-    QList<QByteArray> environment;
-    for (char **variable = environ; variable && *variable; ++variable) {
-        const QByteArrayView text(*variable);
-        if (std::ranges::none_of(ours, [&](const char *prefix) { return text.startsWith(prefix); }))
-            environment.append(text.toByteArray());
-    }
-    return environment;
-}
-
 std::optional<ChildProcess> ChildProcess::start(const Program &program)
 {
     reapStrays();
@@ -200,14 +157,15 @@ std::optional<ChildProcess> ChildProcess::start(const Program &program)
     for (const QString &argument : program.arguments)
         arguments.append(argument.toUtf8());
     QList<QByteArray> environment = program.environment;
-    const std::vector<char *> argumentPointers = pointers(arguments);
-    const std::vector<char *> environmentPointers = pointers(environment);
+    const std::vector<char *> argumentPointers = ChildSetup::pointers(arguments);
+    const std::vector<char *> environmentPointers = ChildSetup::pointers(environment);
 
-    const pid_t pid = launchWithSignalsBlocked({
+    const pid_t pid = launchChild({
         .path = path.constData(),
         .arguments = argumentPointers.data(),
         .environment = environmentPointers.data(),
         .output = output.get(),
+        .inheritsInput = program.standardOutput >= 0,
         .null = null.get(),
         .failure = failureWriter.get(),
         .descriptors = descriptorLimit(program.maxDescriptors),

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ChildSetup.h"
+
 #include <QByteArray>
 #include <QDeadlineTimer>
 #include <QList>
@@ -10,8 +12,9 @@
 
 #include <sys/types.h>
 
-/// A program that this one started. It leads a process group of its own, inherits no descriptor but standard
-/// input, has its standard error on /dev/null, and starts with default signal dispositions and an empty mask.
+/// A program that this one started. It leads a process group of its own, inherits no descriptor but at most
+/// standard input, has its standard error on /dev/null, and starts with default signal dispositions and an
+/// empty mask.
 class ChildProcess
 {
 public:
@@ -19,15 +22,12 @@ public:
     {
         QString path;          ///< absolute
         QStringList arguments; ///< passed as they are, behind the path as argv[0]
-        QList<QByteArray> environment = ownEnvironment();
-        int standardOutput = -1;           ///< the descriptor that becomes its standard output; -1: /dev/null
+        QList<QByteArray> environment = ChildSetup::environment(); ///< as "NAME=value"
+        /// The descriptor that becomes its standard output, while its input is ours; -1: both are /dev/null.
+        int standardOutput = -1;
         std::optional<int> maxDescriptors; ///< lowers its soft limit of open descriptors to at most this
         bool diesWithCaller = false;       ///< whether it is killed when the calling thread ends
     };
-
-    /// This program's environment as "NAME=value" without what is meant for this program alone: Qt's
-    /// settings and the activation tokens of its own start.
-    [[nodiscard]] static QList<QByteArray> ownEnvironment();
 
     /// Starts `program` at the cost of an exec, without copying this process's memory. Nothing if that is not
     /// possible: no such file, not executable, no descriptors or processes left.

@@ -33,6 +33,11 @@ public:
         , m_callback(stop, [event = m_event.get()] { eventfd_write(event, 1); })
     {}
 
+    /// Whether a stop would be noticed.
+    [[nodiscard]] bool isHeard(const std::stop_token &stop) const
+    {
+        return m_event.isOpen() || !stop.stop_possible();
+    }
     [[nodiscard]] int descriptor() const { return m_event.get(); }
 
 private:
@@ -96,10 +101,18 @@ QString decoded(const QByteArray &bytes)
 /// Ours, but with texts in UTF-8 and numbers as in C, whatever the user's language.
 QList<QByteArray> toolEnvironment()
 {
-    QList<QByteArray> environment = ChildProcess::ownEnvironment();
+    QList<QByteArray> environment = ChildSetup::environment();
     environment.removeIf([](const QByteArray &variable) { return variable.startsWith("LC_ALL="); });
     environment.append("LC_ALL=C.UTF-8"_ba);
     return environment;
+}
+
+void waitForUsersProgram(const QString &path, const QStringList &arguments, const QDeadlineTimer &deadline,
+                         int stop)
+{
+    std::optional<ChildProcess> child = ChildProcess::start({.path = path, .arguments = arguments});
+    if (child)
+        (void)child->wait(deadline, stop);
 }
 
 } // namespace
@@ -117,8 +130,14 @@ Shell::Result Shell::run(const QString &path, const QStringList &arguments, cons
     const QDeadlineTimer deadline =
         limits.deadline ? QDeadlineTimer(*limits.deadline) : QDeadlineTimer(QDeadlineTimer::Forever);
     const StopSignal stop(limits.stop);
+    if (!stop.isHeard(limits.stop) || limits.stop.stop_requested())
+        return {};
+    if (limits.isUsersProgram) {
+        waitForUsersProgram(path, arguments, deadline, stop.descriptor());
+        return {};
+    }
     std::optional<Pipe> pipe = Pipe::open();
-    if (!pipe || limits.stop.stop_requested())
+    if (!pipe)
         return {};
 
     std::optional<ChildProcess> child = ChildProcess::start({

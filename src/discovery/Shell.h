@@ -9,7 +9,8 @@
 
 /// Runs a command-line tool and returns what it printed. No state; any thread; blocks the caller.
 ///
-/// Questions to lsof and ps that are answered in this process (BuiltinTools.h) start nothing and meet no limit.
+/// Questions to lsof and ps that are answered in this process (BuiltinTools.h) start nothing and meet no
+/// limit.
 ///
 /// The child gets a process group of its own, no inherited descriptors but standard input, a soft descriptor
 /// limit of at most 1024, a UTF-8 locale with C number formats, and none of this program's own Qt variables.
@@ -24,6 +25,10 @@ struct Limits
     qsizetype maxOutput = qsizetype(64) * 1024 * 1024;
     /// A stop request ends the run as the deadline does.
     std::stop_token stop;
+    /// For a program that is the user's rather than a tool of ours, run for what it does: it has the user's
+    /// own locale and descriptor limit and nowhere to print to, and a limit ends only the waiting. It
+    /// outlives this program.
+    bool isUsersProgram = false;
 };
 
 struct Result

@@ -47,24 +47,18 @@ ProcessHandle::ProcessHandle(qint32 pid)
 {
     if (pid <= 0)
         return;
-    m_pidfd = int(syscall(SYS_pidfd_open, pid, 0));
-    const bool noSuchProcess = m_pidfd < 0 && (errno == ESRCH || errno == EINVAL);
+    m_pidfd = FileDescriptor(int(syscall(SYS_pidfd_open, pid, 0)));
+    const bool noSuchProcess = !m_pidfd.isOpen() && (errno == ESRCH || errno == EINVAL);
     m_pid = noSuchProcess ? 0 : pid;
-}
-
-ProcessHandle::~ProcessHandle()
-{
-    if (m_pidfd >= 0)
-        close(m_pidfd);
 }
 
 bool ProcessHandle::send(int signal) const
 {
     if (m_pid == 0)
         return false;
-    if (m_pidfd < 0)
+    if (!m_pidfd.isOpen())
         return kill(m_pid, signal) == 0;
-    return syscall(SYS_pidfd_send_signal, m_pidfd, signal, nullptr, 0) == 0;
+    return syscall(SYS_pidfd_send_signal, m_pidfd.get(), signal, nullptr, 0) == 0;
 }
 
 bool ProcessHandle::waitForEnd(std::chrono::milliseconds limit) const
@@ -72,5 +66,5 @@ bool ProcessHandle::waitForEnd(std::chrono::milliseconds limit) const
     if (m_pid == 0)
         return true;
     const auto end = Clock::now() + limit;
-    return m_pidfd < 0 ? waitGone(m_pid, end) : waitReadable(m_pidfd, end);
+    return m_pidfd.isOpen() ? waitReadable(m_pidfd.get(), end) : waitGone(m_pid, end);
 }

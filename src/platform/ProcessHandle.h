@@ -1,5 +1,7 @@
 #pragma once
 
+#include "FileDescriptor.h"
+
 #include <QtGlobal>
 
 #include <chrono>
@@ -13,11 +15,10 @@ public:
     /// Holds the process that has `pid` now, whoever owns it. Holds none if there is none, and for an id that
     /// does not name one process (kill(2) takes 0 and negative ids for groups).
     explicit ProcessHandle(qint32 pid);
-    ~ProcessHandle();
 
     ProcessHandle(ProcessHandle &&other) noexcept
         : m_pid(std::exchange(other.m_pid, 0))
-        , m_pidfd(std::exchange(other.m_pidfd, -1))
+        , m_pidfd(std::move(other.m_pidfd))
     {}
     ProcessHandle &operator=(ProcessHandle &&other) noexcept
     {
@@ -34,6 +35,6 @@ public:
     [[nodiscard]] bool waitForEnd(std::chrono::milliseconds limit) const;
 
 private:
-    qint32 m_pid = 0; ///< 0: holds none
-    int m_pidfd = -1; ///< -1 with a pid: no pidfd to be had
+    qint32 m_pid = 0;       ///< 0: holds none
+    FileDescriptor m_pidfd; ///< not open with a pid: no pidfd to be had
 };

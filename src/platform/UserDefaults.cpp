@@ -1,5 +1,7 @@
 #include "UserDefaults.h"
 
+#include "FileDescriptor.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -38,18 +40,13 @@ public:
         : m_folder(open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
     {
         constexpr int attempts = 20;
-        for (int i = 0; i < attempts && flock(m_folder, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK; ++i)
+        for (int i = 0; i < attempts && flock(m_folder.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+             ++i)
             std::this_thread::sleep_for(5ms);
     }
-    ~FolderLock()
-    {
-        if (m_folder >= 0)
-            close(m_folder);
-    }
-    Q_DISABLE_COPY_MOVE(FolderLock)
 
 private:
-    int m_folder;
+    FileDescriptor m_folder;
 };
 
 /// The JSON object in the file at `path`, an empty one where there is no file, nothing if the file holds

@@ -6,7 +6,11 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
+#include <cerrno>
+#include <csignal>
+
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -50,8 +54,33 @@ TEST_F(Open, TakesTheFirstEditorThatIsInstalled)
         m_service, {m_recorders.path(u"gone"_s), m_recorders.path(u"code"_s), m_recorders.path(u"cursor"_s)});
     const StartRecord record = m_recorders.record(u"code"_s);
     EXPECT_EQ(record.arguments, QStringList{*m_service.folderPath});
-    EXPECT_NE(record.session, getsid(0));
+    EXPECT_EQ(record.descriptors,
+              QJsonObject({{u"0"_s, u"/dev/null"_s}, {u"1"_s, u"/dev/null"_s}, {u"2"_s, u"/dev/null"_s}}));
     EXPECT_FALSE(m_recorders.wasStarted(u"cursor"_s));
+}
+
+TEST_F(Open, WaitsForNoEditorThatIsItsOwnLauncher)
+{
+    const QString editor = m_recorders.path(u"code"_s);
+    const QString sign = m_recorders.path(u"sign"_s);
+    QFile script(editor);
+    ASSERT_TRUE(script.open(QFile::WriteOnly));
+    script.write("#!/bin/sh\necho $$ >> '" + QFile::encodeName(sign) + "'\nexec /bin/sleep 1000\n");
+    script.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+    script.close();
+    m_service.folderPath = u"/tmp"_s;
+
+    const auto editors = [&] {
+        QFile file(sign);
+        return file.open(QFile::ReadOnly) ? file.readAll().trimmed().split('\n') : QList<QByteArray>();
+    };
+    ServiceActions::openInEditor(m_service, {editor});
+    ServiceActions::openInEditor(m_service, {editor});
+    ASSERT_TRUE(eventually([&] { return editors().size() == 2; }));
+    for (const QByteArray &pid : editors())
+        EXPECT_EQ(kill(pid.toInt(), SIGKILL), 0);
+    // None of them stays behind as a zombie.
+    EXPECT_TRUE(eventually([] { return waitpid(-1, nullptr, WNOHANG) == -1 && errno == ECHILD; }));
 }
 
 TEST_F(Open, PassesOverWhatCannotBeExecuted)

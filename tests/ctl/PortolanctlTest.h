@@ -4,6 +4,7 @@
 #include "Printers.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -31,6 +32,12 @@ protected:
     /// The folder of the servers, which are called shop after it.
     [[nodiscard]] QString folder() const { return m_folder.filePath(QStringLiteral("shop")); }
     [[nodiscard]] QString configFolder() const { return m_folder.filePath(QStringLiteral("config")); }
+
+    /// What leaves out the machine's other servers.
+    [[nodiscard]] QStringList ownOnly() const
+    {
+        return {QStringLiteral("--search"), QFileInfo(m_folder.path()).fileName()};
+    }
 
     void prepare(QProcess &process) const
     {

@@ -2,6 +2,9 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
+#include <limits>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -9,6 +12,10 @@ namespace {
 class Emulator
 {
 public:
+    explicit Emulator(qsizetype columns)
+        : m_columns(columns)
+    {}
+
     void write(const QString &output)
     {
         static const QRegularExpression sequence(u"^\x1b\\[([?0-9;]*)([A-Za-z])"_s);
@@ -43,6 +50,10 @@ private:
         } else if (character == u'\n') {
             ++m_row;
         } else {
+            if (m_column == m_columns) {
+                m_column = 0;
+                ++m_row;
+            }
             QString &line = currentLine();
             line = line.leftJustified(m_column);
             line.replace(m_column++, 1, character);
@@ -54,9 +65,9 @@ private:
         if (function == u"m")
             return;
         if (function == u"K") {
-            currentLine().truncate(m_column);
+            currentLine().truncate(cursor());
         } else if (function == u"J") {
-            currentLine().truncate(m_column);
+            currentLine().truncate(cursor());
             m_lines.resize(m_row + 1);
         } else if (function == u"H" && parameters.isEmpty()) {
             m_row = m_column = 0;
@@ -71,6 +82,9 @@ private:
         }
     }
 
+    // Behind a line's last column it stays there until something follows.
+    [[nodiscard]] qsizetype cursor() const { return std::min(m_column, m_columns - 1); }
+
     QString &currentLine()
     {
         while (m_lines.size() <= m_row)
@@ -78,6 +92,7 @@ private:
         return m_lines[m_row];
     }
 
+    qsizetype m_columns;
     QStringList m_lines;
     QStringList m_before;
     qsizetype m_row = 0;
@@ -86,9 +101,9 @@ private:
 
 } // namespace
 
-QStringList seenOnTerminal(const QByteArray &output)
+QStringList seenOnTerminal(const QByteArray &output, std::optional<int> columns)
 {
-    Emulator emulator;
+    Emulator emulator(columns.value_or(std::numeric_limits<int>::max()));
     emulator.write(QString::fromUtf8(output));
     return emulator.seen();
 }

@@ -10,6 +10,7 @@
 #include <QJsonObject>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <csignal>
 #include <memory>
 
@@ -234,6 +235,7 @@ TEST_F(Portolanctl, TellsItsVersionAndHowToUseIt)
 
 TEST_F(Portolanctl, EndsQuietlyWhenNobodyReadsOn)
 {
+    const OddServer server(m_ok);
     const Outcome outcome = runInShell(u"\"$1\" list --json | head -n 1"_s);
     EXPECT_EQ(outcome.output, "[\n");
     EXPECT_EQ(outcome.error, QByteArray());
@@ -266,7 +268,7 @@ TEST_F(Portolanctl, SaysNothingAboutTheLocale)
 TEST_F(Portolanctl, ColoursTheTableOnATerminal)
 {
     const OddServer server(m_ok);
-    PtyProcess list(program, {u"list"_s}, options());
+    PtyProcess list(program, QStringList{u"list"_s} + ownOnly(), options());
     EXPECT_EQ(list.exitStatus(), 0);
     EXPECT_TRUE(list.output().contains("\x1b[38;5;41mOnline 200"));
     EXPECT_EQ(linesOf(seenOnTerminal(list.output()), server.port()).size(), 1);
@@ -277,7 +279,7 @@ TEST_F(Portolanctl, HonoursNoColor)
     const OddServer server(m_ok);
     PtyProcess::Options plain = options();
     plain.environment.append(std::pair<QByteArray, QByteArray>("NO_COLOR", "1"));
-    PtyProcess list(program, {u"list"_s}, plain);
+    PtyProcess list(program, QStringList{u"list"_s} + ownOnly(), plain);
     EXPECT_EQ(list.exitStatus(), 0);
     EXPECT_FALSE(list.output().contains("\x1b[3"));
     EXPECT_FALSE(list.output().contains("\x1b[1m"));
@@ -287,7 +289,7 @@ TEST_F(Portolanctl, HonoursNoColor)
 TEST_F(Portolanctl, KeepsWithinTheTerminal)
 {
     const OddServer server(m_ok);
-    PtyProcess list(program, {u"list"_s}, options(60));
+    PtyProcess list(program, QStringList{u"list"_s} + ownOnly(), options(60));
     EXPECT_EQ(list.exitStatus(), 0);
     const QStringList lines = seenOnTerminal(list.output());
     EXPECT_EQ(linesOf(lines, server.port()).size(), 1);
@@ -302,7 +304,7 @@ TEST_F(Portolanctl, ShowsWhatItWaitsForAndLeavesNoTraceOfIt)
         if (connection.pause(std::chrono::milliseconds(900)))
             connection.send("HTTP/1.1 200 OK\r\n\r\n");
     });
-    PtyProcess list(program, {u"list"_s}, options());
+    PtyProcess list(program, QStringList{u"list"_s} + ownOnly(), options());
     EXPECT_EQ(list.exitStatus(), 0);
     EXPECT_TRUE(list.output().contains("Asking the servers…"));
     const QStringList lines = seenOnTerminal(list.output());
@@ -315,7 +317,7 @@ TEST_F(Portolanctl, ShowsWhatItWaitsForAndLeavesNoTraceOfIt)
 TEST_F(Portolanctl, LeavesNoTraceWhenInterrupted)
 {
     const OddServer silent([](OddServer::Connection &connection) { connection.hang(); });
-    PtyProcess list(program, {u"list"_s}, options());
+    PtyProcess list(program, QStringList{u"list"_s} + ownOnly(), options());
     ASSERT_TRUE(list.readUntil([&] { return list.output().contains("Asking"); }));
     list.sendSignal(SIGINT);
     EXPECT_EQ(list.exitStatus(), 130);
@@ -338,7 +340,7 @@ TEST_F(Portolanctl, WatchFollowsWhatHappens)
 {
     auto server = std::make_unique<OddServer>(m_ok);
     const quint16 port = server->port();
-    PtyProcess watch(program, {u"watch"_s}, options());
+    PtyProcess watch(program, QStringList{u"watch"_s} + ownOnly(), options());
     const auto seen = [&] { return linesOf(seenOnTerminal(watch.output()), port); };
     ASSERT_TRUE(
         watch.readUntil([&] { return seen().size() == 1 && seen().first().contains(u"Online 200"_s); }));
@@ -356,7 +358,7 @@ class PortolanctlWatchEnds : public Portolanctl, public testing::WithParamInterf
 
 TEST_P(PortolanctlWatchEnds, AndLeavesTheTerminalAsItWas)
 {
-    PtyProcess watch(program, {u"watch"_s}, options());
+    PtyProcess watch(program, QStringList{u"watch"_s} + ownOnly(), options());
     const termios before = watch.mode();
     ASSERT_TRUE(watch.readUntil([&] { return watch.output().contains("q to quit"); }));
     EXPECT_FALSE(watch.mode().c_lflag & ECHO);
@@ -380,16 +382,35 @@ INSTANTIATE_TEST_SUITE_P(By, PortolanctlWatchEnds, testing::Values("q", "Control
 TEST_F(Portolanctl, WatchFollowsTheSizeOfTheTerminal)
 {
     const OddServer server(m_ok);
-    PtyProcess watch(program, {u"watch"_s}, options(120));
+    PtyProcess watch(program, QStringList{u"watch"_s} + ownOnly(), options(120));
     const auto lines = [&] { return seenOnTerminal(watch.output()); };
     ASSERT_TRUE(watch.readUntil([&] { return lines().value(0).endsWith(u"FOLDER"_s); }));
     watch.resize(50, 20);
-    EXPECT_TRUE(watch.readUntil(
-        [&] { return lines().value(0).contains(u"PORT"_s) && !lines().value(0).contains(u"FOLDER"_s); }));
-    for (const QString &line : lines())
-        EXPECT_LE(line.size(), 50);
+    EXPECT_TRUE(watch.readUntil([&] {
+        const bool isNarrow =
+            std::ranges::all_of(lines(), [](const QString &line) { return line.size() <= 50; });
+        return isNarrow && lines().value(0).contains(u"PORT"_s) && !lines().value(0).contains(u"FOLDER"_s);
+    }));
     watch.type("q");
     EXPECT_EQ(watch.exitStatus(), 0);
+}
+
+TEST_F(Portolanctl, WatchCutsNothingOffAFullLine)
+{
+    const QString deep = folder() + u'/' + QString(150, u'd') + u"/end!"_s;
+    ASSERT_TRUE(QDir().mkpath(deep));
+    ASSERT_TRUE(QDir::setCurrent(deep));
+    const OddServer server(m_ok);
+    for (const int columns : {90, 101, 120}) {
+        PtyProcess watch(program, QStringList{u"watch"_s} + ownOnly(), options(columns));
+        EXPECT_TRUE(watch.readUntil([&] {
+            const QStringList lines = seenOnTerminal(watch.output(), columns);
+            return lines.size() == 4 && lines[1].size() == columns && lines[1].endsWith(u"/end!"_s) &&
+                   lines[3].startsWith(u"Updated"_s);
+        })) << seenOnTerminal(watch.output(), columns).join(u'\n').toStdString();
+        watch.type("q");
+        EXPECT_EQ(watch.exitStatus(), 0);
+    }
 }
 
 TEST_F(Portolanctl, WatchPrintsALineOfJsonPerRefresh)

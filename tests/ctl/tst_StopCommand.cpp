@@ -35,11 +35,14 @@ time.sleep(600)
 
 // Two processes that accept from the same socket.
 const QString shared = listens + uR"(
+parent = os.getpid()
 child = os.fork()
 if child:
     say(port, child)
     os.waitpid(child, 0)
-time.sleep(600)
+    time.sleep(600)
+while os.getppid() == parent:
+    time.sleep(0.05)
 )"_s;
 
 // Says how often it is told to end, and takes its time to.

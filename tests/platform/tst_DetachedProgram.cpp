@@ -1,5 +1,4 @@
 #include "DetachedProgram.h"
-#include "DetachedProgram_p.h"
 #include "Printers.h"
 #include "Recorders.h"
 #include "ScopedEnvironment.h"
@@ -142,31 +141,3 @@ TEST(DetachedProgram, IsFoundOnThePathOnly)
     EXPECT_EQ(DetachedProgram::find(u"here"_s), recorders.path(u"here"_s));
     EXPECT_EQ(DetachedProgram::find(u"sh"_s), QString());
 }
-
-struct PassedOnCase
-{
-    const char *assignment;
-    bool isPassedOn;
-};
-
-class PassedOn : public testing::TestWithParam<PassedOnCase>
-{};
-
-TEST_P(PassedOn, DependsOnTheName)
-{
-    EXPECT_EQ(DetachedProgram::isPassedOn(GetParam().assignment), GetParam().isPassedOn)
-        << GetParam().assignment;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Variables, PassedOn,
-    testing::Values(PassedOnCase{"HOME=/root", true}, PassedOnCase{"QT=1", true},
-                    PassedOnCase{"MY_QT_THING=1", true}, PassedOnCase{"EMPTY=", true}, PassedOnCase{"", true},
-                    PassedOnCase{"no assignment", true}, PassedOnCase{"QT_QPA_PLATFORM=xcb", false},
-                    PassedOnCase{"QT_QUICK_BACKEND=software", false},
-                    PassedOnCase{"QT_QUICK_CONTROLS_STYLE=Basic", false},
-                    PassedOnCase{"QML_IMPORT_PATH=/x", false}, PassedOnCase{"QML2_IMPORT_PATH=/x", false},
-                    PassedOnCase{"QSG_INFO=1", false}, PassedOnCase{"QT_IM_MODULE=ibus", true},
-                    PassedOnCase{"QT_IM_MODULE_OF_OURS=1", false}, PassedOnCase{"QT_SCALE_FACTOR=2", true},
-                    PassedOnCase{"XDG_ACTIVATION_TOKEN=t", false},
-                    PassedOnCase{"DESKTOP_STARTUP_ID=t", false}, PassedOnCase{"XDG_CONFIG_HOME=/x", true}));

@@ -142,12 +142,12 @@ std::optional<ListeningSocket> parseLine(std::string_view line, bool isIpv6)
 
 std::optional<std::vector<ListeningSocket>> ListeningSockets::fromNetlink()
 {
-    const ProcFs::Descriptor socket(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_SOCK_DIAG));
+    const FileDescriptor socket(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_SOCK_DIAG));
     if (!socket.isOpen())
         return std::nullopt;
     std::vector<ListeningSocket> sockets;
     for (const int family : {AF_INET, AF_INET6}) {
-        if (!askForListeners(socket.number(), family) || !receiveListeners(socket.number(), sockets))
+        if (!askForListeners(socket.get(), family) || !receiveListeners(socket.get(), sockets))
             return std::nullopt;
     }
     return sockets;

@@ -70,7 +70,7 @@ void nameAfterExecutable(SocketOwner &owner)
 /// Whether `pid` names a process, not one of the further threads of one.
 bool isProcess(pid_t pid)
 {
-    const ProcFs::Descriptor handle(int(syscall(SYS_pidfd_open, pid, 0)));
+    const FileDescriptor handle(int(syscall(SYS_pidfd_open, pid, 0)));
     return handle.isOpen() || (errno != ESRCH && errno != EINVAL && errno != ENOENT);
 }
 

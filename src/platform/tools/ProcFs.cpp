@@ -9,12 +9,6 @@
 #include <sys/vfs.h>
 #include <unistd.h>
 
-ProcFs::Descriptor::~Descriptor()
-{
-    if (isOpen())
-        close(m_number);
-}
-
 ProcFs::Path::Path(pid_t pid, const char *name)
 {
     std::snprintf(m_text, sizeof m_text, "/proc/%d/%s", pid, name);
@@ -34,10 +28,10 @@ bool ProcFs::isReadable()
 
 std::optional<std::string_view> ProcFs::readInto(std::span<char> buffer, const char *path)
 {
-    const Descriptor file(open(path, O_RDONLY | O_CLOEXEC));
+    const FileDescriptor file(open(path, O_RDONLY | O_CLOEXEC));
     if (!file.isOpen())
         return std::nullopt;
-    const ssize_t length = read(file.number(), buffer.data(), buffer.size());
+    const ssize_t length = read(file.get(), buffer.data(), buffer.size());
     if (length < 0)
         return std::nullopt;
     return std::string_view(buffer.data(), size_t(length));
@@ -45,13 +39,13 @@ std::optional<std::string_view> ProcFs::readInto(std::span<char> buffer, const c
 
 std::optional<std::string> ProcFs::readAll(const char *path)
 {
-    const Descriptor file(open(path, O_RDONLY | O_CLOEXEC));
+    const FileDescriptor file(open(path, O_RDONLY | O_CLOEXEC));
     if (!file.isOpen())
         return std::nullopt;
     std::string text;
     char buffer[16 * 1024];
     for (;;) {
-        const ssize_t length = read(file.number(), buffer, sizeof buffer);
+        const ssize_t length = read(file.get(), buffer, sizeof buffer);
         if (length < 0)
             return std::nullopt;
         if (length == 0)

@@ -1,40 +1,17 @@
 #pragma once
 
+#include "FileDescriptor.h"
+
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include <fcntl.h>
 #include <sys/types.h>
 
 /// Small, allocation-free access to /proc. Blocks for no longer than the kernel needs to print a table.
 namespace ProcFs {
-
-/// An open file descriptor, closed at the end of its scope.
-class Descriptor
-{
-public:
-    explicit Descriptor(int number = -1)
-        : m_number(number)
-    {}
-    ~Descriptor();
-    Descriptor(Descriptor &&other) noexcept
-        : m_number(std::exchange(other.m_number, -1))
-    {}
-    Descriptor &operator=(Descriptor &&other) noexcept
-    {
-        std::swap(m_number, other.m_number);
-        return *this;
-    }
-
-    [[nodiscard]] bool isOpen() const { return m_number >= 0; }
-    [[nodiscard]] int number() const { return m_number; }
-
-private:
-    int m_number;
-};
 
 /// The text "/proc/PID/NAME" or "/proc/PID/fd/NUMBER".
 class Path
@@ -77,12 +54,12 @@ public:
     /// Whether the directory could be opened.
     [[nodiscard]] bool isOpen() const { return m_directory.isOpen(); }
     /// The directory, to open its entries from.
-    [[nodiscard]] int directory() const { return m_directory.number(); }
+    [[nodiscard]] int directory() const { return m_directory.get(); }
     /// The next entry in the kernel's order, which is ascending; absent at the end.
     [[nodiscard]] std::optional<Entry> next();
 
 private:
-    Descriptor m_directory;
+    FileDescriptor m_directory;
     ssize_t m_filled = 0;
     ssize_t m_position = 0;
     alignas(8) char m_buffer[16 * 1024];

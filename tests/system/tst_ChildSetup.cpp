@@ -1,0 +1,73 @@
+#include "ChildSetup.h"
+#include "Printers.h"
+#include "ScopedEnvironment.h"
+
+#include <gmock/gmock.h>
+
+using testing::Contains;
+using testing::Not;
+
+TEST(ChildSetup, PassesOnTheEnvironmentWithoutWhatIsForThisProgramAlone)
+{
+    const ScopedEnvironment mark("PORTOLAN_TEST_MARK", "a b=c");
+    const ScopedEnvironment backend("QT_QUICK_BACKEND", "software");
+    const ScopedEnvironment token("XDG_ACTIVATION_TOKEN", "token");
+    const QList<QByteArray> environment = ChildSetup::environment();
+    EXPECT_THAT(environment, Contains(QByteArray("PORTOLAN_TEST_MARK=a b=c")));
+    EXPECT_THAT(environment, Not(Contains(QByteArray("QT_QUICK_BACKEND=software"))));
+    EXPECT_THAT(environment, Not(Contains(QByteArray("XDG_ACTIVATION_TOKEN=token"))));
+}
+
+TEST(ChildSetup, PointersEndWithNone)
+{
+    QList<QByteArray> texts{"one", "", "two words"};
+    const std::vector<char *> pointers = ChildSetup::pointers(texts);
+    ASSERT_EQ(pointers.size(), 4u);
+    EXPECT_STREQ(pointers[0], "one");
+    EXPECT_STREQ(pointers[1], "");
+    EXPECT_STREQ(pointers[2], "two words");
+    EXPECT_EQ(pointers[3], nullptr);
+}
+
+TEST(ChildSetup, HoldsSignalsBackForAScope)
+{
+    const auto isBlocked = [](int signal) {
+        sigset_t mask;
+        pthread_sigmask(SIG_BLOCK, nullptr, &mask);
+        return sigismember(&mask, signal) == 1;
+    };
+    ASSERT_FALSE(isBlocked(SIGTERM));
+    {
+        const ChildSetup::SignalsHeld held;
+        EXPECT_TRUE(isBlocked(SIGTERM));
+        EXPECT_TRUE(isBlocked(SIGUSR1));
+    }
+    EXPECT_FALSE(isBlocked(SIGTERM));
+}
+
+struct PassedOnCase
+{
+    const char *assignment;
+    bool isPassedOn;
+};
+
+class PassedOn : public testing::TestWithParam<PassedOnCase>
+{};
+
+TEST_P(PassedOn, DependsOnTheName)
+{
+    EXPECT_EQ(ChildSetup::isPassedOn(GetParam().assignment), GetParam().isPassedOn) << GetParam().assignment;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Variables, PassedOn,
+    testing::Values(PassedOnCase{"HOME=/root", true}, PassedOnCase{"QT=1", true},
+                    PassedOnCase{"MY_QT_THING=1", true}, PassedOnCase{"EMPTY=", true}, PassedOnCase{"", true},
+                    PassedOnCase{"no assignment", true}, PassedOnCase{"QT_QPA_PLATFORM=xcb", false},
+                    PassedOnCase{"QT_QUICK_BACKEND=software", false},
+                    PassedOnCase{"QT_QUICK_CONTROLS_STYLE=Basic", false},
+                    PassedOnCase{"QML_IMPORT_PATH=/x", false}, PassedOnCase{"QML2_IMPORT_PATH=/x", false},
+                    PassedOnCase{"QSG_INFO=1", false}, PassedOnCase{"QT_IM_MODULE=ibus", true},
+                    PassedOnCase{"QT_IM_MODULE_OF_OURS=1", false}, PassedOnCase{"QT_SCALE_FACTOR=2", true},
+                    PassedOnCase{"XDG_ACTIVATION_TOKEN=t", false},
+                    PassedOnCase{"DESKTOP_STARTUP_ID=t", false}, PassedOnCase{"XDG_CONFIG_HOME=/x", true}));
