@@ -1,14 +1,16 @@
-// The scan against the system's own tools and real listening sockets.
+// The scan against real listening sockets, with the built-in tools and with the system's own.
 #include "FileDescriptor.h"
 #include "HungMount.h"
 #include "PortScanner_p.h"
 #include "Printers.h"
 #include "ProcessFacts.h"
+#include "RealTools.h"
 
 #include <gmock/gmock.h>
 
 #include <csignal>
 #include <cstring>
+#include <tuple>
 
 #include <arpa/inet.h>
 #include <ifaddrs.h>
@@ -113,11 +115,18 @@ private:
     bool m_listens = false;
 };
 
-/// The system's tools, with the folder that the tests run in taken for the home folder: the name of a test
-/// program is none that is accepted by itself.
-PortScanner::ScanOptions systemOptions()
+enum class Road { builtin, external };
+
+/// The system, by one of the roads, with the folder that the tests run in taken for the home folder: the name
+/// of a test program is none that is accepted by itself.
+PortScanner::ScanOptions systemOptions(Road road)
 {
+    static const RealTools tools;
     PortScanner::ScanOptions options;
+    if (road == Road::external) {
+        options.lsof = tools.lsof();
+        options.ps = tools.ps();
+    }
     options.home = QDir::currentPath();
     options.listingDeadline = 10min;
     options.toolDeadline = 10min;
@@ -172,41 +181,55 @@ struct HostCase
     bool listed;
 };
 
-class RealListener : public testing::TestWithParam<HostCase>
+class RealListener : public testing::TestWithParam<std::tuple<HostCase, Road>>
+{};
+
+class RealScan : public testing::TestWithParam<Road>
 {};
 
 TEST_P(RealListener, IsListedIfItsHostIsLocalOrAny)
 {
-    const Listener listener(GetParam().host, GetParam().stack);
+    const auto &[host, road] = GetParam();
+    const Listener listener(host.host, host.stack);
     if (!listener.isOpen())
-        GTEST_SKIP() << GetParam().host << " is not to be had here";
-    const QList<qint64> ports = ownPorts(PortScanner::scan(systemOptions()));
-    EXPECT_EQ(ports.count(listener.port()), GetParam().listed ? 1 : 0);
+        GTEST_SKIP() << host.host << " is not to be had here";
+    const QList<qint64> ports = ownPorts(PortScanner::scan(systemOptions(road)));
+    EXPECT_EQ(ports.count(listener.port()), host.listed ? 1 : 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Hosts, RealListener,
-                         testing::Values(HostCase{"loopback", "127.0.0.1", Stack::oneFamily, true},
-                                         HostCase{"loopback6", "::1", Stack::oneFamily, true},
-                                         HostCase{"any", "0.0.0.0", Stack::oneFamily, true},
-                                         HostCase{"any6", "::", Stack::oneFamily, true},
-                                         HostCase{"dual", "::", Stack::both, true},
-                                         HostCase{"otherLoopback", "127.0.0.2", Stack::oneFamily, false}),
-                         [](const auto &row) { return std::string(row.param.name); });
+static std::string nameOf(Road road)
+{
+    return road == Road::builtin ? "builtin" : "external";
+}
 
-TEST(RealScan, AConcreteInterfaceIsNotListed)
+INSTANTIATE_TEST_SUITE_P(
+    Hosts, RealListener,
+    testing::Combine(testing::Values(HostCase{"loopback", "127.0.0.1", Stack::oneFamily, true},
+                                     HostCase{"loopback6", "::1", Stack::oneFamily, true},
+                                     HostCase{"any", "0.0.0.0", Stack::oneFamily, true},
+                                     HostCase{"any6", "::", Stack::oneFamily, true},
+                                     HostCase{"dual", "::", Stack::both, true},
+                                     HostCase{"otherLoopback", "127.0.0.2", Stack::oneFamily, false}),
+                     testing::Values(Road::builtin, Road::external)),
+    [](const auto &row) { return std::get<0>(row.param).name + ('_' + nameOf(std::get<1>(row.param))); });
+
+INSTANTIATE_TEST_SUITE_P(Roads, RealScan, testing::Values(Road::builtin, Road::external),
+                         [](const auto &row) { return nameOf(row.param); });
+
+TEST_P(RealScan, AConcreteInterfaceIsNotListed)
 {
     const std::string address = interfaceAddress();
     if (address.empty())
         GTEST_SKIP() << "this machine has no interface but its loopback";
     const Listener listener(address.c_str());
     ASSERT_TRUE(listener.isOpen());
-    EXPECT_FALSE(ownPorts(PortScanner::scan(systemOptions())).contains(listener.port()));
+    EXPECT_FALSE(ownPorts(PortScanner::scan(systemOptions(GetParam()))).contains(listener.port()));
 }
 
-TEST(RealScan, FillsThisProcess)
+TEST_P(RealScan, FillsThisProcess)
 {
     const Listener listener("127.0.0.1");
-    const QList<Service> own = ownServices(PortScanner::scan(systemOptions()));
+    const QList<Service> own = ownServices(PortScanner::scan(systemOptions(GetParam())));
     ASSERT_EQ(own.size(), 1);
     EXPECT_EQ(own[0].port, listener.port());
     EXPECT_EQ(own[0].folderPath, QDir::currentPath());
@@ -217,36 +240,36 @@ TEST(RealScan, FillsThisProcess)
     EXPECT_TRUE(QString::fromUtf8(contentsOf(u"/proc/self/comm"_s)).startsWith(own[0].command));
 }
 
-TEST(RealScan, BothFamiliesOnOnePortAreOneService)
+TEST_P(RealScan, BothFamiliesOnOnePortAreOneService)
 {
     const Listener v4("0.0.0.0");
     const Listener v6("::", Stack::oneFamily, v4.port());
     if (!v6.isOpen())
         GTEST_SKIP() << "no IPv6 here";
-    EXPECT_EQ(ownPorts(PortScanner::scan(systemOptions())), QList<qint64>{v4.port()});
+    EXPECT_EQ(ownPorts(PortScanner::scan(systemOptions(GetParam()))), QList<qint64>{v4.port()});
 }
 
-TEST(RealScan, TwoProcessesOnOnePortAreTwoServices)
+TEST_P(RealScan, TwoProcessesOnOnePortAreTwoServices)
 {
     const Listener own("127.0.0.1");
     const in_port_t port = own.port();
     const ForkedServer other("node", "127.0.0.1", port);
     ASSERT_TRUE(other.listens());
     QList<qint32> pids;
-    for (const Service &service : PortScanner::scan(systemOptions())) {
+    for (const Service &service : PortScanner::scan(systemOptions(GetParam()))) {
         if (service.port == port)
             pids.append(service.pid);
     }
     EXPECT_THAT(pids, testing::UnorderedElementsAre(getpid(), other.pid()));
 }
 
-TEST(RealScan, ADevelopersCommandIsListedWhateverItsFolder)
+TEST_P(RealScan, ADevelopersCommandIsListedWhateverItsFolder)
 {
     const Listener own("127.0.0.1");
     const ForkedServer node("node", "::1", 0);
     if (!node.listens())
         GTEST_SKIP() << "no IPv6 here";
-    PortScanner::ScanOptions options = systemOptions();
+    PortScanner::ScanOptions options = systemOptions(GetParam());
     options.home = u"/fake-home/ada"_s;
     const QList<Service> services = PortScanner::scan(options);
     EXPECT_THAT(ownServices(services), testing::IsEmpty());
@@ -256,7 +279,7 @@ TEST(RealScan, ADevelopersCommandIsListedWhateverItsFolder)
     }));
 }
 
-TEST(RealScan, AServerWhoseNameWasCutInsideABracketIsListed)
+TEST(SystemScan, AServerWhoseNameWasCutInsideABracketIsListed)
 {
     const ForkedServer next("next-server (v15.3.2)", "127.0.0.1", 0);
     ASSERT_TRUE(next.listens());
@@ -268,18 +291,18 @@ TEST(RealScan, AServerWhoseNameWasCutInsideABracketIsListed)
     EXPECT_TRUE(found->stats);
 }
 
-TEST(RealScan, WhatEndedIsGone)
+TEST_P(RealScan, WhatEndedIsGone)
 {
     in_port_t port = 0;
     {
         const Listener listener("127.0.0.1");
         port = listener.port();
-        EXPECT_TRUE(ownPorts(PortScanner::scan(systemOptions())).contains(port));
+        EXPECT_TRUE(ownPorts(PortScanner::scan(systemOptions(GetParam()))).contains(port));
     }
-    EXPECT_FALSE(ownPorts(PortScanner::scan(systemOptions())).contains(port));
+    EXPECT_FALSE(ownPorts(PortScanner::scan(systemOptions(GetParam()))).contains(port));
 }
 
-TEST(RealScan, ThePublicEntryUsesTheSystem)
+TEST(SystemScan, ThePublicEntryUsesTheSystem)
 {
     const ForkedServer node("node", "127.0.0.1", 0);
     ASSERT_TRUE(node.listens());
@@ -289,20 +312,20 @@ TEST(RealScan, ThePublicEntryUsesTheSystem)
         std::ranges::any_of(services, [&](const Service &service) { return service.pid == node.pid(); }));
 }
 
-TEST(RealScan, ResolvesTheWorkingDirectoryOfAProcess)
+TEST(SystemScan, ResolvesTheWorkingDirectoryOfAProcess)
 {
     EXPECT_EQ(PortScanner::resolveCwd(getpid()), QDir::currentPath());
     EXPECT_EQ(PortScanner::resolveCwd(std::numeric_limits<qint32>::max()), std::nullopt);
 }
 
-TEST(RealScan, WithADeadMountTheListComesAllTheSame)
+TEST_P(RealScan, WithADeadMountTheListComesAllTheSame)
 {
     const std::unique_ptr<HungMount> mount = HungMount::create();
     if (!mount)
         GTEST_SKIP() << "mounting is not permitted here";
     const ForkedServer node("node", "127.0.0.1", 0);
     ASSERT_TRUE(node.listens());
-    PortScanner::ScanOptions options = systemOptions();
+    PortScanner::ScanOptions options = systemOptions(GetParam());
     options.toolDeadline = 1s;
     const QList<Service> services = PortScanner::scan(options);
     EXPECT_TRUE(

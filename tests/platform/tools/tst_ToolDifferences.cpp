@@ -1,5 +1,6 @@
 // The built-in tools beside the real ones, over processes of every kind: they may differ in nothing but where
 // lsof is wrong, which is in the names of processes alone.
+#include "LsofNames.h"
 #include "OddProcess.h"
 #include "Printers.h"
 #include "ToolRuns.h"
@@ -66,24 +67,6 @@ std::optional<QByteArray> nameOf(int pid)
         return std::nullopt;
     const QByteArray text = file.readAll();
     return text.isEmpty() ? std::nullopt : std::optional(text.chopped(1));
-}
-
-bool isThreadName(const QByteArray &name)
-{
-    return name == "MainThread" || name == "node-MainThread";
-}
-
-/// lsof looks for the bracket that closes the name by counting, and takes an empty name for the last one it
-/// read.
-bool isMisreadByLsof(const QByteArray &name)
-{
-    int open = 1;
-    for (const char c : name) {
-        open += c == '(' ? 1 : c == ')' ? -1 : 0;
-        if (open == 0)
-            return true;
-    }
-    return open != 1 || name.isEmpty();
 }
 
 /// How a name is to be printed where lsof's own answer is not the measure. For the names of these tests.
