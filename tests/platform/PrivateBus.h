@@ -11,6 +11,8 @@ public:
     PrivateBus();
     ~PrivateBus();
 
+    /// As in $DBUS_SESSION_BUS_ADDRESS.
+    [[nodiscard]] QString address() const { return m_address; }
     /// A connection of its own, as another program would have. Open until the bus ends.
     [[nodiscard]] QDBusConnection connect();
     /// Ends the bus.

@@ -1,12 +1,16 @@
+#include "EventLoopTicker.h"
 #include "Eventually.h"
 #include "FileManager.h"
 #include "FileManager_p.h"
 #include "Printers.h"
 #include "PrivateBus.h"
 #include "Recorders.h"
+#include "ScopedEnvironment.h"
 
+#include <QDBusConnectionInterface>
 #include <QDBusContext>
 #include <QDBusMessage>
+#include <QElapsedTimer>
 
 #include <gmock/gmock.h>
 
@@ -136,6 +140,26 @@ TEST_F(FileManagerTest, IsNotWaitedFor)
     EXPECT_EQ(manager.asked.size(), 0);
     EXPECT_EQ(m_otherwise, QStringList());
     EXPECT_TRUE(eventually([&] { return manager.asked.size() == 1; }));
+}
+
+TEST_F(FileManagerTest, IsReplacedOnTheSessionsBusAfterFiveSecondsOfSilence)
+{
+    const ScopedEnvironment bus("DBUS_SESSION_BUS_ADDRESS", m_bus.address().toLocal8Bit());
+    const FakeFileManager manager(m_bus.connect(), FakeFileManager::isSilent);
+    if (!m_bus.connect().interface()->isServiceRegistered(QDBusConnection::sessionBus().baseService()))
+        GTEST_SKIP() << "this process was on another session bus before";
+    Recorders recorders;
+    recorders.install(u"xdg-open"_s);
+    const ScopedEnvironment path("PATH", recorders.folder().toLocal8Bit());
+
+    QElapsedTimer time;
+    time.start();
+    const EventLoopTicker ticker;
+    FileManager::show(u"/tmp/a b"_s);
+    EXPECT_EQ(recorders.record(u"xdg-open"_s).arguments, QStringList{u"/tmp/a b"_s});
+    EXPECT_EQ(manager.asked.size(), 1);
+    EXPECT_GE(time.elapsed(), 5000 * 95 / 100); // the bus library counts in coarse timers
+    EXPECT_GT(ticker.ticks(), 100);
 }
 
 #include "tst_FileManager.moc"

@@ -1,0 +1,61 @@
+// Real terminal emulators on a display of their own, with a stand-in for the user's shell.
+#include "Printers.h"
+#include "Recorders.h"
+#include "ScopedEnvironment.h"
+#include "ServiceActions.h"
+#include "VirtualDisplay.h"
+
+#include <QStandardPaths>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+class RealTerminal : public testing::TestWithParam<const char *>
+{
+protected:
+    void SetUp() override
+    {
+        if (QStandardPaths::findExecutable(QString::fromLatin1(GetParam())).isEmpty())
+            GTEST_SKIP() << GetParam() << " is not installed";
+        if (m_display.name().isEmpty())
+            GTEST_SKIP() << "Xvfb is not installed";
+    }
+
+    /// Where the shell of the window is that is opened in `folder`.
+    [[nodiscard]] QString shellFolder(const QString &folder)
+    {
+        Recorders recorders;
+        const ScopedEnvironment terminal("TERMINAL", GetParam());
+        const ScopedEnvironment shell("SHELL", QFile::encodeName(recorders.install(u"bob's $hell"_s)));
+        Service service;
+        service.folderPath = folder;
+        ServiceActions::openInTerminal(service);
+        return recorders.record(u"bob's $hell"_s).folder;
+    }
+
+private:
+    const VirtualDisplay m_display;
+    const ScopedEnvironment m_displayVariable{"DISPLAY", m_display.name().toLocal8Bit()};
+    const ScopedEnvironment m_wayland{"WAYLAND_DISPLAY", std::nullopt};
+    // None that another window of the emulator could already run on.
+    const ScopedEnvironment m_bus{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/no/such/bus"};
+};
+
+TEST_P(RealTerminal, OpensInFoldersOfAnyName)
+{
+    const QTemporaryDir parent;
+    for (const QString &name : {u"plain"_s, u"bob's \"dir\" \\x"_s, u"two\nlines"_s, u"größe 🦊"_s,
+                                u"-dash"_s, u"$HOME `id`; exit"_s, u"100% *"_s}) {
+        const QString folder = parent.filePath(name);
+        ASSERT_TRUE(QDir().mkdir(folder));
+        EXPECT_EQ(shellFolder(folder), folder);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Emulators, RealTerminal, testing::Values("xterm", "xfce4-terminal"),
+                         [](const auto &row) {
+                             std::string name = row.param;
+                             std::erase(name, '-');
+                             return name;
+                         });
