@@ -33,11 +33,14 @@ constexpr std::array<ColumnStyle, columnCount> styles{{
     {"FOLDER"_L1, Qt::AlignLeft, Tone::faint},
 }};
 
-// What goes first where there is not enough room, and what the two long texts are never cut below before
-// that.
+// What goes first where there is not enough room, and what the long texts are never cut below before that.
 constexpr std::array dispensable{Pid, Memory, Cpu, Folder, Uptime, ServerKind};
 constexpr int shortestName = 12;
 constexpr int shortestFolder = 16;
+// The same for terminals that hardly have room for anything. The port goes last.
+constexpr std::array lastDispensable{Mark, Name, Status};
+constexpr int stillAName = 6;
+constexpr int stillAStatus = 7; // "Offline"
 
 constexpr int usualStatus = 18; // "Online 200 · 12 ms"
 
@@ -126,7 +129,13 @@ Widths fittedWidths(Widths widths, int columns)
         if (excess() > 0)
             widths[column] = 0;
     }
-    shorten(widths[Name], excess(), 1);
+    shorten(widths[Name], excess(), stillAName);
+    shorten(widths[Status], excess(), stillAStatus);
+    for (const Column column : lastDispensable) {
+        if (excess() > 0)
+            widths[column] = 0;
+    }
+    shorten(widths[Port], excess(), 1);
     return widths;
 }
 

@@ -33,13 +33,15 @@ QString footer(const WatchFrame::Content &content, Output::Size size, const Ink 
 QString WatchFrame::of(const Content &content, Output::Size size, const Ink &ink)
 {
     QStringList lines = listLines(content, size, ink);
-    const qsizetype room = std::max(1, size.rows - 2); // besides the footer and a line of air above it
+    const bool hasAir = size.rows > 2; // a line of it above the footer
+    const qsizetype room = size.rows - (hasAir ? 2 : 1);
     if (lines.size() > room) {
         const qsizetype hidden = lines.size() - room + 1;
         lines.resize(room);
-        lines.last() = ink(Tone::faint, TerminalText::elided(u"… %1 more"_s.arg(hidden), size.columns));
+        if (!lines.isEmpty())
+            lines.last() = ink(Tone::faint, TerminalText::elided(u"… %1 more"_s.arg(hidden), size.columns));
     }
-    if (!lines.isEmpty() && size.rows > 2)
+    if (!lines.isEmpty() && hasAir)
         lines.append(QString());
     lines.append(footer(content, size, ink));
     return lines.join(u'\n');

@@ -121,10 +121,17 @@ TEST(ServiceTable, KeepsEveryLineWithinTheColumns)
 {
     Service service = shop();
     service.displayName = u"An endless 名前 for a shop"_s;
-    for (int columns = 31; columns < 140; ++columns) {
+    for (int columns = 1; columns < 140; ++columns) {
         for (const QString &line : lines({service, api(), stranger()}, {8080}, {.columns = columns}))
             EXPECT_LE(TerminalText::width(line), columns) << line.toStdString();
     }
+}
+
+TEST(ServiceTable, KeepsTheNameAndTheStateWhereThereIsHardlyRoom)
+{
+    EXPECT_EQ(lines({shop(), api()}, {}, {.columns = 20}),
+              QStringList({u"PORT  NAME  STATUS"_s, u"3000  Shop  Online …"_s, u"8080  Api   Offline"_s}));
+    EXPECT_EQ(lines({shop()}, {}, {.columns = 4}).last(), u"3000"_s);
 }
 
 TEST(ServiceTable, ColoursStatesAndNothingWithoutInk)
