@@ -49,16 +49,28 @@ ListeningSocket fromMessage(const inet_diag_msg &message)
     return socket;
 }
 
-enum class Dump { goesOn, done, failed };
+/// Whether the message that ends a dump says that it is whole: a kernel that lacks the module for it sends an
+/// error there.
+bool isWhole(const nlmsghdr &header, std::span<const char> received)
+{
+    int error = 0;
+    if (header.nlmsg_len >= sizeof header + sizeof error && received.size() >= sizeof header + sizeof error)
+        std::memcpy(&error, received.data() + sizeof header, sizeof error);
+    return error >= 0;
+}
 
-/// Reads the messages of one datagram, which each start at a multiple of four bytes.
-Dump readMessages(std::span<const char> received, std::vector<ListeningSocket> &sockets)
+} // namespace
+
+ListeningSockets::Dump ListeningSockets::readMessages(std::span<const char> received,
+                                                      std::vector<ListeningSocket> &sockets)
 {
     nlmsghdr header;
     while (received.size() >= sizeof header) {
         std::memcpy(&header, received.data(), sizeof header);
+        if (header.nlmsg_flags & NLM_F_DUMP_INTR)
+            return Dump::failed;
         if (header.nlmsg_type == NLMSG_DONE)
-            return Dump::done;
+            return isWhole(header, received) ? Dump::done : Dump::failed;
         inet_diag_msg message;
         if (header.nlmsg_type != SOCK_DIAG_BY_FAMILY || header.nlmsg_len > received.size() ||
             header.nlmsg_len < sizeof header + sizeof message)
@@ -70,6 +82,10 @@ Dump readMessages(std::span<const char> received, std::vector<ListeningSocket> &
     return Dump::goesOn;
 }
 
+namespace {
+
+using ListeningSockets::Dump;
+
 bool receiveListeners(int socket, std::vector<ListeningSocket> &sockets)
 {
     char buffer[32 * 1024];
@@ -77,7 +93,7 @@ bool receiveListeners(int socket, std::vector<ListeningSocket> &sockets)
         const ssize_t length = recv(socket, buffer, sizeof buffer, 0);
         if (length <= 0)
             return false;
-        const Dump dump = readMessages(std::span(buffer).first(size_t(length)), sockets);
+        const Dump dump = ListeningSockets::readMessages(std::span(buffer).first(size_t(length)), sockets);
         if (dump != Dump::goesOn)
             return dump == Dump::done;
     }

@@ -5,6 +5,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include <linux/netlink.h>
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -64,6 +68,35 @@ static std::optional<ListeningSocket> entryOf(const std::optional<std::vector<Li
         return std::nullopt;
     const auto found = std::ranges::find(*list, inode, &ListeningSocket::inode);
     return found == list->end() ? std::nullopt : std::optional(*found);
+}
+
+namespace {
+
+// The message that ends a dump, with what the kernel says of it.
+std::vector<char> endOfDump(int error, unsigned flags)
+{
+    nlmsghdr header{};
+    header.nlmsg_len = sizeof header + sizeof error;
+    header.nlmsg_type = NLMSG_DONE;
+    header.nlmsg_flags = std::uint16_t(flags);
+    std::vector<char> bytes(header.nlmsg_len);
+    std::memcpy(bytes.data(), &header, sizeof header);
+    std::memcpy(bytes.data() + sizeof header, &error, sizeof error);
+    return bytes;
+}
+
+} // namespace
+
+TEST(ListeningSocketsDump, IsDoneOnlyIfTheKernelCouldMakeAllOfIt)
+{
+    using ListeningSockets::Dump;
+    using ListeningSockets::readMessages;
+    std::vector<ListeningSocket> sockets;
+    EXPECT_EQ(readMessages(endOfDump(0, NLM_F_MULTI), sockets), Dump::done);
+    EXPECT_EQ(readMessages(endOfDump(-ENOENT, NLM_F_MULTI), sockets), Dump::failed) << "no module for TCP";
+    EXPECT_EQ(readMessages(endOfDump(0, NLM_F_MULTI | NLM_F_DUMP_INTR), sockets), Dump::failed);
+    EXPECT_EQ(readMessages({}, sockets), Dump::goesOn);
+    EXPECT_THAT(sockets, IsEmpty());
 }
 
 TEST(ListeningSockets, BothTablesTellTheSame)
