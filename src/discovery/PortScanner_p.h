@@ -53,7 +53,7 @@ struct ScanOptions
 /// long as a dead mount does.
 [[nodiscard]] std::optional<QString> resolveCwd(qint32 pid);
 
-/// The working directory in lsof's answer about `pid`.
+/// The working directory in lsof's answer about `pid`, with lsof's escapes undone.
 [[nodiscard]] std::optional<QString> parseCwd(qint32 pid, const QString &output);
 
 /// Whether a listener is one that a developer wants to see, by its command name, else by its folder.

@@ -107,6 +107,16 @@ ProjectDetector::Result detectFromFiles(const QString &command, const QString &p
     return {folderName, framework.value_or(frameworkForCommand(command))};
 }
 
+/// A name that is far longer than any package manager allows is shown, sorted and searched for its front
+/// alone.
+QString bounded(QString name)
+{
+    constexpr qsizetype most = 1000;
+    if (name.size() > most)
+        name.truncate(name[most].isLowSurrogate() ? most - 1 : most);
+    return name;
+}
+
 /// What is known without a look into the folder.
 ProjectDetector::Result detectFromCommand(const QString &command, const std::optional<QString> &folder)
 {
@@ -235,7 +245,7 @@ ProjectDetector::detectFromPackage(const QByteArray &json, const QString &folder
     const QJsonObject package = document.object();
     const QJsonValue name = package.value("name"_L1);
     const std::optional<QString> displayName = name.isString() ? cleanName(name.toString()) : std::nullopt;
-    return Result{displayName.value_or(folderName), frameworkFromPackage(package, command)};
+    return Result{bounded(displayName.value_or(folderName)), frameworkFromPackage(package, command)};
 }
 
 bool ProjectDetector::hasFile(const QString &withExtension, const ProjectFolder &in)

@@ -242,12 +242,37 @@ INSTANTIATE_TEST_SUITE_P(Files, RecordedCwd,
                          testing::Values(RecordedCwdCase{"plain", 21794, u"/tmp/rec/srv/shop"_s},
                                          RecordedCwdCase{"spaces-and-utf8", 21796,
                                                          u"/tmp/rec/srv/café com tabs"_s},
-                                         RecordedCwdCase{"escapes", 21799, u"/tmp/rec/srv/odd\\tna\\\\me"_s},
+                                         RecordedCwdCase{"escapes", 21799, u"/tmp/rec/srv/odd\tna\\me"_s},
                                          RecordedCwdCase{"root", 21806, u"/"_s},
                                          RecordedCwdCase{"deleted", 22416, u"/tmp/rec/srv/gone (deleted)"_s},
                                          RecordedCwdCase{"another-users-process", 22416, std::nullopt},
                                          RecordedCwdCase{"zombie", 22423, std::nullopt}),
                          [](const auto &row) { return fileName(row.param.file); });
+
+struct EscapeCase
+{
+    const char *name;
+    QString printed;
+    QString folder;
+};
+
+class CwdEscape : public testing::TestWithParam<EscapeCase>
+{};
+
+TEST_P(CwdEscape, IsUndone)
+{
+    EXPECT_EQ(parseCwd(7, u"p7\nfcwd\nn"_s + GetParam().printed + u'\n'), GetParam().folder);
+}
+
+INSTANTIATE_TEST_SUITE_P(Folders, CwdEscape,
+                         testing::Values(EscapeCase{"letters", uR"(/a\b\f\n\r\tz)"_s, u"/a\b\f\n\r\tz"_s},
+                                         EscapeCase{"backslash", uR"(/back\\slash)"_s, uR"(/back\slash)"_s},
+                                         EscapeCase{"backslashBeforeALetter", uR"(/a\\new)"_s,
+                                                    uR"(/a\new)"_s},
+                                         EscapeCase{"bytes", uR"(/caf\xc3\xa9)"_s, u"/café"_s},
+                                         EscapeCase{"caret", uR"(/^[x^)"_s, uR"(/^[x^)"_s},
+                                         EscapeCase{"unknown", uR"(/\q\x4\)"_s, uR"(/\q\x4\)"_s}),
+                         [](const auto &row) { return std::string(row.param.name); });
 
 struct DevServerCase
 {

@@ -290,6 +290,14 @@ TEST_F(DetectInFolder, APackageLeavesNoSayToMarkers)
     EXPECT_EQ(detect(u"nodemon"_s, folder()), (Result{u"Api"_s, Framework::generic}));
 }
 
+TEST_F(DetectInFolder, OfAnEndlessNameTheFrontIsTaken)
+{
+    write(u"package.json"_s, R"({"name":")" + QByteArray(300'000, 'n') + "\"}");
+    EXPECT_EQ(detect(u"node"_s, folder()).displayName, u'N' + QString(999, u'n'));
+    write(u"package.json"_s, R"({"name":")" + QByteArray(999, 'n') + R"(\ud83d\ude00"})");
+    EXPECT_EQ(detect(u"node"_s, folder()).displayName, u'N' + QString(998, u'n')) << "no half character";
+}
+
 TEST_F(DetectInFolder, ANameOfSeparatorsIsShownEmpty)
 {
     write(u"package.json"_s, R"({"name":"---"})");
