@@ -5,6 +5,7 @@
 #include "PortolanApp.h"
 #include "ServiceStore.h"
 #include "SingleInstance.h"
+#include "StandardStreams.h"
 #include "StartOptions.h"
 #include "SystemLoginItem.h"
 #include "SystemServiceActions.h"
@@ -84,6 +85,7 @@ int serve(StartRequest request)
 
 int DesktopProgram::run(int argc, char **argv)
 {
+    StandardStreams::reserve();
     const auto parsed = StartOptions::parse(argumentsOf(argc, argv));
     if (const auto *error = std::get_if<StartOptions::Error>(&parsed))
         return complain(error->message, UsageError);

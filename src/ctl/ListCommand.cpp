@@ -2,6 +2,7 @@
 
 #include "EmptyText.h"
 #include "Output.h"
+#include "Program.h"
 #include "ProgressLine.h"
 #include "ServiceJson.h"
 #include "ServiceTable.h"
@@ -17,10 +18,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int interrupted = 130;
-
-// Refreshes the store once, with a line on the terminal meanwhile. False when the user ended the wait.
-bool refresh(ServiceStore &store)
+// Refreshes the store once, with a line on the terminal meanwhile. The number of the signal that ended the
+// wait, or 0.
+int refresh(ServiceStore &store)
 {
     ProgressLine progress;
     const auto say = [&] {
@@ -31,9 +31,9 @@ bool refresh(ServiceStore &store)
 
     QEventLoop loop;
     const TerminationSignals signals;
-    QObject::connect(&signals, &TerminationSignals::received, &loop, [&] { loop.exit(interrupted); });
+    QObject::connect(&signals, &TerminationSignals::received, &loop, &QEventLoop::exit);
     QTimer::singleShot(0, &loop, [&] { QCoro::connect(store.refresh(), &loop, &QEventLoop::quit); });
-    return loop.exec() != interrupted;
+    return loop.exec();
 }
 
 QByteArray table(const ServiceStore &store)
@@ -55,8 +55,8 @@ int ListCommand::run(const CommandLine &line)
 {
     Session session(line);
     ServiceStore &store = session.store();
-    if (!refresh(store))
-        return interrupted;
+    if (const int signal = refresh(store))
+        return Program::endedBy(signal);
     return Output::write(line.json ? ServiceJson::of(store.visible(), store.pinnedPorts(),
                                                      ServiceJson::Layout::indented)
                                    : table(store))

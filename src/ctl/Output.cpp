@@ -1,13 +1,33 @@
 #include "Output.h"
 
+#include "TerminationSignals.h"
+
+#include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <cstring>
 
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+// A reader that has stopped reading, or a terminal held by Control-S, would keep write() for ever. What
+// poll() lets pass, a pipe takes without waiting up to PIPE_BUF bytes. False when the program is asked to end
+// first.
+bool awaitWritable()
+{
+    pollfd watched[] = {{STDOUT_FILENO, POLLOUT, 0}, {TerminationSignals::descriptor(), POLLIN, 0}};
+    while (poll(watched, std::size(watched), -1) < 0 && errno == EINTR) {
+    }
+    return watched[0].revents || !watched[1].revents;
+}
+
+} // namespace
 
 bool Output::isTerminal()
 {
@@ -43,8 +63,11 @@ void Output::complain(const QString &message)
 bool Output::write(QByteArrayView bytes)
 {
     while (!bytes.isEmpty()) {
-        const ssize_t written = ::write(STDOUT_FILENO, bytes.data(), size_t(bytes.size()));
-        if (written < 0 && errno == EINTR)
+        if (!awaitWritable())
+            return false;
+        const size_t piece = std::min<size_t>(size_t(bytes.size()), PIPE_BUF);
+        const ssize_t written = ::write(STDOUT_FILENO, bytes.data(), piece);
+        if (written < 0 && (errno == EINTR || errno == EAGAIN))
             continue;
         if (written < 0) {
             if (errno != EPIPE)

@@ -28,8 +28,9 @@ struct Size
 /// harmless.
 void complain(const QString &message);
 
-/// Writes all of `bytes` to standard output. Where that fails, says why on standard error (unless just nobody
-/// reads any more) and returns false.
+/// Writes all of `bytes` to standard output, waiting for whoever reads there, but no longer than until the
+/// user asks the program to end. Where that fails, says why on standard error (unless just nobody reads any
+/// more) and returns false.
 [[nodiscard]] bool write(QByteArrayView bytes);
 
 } // namespace Output

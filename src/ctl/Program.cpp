@@ -2,10 +2,12 @@
 
 #include "Commands.h"
 #include "Output.h"
+#include "StandardStreams.h"
 
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <csignal>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -39,6 +41,7 @@ void dropMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
 
 int Program::run(int argc, char **argv)
 {
+    StandardStreams::reserve();
     const auto result = parsed(argumentsOf(argc, argv));
     if (const auto *error = std::get_if<CommandLine::Error>(&result)) {
         Output::complain(error->message);
@@ -54,7 +57,13 @@ int Program::run(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     const auto named = std::ranges::find(commands(), line.command,
                                          [](const Command &command) { return command.shape.name; });
-    return (named == commands().end() ? commands().front() : *named).run(line);
+    const int status = (named == commands().end() ? commands().front() : *named).run(line);
+    // A shell ends its loop only when it sees that the program died of the user's Control-C.
+    if (status > endedBy(0)) {
+        std::signal(status - endedBy(0), SIG_DFL);
+        std::raise(status - endedBy(0));
+    }
+    return status;
 }
 
 QString Program::helpText()

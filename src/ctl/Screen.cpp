@@ -3,6 +3,7 @@
 #include "Output.h"
 
 #include <array>
+#include <cerrno>
 #include <csignal>
 
 #include <sys/signalfd.h>
@@ -68,7 +69,8 @@ bool Screen::show(const QString &picture)
     return Output::write((output + "\x1b[J"_L1 + last).toUtf8());
 }
 
-// Keys come one by one and unseen. Control-Z does nothing: it would leave the shell with this screen.
+// Keys come one by one and unseen. Control-Z and Control-\ do nothing: they would leave the shell with this
+// screen.
 void Screen::startReadingKeys()
 {
     termios mode{};
@@ -77,6 +79,7 @@ void Screen::startReadingKeys()
     m_modeBefore = mode;
     mode.c_lflag &= ~tcflag_t(ICANON | ECHO);
     mode.c_cc[VSUSP] = _POSIX_VDISABLE;
+    mode.c_cc[VQUIT] = _POSIX_VDISABLE;
     mode.c_cc[VMIN] = 1;
     mode.c_cc[VTIME] = 0;
     tcsetattr(STDIN_FILENO, TCSAFLUSH, &mode);
@@ -87,7 +90,7 @@ void Screen::readKeys()
 {
     std::array<char, 64> keys;
     const ssize_t count = read(STDIN_FILENO, keys.data(), keys.size());
-    if (count <= 0)
+    if (count == 0 || (count < 0 && errno != EINTR && errno != EAGAIN))
         m_keys.setEnabled(false);
     for (ssize_t i = 0; i < count; ++i)
         Q_EMIT typed(keys[size_t(i)]);

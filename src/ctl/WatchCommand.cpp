@@ -20,6 +20,12 @@ using namespace std::chrono_literals;
 
 namespace {
 
+// Output that was given up because the user wants an end has not failed.
+int statusAfterFailedWrite()
+{
+    return TerminationSignals::isPending() ? 0 : 1;
+}
+
 // Redraws once for all the changes that come at the same time.
 int watchOnScreen(ServiceStore &store)
 {
@@ -36,7 +42,7 @@ int watchOnScreen(ServiceStore &store)
                                           .isSearching = !store.services().isEmpty(),
                                           .lastUpdated = store.lastUpdated()};
         if (!screen.show(WatchFrame::of(content, Output::size(), Output::ink())))
-            loop.exit(1);
+            loop.exit(statusAfterFailedWrite());
     });
     const auto redrawSoon = [&] { redraw.start(0ms); };
     QObject::connect(&store, &ServiceStore::visibleChanged, &redraw, redrawSoon);
@@ -67,7 +73,7 @@ int watchAsJson(ServiceStore &store)
                 ServiceJson::of(store.visible(), store.pinnedPorts(), ServiceJson::Layout::oneLine)))
             next.start(5s);
         else
-            loop.exit(1);
+            loop.exit(statusAfterFailedWrite());
     };
     next.callOnTimeout(&loop, [&] { QCoro::connect(store.refresh(), &loop, print); });
     next.start(0s);

@@ -4,20 +4,23 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
+#include <utility>
 
 #include <sys/eventfd.h>
 #include <unistd.h>
 
 namespace {
 
-// The one thing a signal handler can do here is to write to this descriptor.
+// The one thing a signal handler can do here is to leave the number and to write to this descriptor.
 int g_event = -1;
+volatile std::sig_atomic_t g_signal = 0;
 
 constexpr std::array Signals{SIGTERM, SIGINT, SIGHUP};
 
-void tellEventLoop(int)
+void tellEventLoop(int signal)
 {
     const int error = errno;
+    g_signal = signal;
     const std::uint64_t one = 1;
     [[maybe_unused]] const auto written = write(g_event, &one, sizeof one);
     errno = error;
@@ -46,9 +49,10 @@ void install(int signal, void (*handler)(int))
 TerminationSignals::TerminationSignals()
     : m_notifier(openEvent(), QSocketNotifier::Read)
 {
+    g_signal = 0;
     connect(&m_notifier, &QSocketNotifier::activated, this, [this] {
-        m_notifier.setEnabled(false); // a second signal has nothing to add
-        Q_EMIT received();
+        m_notifier.setEnabled(false);
+        Q_EMIT received(g_signal);
     });
     for (const int signal : Signals)
         install(signal, tellEventLoop);
@@ -58,7 +62,17 @@ TerminationSignals::~TerminationSignals()
 {
     for (const int signal : Signals)
         install(signal, SIG_DFL);
-    close(g_event);
+    close(std::exchange(g_event, -1));
+}
+
+int TerminationSignals::descriptor()
+{
+    return g_event;
+}
+
+bool TerminationSignals::isPending()
+{
+    return g_signal != 0;
 }
 
 #include "moc_TerminationSignals.cpp"

@@ -56,6 +56,18 @@ bool PtyProcess::readUntil(const std::function<bool()> &condition)
 
 std::optional<int> PtyProcess::exitStatus()
 {
+    const auto status = waitForEnd();
+    return status && WIFEXITED(*status) ? std::optional(WEXITSTATUS(*status)) : std::nullopt;
+}
+
+std::optional<int> PtyProcess::endSignal()
+{
+    const auto status = waitForEnd();
+    return status && WIFSIGNALED(*status) ? std::optional(WTERMSIG(*status)) : std::nullopt;
+}
+
+std::optional<int> PtyProcess::waitForEnd()
+{
     const QDeadlineTimer limit(30'000);
     while (readSome() && !limit.hasExpired()) {
     }
@@ -66,7 +78,7 @@ std::optional<int> PtyProcess::exitStatus()
     if (ended != m_pid)
         return std::nullopt;
     m_pid = -1;
-    return WIFEXITED(status) ? std::optional(WEXITSTATUS(status)) : std::nullopt;
+    return status;
 }
 
 void PtyProcess::type(QByteArrayView keys) const

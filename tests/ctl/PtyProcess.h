@@ -32,6 +32,8 @@ public:
     [[nodiscard]] bool readUntil(const std::function<bool()> &condition);
     /// Reads to the program's end and returns its exit status; nothing if it was killed or does not end.
     [[nodiscard]] std::optional<int> exitStatus();
+    /// Reads to the program's end and returns the signal that killed it; nothing if none did.
+    [[nodiscard]] std::optional<int> endSignal();
 
     void type(QByteArrayView keys) const;
     void resize(int columns, int rows) const;
@@ -41,6 +43,7 @@ public:
 
 private:
     bool readSome();
+    std::optional<int> waitForEnd();
 
     pid_t m_pid = -1;
     int m_terminal = -1;
