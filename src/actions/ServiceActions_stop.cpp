@@ -4,12 +4,16 @@
 #include "ProcessHandle.h"
 
 #include <csignal>
+#include <system_error>
 
 void ServiceActions::stop(const Service &service)
 {
-    static Escalation escalation(stopGrace);
-
     ProcessHandle process(service.pid);
     process.send(SIGTERM);
-    escalation.add(std::move(process));
+    try {
+        static Escalation escalation(stopGrace);
+        escalation.add(std::move(process));
+    } catch (const std::system_error &) {
+        // On a machine that has no thread left it stays at SIGTERM.
+    }
 }
