@@ -25,38 +25,39 @@ curl_socket_t openSocket(void *, curlsocktype, curl_sockaddr *address)
 
 } // namespace
 
-Probe::Probe(quint16 port, HealthPromise promise)
-    : m_promise(std::move(promise))
-    , m_handle(curl_easy_init())
+Probe::Probe(const Curl &curl, quint16 port, HealthPromise promise)
+    : m_curl(curl)
+    , m_promise(std::move(promise))
+    , m_handle(curl.easy_init(), curl.easy_cleanup)
 {
     if (!m_handle)
         return;
     CURL *const h = m_handle.get();
-    curl_easy_setopt(h, CURLOPT_URL, ("http://127.0.0.1:" + std::to_string(port) + '/').c_str());
-    curl_easy_setopt(h, CURLOPT_NOBODY, 1L);
-    curl_easy_setopt(h, CURLOPT_USERAGENT, "Portolan");
+    curl.easy_setopt(h, CURLOPT_URL, ("http://127.0.0.1:" + std::to_string(port) + '/').c_str());
+    curl.easy_setopt(h, CURLOPT_NOBODY, 1L);
+    curl.easy_setopt(h, CURLOPT_USERAGENT, "Portolan");
 
-    curl_easy_setopt(h, CURLOPT_FOLLOWLOCATION, 1L);
-    curl_easy_setopt(h, CURLOPT_MAXREDIRS, maxRedirects);
-    curl_easy_setopt(h, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
+    curl.easy_setopt(h, CURLOPT_FOLLOWLOCATION, 1L);
+    curl.easy_setopt(h, CURLOPT_MAXREDIRS, maxRedirects);
+    curl.easy_setopt(h, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
 
     // Nothing of the user's surroundings and nothing of another probe has a say.
-    curl_easy_setopt(h, CURLOPT_PROXY, "");
-    curl_easy_setopt(h, CURLOPT_NOPROXY, "*");
-    curl_easy_setopt(h, CURLOPT_HTTPAUTH, CURLAUTH_NONE);
-    curl_easy_setopt(h, CURLOPT_FRESH_CONNECT, 1L);
-    curl_easy_setopt(h, CURLOPT_FORBID_REUSE, 1L);
-    curl_easy_setopt(h, CURLOPT_DNS_CACHE_TIMEOUT, 0L);
+    curl.easy_setopt(h, CURLOPT_PROXY, "");
+    curl.easy_setopt(h, CURLOPT_NOPROXY, "*");
+    curl.easy_setopt(h, CURLOPT_HTTPAUTH, CURLAUTH_NONE);
+    curl.easy_setopt(h, CURLOPT_FRESH_CONNECT, 1L);
+    curl.easy_setopt(h, CURLOPT_FORBID_REUSE, 1L);
+    curl.easy_setopt(h, CURLOPT_DNS_CACHE_TIMEOUT, 0L);
 
-    curl_easy_setopt(h, CURLOPT_HEADERFUNCTION, &countHeader);
-    curl_easy_setopt(h, CURLOPT_HEADERDATA, this);
-    curl_easy_setopt(h, CURLOPT_WRITEFUNCTION, &discard);
-    curl_easy_setopt(h, CURLOPT_MAX_RECV_SPEED_LARGE, maxBytesPerSecond);
+    curl.easy_setopt(h, CURLOPT_HEADERFUNCTION, &countHeader);
+    curl.easy_setopt(h, CURLOPT_HEADERDATA, this);
+    curl.easy_setopt(h, CURLOPT_WRITEFUNCTION, &discard);
+    curl.easy_setopt(h, CURLOPT_MAX_RECV_SPEED_LARGE, maxBytesPerSecond);
 
-    curl_easy_setopt(h, CURLOPT_OPENSOCKETFUNCTION, &openSocket);
-    curl_easy_setopt(h, CURLOPT_NOSIGNAL, 1L);
+    curl.easy_setopt(h, CURLOPT_OPENSOCKETFUNCTION, &openSocket);
+    curl.easy_setopt(h, CURLOPT_NOSIGNAL, 1L);
     // A name that a redirect leads to may take the resolver long; ending the probe does not wait for it.
-    curl_easy_setopt(h, CURLOPT_QUICK_EXIT, 1L);
+    curl.easy_setopt(h, CURLOPT_QUICK_EXIT, 1L);
 }
 
 void Probe::begin(Clock::time_point now)
@@ -80,7 +81,7 @@ bool Probe::conclude(CURLcode code, Clock::time_point now)
         return true;
     }
     m_isFallback = true;
-    curl_easy_setopt(m_handle.get(), CURLOPT_HTTPGET, 1L);
+    m_curl.easy_setopt(m_handle.get(), CURLOPT_HTTPGET, 1L);
     return false;
 }
 
@@ -96,7 +97,7 @@ size_t Probe::countHeader(char *, size_t size, size_t count, void *probe)
 std::optional<qint64> Probe::responseStatus(CURLcode code) const
 {
     long status = 0;
-    curl_easy_getinfo(m_handle.get(), CURLINFO_RESPONSE_CODE, &status);
+    m_curl.easy_getinfo(m_handle.get(), CURLINFO_RESPONSE_CODE, &status);
     const bool isFinal = status >= 200;
     const bool isRedirect = status >= 300 && status < 400;
     if (isFinal && (code == CURLE_OK || (code == CURLE_WEIRD_SERVER_REPLY && !isRedirect)))

@@ -1,13 +1,12 @@
 #pragma once
 
+#include "Curl.h"
 #include "HealthPromise.h"
 
 #include <algorithm>
 #include <chrono>
 #include <memory>
 #include <optional>
-
-#include <curl/curl.h>
 
 /// One probe of one local port on a client handle of its own: a HEAD request and, where that gets no
 /// response, a GET. Knows when it has waited long enough and keeps the promise of its outcome; whoever drives
@@ -22,7 +21,8 @@ public:
     /// How long a request may take in all, redirects and body included. A body that never ends is a failure.
     static constexpr std::chrono::milliseconds totalLimit{3000};
 
-    Probe(quint16 port, HealthPromise promise);
+    /// `curl` is the library.
+    Probe(const Curl &curl, quint16 port, HealthPromise promise);
     Probe(const Probe &) = delete;
     Probe &operator=(const Probe &) = delete;
 
@@ -39,16 +39,12 @@ public:
     [[nodiscard]] bool conclude(CURLcode code, Clock::time_point now);
 
 private:
-    struct Cleanup
-    {
-        void operator()(CURL *handle) const { curl_easy_cleanup(handle); }
-    };
-
     static size_t countHeader(char *line, size_t size, size_t count, void *probe);
     [[nodiscard]] std::optional<qint64> responseStatus(CURLcode code) const;
 
+    const Curl &m_curl;
     HealthPromise m_promise;
-    std::unique_ptr<CURL, Cleanup> m_handle;
+    std::unique_ptr<CURL, decltype(Curl::easy_cleanup)> m_handle;
     bool m_isFallback = false;
     size_t m_headerBytes = 0;
     std::optional<Clock::time_point> m_start;

@@ -25,9 +25,8 @@ void prepareThread()
 } // namespace
 
 ProbeLoop::ProbeLoop()
-{
-    curl_global_init(CURL_GLOBAL_DEFAULT);
-}
+    : m_curl(Curl::library())
+{}
 
 ProbeLoop::~ProbeLoop()
 {
@@ -36,8 +35,6 @@ ProbeLoop::~ProbeLoop()
         wake();
         m_thread.join();
     }
-    m_probes.reset();
-    curl_global_cleanup();
 }
 
 QFuture<Health> ProbeLoop::probe(quint16 port)
@@ -56,8 +53,10 @@ QFuture<Health> ProbeLoop::probe(quint16 port)
 // Where the system cannot give what a thread takes, the next probe tries again.
 bool ProbeLoop::start()
 {
+    if (!m_curl)
+        return false;
     m_wakeFd = FileDescriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
-    m_probes = std::make_unique<ProbeSet>(m_wakeFd.get());
+    m_probes = std::make_unique<ProbeSet>(*m_curl, m_wakeFd.get());
     if (!m_probes->isValid())
         return false;
     try {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Curl.h"
 #include "FileDescriptor.h"
 #include "HealthPromise.h"
 #include "ProbeSet.h"
@@ -14,6 +15,7 @@
 class ProbeLoop
 {
 public:
+    /// Loads libcurl, which takes its time. Without it every probe finishes as unreachable.
     ProbeLoop();
     /// Ends the thread; probes still under way finish as unreachable.
     ~ProbeLoop();
@@ -35,6 +37,7 @@ private:
     [[nodiscard]] std::deque<Request> takeRequests();
     void wake() const;
 
+    const Curl *m_curl;
     std::mutex m_mutex;
     std::deque<Request> m_requests; // guarded by m_mutex
     FileDescriptor m_wakeFd;

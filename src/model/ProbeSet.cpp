@@ -22,31 +22,32 @@ int curlEvents(uint32_t events)
 
 } // namespace
 
-ProbeSet::ProbeSet(int wakeFd)
-    : m_wakeFd(wakeFd)
+ProbeSet::ProbeSet(const Curl &curl, int wakeFd)
+    : m_curl(curl)
+    , m_wakeFd(wakeFd)
     , m_epoll(epoll_create1(EPOLL_CLOEXEC))
-    , m_multi(curl_multi_init())
+    , m_multi(curl.multi_init(), curl.multi_cleanup)
 {
     epoll_event event{.events = EPOLLIN, .data = {.fd = wakeFd}};
     if (!isValid() || epoll_ctl(m_epoll.get(), EPOLL_CTL_ADD, wakeFd, &event) != 0) {
         m_multi.reset();
         return;
     }
-    curl_multi_setopt(m_multi.get(), CURLMOPT_SOCKETFUNCTION, &watchSocket);
-    curl_multi_setopt(m_multi.get(), CURLMOPT_SOCKETDATA, this);
-    curl_multi_setopt(m_multi.get(), CURLMOPT_TIMERFUNCTION, &setTimer);
-    curl_multi_setopt(m_multi.get(), CURLMOPT_TIMERDATA, this);
+    m_curl.multi_setopt(m_multi.get(), CURLMOPT_SOCKETFUNCTION, &watchSocket);
+    m_curl.multi_setopt(m_multi.get(), CURLMOPT_SOCKETDATA, this);
+    m_curl.multi_setopt(m_multi.get(), CURLMOPT_TIMERFUNCTION, &setTimer);
+    m_curl.multi_setopt(m_multi.get(), CURLMOPT_TIMERDATA, this);
 }
 
 ProbeSet::~ProbeSet()
 {
     for (const auto &[handle, probe] : m_probes)
-        curl_multi_remove_handle(m_multi.get(), handle);
+        m_curl.multi_remove_handle(m_multi.get(), handle);
 }
 
 void ProbeSet::add(quint16 port, HealthPromise promise)
 {
-    auto probe = std::make_unique<Probe>(port, std::move(promise));
+    auto probe = std::make_unique<Probe>(m_curl, port, std::move(promise));
     if (CURL *const handle = probe->handle())
         begin(*m_probes.emplace(handle, std::move(probe)).first->second);
 }
@@ -86,7 +87,7 @@ int ProbeSet::watchSocket(CURL *handle, curl_socket_t socket, int what, void *se
     if (isWatched)
         return epoll_ctl(self->m_epoll.get(), EPOLL_CTL_MOD, socket, &event);
     self->m_probeOfSocket.insert_or_assign(socket, self->m_probes.at(handle).get());
-    curl_multi_assign(self->m_multi.get(), socket, self);
+    self->m_curl.multi_assign(self->m_multi.get(), socket, self);
     return epoll_ctl(self->m_epoll.get(), EPOLL_CTL_ADD, socket, &event);
 }
 
@@ -109,7 +110,7 @@ int ProbeSet::waitMilliseconds() const
 void ProbeSet::act(curl_socket_t socket, int what)
 {
     int running = 0;
-    curl_multi_socket_action(m_multi.get(), socket, what, &running);
+    m_curl.multi_socket_action(m_multi.get(), socket, what, &running);
 }
 
 void ProbeSet::handleSocket(curl_socket_t socket, uint32_t events)
@@ -125,7 +126,7 @@ void ProbeSet::handleSocket(curl_socket_t socket, uint32_t events)
 void ProbeSet::concludeEnded()
 {
     int left = 0;
-    while (const CURLMsg *message = curl_multi_info_read(m_multi.get(), &left)) {
+    while (const CURLMsg *message = m_curl.multi_info_read(m_multi.get(), &left)) {
         if (message->msg == CURLMSG_DONE)
             conclude(message->easy_handle, message->data.result);
     }
@@ -148,7 +149,7 @@ void ProbeSet::concludeExpired()
 
 void ProbeSet::conclude(CURL *handle, CURLcode code)
 {
-    curl_multi_remove_handle(m_multi.get(), handle);
+    m_curl.multi_remove_handle(m_multi.get(), handle);
     const auto found = m_probes.find(handle);
     if (!found->second->conclude(code, Clock::now())) {
         begin(*found->second);
@@ -163,5 +164,5 @@ void ProbeSet::begin(Probe &probe)
 {
     probe.begin(Clock::now());
     m_nextDeadline = std::min(m_nextDeadline, probe.deadline());
-    curl_multi_add_handle(m_multi.get(), probe.handle());
+    m_curl.multi_add_handle(m_multi.get(), probe.handle());
 }

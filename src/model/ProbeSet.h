@@ -11,8 +11,8 @@
 class ProbeSet
 {
 public:
-    /// A set whose waits also end when `wakeFd` is readable.
-    explicit ProbeSet(int wakeFd);
+    /// A set of probes by `curl` whose waits also end when `wakeFd` is readable.
+    ProbeSet(const Curl &curl, int wakeFd);
     /// Probes still under way finish as unreachable.
     ~ProbeSet();
     ProbeSet(const ProbeSet &) = delete;
@@ -31,11 +31,6 @@ public:
 private:
     using Clock = Probe::Clock;
 
-    struct MultiCleanup
-    {
-        void operator()(CURLM *multi) const { curl_multi_cleanup(multi); }
-    };
-
     static int watchSocket(CURL *handle, curl_socket_t socket, int what, void *set, void *isWatched);
     static int setTimer(CURLM *multi, long milliseconds, void *set);
 
@@ -47,9 +42,10 @@ private:
     void conclude(CURL *handle, CURLcode code);
     void begin(Probe &probe);
 
+    const Curl &m_curl;
     int m_wakeFd;
     FileDescriptor m_epoll;
-    std::unique_ptr<CURLM, MultiCleanup> m_multi;
+    std::unique_ptr<CURLM, decltype(Curl::multi_cleanup)> m_multi;
     std::unordered_map<CURL *, std::unique_ptr<Probe>> m_probes;
     std::unordered_map<curl_socket_t, Probe *> m_probeOfSocket;
     Clock::time_point m_timer = Clock::time_point::max();
