@@ -12,7 +12,7 @@
 #include "TerminationSignals.h"
 #include "UserDefaults.h"
 
-#include <QApplication>
+#include <QGuiApplication>
 #include <QStandardPaths>
 
 #include <cstdio>
@@ -103,7 +103,7 @@ int DesktopProgram::run(int argc, char **argv)
     QByteArray option("-platform");
     std::array<char *, 4> words{argv[0], option.data(), platform->data(), nullptr};
     int wordCount = platform->isEmpty() ? 1 : 3;
-    QApplication application(wordCount, words.data());
+    QGuiApplication application(wordCount, words.data());
     describe(application);
     return serve(options.request);
 }

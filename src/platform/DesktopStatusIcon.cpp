@@ -23,8 +23,9 @@ void DesktopStatusIcon::choose()
         m_tray.emplace();
         connect(&*m_tray, &XEmbedTray::changed, this, &DesktopStatusIcon::choose);
     }
-    if (m_tray->isPresent() && !m_embedded)
-        passOn(m_embedded.emplace(m_art));
+    m_embedded.reset();
+    if (m_tray->isPresent())
+        passOn(m_embedded.emplace(*m_tray, m_art));
     setHost(m_tray->isPresent() ? Host::Present : Host::Absent);
 }
 

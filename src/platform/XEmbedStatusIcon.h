@@ -1,20 +1,18 @@
 #pragma once
 
 #include "StatusIcon.h"
+#include "XEmbedIconWindow.h"
+#include "XEmbedTray.h"
 
-#include <QMenu>
-#include <QSystemTrayIcon>
-
-/// The status icon in a status area of the older kind. To be made only while there is one and no notifier
-/// host: at its first use the toolkit decides for good which of the two it talks to.
+/// The status icon in a status area of the older kind, which knows of no menu: every click is an activation.
 class XEmbedStatusIcon final : public StatusIcon
 {
     Q_OBJECT
 
 public:
-    explicit XEmbedStatusIcon(const StatusIconArt &art);
+    /// To be made while `tray` is present, and to be dropped when it goes.
+    XEmbedStatusIcon(XEmbedTray &tray, const StatusIconArt &art);
 
 private:
-    QMenu m_menu;
-    QSystemTrayIcon m_icon;
+    XEmbedIconWindow m_window;
 };

@@ -25,6 +25,21 @@ XEmbedTray::~XEmbedTray()
         qGuiApp->removeNativeEventFilter(this);
 }
 
+bool XEmbedTray::takesAlpha() const
+{
+    const XcbDisplay display;
+    return display.depthOfVisual(display.number(m_owner, display.atom("_NET_SYSTEM_TRAY_VISUAL"))) == 32;
+}
+
+void XEmbedTray::embed(QWindow &window)
+{
+    constexpr std::uint32_t requestDock = 0;
+    const XcbDisplay display;
+    m_embedded = &window;
+    display.sendMessage(m_owner, display.atom("_NET_SYSTEM_TRAY_OPCODE"),
+                        {XCB_CURRENT_TIME, requestDock, std::uint32_t(window.winId())});
+}
+
 bool XEmbedTray::nativeEventFilter(const QByteArray &, void *message, qintptr *)
 {
     // Installed on X11 alone, where every message is an event of this type.
@@ -36,6 +51,12 @@ bool XEmbedTray::nativeEventFilter(const QByteArray &, void *message, qintptr *)
             look();
         break;
     }
+    case XCB_REPARENT_NOTIFY:
+        // Trays take a window that is shown any earlier for one that wants to be hidden.
+        if (m_embedded &&
+            reinterpret_cast<const xcb_reparent_notify_event_t *>(event)->window == m_embedded->winId())
+            m_embedded->show();
+        break;
     case XCB_DESTROY_NOTIFY:
         if (reinterpret_cast<const xcb_destroy_notify_event_t *>(event)->window == m_owner)
             look();

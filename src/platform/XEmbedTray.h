@@ -2,6 +2,8 @@
 
 #include <QAbstractNativeEventFilter>
 #include <QObject>
+#include <QPointer>
+#include <QWindow>
 
 #include <cstdint>
 
@@ -16,6 +18,10 @@ public:
     ~XEmbedTray() override;
 
     [[nodiscard]] bool isPresent() const { return m_owner != 0; }
+    /// Whether it wants windows with an alpha channel.
+    [[nodiscard]] bool takesAlpha() const;
+    /// Shows `window` in the tray, which then decides its size. Only while it is present; one window.
+    void embed(QWindow &window);
 
 Q_SIGNALS:
     void changed();
@@ -27,4 +33,5 @@ private:
     std::uint32_t m_manager = 0;   // the atom a tray announces itself with
     std::uint32_t m_selection = 0; // the atom whose owner is the tray
     std::uint32_t m_owner = 0;     // the tray's window
+    QPointer<QWindow> m_embedded;
 };
