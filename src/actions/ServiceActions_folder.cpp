@@ -2,13 +2,11 @@
 
 #include "FileManager.h"
 #include "Launches.h"
-#include "PrintedName.h"
 #include "Terminal.h"
 
 #include <QFileInfo>
 
 #include <algorithm>
-#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -18,15 +16,6 @@ bool isExecutableFile(const QString &path)
 {
     const QFileInfo file(path);
     return file.isFile() && file.isExecutable();
-}
-
-/// The folder of `service` as the system knows it. Discovery hands names on as they were printed. Only a name
-/// with a backslash is looked up here, which could take long on a mount that does not answer.
-std::optional<QString> folderOf(const Service &service)
-{
-    const auto &printed = service.folderPath;
-    const bool mayBeEscaped = printed && printed->contains(u'\\') && !QFileInfo::exists(*printed);
-    return mayBeEscaped ? std::optional(PrintedName::plain(*printed)) : printed;
 }
 
 } // namespace
@@ -43,14 +32,13 @@ QStringList ServiceActions::editorCandidates()
 
 void ServiceActions::revealInFinder(const Service &service)
 {
-    if (const auto folder = folderOf(service))
-        FileManager::show(*folder);
+    if (service.folderPath)
+        FileManager::show(*service.folderPath);
 }
 
 void ServiceActions::openInEditor(const Service &service, const QStringList &candidates)
 {
-    const auto folder = folderOf(service);
-    if (!folder)
+    if (!service.folderPath)
         return;
     const auto editor = std::ranges::find_if(candidates, isExecutableFile);
     if (editor == candidates.end())
@@ -58,7 +46,7 @@ void ServiceActions::openInEditor(const Service &service, const QStringList &can
     // Most launchers hand the folder over and end. Some are the editor itself, which must neither hold up the
     // panel nor end with it.
     static Launches launches;
-    launches.start(*editor, {*folder});
+    launches.start(*editor, {*service.folderPath});
 }
 
 void ServiceActions::openInEditor(const Service &service)
@@ -68,6 +56,6 @@ void ServiceActions::openInEditor(const Service &service)
 
 void ServiceActions::openInTerminal(const Service &service)
 {
-    if (const auto folder = folderOf(service))
-        Terminal::open(*folder);
+    if (service.folderPath)
+        Terminal::open(*service.folderPath);
 }

@@ -4,19 +4,18 @@
 #include "BuiltinTools.h"
 #include "ExpendableWorker.h"
 #include "ForEachIndex.h"
+#include "PrintedName.h"
 #include "ProcessInspector.h"
 #include "Shell.h"
 #include "StrictNumber.h"
 
 #include <QHash>
-#include <QRegularExpression>
 #include <QSet>
 #include <QStringList>
 
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <string_view>
 #include <thread>
 #include <utility>
 
@@ -172,24 +171,6 @@ void readStats(QList<Service> &services, const ScanOptions &options)
         services[i].stats = ProcessInspector::parse(answers[i]);
 }
 
-// lsof writes what is not printable as an escape. (Its carets are left alone: a caret of the name's own looks
-// the same.)
-QString unescaped(const QString &text)
-{
-    static const QRegularExpression escape(uR"(\\(?:x([0-9a-f]{2})|([\\bfnrt])))"_s);
-    static constexpr std::string_view letters = "\\bfnrt";
-    static constexpr std::string_view meanings = "\\\b\f\n\r\t";
-    QByteArray bytes;
-    qsizetype end = 0;
-    for (const QRegularExpressionMatch &match : escape.globalMatch(text)) {
-        bytes += text.sliced(end, match.capturedStart() - end).toUtf8();
-        bytes += match.hasCaptured(1) ? char(match.captured(1).toUShort(nullptr, 16))
-                                      : meanings[letters.find(match.captured(2).front().toLatin1())];
-        end = match.capturedEnd();
-    }
-    return QString::fromUtf8(bytes + text.sliced(end).toUtf8());
-}
-
 } // namespace
 
 int PortScanner::ScanOptions::defaultWorkers()
@@ -268,7 +249,7 @@ std::optional<QString> PortScanner::parseCwd(qint32 pid, const QString &output)
         const QStringView name = line.sliced(1);
         // Not a folder but lsof's complaint about what it could not look up: "/proc/42/cwd (readlink: ...)".
         const bool isComplaint = name.startsWith(u"/proc/%1/cwd ("_s.arg(pid));
-        return isComplaint ? std::nullopt : std::optional(unescaped(name.toString()));
+        return isComplaint ? std::nullopt : std::optional(PrintedName::plain(name.toString()));
     }
     return std::nullopt;
 }

@@ -121,25 +121,6 @@ TEST_F(Open, OpensATerminalInTheFolder)
         << arguments.last().toStdString();
 }
 
-TEST_F(Open, KnowsFoldersByTheNamesThatDiscoveryPrints)
-{
-    const QString real = m_recorders.path(u"bob's \"dir\" \\x\n"_s);
-    ASSERT_TRUE(QDir().mkdir(real));
-    const QString printed = m_recorders.path(u"bob's \"dir\" \\\\x\\n"_s);
-
-    m_recorders.install(u"xdg-open"_s);
-    m_service.folderPath = printed;
-    ServiceActions::revealInFinder(m_service);
-    EXPECT_EQ(m_recorders.record(u"xdg-open"_s).arguments, QStringList{real});
-    ServiceActions::openInEditor(m_service, {m_recorders.install(u"code"_s)});
-    EXPECT_EQ(m_recorders.record(u"code"_s).arguments, QStringList{real});
-
-    // One that is really called so is not taken for another.
-    ASSERT_TRUE(QDir().mkdir(printed));
-    ServiceActions::openInEditor(m_service, {m_recorders.install(u"cursor"_s)});
-    EXPECT_EQ(m_recorders.record(u"cursor"_s).arguments, QStringList{printed});
-}
-
 TEST_F(Open, DoesNothingWithoutAFolder)
 {
     for (const QString &name : {u"xdg-open"_s, u"xterm"_s, u"code"_s})
