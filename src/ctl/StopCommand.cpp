@@ -51,18 +51,19 @@ QList<Service> scanFor(const QList<Target> &targets)
 
 QString described(const Service &service)
 {
-    return u"%1 (process %2, port %3)"_s.arg(TerminalText::harmless(service.displayName))
-        .arg(service.pid)
-        .arg(service.port);
+    return u"%1 (process %2, port %3)"_s.arg(TerminalText::harmless(service.displayName),
+                                             QString::number(service.pid), QString::number(service.port));
 }
 
 QString choiceOf(const QList<Service> &services)
 {
     QString text = u"%1 processes listen on port %2, stop one by its id:"_s.arg(services.size())
                        .arg(services.first().port);
-    for (const Service &service : services)
-        text += u"\n  %1  %2  %3"_s.arg(service.id(), TerminalText::harmless(service.displayName),
-                                        TerminalText::harmless(service.prettyFolder().value_or(QString())));
+    for (const Service &service : services) {
+        text += u"\n  "_s + service.id() + u"  "_s + TerminalText::harmless(service.displayName);
+        if (const auto folder = service.prettyFolder())
+            text += u"  "_s + TerminalText::harmless(*folder);
+    }
     return text;
 }
 
@@ -114,7 +115,8 @@ bool reportEnd(const Stopping &stopping, std::chrono::milliseconds patience)
         return false;
     const std::chrono::duration<double> time = Clock::now() - stopping.since;
     (void)Output::write(
-        u"Stopped %1 after %2 s.\n"_s.arg(described(stopping.service)).arg(time.count(), 0, 'f', 1).toUtf8());
+        u"Stopped %1 after %2 s.\n"_s.arg(described(stopping.service), QString::number(time.count(), 'f', 1))
+            .toUtf8());
     return true;
 }
 

@@ -277,6 +277,23 @@ TEST_F(Portolanctl, TellsItsVersionAndHowToUseIt)
         EXPECT_TRUE(help.output.contains(word)) << word;
 }
 
+TEST_F(Portolanctl, HasAManPageThatTellsAllThatTheHelpTells)
+{
+    QFile page(QStringLiteral(PORTOLANCTL_MAN));
+    ASSERT_TRUE(page.open(QFile::ReadOnly));
+    const QString manual = QString::fromUtf8(page.readAll().replace("\\-", "-"));
+    const QString help = QString::fromUtf8(run({u"--help"_s}).output);
+    static const QRegularExpression firstWord(u"^  ([a-z-]+)"_s, QRegularExpression::MultilineOption);
+    int words = 0;
+    for (auto match = firstWord.globalMatch(help); match.hasNext(); ++words) {
+        const QString word = match.next().captured(1);
+        EXPECT_TRUE(manual.contains(
+            QRegularExpression(u"^\\.BI? \"? ?"_s + word, QRegularExpression::MultilineOption)))
+            << word.toStdString();
+    }
+    EXPECT_EQ(words, 10);
+}
+
 TEST_F(Portolanctl, EndsQuietlyWhenNobodyReadsOn)
 {
     const OddServer server(m_ok);
