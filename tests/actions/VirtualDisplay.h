@@ -9,10 +9,12 @@ class VirtualDisplay
 public:
     VirtualDisplay()
     {
-        m_server.start(QStringLiteral("Xvfb"),
-                       {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-                        QStringLiteral("0"), QStringLiteral("640x480x24"), QStringLiteral("-nolisten"),
-                        QStringLiteral("tcp")});
+        m_server.start(
+            QStringLiteral("Xvfb"),
+            {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
+             QStringLiteral("0"), QStringLiteral("640x480x24"), QStringLiteral("-nolisten"),
+             // A program that starts while the last one leaves must not meet a server that starts anew.
+             QStringLiteral("tcp"), QStringLiteral("-noreset")});
         while (m_server.state() != QProcess::NotRunning && !m_server.canReadLine()) {
             if (!m_server.waitForReadyRead(30'000))
                 return;

@@ -65,7 +65,10 @@ OddServer::Script OddServer::answers(const QByteArray &response)
 QList<QByteArray> OddServer::requests() const
 {
     const std::lock_guard lock(m_mutex);
-    return m_requests;
+    QList<QByteArray> requests;
+    for (const auto &[connection, request] : m_requests)
+        requests.append(request);
+    return requests;
 }
 
 QList<QByteArray> OddServer::methods() const
@@ -85,22 +88,23 @@ void OddServer::acceptAll()
         const int socket = ::accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
         if (socket < 0)
             continue;
-        ++m_connections;
-        m_servants.emplace_back([this, socket] {
-            Connection connection(*this, socket);
+        const int number = m_connections++;
+        m_servants.emplace_back([this, number, socket] {
+            Connection connection(*this, number, socket);
             m_script(connection);
         });
     }
 }
 
-void OddServer::remember(const QByteArray &request)
+void OddServer::remember(int connection, const QByteArray &request)
 {
     const std::lock_guard lock(m_mutex);
-    m_requests.append(request);
+    m_requests.emplace(connection, request);
 }
 
-OddServer::Connection::Connection(OddServer &server, int socket)
+OddServer::Connection::Connection(OddServer &server, int number, int socket)
     : m_server(server)
+    , m_number(number)
     , m_socket(socket)
 {}
 
@@ -119,7 +123,7 @@ QByteArray OddServer::Connection::readRequest()
             return {};
         request += byte;
     }
-    m_server.remember(request);
+    m_server.remember(m_number, request);
     return request.left(request.indexOf(' '));
 }
 

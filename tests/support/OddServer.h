@@ -7,6 +7,7 @@
 #include <atomic>
 #include <chrono>
 #include <functional>
+#include <map>
 #include <mutex>
 #include <thread>
 #include <vector>
@@ -30,7 +31,7 @@ public:
     static Script answers(const QByteArray &response);
 
     [[nodiscard]] quint16 port() const { return m_port; }
-    /// The requests read so far, each with its whole header section.
+    /// The requests read so far, each with its whole header section, in the order of their connections.
     [[nodiscard]] QList<QByteArray> requests() const;
     /// The methods of the requests read so far.
     [[nodiscard]] QList<QByteArray> methods() const;
@@ -39,7 +40,7 @@ public:
 
 private:
     void acceptAll();
-    void remember(const QByteArray &request);
+    void remember(int connection, const QByteArray &request);
 
     Script m_script;
     int m_listener;
@@ -47,8 +48,8 @@ private:
     quint16 m_port = 0;
     std::atomic<int> m_connections = 0;
     mutable std::mutex m_mutex;
-    QList<QByteArray> m_requests;         // guarded by m_mutex
-    std::vector<std::jthread> m_servants; // touched by the accepting thread alone, until that has ended
+    std::multimap<int, QByteArray> m_requests; // by the number of their connection; guarded by m_mutex
+    std::vector<std::jthread> m_servants;      // touched by the accepting thread alone, until that has ended
     std::jthread m_acceptor;
 };
 
@@ -56,7 +57,7 @@ private:
 class OddServer::Connection
 {
 public:
-    Connection(OddServer &server, int socket);
+    Connection(OddServer &server, int number, int socket);
     ~Connection();
 
     /// Reads up to the end of a header section and returns its method, "" when the peer said nothing more.
@@ -72,5 +73,6 @@ public:
 
 private:
     OddServer &m_server;
+    int m_number;
     int m_socket;
 };
