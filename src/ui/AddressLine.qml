@@ -2,14 +2,16 @@ import QtQuick
 import Portolan
 
 // Where a service answers, and which process that is. A number that is cut says nothing: the pid is shown whole or not.
-Row {
+Item {
     id: root
 
     required property string address
     required property int pid
     required property real room
 
-    spacing: 5
+    readonly property real spacing: 5
+
+    implicitHeight: Math.max(where.height, dot.height, process.height)
 
     ExactText {
         id: where
@@ -25,6 +27,7 @@ Row {
     Text {
         id: dot
 
+        x: where.width + root.spacing
         anchors.verticalCenter: parent.verticalCenter
         visible: process.visible
         text: "·"
@@ -36,8 +39,9 @@ Row {
     Text {
         id: process
 
+        x: dot.x + dot.width + root.spacing
         anchors.verticalCenter: parent.verticalCenter
-        visible: where.width + dot.implicitWidth + process.implicitWidth + 2 * root.spacing <= root.room
+        visible: process.x + process.width <= root.room
         text: "pid " + root.pid
         textFormat: Text.PlainText
         font: Fonts.system(11)

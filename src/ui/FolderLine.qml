@@ -2,13 +2,13 @@ import QtQuick
 import Portolan
 
 // Where a service's files are.
-Row {
+Item {
     id: root
 
     required property string folder
     required property real room
 
-    spacing: 4
+    implicitHeight: Math.max(icon.height, path.height)
 
     Symbol {
         id: icon
@@ -22,8 +22,9 @@ Row {
     ExactText {
         id: path
 
+        x: icon.width + 4
         anchors.verticalCenter: parent.verticalCenter
-        width: Math.max(0, Math.min(path.implicitWidth, root.room - icon.width - root.spacing))
+        width: Math.max(0, Math.min(path.implicitWidth, root.room - path.x))
         text: DisplayText.path(root.folder)
         horizontalAlignment: Text.AlignLeft
         maximumLineCount: 1

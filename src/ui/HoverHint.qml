@@ -13,7 +13,8 @@ Item {
     readonly property bool isShown: root.bubble !== null
 
     function hide() {
-        root.bubble?.destroy();
+        if (root.bubble)
+            root.bubble.destroy();
         root.bubble = null;
     }
 

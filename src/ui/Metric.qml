@@ -2,15 +2,18 @@ import QtQuick
 import Portolan
 
 // One figure about a process.
-Row {
+Item {
     id: root
 
     required property string symbol
     required property string value
 
-    spacing: 3
+    implicitWidth: label.x + label.width
+    implicitHeight: Math.max(icon.height, label.height)
 
     Symbol {
+        id: icon
+
         anchors.verticalCenter: parent.verticalCenter
         name: root.symbol
         size: 8.5
@@ -18,6 +21,9 @@ Row {
     }
 
     Text {
+        id: label
+
+        x: icon.width + 3
         anchors.verticalCenter: parent.verticalCenter
         text: root.value
         textFormat: Text.PlainText

@@ -2,19 +2,22 @@ import QtQuick
 import Portolan
 
 // What a process has used so far: of the three figures those that can be shown whole.
-Row {
+Item {
     id: root
 
     required property processStats stats
     required property real room
 
-    spacing: 9
-    topPadding: 1
+    readonly property real spacing: 9
+    readonly property real topPadding: 1
+
+    implicitHeight: root.topPadding + uptime.height
 
     Metric {
         id: uptime
 
-        visible: uptime.implicitWidth <= root.room
+        y: root.topPadding
+        visible: uptime.width <= root.room
         symbol: "clock"
         value: root.stats.uptimeText
     }
@@ -22,9 +25,9 @@ Row {
     Metric {
         id: cpu
 
-        readonly property real end: uptime.implicitWidth + root.spacing + cpu.implicitWidth
-
-        visible: cpu.end <= root.room
+        x: uptime.width + root.spacing
+        y: root.topPadding
+        visible: cpu.x + cpu.width <= root.room
         symbol: "cpu"
         value: root.stats.cpuText
     }
@@ -32,7 +35,9 @@ Row {
     Metric {
         id: memory
 
-        visible: cpu.end + root.spacing + memory.implicitWidth <= root.room
+        x: cpu.x + cpu.width + root.spacing
+        y: root.topPadding
+        visible: memory.x + memory.width <= root.room
         symbol: "memorychip"
         value: root.stats.memoryText
     }

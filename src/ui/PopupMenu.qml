@@ -22,13 +22,18 @@ FocusScope {
     }
 
     function step(forward: bool) {
-        const from = root.current ?? (forward ? above : below);
-        const next = from.nextItemInFocusChain(forward) as MenuEntry;
-        (next ?? root.edge(forward)).forceActiveFocus(Qt.TabFocusReason);
+        const next = root.current ? root.current.nextItemInFocusChain(forward) as MenuEntry : null;
+        (next ? next : root.edge(forward)).forceActiveFocus(Qt.TabFocusReason);
     }
 
     function point(y: real) {
-        (column.childAt(1, y - column.y) as MenuEntry ?? root).forceActiveFocus(Qt.MouseFocusReason);
+        const entry = column.childAt(1, y - column.y) as MenuEntry;
+        (entry ? entry : root).forceActiveFocus(Qt.MouseFocusReason);
+    }
+
+    function trigger() {
+        if (root.current)
+            root.current.triggered();
     }
 
     function edge(first: bool): Item {
@@ -43,9 +48,9 @@ FocusScope {
     Keys.onUpPressed: root.step(false)
     Keys.onTabPressed: root.step(true)
     Keys.onBacktabPressed: root.step(false)
-    Keys.onReturnPressed: root.current?.triggered()
-    Keys.onEnterPressed: root.current?.triggered()
-    Keys.onSpacePressed: root.current?.triggered()
+    Keys.onReturnPressed: root.trigger()
+    Keys.onEnterPressed: root.trigger()
+    Keys.onSpacePressed: root.trigger()
     Keys.onEscapePressed: root.close()
     Keys.onMenuPressed: root.close()
     Keys.onPressed: event => {
@@ -60,7 +65,10 @@ FocusScope {
         if (!root.activeFocus && root.visible)
             root.close();
     }
-    onClosed: root.previousFocus?.forceActiveFocus(Qt.PopupFocusReason)
+    onClosed: {
+        if (root.previousFocus)
+            root.previousFocus.forceActiveFocus(Qt.PopupFocusReason);
+    }
 
     Connections {
         target: root.current
@@ -103,9 +111,9 @@ FocusScope {
         RoundedRect {
             visible: root.current !== null
             x: column.x
-            y: column.y + (root.current?.y ?? 0)
+            y: column.y + (root.current ? root.current.y : 0)
             width: column.width
-            height: root.current?.height ?? 0
+            height: root.current ? root.current.height : 0
             radius: 5
             color: Theme.border
         }
@@ -127,12 +135,15 @@ FocusScope {
         }
 
         MouseArea {
+            id: pointer
+
             anchors.fill: parent
             hoverEnabled: true
             acceptedButtons: Qt.LeftButton | Qt.RightButton
+            onEntered: root.point(pointer.mouseY)
             onPositionChanged: mouse => root.point(mouse.y)
             onPressed: mouse => root.point(mouse.y) // a finger comes without a move before
-            onClicked: root.current?.triggered()
+            onClicked: root.trigger()
         }
     }
 }

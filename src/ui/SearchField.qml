@@ -88,7 +88,11 @@ FocusScope {
             anchors.rightMargin: 11
             anchors.verticalCenter: parent.verticalCenter
             visible: input.text !== ""
-            onClicked: input.clear()
+            onClicked: {
+                if (clear.activeFocus)
+                    root.takeFocus();
+                input.clear();
+            }
         }
     }
 }

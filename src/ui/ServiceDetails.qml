@@ -1,16 +1,22 @@
 import QtQuick
 import Portolan
 
-// What is known about a service, line by line. No line is wider than the block.
-Column {
+// What is known about a service, line by line. No line is wider than the block. Bindings rather than a Column place the
+// lines: the height has to be right at once, as a list slides its rows to where it expects them at that moment.
+Item {
     id: root
 
     required property service service
     required property bool isPinned
 
-    spacing: 2
+    readonly property real spacing: 2
+    readonly property real endOfFolder: root.service.hasFolder ? folder.y + folder.height : address.y + address.height
+
+    implicitHeight: root.service.hasStats ? metrics.y + metrics.height : root.endOfFolder
 
     TitleLine {
+        id: title
+
         title: root.service.displayName
         framework: root.service.framework
         isPinned: root.isPinned
@@ -18,18 +24,27 @@ Column {
     }
 
     AddressLine {
+        id: address
+
+        y: title.height + root.spacing
         address: ServicePresentation.address(root.service)
         pid: root.service.pid
         room: root.width
     }
 
     FolderLine {
+        id: folder
+
+        y: address.y + address.height + root.spacing
         visible: root.service.hasFolder
         folder: root.service.folder
         room: root.width
     }
 
     MetricsLine {
+        id: metrics
+
+        y: root.endOfFolder + root.spacing
         visible: root.service.hasStats
         stats: root.service.stats
         room: root.width

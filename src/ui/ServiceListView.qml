@@ -41,8 +41,8 @@ Item {
 
             readonly property ServiceRows rows: row.ListView.view as ServiceRows
 
-            width: row.rows?.width ?? row.width
-            actions: row.rows?.actions ?? null
+            width: row.rows ? row.rows.width : 0
+            actions: row.rows ? row.rows.actions : null
             trailingWidth: 128
             isCurrent: row.ListView.isCurrentItem
             onStop: row.rows.stop(row.service)

@@ -34,7 +34,7 @@ Item {
     }
 
     implicitHeight: Math.max(tile.height, details.height) + 20
-    activeFocusOnTab: root.isCurrent
+    activeFocusOnTab: root.isCurrent || root.activeFocus
     Accessible.role: Accessible.ListItem
     Accessible.name: ServicePresentation.spoken(root.service, root.isPinned)
     Accessible.focusable: true
@@ -46,7 +46,10 @@ Item {
         if (event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier)
             root.openMenuAtTile();
     }
-    onEnabledChanged: root.menu?.close()
+    onEnabledChanged: {
+        if (root.menu)
+            root.menu.close();
+    }
 
     MomentaryFlag {
         id: copyFeedback

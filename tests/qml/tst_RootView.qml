@@ -1,0 +1,219 @@
+import QtQuick
+import QtTest
+import Portolan
+import PortolanTest
+
+ViewTest {
+    id: root
+
+    name: "RootView"
+    width: 700
+
+    Component {
+        id: benchComponent
+
+        StoreBench {}
+    }
+
+    Component {
+        id: actionsComponent
+
+        RecordedActions {}
+    }
+
+    Component {
+        id: loginItemComponent
+
+        FakeLoginItem {}
+    }
+
+    Component {
+        id: component
+
+        RootView {}
+    }
+
+    SignalSpy {
+        id: detaches
+
+        signalName: "detach"
+    }
+
+    property StoreBench bench
+    property RecordedActions actions
+
+    function make(presentation) {
+        root.bench = keep(benchComponent);
+        root.actions = keep(actionsComponent);
+        const view = createTemporaryObject(component, root, {
+            store: root.bench.store,
+            presentation: presentation ?? RootView.Popover,
+            actions: root.actions,
+            loginItem: keep(loginItemComponent)
+        });
+        view.width = view.implicitWidth;
+        view.height = Qt.binding(() => view.implicitHeight);
+        detaches.target = view;
+        detaches.clear();
+        waitForRendering(view);
+        return view;
+    }
+
+    function part(view, type) {
+        return Look.first(view, type);
+    }
+
+    function test_popover() {
+        const view = make();
+        compare(view.implicitWidth, 384);
+        bench.find(Samples.ordinary(5));
+        tryVerify(() => Look.all(view, "ServiceRowView").length === 5);
+        compare(frame(part(view, "HeaderView"), view), "0 0 384 52");
+        compare(frame(part(view, "SearchField"), view), "0 52 384 54");
+        const content = part(view, "ContentArea");
+        compare(content.y, 106);
+        const footer = part(view, "FooterView");
+        compare(footer.y, content.y + content.height);
+        compare(footer.y + footer.height, view.height);
+        compare(Look.all(view, "QQuickRectangle").find(r => r.width === view.width && r.height === view.height).color, Theme.canvas);
+        verify(Look.named(view, "Open in window"));
+    }
+
+    function test_window() {
+        const view = make(RootView.Window);
+        compare(view.implicitWidth, 480);
+        const strip = Look.all(view, "QQuickRectangle").find(r => r.height === 28);
+        compare(frame(strip, view), "0 0 480 28");
+        compare(strip.color, Theme.elevated);
+        compare(part(view, "HeaderView").y, 28);
+        verify(!Look.named(view, "Open in window"));
+    }
+
+    function test_detach() {
+        const view = make();
+        mouseClick(Look.named(view, "Open in window"));
+        compare(detaches.count, 1);
+    }
+
+    function test_first_scan() {
+        const view = make();
+        bench.store.refreshNow();
+        tryVerify(() => part(view, "LoadingView"));
+        verify(!part(view, "EmptyStateView"));
+        bench.finishScan(Samples.ordinary(1));
+        tryVerify(() => Look.all(view, "ServiceRowView").length === 1);
+        verify(!part(view, "LoadingView"));
+    }
+
+    function test_a_scan_keeps_the_rows() {
+        const view = make();
+        bench.find(Samples.ordinary(2));
+        bench.store.refreshNow();
+        tryVerify(() => Look.all(view, "ServiceRowView").length === 2);
+        verify(!part(view, "LoadingView"));
+        bench.finishScan(Samples.ordinary(2));
+    }
+
+    function test_empty_states() {
+        const view = make();
+        verify(Look.text(view, "Nothing running"));
+        bench.store.searchText = " ";
+        tryVerify(() => Look.text(view, "No matches"));
+        bench.store.searchText = "";
+        bench.find(Samples.ordinary(5));
+        bench.store.searchText = "elsewhere";
+        tryVerify(() => Look.text(view, "No matches"));
+        compare(Look.all(view, "ServiceRowView").length, 0);
+    }
+
+    function test_search_is_bound_both_ways() {
+        const view = make();
+        bench.find(Samples.ordinary(5));
+        keyClick(Qt.Key_K, Qt.ControlModifier);
+        for (const key of "dash")
+            keyClick(key);
+        compare(bench.store.searchText, "dash");
+        tryVerify(() => Look.texts(part(view, "SectionLabel"))[1] === "1");
+        bench.store.searchText = "x";
+        compare(part(view, "SearchField").text, "x");
+        keyClick("y");
+        compare(bench.store.searchText, "xy");
+        bench.store.searchText = "";
+        compare(part(view, "SearchField").text, "");
+    }
+
+    function test_search_is_reached_from_everywhere() {
+        const view = make();
+        bench.find(Samples.ordinary(2));
+        tryVerify(() => Look.first(view, "ServiceRowView"));
+        for (const place of [Look.named(view, "Quit"), Look.first(view, "ServiceRowView"), Look.named(view, "Refresh")]) {
+            place.forceActiveFocus();
+            keyClick(Qt.Key_K, Qt.MetaModifier);
+            verify(part(view, "SearchField").focused);
+        }
+    }
+
+    function test_tick() {
+        const view = make();
+        compare(view.tick, 0);
+        const start = Date.now();
+        tryVerify(() => view.tick === 1, 7000);
+        const took = Date.now() - start;
+        verify(took > 4500 && took < 6000, took + " ms");
+    }
+
+    function test_tick_rests_while_hidden() {
+        const view = make();
+        view.visible = false;
+        wait(5300);
+        compare(view.tick, 0);
+    }
+
+    function test_stopping() {
+        const view = make();
+        bench.find(Samples.ordinary(2));
+        tryVerify(() => Look.all(view, "ServiceRowView").length === 2);
+        const row = Look.all(view, "ServiceRowView")[0];
+        const scans = bench.scans;
+        point(row);
+        tryVerify(() => Look.named(row, "Stop"));
+        const start = Date.now();
+        mouseClick(Look.named(row, "Stop"));
+        compare(actions.calls, ["stop 49000-3000"]);
+        compare(bench.store.services.length, 1);
+        tryVerify(() => bench.scans === scans + 1, 3000);
+        const took = Date.now() - start;
+        verify(took > 1390 && took < 2000, took + " ms");
+        bench.finishScan(Samples.ordinary(2));
+        tryVerify(() => Look.all(view, "ServiceRowView").length === 2);
+    }
+
+    function test_pinning() {
+        const view = make();
+        bench.find(Samples.ordinary(3));
+        tryVerify(() => Look.all(view, "ServiceRowView").length === 3);
+        const row = Look.all(view, "ServiceRowView").find(r => r.service.displayName === "dashboard");
+        row.togglePin();
+        verify(bench.store.visible[0].displayName === "dashboard");
+        tryVerify(() => row.isPinned && row.y === 0);
+    }
+
+    function test_tab_goes_through_everything() {
+        const view = make();
+        bench.find(Samples.ordinary(3));
+        tryVerify(() => Look.all(view, "ServiceRowView").length === 3);
+        keyClick(Qt.Key_K, Qt.ControlModifier);
+        const order = [];
+        for (let i = 0; i < 11; ++i) {
+            keyClick(Qt.Key_Tab);
+            order.push(Look.spoken(root.Window.activeFocusItem).split(": ")[1].split(",")[0]);
+        }
+        compare(order, ["\u2068storefront\u2069", "Open", "Copy URL", "Stop", "More", "Quit", "Settings", "Open in window", "Refresh", "Search by name", "\u2068storefront\u2069"]);
+        const back = [];
+        for (let i = 0; i < 10; ++i) {
+            keyClick(Qt.Key_Backtab);
+            back.push(Look.spoken(root.Window.activeFocusItem).split(": ")[1].split(",")[0]);
+        }
+        compare(back, order.slice(0, -1).reverse());
+    }
+}

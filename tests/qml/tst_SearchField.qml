@@ -1,0 +1,138 @@
+import QtQuick
+import QtTest
+import Portolan
+import PortolanTest
+
+ViewTest {
+    id: root
+
+    readonly property string placeholder: "Search by name, port, or path"
+    readonly property string hint: "\u2318K"
+
+    name: "SearchField"
+
+    Component {
+        id: component
+
+        SearchField {
+            width: 384
+        }
+    }
+
+    function test_geometry() {
+        const view = createTemporaryObject(component, root);
+        compare(view.height, 54);
+        const field = Look.first(view, "RoundedRect");
+        compare(frame(field, view), "14 10 356 34");
+        compare(field.radius, 9);
+        compare(field.color, Theme.card);
+        const symbol = Look.symbol(view, "magnifyingglass");
+        compare(symbol.mapToItem(field, 0, 0).x, 11);
+        compare(centre(symbol, field).y, 17);
+        compare(symbol.size, 12);
+        compare(symbol.weight, Font.Medium);
+        const input = Look.first(view, "SearchInput");
+        compare(input.mapToItem(field, 0, 0).x, 11 + symbol.width + 8);
+        fuzzyCompare(centre(input, field).y, 17, 0.5);
+        compare(Look.style(input), "13 400 system #ededed");
+        compare(Look.texts(view), [root.placeholder, root.hint]);
+    }
+
+    function test_key_hint() {
+        const view = createTemporaryObject(component, root);
+        const hint = Look.first(view, "KeyHint");
+        const text = Look.text(view, root.hint);
+        compare(hint.mapToItem(view, 0, 0).x + hint.width, 384 - 14 - 11);
+        compare(hint.radius, 4);
+        compare(hint.borderColor, Theme.border);
+        compare(Look.style(text), "10 500 system #5c5c5c");
+        compare(hint.width, text.width + 10);
+        compare(hint.height, text.height + 4);
+    }
+
+    function test_focus_colours() {
+        const view = createTemporaryObject(component, root);
+        const field = Look.first(view, "RoundedRect");
+        const symbol = Look.symbol(view, "magnifyingglass");
+        verify(!view.focused);
+        compare(field.borderColor, Theme.border);
+        compare(symbol.color, Theme.textMuted);
+        mouseClick(view, 200, 27);
+        verify(view.focused);
+        wait(30);
+        verify(field.borderColor !== Qt.alpha(Theme.accent, 0.7)); // on its way there
+        tryCompare(field, "borderColor", Qt.alpha(Theme.accent, 0.7), 400);
+        tryCompare(symbol, "color", Theme.text, 400);
+    }
+
+    function test_focuses_by_keys_data() {
+        return [
+            { tag: "Control-K", modifiers: Qt.ControlModifier, focuses: true },
+            { tag: "Meta-K", modifiers: Qt.MetaModifier, focuses: true },
+            { tag: "Control-Shift-K", modifiers: Qt.ControlModifier | Qt.ShiftModifier, focuses: true },
+            { tag: "Meta-Alt-K", modifiers: Qt.MetaModifier | Qt.AltModifier, focuses: true },
+            { tag: "Alt-K", modifiers: Qt.AltModifier, focuses: false },
+            { tag: "K", modifiers: Qt.NoModifier, focuses: false }
+        ];
+    }
+
+    function test_focuses_by_keys(data) {
+        const view = createTemporaryObject(component, root);
+        keyClick(Qt.Key_K, data.modifiers);
+        compare(view.focused, data.focuses);
+        compare(view.text, "");
+    }
+
+    function test_keys_while_focused() {
+        const view = createTemporaryObject(component, root);
+        keyClick(Qt.Key_K, Qt.ControlModifier);
+        keyClick(Qt.Key_K);
+        compare(view.text, "k");
+        keyClick(Qt.Key_A);
+        keyClick(Qt.Key_Home);
+        keyClick(Qt.Key_K, Qt.ControlModifier);
+        compare(view.text, "ka"); // not cut at the cursor
+        verify(view.focused);
+    }
+
+    function test_clear_button() {
+        const view = createTemporaryObject(component, root, {
+            text: "x"
+        });
+        compare(Look.texts(view), ["x"]);
+        compare(Look.symbols(view), ["magnifyingglass", "xmark.circle.fill"]);
+        const symbol = Look.symbol(view, "xmark.circle.fill");
+        compare(symbol.size, 12);
+        compare(symbol.color, Theme.textFaint);
+        const clear = Look.named(view, "Clear");
+        compare(clear.mapToItem(view, 0, 0).x + clear.width, 384 - 14 - 11);
+        mouseClick(clear);
+        compare(view.text, "");
+        compare(Look.texts(view), [root.placeholder, root.hint]);
+    }
+
+    function test_focus_stays_when_cleared_by_key() {
+        const view = createTemporaryObject(component, root, {
+            text: "x"
+        });
+        keyClick(Qt.Key_K, Qt.ControlModifier);
+        keyClick(Qt.Key_Tab);
+        keyClick(Qt.Key_Space);
+        compare(view.text, "");
+        verify(view.focused);
+    }
+
+    function test_long_text_stays_inside() {
+        const view = createTemporaryObject(component, root, {
+            text: "W".repeat(500)
+        });
+        const input = Look.first(view, "SearchInput");
+        verify(input.clip);
+        compare(input.x + input.width, Look.named(view, "Clear").x - 8);
+    }
+
+    function test_says_what_it_is() {
+        const view = createTemporaryObject(component, root);
+        compare(Look.spoken(Look.first(view, "SearchInput")), "EditableText: " + root.placeholder);
+    }
+}

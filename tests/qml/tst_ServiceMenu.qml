@@ -1,0 +1,149 @@
+import QtQuick
+import QtTest
+import Portolan
+import PortolanTest
+
+MenuTest {
+    id: root
+
+    name: "ServiceMenu"
+
+    Component {
+        id: actionsComponent
+
+        RecordedActions {}
+    }
+
+    Component {
+        id: component
+
+        ServiceRowView {
+            width: 356
+            isPinned: false
+        }
+    }
+
+    SignalSpy {
+        id: stops
+
+        signalName: "stop"
+    }
+
+    SignalSpy {
+        id: pins
+
+        signalName: "togglePin"
+    }
+
+    function open(values, properties) {
+        const actions = keep(actionsComponent);
+        const row = createTemporaryObject(component, root, Object.assign({
+            service: Samples.service(values),
+            actions: actions
+        }, properties));
+        for (const spy of [stops, pins]) {
+            spy.target = row;
+            spy.clear();
+        }
+        mouseClick(row, 100, 30, Qt.RightButton);
+        return [row, actions];
+    }
+
+    function test_items_with_a_folder() {
+        open({ folder: "/tmp/x" });
+        compare(outline(), "Open in Browser, Copy URL, Copy Port, -, Pin to Top, -, Reveal in Finder, Open in Editor, Open in Terminal, -, Stop Server");
+    }
+
+    function test_items_without_a_folder() {
+        open({}, { isPinned: true });
+        compare(outline(), "Open in Browser, Copy URL, Copy Port, -, Unpin, -, Stop Server");
+    }
+
+    function test_calls_data() {
+        return [
+            { tag: "Open in Browser", calls: ["openInBrowser 4242-3000"] },
+            { tag: "Copy URL", calls: ["copyURL 4242-3000"] },
+            { tag: "Copy Port", calls: ["copyPort 4242-3000"] },
+            { tag: "Reveal in Finder", calls: ["revealInFinder 4242-3000"] },
+            { tag: "Open in Editor", calls: ["openInEditor 4242-3000"] },
+            { tag: "Open in Terminal", calls: ["openInTerminal 4242-3000"] },
+            { tag: "Pin to Top", calls: [], pins: 1 },
+            { tag: "Stop Server", calls: [], stops: 1 }
+        ];
+    }
+
+    function test_calls(data) {
+        const [row, actions] = open({ folder: "/tmp/x" });
+        mouseClick(entry(data.tag));
+        tryVerify(closed);
+        compare(actions.calls, data.calls);
+        compare(pins.count, data.pins ?? 0);
+        compare(stops.count, data.stops ?? 0);
+        verify(!row.copied); // the check mark is the button's alone
+    }
+
+    function test_the_overflow_button_opens_the_same() {
+        const [row] = open({ folder: "/tmp/x" });
+        const outlined = outline();
+        keyClick(Qt.Key_Escape);
+        tryVerify(closed);
+        point(row);
+        tryVerify(() => Look.named(row, "More"));
+        mouseClick(Look.named(row, "More"));
+        compare(outline(), outlined);
+    }
+
+    function test_opens_where_the_pointer_is() {
+        open({});
+        const panel = Look.first(menu(), "RoundedRect");
+        compare(Qt.point(panel.x, panel.y), Qt.point(100, 30));
+    }
+
+    function test_opens_by_keys_data() {
+        return [
+            { tag: "menu key", key: Qt.Key_Menu, modifiers: Qt.NoModifier },
+            { tag: "shift F10", key: Qt.Key_F10, modifiers: Qt.ShiftModifier }
+        ];
+    }
+
+    function test_opens_by_keys(data) {
+        const [row] = open({});
+        keyClick(Qt.Key_Escape);
+        tryVerify(closed);
+        row.forceActiveFocus();
+        keyClick(data.key, data.modifiers);
+        verify(menu());
+        keyClick(Qt.Key_Up);
+        compare(menu().current.text, "Stop Server");
+        keyClick(Qt.Key_Space);
+        compare(stops.count, 1);
+        verify(row.activeFocus);
+    }
+
+    function test_looks() {
+        open({ folder: "/tmp/x" });
+        compare(Look.style(Look.text(menu(), "Copy URL")), "12.5 400 system #ededed");
+        compare(Look.style(Look.text(menu(), "Stop Server")), "12.5 400 system #f43f5e");
+        const panel = Look.first(menu(), "RoundedRect");
+        compare(panel.borderColor, Theme.borderStrong);
+        compare(panel.color.a, 1);
+        for (const one of Look.all(menu(), "MenuEntry"))
+            verify(one.mapToItem(panel, one.width, 0).x <= panel.width);
+    }
+
+    function test_holds_its_row_lit() {
+        const [row] = open({});
+        leave();
+        verify(row.isActive);
+        keyClick(Qt.Key_Escape);
+        tryVerify(closed);
+        verify(!row.isActive);
+    }
+
+    function test_covers_what_is_below() {
+        const [row, actions] = open({});
+        mouseClick(row, 20, 60);
+        tryVerify(closed);
+        compare(actions.calls, []);
+    }
+}
