@@ -36,19 +36,22 @@ class Memory:
         return f"RSS {self.rss:6.1f}  PSS {self.pss:6.1f}  USS {self.uss:6.1f} MB"
 
 
-def wakeups(pid):
-    """How often the process's threads, as far as they still live, have gone to sleep so far."""
-    total = 0
+def sleeps_by_thread(pid):
+    """How often each of the process's threads has gone to sleep so far."""
+    sleeps = {}
     for status in Path(f"/proc/{pid}/task").glob("*/status"):
         lines = status.read_text().splitlines()
-        total += sum(int(line.split()[1]) for line in lines if line.startswith("voluntary_ctxt_switches"))
-    return total
+        sleeps[status.parent.name] = next(int(line.split()[1]) for line in lines
+                                          if line.startswith("voluntary_ctxt_switches"))
+    return sleeps
 
 
 def wakeups_per_second(pid):
-    before = wakeups(pid)
+    """Of the threads that stay; a scan's own two threads come and go."""
+    before = sleeps_by_thread(pid)
     time.sleep(WATCHED_SECONDS)
-    return (wakeups(pid) - before) / WATCHED_SECONDS
+    after = sleeps_by_thread(pid)
+    return sum(after[thread] - before[thread] for thread in before.keys() & after.keys()) / WATCHED_SECONDS
 
 
 def start_to_icon(desktop, command):

@@ -30,9 +30,14 @@ def run(command, environment=None):
     return Cost(wall * 1e3, (usage.ru_utime + usage.ru_stime) * 1e3)
 
 
+def middle(costs):
+    """The median of each figure on its own."""
+    figures = zip(*map(dataclasses.astuple, costs))
+    return Cost(*map(statistics.median, figures))
+
+
 def median(command, rounds, environment=None):
-    costs = [run(command, environment) for _ in range(rounds)]
-    return Cost(statistics.median(cost.wall for cost in costs), statistics.median(cost.cpu for cost in costs))
+    return middle([run(command, environment) for _ in range(rounds)])
 
 
 def reported(command, expected, environment=None):
