@@ -139,7 +139,7 @@ FocusScope {
 
             anchors.fill: parent
             hoverEnabled: true
-            acceptedButtons: Qt.LeftButton | Qt.RightButton
+            acceptedButtons: Qt.AllButtons
             onEntered: root.point(pointer.mouseY)
             onPositionChanged: mouse => root.point(mouse.y)
             onPressed: mouse => root.point(mouse.y) // a finger comes without a move before

@@ -81,7 +81,7 @@ Item {
 
     MouseArea {
         anchors.fill: parent
-        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        acceptedButtons: Qt.AllButtons
         onPressed: mouse => {
             if (mouse.button === Qt.RightButton)
                 root.openMenu(Qt.rect(mouse.x, mouse.y, 0, 0));

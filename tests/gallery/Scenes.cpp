@@ -11,11 +11,11 @@ using Knowledge = GalleryScene::Knowledge;
 using Press = GalleryScene::Press;
 
 constexpr QPointF onFirstRow(120, 165);
-constexpr QPointF onCopyButton(262, 165);
-constexpr QPointF onMoreButton(346, 165);
+constexpr int allRows = 2500;
+constexpr QPointF onCopyButton(285, 175);
+constexpr QPointF onMoreButton(345, 175);
 constexpr QPointF onSettings(285, 26);
 constexpr QPointF onRefresh(356, 26);
-constexpr QPointF onQuit(350, 540);
 
 } // namespace
 
@@ -39,6 +39,8 @@ QList<GalleryScene> galleryScenes()
         {.name = u"scanning-again"_s, .services = five, .knowledge = Knowledge::Rescan},
         {.name = u"search-focused"_s, .services = five, .keys = u"k"_s},
         {.name = u"searching"_s, .services = five, .searchText = u"da"_s, .keys = u"k"_s},
+        {.name = u"hint"_s, .services = five, .pointer = onCopyButton, .patience = 1000},
+        {.name = u"menu-by-keyboard"_s, .services = five, .keys = u"kttdmdd"_s},
         {.name = u"no-match"_s, .services = five, .searchText = u"elsewhere"_s},
         {.name = u"nothing-running"_s},
         {.name = u"first-scan"_s, .knowledge = Knowledge::FirstScan},
@@ -48,12 +50,24 @@ QList<GalleryScene> galleryScenes()
         {.name = u"awkward-hovered"_s, .services = Samples::awkward(), .pointer = onFirstRow},
         {.name = u"frameworks-window"_s,
          .services = Samples::allFrameworks(),
-         .presentation = Presentation::Window},
+         .presentation = Presentation::Window,
+         .height = allRows},
         {.name = u"five-window"_s,
          .services = five,
          .presentation = Presentation::Window,
          .pinnedPorts = {5173}},
-        {.name = u"awkward-window"_s, .services = Samples::awkward(), .presentation = Presentation::Window},
+        {.name = u"awkward-window"_s,
+         .services = Samples::awkward(),
+         .presentation = Presentation::Window,
+         .height = 860},
+        {.name = u"many-window"_s,
+         .services = Samples::ordinary(200),
+         .presentation = Presentation::Window,
+         .pointer = onFirstRow},
+        {.name = u"no-match-window"_s,
+         .services = five,
+         .presentation = Presentation::Window,
+         .searchText = u"elsewhere"_s},
         {.name = u"nothing-running-window"_s, .presentation = Presentation::Window},
         {.name = u"first-scan-window"_s,
          .presentation = Presentation::Window,

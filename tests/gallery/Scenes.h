@@ -23,7 +23,9 @@ struct GalleryScene
     QList<qint64> pinnedPorts;
     std::optional<QPointF> pointer; ///< where the pointer rests, in the view's coordinates
     Press press = Press::None;      ///< what is pressed there
-    QString keys;                   ///< typed first: t Tab, d Down, k Control-K
+    QString keys;                   ///< typed first: t Tab, d Down, k Control-K, m Menu
+    int patience = 400;             ///< milliseconds that the pointer rests
+    int height = 620;               ///< of a window
 };
 
 /// All of them, in the order of their showing.

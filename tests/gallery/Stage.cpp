@@ -3,10 +3,8 @@
 #include "Eventually.h"
 #include "Theme.h"
 
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QPainter>
 #include <QQuickItem>
 
 using namespace Qt::StringLiterals;
@@ -14,7 +12,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int transitionsAndSpare = 400; // milliseconds
-constexpr QSize windowSize(480, 620);
+constexpr int windowWidth = 480;
 
 void rest(int milliseconds)
 {
@@ -53,7 +51,7 @@ void Stage::fit()
 {
     const QQuickItem &root = *m_view.rootObject();
     m_view.resize(m_scene.presentation == GalleryScene::Presentation::Window
-                      ? windowSize
+                      ? QSize(windowWidth, m_scene.height)
                       : QSizeF(root.implicitWidth(), root.implicitHeight()).toSize());
 }
 
@@ -61,7 +59,10 @@ void Stage::type(const QString &keys)
 {
     for (const QChar key : keys) {
         const bool isSearch = key == u'k';
-        const Qt::Key code = isSearch ? Qt::Key_K : key == u'd' ? Qt::Key_Down : Qt::Key_Tab;
+        const Qt::Key code = isSearch      ? Qt::Key_K
+                             : key == u'd' ? Qt::Key_Down
+                             : key == u'm' ? Qt::Key_Menu
+                                           : Qt::Key_Tab;
         const Qt::KeyboardModifiers modifiers = isSearch ? Qt::ControlModifier : Qt::NoModifier;
         for (const QEvent::Type type : {QEvent::ShortcutOverride, QEvent::KeyPress, QEvent::KeyRelease}) {
             QKeyEvent event(type, code, modifiers);
@@ -93,26 +94,9 @@ QImage Stage::picture()
     type(m_scene.keys);
     if (m_scene.pointer)
         point(*m_scene.pointer, m_scene.press);
-    rest(transitionsAndSpare);
+    rest(m_scene.patience);
 
-    QRect extent = m_view.geometry();
-    QList<QQuickWindow *> windows{&m_view};
-    for (QWindow *window : QGuiApplication::topLevelWindows()) {
-        auto *menu = qobject_cast<QQuickWindow *>(window);
-        if (menu && menu != &m_view && menu->isVisible()) {
-            extent |= menu->geometry();
-            windows << menu;
-        }
-    }
-    const qreal scale = m_view.effectiveDevicePixelRatio();
-    QImage picture((QSizeF(extent.size()) * scale).toSize(), QImage::Format_RGB32);
-    picture.setDevicePixelRatio(scale);
-    picture.fill(QColor(58, 64, 74));
-    QPainter painter(&picture);
-    for (QQuickWindow *window : windows) {
-        QImage shown = window->grabWindow();
-        shown.setDevicePixelRatio(scale);
-        painter.drawImage(window->position() - extent.topLeft(), shown);
-    }
+    QImage picture = m_view.grabWindow();
+    picture.setDevicePixelRatio(m_view.effectiveDevicePixelRatio());
     return picture;
 }

@@ -15,7 +15,7 @@ public:
     explicit Stage(const GalleryScene &scene);
 
     [[nodiscard]] QQuickView &window() { return m_view; }
-    /// What can be seen once everything has come to rest, with the menus that reach beyond the window.
+    /// What can be seen once everything has come to rest.
     [[nodiscard]] QImage picture();
 
 private:

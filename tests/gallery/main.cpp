@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QGuiApplication>
 #include <QProcess>
+#include <QSet>
 
 #include <algorithm>
 #include <array>
@@ -18,12 +19,27 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+bool isBlank(const QImage &picture)
+{
+    QSet<QRgb> colors;
+    for (int x = 0; x < picture.width(); x += 2) {
+        for (int y = 0; y < picture.height(); y += 2)
+            colors.insert(picture.pixel(x, y));
+    }
+    return colors.size() < 20;
+}
+
 bool shoot(const QDir &folder)
 {
     const bool isDouble = qEnvironmentVariable("QT_SCALE_FACTOR") == "2"_L1;
     for (const GalleryScene &scene : galleryScenes()) {
         const QString file = folder.filePath(scene.name + (isDouble ? u"@2x.png"_s : u".png"_s));
-        if (!Stage(scene).picture().save(file)) {
+        const QImage picture = Stage(scene).picture();
+        if (isBlank(picture)) {
+            std::fprintf(stderr, "nothing to see in %s\n", qPrintable(scene.name));
+            return false;
+        }
+        if (!picture.save(file)) {
             std::fprintf(stderr, "cannot write %s\n", qPrintable(file));
             return false;
         }
