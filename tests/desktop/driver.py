@@ -165,15 +165,15 @@ class Desktop(Session):
         self.env["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
         self._accessibility_bus = accessibility.connect(self.env["DBUS_SESSION_BUS_ADDRESS"])
 
-    def shown(self, part_of_name, role=None):
-        """What is shown under a name with `part_of_name` in it; nothing if that is not to be seen."""
+    def all_shown(self, part_of_name="", role=None):
+        """All that is shown under names with `part_of_name` in them."""
         for program in accessibility.programs(self._accessibility_bus):
-            if program.name != "portolan":
-                continue
-            for node in program.walk():
-                if part_of_name in node.name and role in (None, node.role):
-                    return node
-        return None
+            if program.name == "portolan":
+                yield from (node for node in program.walk() if part_of_name in node.name and role in (None, node.role))
+
+    def shown(self, part_of_name, role=None):
+        """The first of them; nothing if there is none."""
+        return next(self.all_shown(part_of_name, role), None)
 
     def find(self, part_of_name, role=None):
         return eventually(lambda: self.shown(part_of_name, role), f"{part_of_name!r} to be shown")

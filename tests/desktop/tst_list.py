@@ -22,6 +22,18 @@ class List(Scenario):
         self.assertIn(str(self.port), self.row.name)
         d.find("blog-api", role="list item")
 
+    def test_keeps_its_rows_apart(self):
+        d = self.desktop
+        for name in ("design-system", "field-notes", "invoices"):
+            d.serve(name)
+        for name in ("design-system", "field-notes", "invoices"):
+            d.find(name, role="list item")
+        time.sleep(1)  # rows slide into their places
+        frames = sorted((node.frame for node in d.all_shown(role="list item")), key=lambda frame: frame[1])
+        self.assertEqual(len(frames), 5)
+        for (_, y, _, height), (_, next_y, _, _) in zip(frames, frames[1:]):
+            self.assertEqual(next_y - y - height, 8)
+
     def test_shows_a_server_that_starts_later(self):
         d = self.desktop
         d.serve("late-riser")
