@@ -27,7 +27,7 @@ RoundedRect {
         id: label
 
         anchors.centerIn: parent
-        width: Math.min(label.implicitWidth, root.parent.width - 24)
+        width: Math.min(Math.ceil(label.implicitWidth), root.parent.width - 24)
         text: root.text
         textFormat: Text.PlainText
         font: Fonts.system(11)

@@ -13,8 +13,10 @@ Item {
     readonly property bool isShown: root.bubble !== null
 
     function hide() {
-        if (root.bubble)
-            root.bubble.destroy();
+        if (!root.bubble)
+            return;
+        root.bubble.visible = false;
+        root.bubble.destroy();
         root.bubble = null;
     }
 

@@ -17,7 +17,11 @@ FocusScope {
     signal closed
 
     function close() {
+        // Where the focus went elsewhere, it stays there.
+        const hadFocus = root.activeFocus;
         root.visible = false;
+        if (hadFocus && root.previousFocus)
+            root.previousFocus.forceActiveFocus(Qt.PopupFocusReason);
         root.closed();
     }
 
@@ -64,10 +68,6 @@ FocusScope {
     onActiveFocusChanged: {
         if (!root.activeFocus && root.visible)
             root.close();
-    }
-    onClosed: {
-        if (root.previousFocus)
-            root.previousFocus.forceActiveFocus(Qt.PopupFocusReason);
     }
 
     Connections {

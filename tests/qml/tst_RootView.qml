@@ -153,6 +153,34 @@ ViewTest {
         }
     }
 
+    function test_search_is_reached_from_a_menu() {
+        const view = make();
+        mouseClick(Look.named(view, "Settings"));
+        verify(Look.first(root.Window.contentItem, "PopupMenu"));
+        keyClick(Qt.Key_K, Qt.ControlModifier);
+        verify(!Look.first(root.Window.contentItem, "PopupMenu"));
+        verify(part(view, "SearchField").focused);
+    }
+
+    function test_focus_survives_refreshes() {
+        const view = make();
+        bench.find(Samples.ordinary(3));
+        tryVerify(() => Look.all(view, "ServiceRowView").length === 3);
+        for (const name of ["Refresh", "Settings", "Quit"]) {
+            const control = Look.named(view, name);
+            control.forceActiveFocus();
+            bench.find(Samples.ordinary(4));
+            bench.find(Samples.ordinary(3));
+            verify(control.activeFocus);
+        }
+        mouseClick(Look.named(view, "Settings"));
+        keyClick(Qt.Key_Down);
+        const menu = Look.first(root.Window.contentItem, "PopupMenu");
+        bench.find(Samples.ordinary(4));
+        verify(Look.isShown(menu));
+        compare(menu.current.text, "Port");
+    }
+
     function test_tick() {
         const view = make();
         compare(view.tick, 0);

@@ -1,0 +1,89 @@
+import QtQuick
+import QtTest
+import Portolan
+import PortolanTest
+
+ViewTest {
+    id: root
+
+    name: "HoverHint"
+
+    Component {
+        id: component
+
+        HeaderIconButton {
+            symbol: "arrow.clockwise"
+            label: "Refresh"
+        }
+    }
+
+    function bubble() {
+        return Look.first(root.Window.contentItem, "HintBubble");
+    }
+
+    function shown(properties) {
+        const button = createTemporaryObject(component, root, properties);
+        point(button);
+        tryVerify(bubble, 2000);
+        return button;
+    }
+
+    function test_comes_after_the_pointer_rested() {
+        const start = Date.now();
+        shown();
+        verify(Date.now() - start >= 590);
+        compare(Look.texts(bubble()), ["Refresh"]);
+        compare(Look.spoken(bubble()), "ToolTip: Refresh");
+    }
+
+    function test_looks() {
+        shown({ x: 100, y: 100 });
+        const text = Look.text(bubble(), "Refresh");
+        compare(Look.style(text), "11 400 system #ededed");
+        compare(bubble().width, text.width + 16);
+        compare(bubble().height, text.height + 8);
+        compare(bubble().y, 100 + 28 + 6);
+        fuzzyCompare(centre(bubble(), root).x, 114, 0.5);
+    }
+
+    function test_goes_with_the_pointer() {
+        shown();
+        leave();
+        verify(!bubble());
+    }
+
+    function test_goes_at_a_press() {
+        const button = shown();
+        mousePress(button);
+        verify(!bubble());
+        mouseRelease(button);
+    }
+
+    function test_goes_with_its_control() {
+        const button = shown();
+        button.destroy();
+        tryVerify(() => !bubble());
+    }
+
+    function test_stays_in_the_window_data() {
+        return [
+            { tag: "left top", x: 0, y: 0 },
+            { tag: "right top", x: 472, y: 0 },
+            { tag: "right bottom", x: 472, y: 672 }
+        ];
+    }
+
+    function test_stays_in_the_window(data) {
+        shown({ x: data.x, y: data.y });
+        verify(bubble().x >= 4 && bubble().x + bubble().width <= root.Window.width - 4);
+        verify(bubble().y >= 4 && bubble().y + bubble().height <= root.Window.height - 4);
+    }
+
+    function test_is_plain_and_cut() {
+        shown({ label: "<b>" + "W".repeat(500) });
+        const text = Look.first(bubble(), "QQuickText");
+        compare(text.textFormat, Text.PlainText);
+        verify(text.truncated);
+        verify(bubble().width <= root.Window.width);
+    }
+}
