@@ -1,8 +1,19 @@
 #include "DisplayServer.h"
 
-#include <QtGlobal>
+#include "FileDescriptor.h"
 
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QString>
+
+#include <algorithm>
+
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <xcb/xcb.h>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -14,6 +25,29 @@ bool answersX11()
     return answers;
 }
 
+// The socket that WAYLAND_DISPLAY names, in the runtime folder if not by a whole path.
+bool answersWayland()
+{
+    const QString name = qEnvironmentVariable("WAYLAND_DISPLAY");
+    const QDir runtimeFolder(qEnvironmentVariable("XDG_RUNTIME_DIR"));
+    const QByteArray path = QFile::encodeName(runtimeFolder.filePath(name));
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (name.isEmpty() || path.size() >= qsizetype(sizeof address.sun_path))
+        return false;
+    std::ranges::copy(path, address.sun_path);
+    const FileDescriptor connection(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    return ::connect(connection.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
+}
+
+bool hasPlugin(const QString &platform)
+{
+    return std::ranges::any_of(QCoreApplication::libraryPaths(), [&](const QString &folder) {
+        const QDir plugins(folder + "/platforms"_L1);
+        return !plugins.entryList({"libq"_L1 + platform + "*.so"_L1}, QDir::Files).isEmpty();
+    });
+}
+
 } // namespace
 
 std::optional<QByteArray> DisplayServer::platformPlugin()
@@ -22,7 +56,7 @@ std::optional<QByteArray> DisplayServer::platformPlugin()
         return QByteArray();
     if (answersX11())
         return QByteArray("xcb");
-    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+    if (hasPlugin(u"wayland"_s) && answersWayland())
         return QByteArray("wayland");
     return std::nullopt;
 }

@@ -3,6 +3,7 @@
 #include "Printers.h"
 
 #include <QProcess>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -17,10 +18,9 @@ struct Ending
     QByteArray errors;
 };
 
-Ending run(const QStringList &arguments)
+Ending run(const QStringList &arguments, QProcessEnvironment environment = {})
 {
     QProcess process;
-    QProcessEnvironment environment;
     environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
     process.setProcessEnvironment(environment);
     process.start(QStringLiteral(PORTOLAN), arguments);
@@ -61,5 +61,17 @@ TEST(Portolan, SaysThatThereIsNoDisplay)
     const Ending ending = run({});
     EXPECT_EQ(ending.status, 1);
     EXPECT_EQ(ending.output, "");
+    EXPECT_EQ(ending.errors, "portolan: there is no display to show itself on\n");
+}
+
+TEST(Portolan, SaysThatTheDisplayIsGone)
+{
+    const QTemporaryDir runtimeFolder;
+    QProcessEnvironment environment;
+    environment.insert(u"DISPLAY"_s, u"unix:4294967295"_s);
+    environment.insert(u"WAYLAND_DISPLAY"_s, u"wayland-0"_s);
+    environment.insert(u"XDG_RUNTIME_DIR"_s, runtimeFolder.path());
+    const Ending ending = run({}, environment);
+    EXPECT_EQ(ending.status, 1);
     EXPECT_EQ(ending.errors, "portolan: there is no display to show itself on\n");
 }
