@@ -10,6 +10,9 @@ FocusScope {
     required property bool showsActions
 
     property bool keepsActions: false // unseen, for the keyboard to reach
+    // At rest the status needs only part of the column, and the lines to its left may use the rest: in the popover they
+    // would lose the pid and the memory otherwise. Under the buttons, what reaches into the column fades out.
+    readonly property real restingWidth: Math.min(root.width, Math.max(76, status.width))
     readonly property RowActions actions: loader.item as RowActions
 
     signal open
@@ -18,6 +21,8 @@ FocusScope {
     signal menu(button: Item)
 
     StatusIndicator {
+        id: status
+
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
         health: root.health
@@ -28,6 +33,15 @@ FocusScope {
                 duration: 130
             }
         }
+    }
+
+    RowFade {
+        anchors.fill: parent
+        anchors.leftMargin: -20
+        anchors.topMargin: 1
+        anchors.bottomMargin: 1
+        opacity: loader.opacity
+        visible: opacity > 0
     }
 
     Loader {

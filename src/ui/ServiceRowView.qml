@@ -105,8 +105,8 @@ Item {
 
         anchors.left: tile.right
         anchors.leftMargin: 12
-        anchors.right: trailing.left
-        anchors.rightMargin: 12 + 6 + 12 // a space of at least 6, set apart from both its neighbours
+        anchors.right: trailing.right
+        anchors.rightMargin: trailing.restingWidth + 6 + 12
         anchors.verticalCenter: parent.verticalCenter
         service: root.service
         isPinned: root.isPinned

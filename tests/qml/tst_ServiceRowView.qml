@@ -197,8 +197,32 @@ ViewTest {
         const trailing = Look.first(row, "RowTrailing");
         compare(trailing.x, data.width - 12 - 128);
         compare(trailing.width, 128);
+    }
+
+    function test_lines_end_before_the_status() {
+        const [row] = make({ pid: 49000, uptime: 8040, memory: 412 }, { width: 356 });
+        const status = Look.first(row, "StatusIndicator");
         const details = Look.first(row, "ServiceDetails");
-        compare(details.mapToItem(row, details.width, 0).x, trailing.x - 30);
+        const end = details.mapToItem(row, details.width, 0).x;
+        compare(end, 356 - 12 - Math.max(76, status.width) - 18);
+        verify(end <= status.mapToItem(row, 0, 0).x - 18);
+        // In the popover nothing of what is known about an ordinary server is left out.
+        for (const text of ["pid 49000", "2h 14m", "3%", "412 MB"])
+            verify(Look.text(details, text), text);
+    }
+
+    function test_lines_fade_out_under_the_buttons() {
+        const [row] = make({}, { width: 356 });
+        verify(!Look.first(row, "RowFade"));
+        point(row);
+        tryVerify(() => Look.first(row, "RowFade")?.opacity === 1);
+        const fade = Look.first(row, "RowFade");
+        const trailing = Look.first(row, "RowTrailing");
+        compare(fade.mapToItem(row, 0, 0).x, trailing.x - 20);
+        compare(fade.mapToItem(row, fade.width, 0).x, trailing.x + 128);
+        // As dark as the card around it, and solid where the first button begins.
+        compare(fade.gradient.stops[1].color, Qt.tint(Theme.canvas, Theme.cardHover));
+        verify(fade.gradient.stops[1].position * fade.width <= 20 + 128 - 116);
     }
 
     function test_hover_cross_fades() {
@@ -344,7 +368,8 @@ ViewTest {
     function test_awkward_texts_stay_before_the_column(data) {
         for (const width of [356, 372, 452, 900]) {
             const [row] = make(data.values, { width: width, isPinned: true });
-            const end = width - 12 - 128 - 30;
+            const status = Look.first(row, "StatusIndicator");
+            const end = width - 12 - Math.max(76, status.width) - 18;
             const details = Look.first(row, "ServiceDetails");
             for (const line of shownChildren(details)) {
                 verify(line.height < 30, "one line high");
@@ -357,7 +382,6 @@ ViewTest {
                     last = right;
                 }
             }
-            const status = Look.first(row, "StatusIndicator");
             verify(status.width <= 128);
         }
     }
