@@ -37,7 +37,8 @@ PortolanApp::PortolanApp(const RootContent &content)
     , m_icon(makeStatusIcon(statusIconArt()))
 {
     connect(m_icon.get(), &StatusIcon::activated, this, &PortolanApp::clickIcon);
-    connect(m_icon.get(), &StatusIcon::openRequested, this, [this] { openPopover(QCursor::pos()); });
+    connect(m_icon.get(), &StatusIcon::openRequested, this,
+            [this] { openPopover(m_iconPosition.value_or(QCursor::pos())); });
     connect(m_icon.get(), &StatusIcon::quitRequested, qApp, &QCoreApplication::quit);
 }
 

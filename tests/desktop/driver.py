@@ -8,6 +8,7 @@ import sys
 import time
 import unittest
 from dataclasses import dataclass
+from pathlib import Path
 
 import accessibility
 from session import HERE, PATIENCE, Session, eventually
@@ -73,6 +74,21 @@ class Desktop(Session):
         server = self.spawn(sys.executable, "-u", "-m", "http.server", "0", "--bind", "127.0.0.1", cwd=folder,
                             stdout=subprocess.PIPE)
         return server, int(re.search(rb"port (\d+)", server.stdout.readline())[1])
+
+    def hold_scan(self):
+        """Stops the tool that a scan is waiting for, so that the scan is under way for certain until it loses its patience;
+        returns the tool's process id. For a program started with PORTOLAN_TOOLS=external."""
+        return eventually(self._hold_tool, "the scan's tool to be caught at work")
+
+    def _hold_tool(self):
+        for children in Path(f"/proc/{self.program.pid}/task").glob("*/children"):
+            try:
+                for child in children.read_text().split():
+                    os.kill(int(child), signal.SIGSTOP)
+                    return int(child)
+            except (FileNotFoundError, ProcessLookupError):
+                pass  # it was faster
+        return None
 
     # The user's hands
 

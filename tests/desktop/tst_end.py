@@ -41,11 +41,10 @@ class DuringAScan(Scenario):
     def setUp(self):
         super().setUp()
         d = self.desktop
-        d.serve("storefront")
         d.env["PORTOLAN_TOOLS"] = "external"
         d.start("--background")
         d.open_popover()
-        self.tool = eventually(self.hold_tool, "the scan's tool to be caught at work")
+        self.tool = d.hold_scan()
 
     def test_quits(self):
         self.desktop.program.send_signal(signal.SIGTERM)
@@ -57,18 +56,6 @@ class DuringAScan(Scenario):
         d.x_server.kill()
         self.assert_ends(status=1)
         (d.folder / "portolan.log").unlink()  # the toolkit says that the display has gone
-
-    def hold_tool(self):
-        pid = self.desktop.program.pid
-        for task in os.listdir(f"/proc/{pid}/task"):
-            with open(f"/proc/{pid}/task/{task}/children") as children:
-                for child in children.read().split():
-                    try:
-                        os.kill(int(child), signal.SIGSTOP)
-                        return child
-                    except ProcessLookupError:
-                        pass
-        return None
 
 
 class Lost(Scenario):

@@ -27,10 +27,21 @@ class Hidden(Scenario):
         # One refresh may fall into this time. An animation that goes on would wake it sixty times a second.
         self.assertLess(self.wake_ups(), 60 * SECONDS / 2)
 
-    def wake_ups(self):
+    def test_turns_no_wheel_that_nobody_sees(self):
+        d = self.desktop
+        d.env["PORTOLAN_TOOLS"] = "external"
+        d.start("--background")
+        d.open_popover()
+        d.hold_scan()  # the wheel of the first scan is turning now
+        self.assertGreater(self.wake_ups(seconds=0.5), 10)
+        d.press("Escape")
+        eventually(lambda: not d.popover(), "the popover to close")
+        self.assertLess(self.wake_ups(seconds=0.5), 10)
+
+    def wake_ups(self, seconds=SECONDS):
         """How often the program's threads go to sleep in some seconds."""
         before = self.naps()
-        time.sleep(SECONDS)
+        time.sleep(seconds)
         return self.naps() - before
 
     def naps(self):
