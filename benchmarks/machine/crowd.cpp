@@ -26,7 +26,8 @@ int main(int argc, char **argv)
         return 2;
     const int count = std::stoi(argv[1]);
     const int descriptors = std::stoi(argv[2]);
+    Children children;
     for (int i = 0; i < count; ++i)
-        startChild([descriptors] { idle(descriptors); });
-    standUntilTold("ready");
+        children.start([descriptors] { idle(descriptors); });
+    children.standUntilTold("ready");
 }

@@ -43,12 +43,13 @@ void serve(const char *folder, int listener)
 
 int main(int argc, char **argv)
 {
+    Children children;
     std::string ports;
     for (int i = 1; i < argc; ++i) {
         const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
         ports += std::to_string(ntohs(boundAddress(listener).sin_port)) + ' ';
-        startChild([folder = argv[i], listener] { serve(folder, listener); });
+        children.start([folder = argv[i], listener] { serve(folder, listener); });
         close(listener); // so that each socket has one owner
     }
-    standUntilTold(ports.c_str());
+    children.standUntilTold(ports.c_str());
 }
