@@ -116,6 +116,21 @@ def measure_portolan(driver, paths, servers, area):
         print(f"hidden again               {Memory.of(pid)}   {wakeups_per_second(pid):5.1f} wake-ups/s", flush=True)
 
 
+def measure_idle(driver):
+    """What is left when the list does not refresh itself: nothing should be."""
+    report.heading("desktop: Portolan, auto-refresh off")
+    with driver.Desktop() as desktop:
+        settings = desktop.home / "config/portolan/settings.json"
+        settings.parent.mkdir(parents=True)
+        settings.write_text('{"autoRefresh": false}')
+        program = desktop.start("--background")
+        desktop.open_popover()
+        time.sleep(3)
+        print(f"shown                      {wakeups_per_second(program.pid):5.2f} wake-ups/s", flush=True)
+        close_popover(driver, desktop)
+        print(f"hidden                     {wakeups_per_second(program.pid):5.2f} wake-ups/s", flush=True)
+
+
 def measure_neighbour(driver, name, command):
     if shutil.which(command[0]) is None:
         print(f"{name}: not installed")
@@ -135,6 +150,7 @@ def main(paths):
     area = popover_header(driver)
     for servers in (0, 25, 200):
         measure_portolan(driver, paths, servers, area)
+    measure_idle(driver)
     report.heading("desktop: other programs with a status icon")
     for name, command in NEIGHBOURS.items():
         measure_neighbour(driver, name, command)
