@@ -84,9 +84,12 @@ int ProbeSet::watchSocket(CURL *handle, curl_socket_t socket, int what, void *se
         return 0;
     }
     epoll_event event{.events = epollEvents(what), .data = {.fd = socket}};
+    // Later versions of the library close connections under a handle of their own: that is no probe's.
+    const auto probe = self->m_probes.find(handle);
+    self->m_probeOfSocket.insert_or_assign(socket,
+                                           probe == self->m_probes.end() ? nullptr : probe->second.get());
     if (isWatched)
         return epoll_ctl(self->m_epoll.get(), EPOLL_CTL_MOD, socket, &event);
-    self->m_probeOfSocket.insert_or_assign(socket, self->m_probes.at(handle).get());
     self->m_curl.multi_assign(self->m_multi.get(), socket, self);
     return epoll_ctl(self->m_epoll.get(), EPOLL_CTL_ADD, socket, &event);
 }
@@ -118,7 +121,7 @@ void ProbeSet::handleSocket(curl_socket_t socket, uint32_t events)
     const auto found = m_probeOfSocket.find(socket);
     if (found == m_probeOfSocket.end())
         return;
-    if (events & EPOLLIN)
+    if (found->second && (events & EPOLLIN))
         found->second->received(Clock::now());
     act(socket, curlEvents(events));
 }

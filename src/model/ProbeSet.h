@@ -45,9 +45,10 @@ private:
     const Curl &m_curl;
     int m_wakeFd;
     FileDescriptor m_epoll;
-    std::unique_ptr<CURLM, decltype(Curl::multi_cleanup)> m_multi;
     std::unordered_map<CURL *, std::unique_ptr<Probe>> m_probes;
-    std::unordered_map<curl_socket_t, Probe *> m_probeOfSocket;
+    std::unordered_map<curl_socket_t, Probe *> m_probeOfSocket; // null for the library's own
+    std::unique_ptr<CURLM, decltype(Curl::multi_cleanup)>
+        m_multi; // ends first: it may still call watchSocket()
     Clock::time_point m_timer = Clock::time_point::max();
     // Not after any probe's deadline: a deadline only moves away while its request is under way.
     Clock::time_point m_nextDeadline = Clock::time_point::max();

@@ -9,9 +9,8 @@
 /// Every write goes to the file at once and replaces it as a whole, so that a reader and a crash find either
 /// the old file or the new one. It is laid over what the file holds at that moment: other programs' changes
 /// and keys that nobody here knows stay. A file that cannot be read as a JSON object counts as empty and is
-/// renamed to
-/// "<name>.broken-<n>" before it is replaced. Where the file cannot be written, values live in memory and are
-/// tried again with the next write. Main thread only.
+/// renamed to "<name>.broken-<n>" before it is replaced. Where the file cannot be written, values live in
+/// memory and are tried again with the next write. Main thread only.
 class UserDefaults
 {
 public:

@@ -6,6 +6,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <vector>
 
 namespace {
@@ -15,8 +16,12 @@ QString pathFromPasswordDatabase()
     std::vector<char> buffer(1024);
     passwd entry{};
     passwd *found = nullptr;
-    while (getpwuid_r(getuid(), &entry, buffer.data(), buffer.size(), &found) == ERANGE)
-        buffer.resize(buffer.size() * 2);
+    int error = 0;
+    while ((error = getpwuid_r(getuid(), &entry, buffer.data(), buffer.size(), &found)) == ERANGE ||
+           error == EINTR) {
+        if (error == ERANGE)
+            buffer.resize(buffer.size() * 2);
+    }
     if (!found || !found->pw_dir)
         return {};
     QString path = QFile::decodeName(found->pw_dir);

@@ -23,15 +23,7 @@ std::optional<QString> Service::prettyFolder() const
 
 size_t qHash(const Service &service, size_t seed)
 {
-    const QtPrivate::QHashCombine combine;
-    seed = qHashMulti(seed, service.pid, service.port, service.command, service.folderPath.has_value());
-    if (service.folderPath)
-        seed = combine(seed, *service.folderPath);
-    seed = combine(seed, service.displayName);
-    seed = combine(seed, service.framework);
-    seed = combine(seed, service.health);
-    seed = combine(seed, service.stats.has_value());
-    if (service.stats)
-        seed = combine(seed, *service.stats);
-    return seed;
+    return qHashMulti(seed, service.pid, service.port, service.command, service.folderPath.has_value(),
+                      service.folderPath.value_or(QString()), service.displayName, service.framework,
+                      service.health, service.stats.has_value(), service.stats.value_or(ProcessStats()));
 }

@@ -29,9 +29,8 @@ struct Service
 public:
     qint32 pid = 0;
     qint64 port = 0;
-    QString command; ///< the process's command name, as the socket listing gave it
-    std::optional<QString>
-        folderPath; ///< absolute path of its working folder; absent when it could not be found
+    QString command;                   ///< the process's command name, as the socket listing gave it
+    std::optional<QString> folderPath; ///< its working folder, absolute; absent when it could not be found
     QString displayName;
     Framework framework;
     Health health;

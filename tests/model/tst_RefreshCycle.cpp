@@ -336,20 +336,20 @@ TEST_F(RefreshCycle, SwitchingOffDuringARefreshEndsTheLoopAfterIt)
 
 TEST_F(RefreshCycle, SwitchingOnAgainBeginsANewWait)
 {
-    makeStore(100ms);
+    makeStore(500ms);
     m_store->setAutoRefresh(true);
-    QTest::qWait(60);
+    QTest::qWait(100);
     m_store->setAutoRefresh(false);
     QElapsedTimer timer;
     timer.start();
     m_store->setAutoRefresh(true);
     ASSERT_TRUE(eventually([this] { return m_scanner.begun() == 1; }));
-    EXPECT_GE(timer.elapsed(), 99);
+    EXPECT_GE(timer.elapsed(), 499);
 }
 
 TEST_F(RefreshCycle, ManyStartsLeaveOneLoop)
 {
-    makeStore(100ms);
+    makeStore(500ms);
     for (int i = 0; i < 3; ++i) {
         m_store->start();
         QTest::qWait(20);
@@ -359,12 +359,12 @@ TEST_F(RefreshCycle, ManyStartsLeaveOneLoop)
     // The loop's own refresh is held for longer than a wait. Had another loop gone on, it would be in the
     // middle of a wait when this one's begins.
     ASSERT_TRUE(eventually([this] { return m_scanner.begun() == 2; }));
-    QTest::qWait(150);
+    QTest::qWait(750);
     QElapsedTimer timer;
     timer.start();
     finishScan({});
     ASSERT_TRUE(eventually([this] { return m_scanner.begun() == 3; }));
-    EXPECT_GE(timer.elapsed(), 99);
+    EXPECT_GE(timer.elapsed(), 499);
 }
 
 // The end of the store, wherever its coroutines are suspended.

@@ -24,9 +24,9 @@ struct SocketOwner
 /// every process. Between two calls little changes, so a call looks only where something can have changed:
 /// - at the owners found before: does the process still hold the socket?
 /// - at processes that were not there before;
-/// - everywhere, when a socket then has no owner, and when that was last done `healingInterval` ago, because
-/// a
-///   process can be handed a socket by another at any time.
+/// - everywhere, when a socket then has no owner, and when that was last done `healingInterval` ago: a
+/// process
+///   can be handed a socket by another at any time.
 /// One thread at a time.
 class SocketOwners
 {
