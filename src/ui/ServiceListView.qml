@@ -49,12 +49,12 @@ Item {
             onTogglePin: row.rows.togglePin(row.service)
             onActiveFocusChanged: {
                 if (row.activeFocus)
-                    row.rows.positionViewAtIndex(row.index, ListView.Contain);
+                    row.rows.makeCurrent(row.index);
             }
             // The current row lives on wherever the list is scrolled or sorted to, and its menu with it.
             onMenuChanged: {
                 if (row.menu)
-                    row.rows.currentIndex = row.index;
+                    row.rows.makeCurrent(row.index);
             }
             ListView.onRemove: row.enabled = false
         }

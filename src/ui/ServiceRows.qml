@@ -10,13 +10,17 @@ ListView {
     signal stop(service: service)
     signal togglePin(service: service)
 
+    // Makes a row the current one and shows it whole. Positioning it in so many words also ends what a new current row
+    // begins: that the list follows it to wherever a refresh moves it.
+    function makeCurrent(index: int) {
+        root.currentIndex = index;
+        root.positionViewAtIndex(index, ListView.Contain);
+    }
+
     clip: true
     spacing: 8
     bottomMargin: 12
     boundsBehavior: root.contentHeight > root.height ? Flickable.DragAndOvershootBounds : Flickable.StopAtBounds
-    // The view moves for the keyboard alone, not because a refresh gave the current row another place.
-    highlightFollowsCurrentItem: false
-    keyNavigationEnabled: true
     Accessible.role: Accessible.List
     Accessible.name: "Services"
 

@@ -233,10 +233,38 @@ ViewTest {
         waitForRendering(list);
         const at = view(list).contentY;
         const before = seen(list);
-        bench.find(Samples.ordinary(200).map(service => service));
+        bench.find(Samples.ordinary(200));
         wait(250);
         compare(view(list).contentY, at);
         compare(seen(list), before);
+    }
+
+    function test_what_moves_or_goes_does_not_scroll_the_rest_data() {
+        return [
+            { tag: "a row in sight is pinned", pinned: 35, current: 0 },
+            { tag: "the current row in sight is pinned", pinned: 35, current: 35 },
+            { tag: "a row out of sight is pinned", pinned: 150, current: 0 },
+            { tag: "the current row out of sight is pinned", pinned: 1, current: 1 },
+            { tag: "the current row in sight goes", removed: 35, current: 35 },
+            { tag: "the current row out of sight goes", removed: 0, current: 0 }
+        ];
+    }
+
+    function test_what_moves_or_goes_does_not_scroll_the_rest(data) {
+        const list = make(Samples.ordinary(200));
+        view(list).makeCurrent(data.current);
+        view(list).contentY = 3000;
+        waitForRendering(list);
+        const at = view(list).contentY;
+        const top = seen(list)[0];
+        const visible = bench.store.visible;
+        if (data.pinned !== undefined)
+            bench.store.togglePin(visible[data.pinned]);
+        else
+            bench.store.removeService(visible[data.removed]);
+        wait(250);
+        compare(view(list).contentY, at);
+        compare(seen(list)[0], top);
     }
 
     function test_two_hundred_rows_cost_only_what_is_seen() {
