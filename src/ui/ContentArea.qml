@@ -7,7 +7,6 @@ Item {
 
     required property ServiceStore store
     required property ServiceActions actions
-    required property bool isWindow
 
     readonly property VisibleServicesModel services: VisibleServicesModel {
         store: root.store

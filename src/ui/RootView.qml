@@ -79,7 +79,6 @@ FocusScope {
         width: parent.width
         store: root.store
         actions: root.actions
-        isWindow: root.isWindow
     }
 
     FooterView {

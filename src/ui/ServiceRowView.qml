@@ -61,22 +61,9 @@ Item {
         id: hover
     }
 
-    RoundedRect {
+    RowGround {
         anchors.fill: parent
-        radius: 10
-        color: root.isActive ? Theme.cardHover : Theme.card
-        borderColor: root.isActive ? Theme.borderStrong : Theme.border
-
-        Behavior on color {
-            EaseOutColor {
-                duration: 130
-            }
-        }
-        Behavior on borderColor {
-            EaseOutColor {
-                duration: 130
-            }
-        }
+        isActive: root.isActive
     }
 
     MouseArea {

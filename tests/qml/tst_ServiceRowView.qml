@@ -229,10 +229,10 @@ ViewTest {
         const [row] = make();
         point(row);
         verify(row.hovering);
-        wait(40);
-        const status = Look.first(row, "StatusIndicator");
-        verify(status.opacity > 0 && status.opacity < 1); // on its way
+        const start = Date.now();
+        verify(Look.first(row, "StatusIndicator").opacity > 0); // on its way
         tryVerify(() => !Look.first(row, "StatusIndicator"));
+        verify(Date.now() - start >= 120);
         tryCompare(card(row), "color", Theme.cardHover);
         tryCompare(card(row), "borderColor", Theme.borderStrong);
         compare(Look.symbols(Look.first(row, "RowTrailing")), ["arrow.up.right", "doc.on.doc", "stop.fill", "ellipsis"]);
@@ -295,10 +295,11 @@ ViewTest {
         compare(Look.symbol(row, "checkmark").color, Theme.online);
         verify(!Look.symbol(row, "doc.on.doc"));
         wait(500);
+        const second = Date.now();
         mouseClick(button(row, "Copy URL")); // does not make it last longer
-        tryVerify(() => !row.copied, 3000);
-        const lasted = Date.now() - first;
-        verify(lasted >= 1090 && lasted < 1500, lasted + " ms");
+        tryVerify(() => !row.copied);
+        verify(Date.now() - first >= 1090);
+        verify(Date.now() - second < 1090);
         verify(Look.symbol(row, "doc.on.doc"));
     }
 
