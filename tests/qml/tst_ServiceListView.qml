@@ -163,16 +163,6 @@ ViewTest {
         compare(actions.calls, ["copyPort 20-20"]);
     }
 
-    function test_transitions() {
-        const transitions = view(make(services(1)));
-        const fadeIn = transitions.add.animations[0];
-        const fadeOut = transitions.remove.animations[0];
-        compare([fadeIn.property, fadeIn.from, fadeIn.to, fadeIn.duration], ["opacity", 0, 1, 180]);
-        compare([fadeOut.property, fadeOut.to, fadeOut.duration], ["opacity", 0, 180]);
-        for (const slide of [transitions.move.animations[0], transitions.displaced.animations[0]])
-            compare([slide.property, slide.duration], ["y", 180]);
-    }
-
     function test_rows_fade_in_and_the_others_slide() {
         const list = make(services(10, 20));
         const below = row(list, "s20");
@@ -183,6 +173,7 @@ ViewTest {
         bench.find(services(10, 15, 20));
         tryVerify(() => row(list, "s15"));
         const added = row(list, "s15");
+        verify(added.opacity < 1 || Date.now() - start >= 180);
         settled(list);
         verify(Date.now() - start >= 170);
         verify(moves > 1, "in steps");
