@@ -78,14 +78,16 @@ class Desktop(Session):
     def hold_scan(self):
         """Stops the tool that a scan is waiting for, so that the scan is under way for certain until it loses its patience;
         returns the tool's process id. For a program started with PORTOLAN_TOOLS=external."""
-        return eventually(self._hold_tool, "the scan's tool to be caught at work")
+        return eventually(self._hold_tool, "the scan's tool to be caught at work", pause=0)
 
     def _hold_tool(self):
         for children in Path(f"/proc/{self.program.pid}/task").glob("*/children"):
             try:
                 for child in children.read_text().split():
-                    os.kill(int(child), signal.SIGSTOP)
-                    return int(child)
+                    # Held before it has become the tool, it would hold its parent as well.
+                    if Path(f"/proc/{child}/comm").read_text() == "lsof\n":
+                        os.kill(int(child), signal.SIGSTOP)
+                        return int(child)
             except (FileNotFoundError, ProcessLookupError):
                 pass  # it was faster
         return None

@@ -13,13 +13,13 @@ HERE = Path(__file__).resolve().parent
 PATIENCE = 10  # seconds; what takes longer has failed
 
 
-def eventually(condition, what, patience=PATIENCE):
-    """Waits until `condition` gives something true, and returns that."""
+def eventually(condition, what, patience=PATIENCE, pause=0.02):
+    """Waits until `condition` gives something true, and returns that. Looks again after each `pause`."""
     deadline = time.monotonic() + patience
     while not (result := condition()):
         if time.monotonic() > deadline:
             raise AssertionError(f"waited {patience} s for: {what}")
-        time.sleep(0.02)
+        time.sleep(pause)
     return result
 
 

@@ -26,6 +26,7 @@ class List(Scenario):
         d = self.desktop
         for name in ("design-system", "field-notes", "invoices"):
             d.serve(name)
+        d.click_on("Refresh")
         for name in ("design-system", "field-notes", "invoices"):
             d.find(name, role="list item")
         time.sleep(1)  # rows slide into their places

@@ -5,7 +5,7 @@ from pathlib import Path
 
 from driver import Scenario, eventually
 
-SECONDS = 4
+SECONDS = 3
 
 
 class Hidden(Scenario):
