@@ -56,12 +56,12 @@ class Session:
                 process.wait()
             if process.stdout:
                 process.stdout.close()
-        # What the bus has started may still write its state while it ends.
+        # What the bus has started may still write its state while it ends: removed until it stays removed.
         for _ in range(20):
             shutil.rmtree(self.folder, ignore_errors=True)
+            time.sleep(0.1)
             if not self.folder.exists():
                 return
-            time.sleep(0.05)
 
     def spawn(self, *command, log=None, **options):
         """Starts a program of the session; its output goes to the file `log` of the session's folder."""
