@@ -50,6 +50,8 @@ class ServiceStore : public QObject
     Q_PROPERTY(QList<Service> visible READ visible NOTIFY visibleChanged BINDABLE bindableVisible FINAL)
     Q_PROPERTY(
         int runningCount READ runningCount NOTIFY runningCountChanged BINDABLE bindableRunningCount FINAL)
+    // For QML, where reading a list to count it leaves a copy of it behind until the garbage is collected.
+    Q_PROPERTY(int serviceCount READ serviceCount NOTIFY servicesChanged FINAL)
     // QML cannot name enumerators that begin with a small letter, so it speaks of orders by their raw value.
     Q_PROPERTY(QString sortOrderId READ sortOrderId WRITE setSortOrderId NOTIFY sortOrderChanged FINAL)
     Q_PROPERTY(QList<SortOrder> sortOrders READ sortOrders CONSTANT FINAL)
@@ -72,6 +74,7 @@ public:
 
     /// All services, in the scan's order.
     [[nodiscard]] QList<Service> services() const { return m_services; }
+    [[nodiscard]] int serviceCount() const { return int(m_services.value().size()); }
     /// Whether a scan is under way.
     [[nodiscard]] bool isScanning() const { return m_isScanning; }
     /// When the last scan was completed; invalid before.

@@ -11,7 +11,7 @@ Item {
     readonly property VisibleServicesModel services: VisibleServicesModel {
         store: root.store
     }
-    readonly property int shown: ContentState.of(root.store.services.length > 0, root.store.isScanning, root.services.count > 0)
+    readonly property int shown: ContentState.of(root.store.serviceCount > 0, root.store.isScanning, root.services.count > 0)
 
     implicitHeight: root.shown === ContentState.List ? list.implicitHeight : root.shown === ContentState.Loading ? loading.implicitHeight : empty.implicitHeight
 

@@ -48,7 +48,7 @@ Rectangle {
         CountBadge {
             anchors.verticalCenter: parent.verticalCenter
             runningCount: root.store.runningCount
-            totalCount: root.store.services.length
+            totalCount: root.store.serviceCount
         }
 
         SettingsButton {

@@ -96,10 +96,12 @@ TEST_F(RefreshCycle, AnEmptyScanEmptiesTheListAndProbesNothing)
 {
     makeStore();
     scan({service(1, 10)});
+    EXPECT_EQ(m_store->serviceCount(), 1);
     bool done = false;
     m_store->refresh().then([&] { done = true; });
     finishScan({});
     EXPECT_TRUE(m_store->services().isEmpty());
+    EXPECT_EQ(m_store->serviceCount(), 0);
     EXPECT_TRUE(done);
     EXPECT_EQ(m_checker.ports().size(), 1);
 }
