@@ -334,6 +334,19 @@ TEST_F(ServiceStoreTest, BindablesCannotBeAssignedPastTheSetters)
     }
 }
 
+TEST_F(ServiceStoreTest, CountsItsServicesAloudForThoseWhoNeedNoMore)
+{
+    makeStore();
+    QSignalSpy changes(m_store.get(), &ServiceStore::servicesChanged);
+    const QMetaProperty count =
+        m_store->metaObject()->property(m_store->metaObject()->indexOfProperty("serviceCount"));
+    EXPECT_EQ(count.read(m_store.get()), 0);
+    EXPECT_EQ(count.notifySignal(), QMetaMethod::fromSignal(&ServiceStore::servicesChanged));
+    scan({service(1, 10), service(2, 20)});
+    EXPECT_EQ(count.read(m_store.get()), 2);
+    EXPECT_GE(changes.count(), 1);
+}
+
 TEST_F(ServiceStoreTest, OrdersHaveAFaceOfTexts)
 {
     makeStore();
