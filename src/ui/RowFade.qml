@@ -5,7 +5,8 @@ import Portolan
 Rectangle {
     id: root
 
-    readonly property color ground: Qt.tint(Theme.canvas, Theme.cardHover)
+    // Seen through in as many steps as the row's own ground is painted with, or the two differ by a shade.
+    readonly property color ground: Qt.tint(Theme.canvas, Qt.alpha(Theme.cardHover, Math.floor(Theme.cardHover.a * 255) / 255))
 
     gradient: Gradient {
         orientation: Gradient.Horizontal
