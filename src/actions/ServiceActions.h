@@ -13,7 +13,8 @@ namespace ServiceActions {
 inline constexpr std::chrono::milliseconds stopGrace(1500);
 
 /// Sends SIGTERM to the server's process now and, if it still is there after `stopGrace`, SIGKILL. Never
-/// reaches another process that has got the id since. A program that ends earlier leaves it at SIGTERM.
+/// reaches another process that has got the id since this call. A program that ends earlier leaves it at
+/// SIGTERM.
 void stop(const Service &service);
 
 /// Opens the server's address in the user's browser.

@@ -36,9 +36,10 @@ struct Stopping
 
 std::vector<Stopping> stop(const QList<Service> &services)
 {
+    // All are told before a word is written: a terminal that is held would hold up the signals, and meanwhile
+    // the ids could go to other processes.
     std::vector<Stopping> stopping;
     for (const Service &service : services) {
-        (void)Output::write(u"Stopping %1…\n"_s.arg(described(service)).toUtf8());
         ProcessHandle process(service.pid);
         const bool isTold = std::ranges::any_of(
             stopping, [&](const Stopping &other) { return other.service.pid == service.pid; });
@@ -46,6 +47,8 @@ std::vector<Stopping> stop(const QList<Service> &services)
             ServiceActions::stop(service);
         stopping.push_back({service, std::move(process), Clock::now()});
     }
+    for (const Stopping &one : stopping)
+        (void)Output::write(u"Stopping %1…\n"_s.arg(described(one.service)).toUtf8());
     return stopping;
 }
 

@@ -41,6 +41,7 @@ Call makeCall(const QString &program, const QStringList &arguments)
 
 void dropDescriptors()
 {
+    closefrom(STDERR_FILENO + 1); // first: at the limit no other could be opened
     const int null = open("/dev/null", O_RDWR);
     for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         dup2(null, standard);

@@ -8,7 +8,6 @@ Item {
     required property string text
     required property bool resting
 
-    property int delay: 600
     property HintBubble bubble
     readonly property bool isShown: root.bubble !== null
 
@@ -24,7 +23,7 @@ Item {
     onTextChanged: root.hide()
 
     Timer {
-        interval: root.delay
+        interval: 600
         running: root.resting && root.text !== ""
         onTriggered: root.bubble = bubbleComponent.createObject(root, {
             target: root.parent,

@@ -8,6 +8,7 @@ Item {
     required property string text
 
     property bool isCheckable: false
+    property bool isIndented: root.isCheckable // as all are in a menu where one is checkable
     property bool isChecked: false
     property bool isDestructive: false
 
@@ -39,7 +40,7 @@ Item {
     ExactText {
         id: label
 
-        x: root.isCheckable ? 27 : 10
+        x: root.isIndented ? 27 : 10
         anchors.verticalCenter: parent.verticalCenter
         text: root.text
         font: Fonts.system(12.5)

@@ -9,30 +9,32 @@ Item {
 
     property string hint
     property real radius: 7
-    property bool takesPointer: true
     readonly property bool hovering: hover.hovered
 
     signal clicked
+
+    // A key that is held presses once.
+    function press(event: KeyEvent) {
+        if (!event.isAutoRepeat)
+            root.clicked();
+    }
 
     activeFocusOnTab: true
     Accessible.role: Accessible.Button
     Accessible.name: root.name
     Accessible.onPressAction: root.clicked()
-    Keys.onSpacePressed: root.clicked()
-    Keys.onReturnPressed: root.clicked()
-    Keys.onEnterPressed: root.clicked()
+    Keys.onSpacePressed: event => root.press(event)
+    Keys.onReturnPressed: event => root.press(event)
+    Keys.onEnterPressed: event => root.press(event)
 
     HoverHandler {
         id: hover
-
-        enabled: root.takesPointer
     }
 
     MouseArea {
         id: pointer
 
         anchors.fill: parent
-        enabled: root.takesPointer
         onClicked: root.clicked()
     }
 

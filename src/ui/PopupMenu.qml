@@ -40,6 +40,12 @@ FocusScope {
             root.current.triggered();
     }
 
+    // A key has to be pressed for it: the one that opened the menu may still be held.
+    function triggerByKey(event: KeyEvent) {
+        if (!event.isAutoRepeat)
+            root.trigger();
+    }
+
     function edge(first: bool): Item {
         return first ? above.nextItemInFocusChain(true) : below.nextItemInFocusChain(false);
     }
@@ -52,9 +58,9 @@ FocusScope {
     Keys.onUpPressed: root.step(false)
     Keys.onTabPressed: root.step(true)
     Keys.onBacktabPressed: root.step(false)
-    Keys.onReturnPressed: root.trigger()
-    Keys.onEnterPressed: root.trigger()
-    Keys.onSpacePressed: root.trigger()
+    Keys.onReturnPressed: event => root.triggerByKey(event)
+    Keys.onEnterPressed: event => root.triggerByKey(event)
+    Keys.onSpacePressed: event => root.triggerByKey(event)
     Keys.onEscapePressed: root.close()
     Keys.onMenuPressed: root.close()
     Keys.onPressed: event => {

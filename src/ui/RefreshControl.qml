@@ -17,6 +17,8 @@ Item {
         opacity: root.store.isScanning ? 0 : 1
         symbol: "arrow.clockwise"
         label: "Refresh"
+        hint: root.store.isScanning ? "" : button.label
+        Accessible.ignored: root.store.isScanning
         onClicked: root.store.refreshNow()
     }
 

@@ -29,6 +29,12 @@ Item {
         }) as ServiceMenu;
     }
 
+    // A key that is held opens one page.
+    function openByKey(event: KeyEvent) {
+        if (!event.isAutoRepeat)
+            root.actions.openInBrowser(root.service);
+    }
+
     function openMenuAtTile() {
         root.openMenu(Qt.rect(tile.x, tile.y, tile.width, tile.height));
     }
@@ -39,8 +45,8 @@ Item {
     Accessible.name: ServicePresentation.spoken(root.service, root.isPinned)
     Accessible.focusable: true
     Accessible.onPressAction: root.actions.openInBrowser(root.service)
-    Keys.onReturnPressed: root.actions.openInBrowser(root.service)
-    Keys.onEnterPressed: root.actions.openInBrowser(root.service)
+    Keys.onReturnPressed: event => root.openByKey(event)
+    Keys.onEnterPressed: event => root.openByKey(event)
     Keys.onMenuPressed: root.openMenuAtTile()
     Keys.onPressed: event => {
         if (event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier)

@@ -45,6 +45,7 @@ PopupMenu {
     MenuSeparator {}
     MenuEntry {
         text: "Refresh Now"
+        isIndented: true
         onTriggered: root.store.refreshNow()
     }
 }

@@ -17,7 +17,6 @@ class StopSequence : public QObject
     QML_ELEMENT
     Q_PROPERTY(ServiceStore *store MEMBER m_store REQUIRED FINAL)
     Q_PROPERTY(ServiceActionsFace *actions MEMBER m_actions REQUIRED FINAL)
-    Q_PROPERTY(int rescanDelay MEMBER m_rescanDelay FINAL)
 
 public:
     using QObject::QObject;
@@ -27,5 +26,4 @@ public:
 private:
     QPointer<ServiceStore> m_store;
     QPointer<ServiceActionsFace> m_actions;
-    int m_rescanDelay = 1400; // a scan at once would still see the dying listener
 };

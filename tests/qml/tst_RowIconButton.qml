@@ -86,6 +86,14 @@ ViewTest {
         compare(clicks.count, 1);
     }
 
+    function test_is_pressed_once_by_a_key_that_is_held() {
+        const button = make();
+        button.forceActiveFocus();
+        for (const key of [Qt.Key_Space, Qt.Key_Return, Qt.Key_Enter])
+            Hands.hold(button, key);
+        compare(clicks.count, 3);
+    }
+
     function test_is_not_pressed_by_the_right_button() {
         const button = make();
         mouseClick(button, 13, 13, Qt.RightButton);

@@ -307,6 +307,13 @@ ViewTest {
         verify(Look.symbol(row, "doc.on.doc"));
     }
 
+    function test_a_key_that_is_held_opens_one_page() {
+        const [row, actions] = make();
+        row.forceActiveFocus();
+        Hands.hold(row, Qt.Key_Return);
+        compare(actions.calls, ["openInBrowser 4242-5173"]);
+    }
+
     function test_keys() {
         const [row, actions] = make();
         row.forceActiveFocus();

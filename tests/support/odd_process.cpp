@@ -7,6 +7,7 @@
 #include <functional>
 #include <iostream>
 #include <map>
+#include <numeric>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -178,6 +179,15 @@ Answer becomeUser(std::istringstream &line)
     return {};
 }
 
+/// groups COUNT: is in that many groups
+Answer joinGroups(std::istringstream &line)
+{
+    std::vector<gid_t> groups(argument<size_t>(line));
+    std::iota(groups.begin(), groups.end(), gid_t(1'000'000'000));
+    checked(setgroups(groups.size(), groups.data()), "setgroups");
+    return {};
+}
+
 /// compute MILLISECONDS: uses that much processor time
 Answer compute(std::istringstream &line)
 {
@@ -199,6 +209,7 @@ const std::map<std::string, Order> orders = {
     {"fork", [](std::istringstream &) { return startChild(true); }},
     {"zombie", [](std::istringstream &) { return startChild(false); }},
     {"user", becomeUser},
+    {"groups", joinGroups},
     {"compute", compute},
 };
 

@@ -4,6 +4,7 @@
 #include "ProcFs.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <cwchar>

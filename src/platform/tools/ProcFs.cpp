@@ -1,5 +1,6 @@
 #include "ProcFs.h"
 
+#include <cerrno>
 #include <charconv>
 #include <cstdio>
 #include <cstring>

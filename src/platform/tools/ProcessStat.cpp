@@ -1,5 +1,6 @@
 #include "ProcessStat.h"
 
+#include <algorithm>
 #include <charconv>
 
 namespace {

@@ -85,9 +85,9 @@ std::string Ps::stats(pid_t pid)
 {
     static const long ticksPerSecond = sysconf(_SC_CLK_TCK);
     char statText[1024];
-    char statusText[4096];
     const auto stat = ProcFs::readInto(statText, ProcFs::Path(pid, "stat").text());
-    const auto status = ProcFs::readInto(statusText, ProcFs::Path(pid, "status").text());
+    // Of any length: it lists all groups of the user, who can be in hundreds.
+    const auto status = ProcFs::readAll(ProcFs::Path(pid, "status").text());
     const auto times = stat ? parseProcessStat(*stat) : std::nullopt;
     const auto memory = status ? parseProcessStatus(*status) : std::nullopt;
     if (!times || !memory || memory->threadGroup != pid)

@@ -349,6 +349,15 @@ TEST(ToolDifferences, NoneInWhatIsNoLivingProcess)
     EXPECT_TRUE(builtinAnswer(Invocation::stats(zombie)).endsWith("  0.0     0\n"));
 }
 
+TEST(ToolDifferences, NoneForAUserOfManyGroups)
+{
+    if (!isRoot())
+        GTEST_SKIP() << "only root can join groups";
+    OddProcess process;
+    process.tell("groups 400");
+    EXPECT_EQ(answerDifference(Invocation::stats(process.pid())), "");
+}
+
 TEST(ToolDifferences, NoneForAndAmongOtherUsers)
 {
     if (!isRoot())
