@@ -10,7 +10,7 @@ import time
 from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
-PATIENCE = 10  # seconds; what takes longer has failed
+PATIENCE = 30  # seconds; what takes longer has failed
 
 
 def eventually(condition, what, patience=PATIENCE, pause=0.02):
