@@ -1,5 +1,8 @@
 #include "ProcessHandle.h"
 
+#include "ProcFs.h"
+#include "ProcessStat.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
@@ -30,10 +33,19 @@ bool waitReadable(int fd, Clock::time_point end)
     return ready > 0;
 }
 
-bool waitGone(qint32 pid, Clock::time_point end)
+/// When the process that has `pid` now was started.
+std::optional<unsigned long long> startOf(qint32 pid)
+{
+    char text[1024];
+    const auto line = ProcFs::readInto(text, ProcFs::Path(pid, "stat").text());
+    const auto stat = line ? parseProcessStat(*line) : std::nullopt;
+    return stat ? std::optional(stat->startTicks) : std::nullopt;
+}
+
+bool waitGone(qint32 pid, unsigned long long start, Clock::time_point end)
 {
     constexpr std::chrono::milliseconds pause(10);
-    while (kill(pid, 0) == 0 || errno != ESRCH) {
+    while (startOf(pid) == start) {
         if (Clock::now() >= end)
             return false;
         std::this_thread::sleep_for(pause);
@@ -49,7 +61,9 @@ ProcessHandle::ProcessHandle(qint32 pid)
         return;
     m_pidfd = FileDescriptor(int(syscall(SYS_pidfd_open, pid, 0)));
     const bool noSuchProcess = !m_pidfd.isOpen() && (errno == ESRCH || errno == EINVAL);
-    m_pid = noSuchProcess ? 0 : pid;
+    if (!m_pidfd.isOpen() && !noSuchProcess)
+        m_start = startOf(pid);
+    m_pid = m_pidfd.isOpen() || m_start ? pid : 0;
 }
 
 bool ProcessHandle::send(int signal) const
@@ -57,7 +71,7 @@ bool ProcessHandle::send(int signal) const
     if (m_pid == 0)
         return false;
     if (!m_pidfd.isOpen())
-        return kill(m_pid, signal) == 0;
+        return startOf(m_pid) == m_start && kill(m_pid, signal) == 0;
     return syscall(SYS_pidfd_send_signal, m_pidfd.get(), signal, nullptr, 0) == 0;
 }
 
@@ -66,5 +80,5 @@ bool ProcessHandle::waitForEnd(std::chrono::milliseconds limit) const
     if (m_pid == 0)
         return true;
     const auto end = Clock::now() + limit;
-    return m_pidfd.isOpen() ? waitReadable(m_pidfd.get(), end) : waitGone(m_pid, end);
+    return m_pidfd.isOpen() ? waitReadable(m_pidfd.get(), end) : waitGone(m_pid, *m_start, end);
 }

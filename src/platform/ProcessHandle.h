@@ -5,25 +5,29 @@
 #include <QtGlobal>
 
 #include <chrono>
+#include <optional>
 #include <utility>
 
-/// One running process, held so that a signal can never reach another one that gets its id later. Where the
-/// kernel has no pidfd it is the bare id, with the weakness of kill(2). Any thread.
+/// One running process, held so that a signal can never reach another one that gets its id later: by a pidfd,
+/// or where there is none to be had, by its id and the time of its start. Any thread.
 class ProcessHandle
 {
 public:
-    /// Holds the process that has `pid` now, whoever owns it. Holds none if there is none, and for an id that
-    /// does not name one process (kill(2) takes 0 and negative ids for groups).
+    /// Holds the process that has `pid` now, whoever owns it. Holds none if there is none or it could not be
+    /// told from a later one, and for an id that does not name one process (kill(2) takes 0 and negative ids
+    /// for groups).
     explicit ProcessHandle(qint32 pid);
 
     ProcessHandle(ProcessHandle &&other) noexcept
         : m_pid(std::exchange(other.m_pid, 0))
         , m_pidfd(std::move(other.m_pidfd))
+        , m_start(other.m_start)
     {}
     ProcessHandle &operator=(ProcessHandle &&other) noexcept
     {
         std::swap(m_pid, other.m_pid);
         std::swap(m_pidfd, other.m_pidfd);
+        std::swap(m_start, other.m_start);
         return *this;
     }
 
@@ -35,6 +39,7 @@ public:
     [[nodiscard]] bool waitForEnd(std::chrono::milliseconds limit) const;
 
 private:
-    qint32 m_pid = 0;       ///< 0: holds none
-    FileDescriptor m_pidfd; ///< not open with a pid: no pidfd to be had
+    qint32 m_pid = 0;                          ///< 0: holds none
+    FileDescriptor m_pidfd;                    ///< not open with a pid: no pidfd to be had
+    std::optional<unsigned long long> m_start; ///< what tells it apart then: in clock ticks since boot
 };

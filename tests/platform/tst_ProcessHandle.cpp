@@ -5,11 +5,15 @@
 
 #include <cerrno>
 #include <cstddef>
+#include <ctime>
 #include <limits>
+#include <thread>
 
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/times.h>
 
 using namespace std::chrono_literals;
 
@@ -30,18 +34,74 @@ bool hidePidfds()
            syscall(SYS_pidfd_open, getpid(), 0) < 0 && errno == ENOSYS;
 }
 
-/// Exits with 0 if everything that is promised holds without pidfds.
-[[noreturn]] void checkWithoutPidfds()
+/// Runs `check` in a process of its own, whose fate is no other test's. Its exit status.
+template <typename Check>
+int inAnotherProcess(Check check)
+{
+    const pid_t checker = fork();
+    if (checker == 0)
+        _exit(check());
+    int status = 0;
+    return waitpid(checker, &status, 0) == checker && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+constexpr int notPermitted = 77;
+
+/// 0 if everything that is promised holds without pidfds.
+int checkWithoutPidfds()
 {
     if (!hidePidfds())
-        _exit(77);
+        return notPermitted;
     TestChild child(TestChild::endsOnTerm);
     const ProcessHandle process(child.pid());
     const bool wasThere = process.send(0) && !process.waitForEnd(20ms);
     const bool wasSignalled = process.send(SIGTERM) && child.collect() == SIGTERM;
     const bool isGone = !process.send(0) && process.waitForEnd(20ms);
     const bool spareGroups = !ProcessHandle(0).send(0) && !ProcessHandle(-1).send(0);
-    _exit(wasThere && wasSignalled && isGone && spareGroups ? 0 : 1);
+    return wasThere && wasSignalled && isGone && spareGroups ? 0 : 1;
+}
+
+/// Lets pass the clock tick that the kernel notes as the time of a start.
+void awaitNextTick()
+{
+    const auto tick = [] { return std::clock_t(times(nullptr)); };
+    const std::clock_t now = tick();
+    while (tick() <= now + 1)
+        std::this_thread::yield();
+}
+
+/// 0 if without pidfds a process is told from one that gets its id.
+int checkNewcomerWithoutPidfds()
+{
+    TestChild child(TestChild::endsOnTerm);
+    const pid_t pid = child.pid();
+    if (!hidePidfds())
+        return notPermitted;
+    const ProcessHandle process(pid);
+    if (!process.send(SIGTERM) || child.collect() != SIGTERM)
+        return 1;
+    awaitNextTick();
+    const auto newcomer = TestChild::withPid(pid, TestChild::endsOnTerm);
+    if (!newcomer)
+        return notPermitted;
+    const bool isReached = process.send(0) || process.send(SIGKILL) || !newcomer->isAlive();
+    return !isReached && process.waitForEnd(0ms) ? 0 : 1;
+}
+
+/// 0 if a process is left alone that could not be held for want of descriptors.
+int checkWithoutDescriptors()
+{
+    TestChild child(TestChild::endsOnTerm);
+    rlimit all = {};
+    getrlimit(RLIMIT_NOFILE, &all);
+    rlimit none = all;
+    none.rlim_cur = 0;
+    setrlimit(RLIMIT_NOFILE, &none);
+    const ProcessHandle process(child.pid());
+    const bool wasSignalled = process.send(SIGKILL);
+    setrlimit(RLIMIT_NOFILE, &all);
+    const bool isSignalled = process.send(SIGKILL);
+    return !wasSignalled && !isSignalled && child.isAlive() ? 0 : 1;
 }
 
 } // namespace
@@ -108,15 +168,23 @@ TEST(ProcessHandle, CanBeMoved)
     EXPECT_EQ(child.collect(), SIGTERM);
 }
 
-TEST(ProcessHandle, DoesWithBareIdsWhereTheKernelHasNoPidfds)
+TEST(ProcessHandle, DoesWithoutPidfdsWhereTheKernelHasNone)
 {
-    const pid_t checker = fork();
-    if (checker == 0)
-        checkWithoutPidfds();
-    int status = 0;
-    ASSERT_EQ(waitpid(checker, &status, 0), checker);
-    ASSERT_TRUE(WIFEXITED(status));
-    if (WEXITSTATUS(status) == 77)
+    const int status = inAnotherProcess(checkWithoutPidfds);
+    if (status == notPermitted)
         GTEST_SKIP() << "system call filters are not permitted here";
-    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_EQ(status, 0);
+}
+
+TEST(ProcessHandle, NeverReachesANewcomerWithoutPidfdsEither)
+{
+    const int status = inAnotherProcess(checkNewcomerWithoutPidfds);
+    if (status == notPermitted)
+        GTEST_SKIP() << "system call filters, or choosing a process id, are not permitted here";
+    EXPECT_EQ(status, 0);
+}
+
+TEST(ProcessHandle, HoldsNobodyWhereThereIsNoDescriptorToHoldHimBy)
+{
+    EXPECT_EQ(inAnotherProcess(checkWithoutDescriptors), 0);
 }
