@@ -7,7 +7,7 @@ Escalation::Escalation(std::chrono::milliseconds grace)
     , m_thread([this](const std::stop_token &stop) { run(stop); })
 {}
 
-void Escalation::add(ProcessHandle process)
+void Escalation::add(std::shared_ptr<const ProcessHandle> process)
 {
     const std::lock_guard lock(m_mutex);
     m_pending.push_back({std::chrono::steady_clock::now() + m_grace, std::move(process)});
@@ -24,7 +24,7 @@ void Escalation::run(const std::stop_token &stop)
         m_added.wait_until(lock, stop, m_pending.front().due, [] { return false; });
         if (stop.stop_requested())
             return;
-        const ProcessHandle &process = m_pending.front().process;
+        const ProcessHandle &process = *m_pending.front().process;
         if (process.send(0))
             process.send(SIGKILL);
         m_pending.pop_front();

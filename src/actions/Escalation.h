@@ -5,6 +5,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <deque>
+#include <memory>
 #include <mutex>
 #include <stop_token>
 #include <thread>
@@ -17,13 +18,13 @@ public:
     explicit Escalation(std::chrono::milliseconds grace);
 
     /// Sends SIGKILL to `process` after the grace time, if it still is there.
-    void add(ProcessHandle process);
+    void add(std::shared_ptr<const ProcessHandle> process);
 
 private:
     struct Pending
     {
         std::chrono::steady_clock::time_point due;
-        ProcessHandle process;
+        std::shared_ptr<const ProcessHandle> process;
     };
 
     void run(const std::stop_token &stop);

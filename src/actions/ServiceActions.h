@@ -3,6 +3,9 @@
 #include "Service.h"
 
 #include <chrono>
+#include <memory>
+
+class ProcessHandle;
 
 /// What the user can do to a discovered server. Every action acts at once, on the main thread, without
 /// waiting for anybody; none of them reports a failure or changes the list. Without a folder the folder
@@ -16,6 +19,8 @@ inline constexpr std::chrono::milliseconds stopGrace(1500);
 /// reaches another process that has got the id since this call. A program that ends earlier leaves it at
 /// SIGTERM.
 void stop(const Service &service);
+/// The same to a process that is held already, whoever has its id by now.
+void stop(std::shared_ptr<const ProcessHandle> process);
 
 /// Opens the server's address in the user's browser.
 void openInBrowser(const Service &service);

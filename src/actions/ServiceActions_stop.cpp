@@ -8,8 +8,12 @@
 
 void ServiceActions::stop(const Service &service)
 {
-    ProcessHandle process(service.pid);
-    process.send(SIGTERM);
+    stop(std::make_shared<ProcessHandle>(service.pid));
+}
+
+void ServiceActions::stop(std::shared_ptr<const ProcessHandle> process)
+{
+    process->send(SIGTERM);
     try {
         static Escalation escalation(stopGrace);
         escalation.add(std::move(process));

@@ -6,6 +6,9 @@
 #include "TerminalText.h"
 
 #include <algorithm>
+#include <functional>
+#include <iterator>
+#include <memory>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -26,36 +29,49 @@ QString described(const Service &service)
                                              QString::number(service.pid), QString::number(service.port));
 }
 
-/// A server that has been told to end.
+/// A server that is to end.
 struct Stopping
 {
     Service service;
-    ProcessHandle process;
+    std::shared_ptr<const ProcessHandle> process;
     Clock::time_point since;
 };
 
-std::vector<Stopping> stop(const QList<Service> &services)
+std::vector<Stopping> held(const QList<Service> &services)
 {
-    // All are told before a word is written: a terminal that is held would hold up the signals, and meanwhile
-    // the ids could go to other processes.
-    std::vector<Stopping> stopping;
+    std::vector<Stopping> all;
     for (const Service &service : services) {
-        ProcessHandle process(service.pid);
-        const bool isTold = std::ranges::any_of(
-            stopping, [&](const Stopping &other) { return other.service.pid == service.pid; });
-        if (!isTold)
-            ServiceActions::stop(service);
-        stopping.push_back({service, std::move(process), Clock::now()});
+        const auto same =
+            std::ranges::find(all, service.pid, [](const Stopping &o) { return o.service.pid; });
+        all.push_back({service, same != all.end() ? same->process
+                                                  : std::make_shared<const ProcessHandle>(service.pid)});
     }
-    for (const Stopping &one : stopping)
-        (void)Output::write(u"Stopping %1…\n"_s.arg(described(one.service)).toUtf8());
-    return stopping;
+    return all;
+}
+
+/// Moves those that `isTaken` is true of out of `all`.
+template <typename Predicate>
+std::vector<Stopping> taken(std::vector<Stopping> &all, Predicate isTaken)
+{
+    const auto part = std::ranges::stable_partition(all, std::not_fn(isTaken));
+    std::vector<Stopping> result(std::make_move_iterator(part.begin()), std::make_move_iterator(part.end()));
+    all.erase(part.begin(), part.end());
+    return result;
+}
+
+void tell(std::vector<Stopping> &all)
+{
+    for (auto one = all.begin(); one != all.end(); ++one) {
+        if (std::none_of(all.begin(), one, [&](const Stopping &o) { return o.process == one->process; }))
+            ServiceActions::stop(one->process);
+        one->since = Clock::now();
+    }
 }
 
 /// Waits for at most `patience` and says so when the server has ended.
 bool reportEnd(const Stopping &stopping, std::chrono::milliseconds patience)
 {
-    if (!stopping.process.waitForEnd(patience))
+    if (!stopping.process->waitForEnd(patience))
         return false;
     const std::chrono::duration<double> time = Clock::now() - stopping.since;
     (void)Output::write(
@@ -67,7 +83,7 @@ bool reportEnd(const Stopping &stopping, std::chrono::milliseconds patience)
 /// Says so of a server that lives on because it takes no signals from this user.
 bool reportImmune(const Stopping &stopping)
 {
-    if (stopping.process.send(0) || stopping.process.waitForEnd(0ms))
+    if (stopping.process->send(0) || stopping.process->waitForEnd(0ms))
         return false;
     Output::complain(described(stopping.service) + u" belongs to another user"_s);
     return true;
@@ -88,7 +104,23 @@ bool reportEnds(std::vector<Stopping> stopping)
 
 } // namespace
 
-bool Ending::of(const QList<Service> &services)
+bool Ending::of(const QList<Service> &services, const std::function<QList<Service>()> &lookAgain)
 {
-    return reportEnds(stop(services));
+    if (services.isEmpty())
+        return true;
+    std::vector<Stopping> stopping = held(services);
+    const QList<Service> listed = lookAgain();
+    const auto ended = taken(stopping, [](const Stopping &one) { return one.process->waitForEnd(0ms); });
+    const auto strange = taken(stopping, [&](const Stopping &one) {
+        return std::ranges::find(listed, one.service.id(), &Service::id) == listed.end();
+    });
+    // All are told before a word is written: a terminal that is held would hold up the signals.
+    tell(stopping);
+    for (const Stopping &one : ended)
+        (void)Output::write(u"%1 had ended already.\n"_s.arg(described(one.service)).toUtf8());
+    for (const Stopping &one : strange)
+        Output::complain(described(one.service) + u" listens there no more and is left alone"_s);
+    for (const Stopping &one : stopping)
+        (void)Output::write(u"Stopping %1…\n"_s.arg(described(one.service)).toUtf8());
+    return reportEnds(std::move(stopping)) && strange.empty();
 }

@@ -89,6 +89,6 @@ int StopCommand::run(const CommandLine &line)
             chosen.append(*service);
     }
 
-    isDone &= Ending::of(chosen);
+    isDone &= Ending::of(chosen, [&] { return scanFor(*targets); });
     return isDone ? 0 : 1;
 }

@@ -10,13 +10,13 @@ TEST(Escalation, KillsEachWhenItsTimeIsOver)
     Escalation escalation(20ms);
     TestChild first(TestChild::ignoresTerm);
     TestChild second(TestChild::ignoresTerm);
-    escalation.add(ProcessHandle(first.pid()));
-    escalation.add(ProcessHandle(second.pid()));
+    escalation.add(std::make_shared<ProcessHandle>(first.pid()));
+    escalation.add(std::make_shared<ProcessHandle>(second.pid()));
     EXPECT_EQ(first.collect(), SIGKILL);
     EXPECT_EQ(second.collect(), SIGKILL);
 
     TestChild third(TestChild::ignoresTerm);
-    escalation.add(ProcessHandle(third.pid()));
+    escalation.add(std::make_shared<ProcessHandle>(third.pid()));
     EXPECT_EQ(third.collect(), SIGKILL);
 }
 
@@ -25,7 +25,7 @@ TEST(Escalation, SparesThoseWhoseTimeIsNotOverWhenItEnds)
     TestChild child(TestChild::ignoresTerm);
     {
         Escalation escalation(1h);
-        escalation.add(ProcessHandle(child.pid()));
+        escalation.add(std::make_shared<ProcessHandle>(child.pid()));
     }
     EXPECT_TRUE(child.isAlive());
 }
@@ -38,13 +38,13 @@ TEST(Escalation, EndsWithoutEverHavingHadWork)
 TEST(Escalation, IsNotHeldUpByThoseThatAreGone)
 {
     Escalation escalation(1ms);
-    escalation.add(ProcessHandle(0));
+    escalation.add(std::make_shared<ProcessHandle>(0));
     TestChild gone(TestChild::endsOnTerm);
-    ProcessHandle handle(gone.pid());
-    handle.send(SIGTERM);
+    const auto handle = std::make_shared<ProcessHandle>(gone.pid());
+    handle->send(SIGTERM);
     gone.collect();
-    escalation.add(std::move(handle));
+    escalation.add(handle);
     TestChild last(TestChild::ignoresTerm);
-    escalation.add(ProcessHandle(last.pid()));
+    escalation.add(std::make_shared<ProcessHandle>(last.pid()));
     EXPECT_EQ(last.collect(), SIGKILL);
 }
