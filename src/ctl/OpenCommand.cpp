@@ -3,12 +3,19 @@
 #include "Output.h"
 #include "PortScanner.h"
 #include "Program.h"
-#include "ServiceActions.h"
 #include "Target.h"
 #include "TerminalText.h"
 #include "XdgOpen.h"
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// How long to wait for xdg-open to fail. Some run for as long as the browser does.
+constexpr std::chrono::milliseconds patience = 2s;
+
+} // namespace
 
 int OpenCommand::run(const CommandLine &line)
 {
@@ -28,7 +35,11 @@ int OpenCommand::run(const CommandLine &line)
         return 1;
     }
     // Where several processes share the port, the address is the same.
-    const Service &service = services.first();
-    ServiceActions::openInBrowser(service);
-    return Output::write("Opening " + service.url().toEncoded() + '\n') ? 0 : 1;
+    const QUrl url = services.first().url();
+    const bool isWritten = Output::write("Opening " + url.toEncoded() + '\n');
+    if (!XdgOpen::addressWatched(url, patience)) {
+        Output::complain(u"xdg-open could not open %1"_s.arg(url.toString()));
+        return 1;
+    }
+    return isWritten ? 0 : 1;
 }

@@ -5,7 +5,7 @@
 /// `portolanctl open PORT`: a server in the browser.
 namespace OpenCommand {
 
-/// Has the browser started and does not wait for it. Returns the program's exit status.
+/// Has the browser started and says so if that fails soon. Returns the program's exit status.
 [[nodiscard]] int run(const CommandLine &line);
 
 } // namespace OpenCommand

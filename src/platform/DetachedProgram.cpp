@@ -1,6 +1,7 @@
 #include "DetachedProgram.h"
 
 #include "ChildSetup.h"
+#include "ProcessHandle.h"
 
 #include <QFile>
 #include <QStandardPaths>
@@ -15,6 +16,8 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr int notStarted = 127; // as shells have it
 
 /// What execve wants, made before the fork: the child may not allocate.
 struct Call
@@ -53,29 +56,43 @@ void dropDescriptors()
     ChildSetup::takeDefaultSignals();
     dropDescriptors();
     execve(call.path.constData(), call.arguments.data(), call.environment.data());
-    _exit(127);
+    _exit(notStarted);
 }
 
 /// The process in the middle: the program becomes an orphan by its end, and so somebody else's to collect.
 [[noreturn]] void leaveProgramBehind(const Call &call)
 {
     setsid();
-    if (vfork() == 0)
-        becomeProgram(call);
+    ChildSetup::startSharing(becomeProgram, call);
     _exit(0);
+}
+
+[[noreturn]] void becomeProgramOfItsOwnSession(const Call &call)
+{
+    setsid();
+    becomeProgram(call);
 }
 
 } // namespace
 
 void DetachedProgram::start(const QString &program, const QStringList &arguments)
 {
-    const Call call = makeCall(program, arguments);
-    const ChildSetup::SignalsHeld held;
-    const pid_t middle = vfork();
-    if (middle == 0)
-        leaveProgramBehind(call);
+    const pid_t middle = ChildSetup::startSharing(leaveProgramBehind, makeCall(program, arguments));
     while (middle > 0 && waitpid(middle, nullptr, 0) < 0 && errno == EINTR) {
     }
+}
+
+std::optional<int> DetachedProgram::startAndWatch(const QString &program, const QStringList &arguments,
+                                                  std::chrono::milliseconds patience)
+{
+    const pid_t child = ChildSetup::startSharing(becomeProgramOfItsOwnSession, makeCall(program, arguments));
+    if (child < 0)
+        return notStarted;
+    (void)ProcessHandle(child).waitForEnd(patience);
+    int status = 0;
+    if (waitpid(child, &status, WNOHANG) != child)
+        return std::nullopt;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
 QString DetachedProgram::find(const QString &name)

@@ -2,6 +2,9 @@
 
 #include <QStringList>
 
+#include <chrono>
+#include <optional>
+
 /// Programs that are started for the user and then are on their own.
 namespace DetachedProgram {
 
@@ -11,6 +14,12 @@ namespace DetachedProgram {
 /// our environment without what was meant for this program alone: the way Qt draws it and the desktop's token
 /// to activate it. A program that cannot be started is silently left.
 void start(const QString &program, const QStringList &arguments);
+
+/// As start(), but waits for up to `patience` for the program to end. Returns its exit status: 127 if it
+/// could not be started, 128 more than the signal's number if one ended it. Nothing if it lives on; it then
+/// stays our child, which makes this for programs that end soon themselves.
+[[nodiscard]] std::optional<int> startAndWatch(const QString &program, const QStringList &arguments,
+                                               std::chrono::milliseconds patience);
 
 /// The absolute path of the executable `name` in $PATH, or an empty text.
 [[nodiscard]] QString find(const QString &name);

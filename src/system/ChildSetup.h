@@ -7,6 +7,8 @@
 #include <csignal>
 #include <vector>
 
+#include <unistd.h>
+
 /// What a program that this one starts gets of it, and what not.
 namespace ChildSetup {
 
@@ -35,5 +37,18 @@ public:
 private:
     sigset_t m_before;
 };
+
+/// Starts a process in which `become(what)` is called, which must not return. Until its exec it shares our
+/// memory while the calling thread waits: it may neither allocate nor lock. Returns its id, or -1 with errno.
+/// A function of its own, so that no variable of the caller's lives across the vfork.
+template <typename What>
+[[gnu::noinline]] pid_t startSharing(void (*become)(const What &), const What &what)
+{
+    const SignalsHeld held;
+    const pid_t pid = vfork();
+    if (pid == 0)
+        become(what);
+    return pid;
+}
 
 } // namespace ChildSetup

@@ -27,6 +27,21 @@ protected:
         return {"PATH", m_recorders.folder().toLocal8Bit()};
     }
 
+    /// The same with the system's programs behind them.
+    [[nodiscard]] ScopedEnvironment recordersFirst() const
+    {
+        return {"PATH", m_recorders.folder().toLocal8Bit() + ':' + qgetenv("PATH")};
+    }
+    /// Makes the shell script `lines` the xdg-open.
+    void installScript(QByteArrayView lines) const
+    {
+        QFile file(m_recorders.path(u"xdg-open"_s));
+        file.remove();
+        ASSERT_TRUE(file.open(QFile::WriteOnly));
+        file.write("#!/bin/sh\n" + lines.toByteArray());
+        ASSERT_TRUE(file.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
+    }
+
     TestServer m_server{TestServer::python(listens), folder()};
     Recorders m_recorders;
 };
@@ -44,21 +59,31 @@ TEST_F(OpenCommand, ShowsTheServerInTheBrowser)
     EXPECT_NE(record.session, getsid(0));
 }
 
-TEST_F(OpenCommand, DoesNotWaitForTheBrowser)
+TEST_F(OpenCommand, DoesNotWaitForTheBrowserToEnd)
 {
-    QFile browser(m_recorders.path(u"xdg-open"_s));
-    ASSERT_TRUE(browser.open(QFile::WriteOnly));
-    browser.write("#!/bin/sh\necho $$ > '" + QFile::encodeName(m_recorders.path(u"pid"_s)) + ".part'\nmv '" +
-                  QFile::encodeName(m_recorders.path(u"pid"_s)) + ".part' '" +
-                  QFile::encodeName(m_recorders.path(u"pid"_s)) + "'\nexec sleep 600\n");
-    browser.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
-    browser.close();
-    const ScopedEnvironment path("PATH", m_recorders.folder().toLocal8Bit() + ':' + qgetenv("PATH"));
-    EXPECT_EQ(run({u"open"_s, m_server.port()}).status, 0);
+    const QByteArray pidFile = QFile::encodeName(m_recorders.path(u"pid"_s));
+    installScript("echo $$ > '" + pidFile + "'\nexec sleep 600\n");
+    const auto path = recordersFirst();
+    const Outcome outcome = run({u"open"_s, m_server.port()});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.error, QByteArray());
 
     QFile pid(m_recorders.path(u"pid"_s));
-    ASSERT_TRUE(eventually([&] { return pid.exists(); }) && pid.open(QFile::ReadOnly));
+    ASSERT_TRUE(eventually([&] { return pid.size() > 0; }) && pid.open(QFile::ReadOnly));
     EXPECT_EQ(kill(pid.readAll().trimmed().toInt(), SIGKILL), 0);
+}
+
+TEST_F(OpenCommand, SaysWhenNoBrowserCouldBeStarted)
+{
+    for (const QByteArrayView script : {"exit 3\n", "kill -9 $$\n"}) {
+        installScript(script);
+        const auto path = recordersFirst();
+        const Outcome outcome = run({u"open"_s, m_server.port()});
+        const QByteArray address = "http://localhost:" + m_server.port().toLatin1() + '\n';
+        EXPECT_EQ(outcome.status, 1) << script.data();
+        EXPECT_EQ(outcome.output, "Opening " + address);
+        EXPECT_EQ(outcome.error, "portolanctl: xdg-open could not open " + address);
+    }
 }
 
 TEST_F(OpenCommand, SaysWhenThereIsNoServer)

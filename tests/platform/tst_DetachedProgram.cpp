@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 using testing::Contains;
 using testing::Each;
 using testing::IsEmpty;
@@ -131,6 +132,39 @@ TEST(DetachedProgram, LeavesNothingBehindWhenThereIsNoSuchProgram)
     DetachedProgram::start(u"/no/such/program"_s, {});
     DetachedProgram::start(u"/etc/passwd"_s, {});
     EXPECT_FALSE(hasChildren());
+}
+
+TEST(DetachedProgram, TellsHowItEnded)
+{
+    const auto statusOf = [](const QString &script) {
+        return DetachedProgram::startAndWatch(u"/bin/sh"_s, {u"-c"_s, script}, 30s);
+    };
+    EXPECT_EQ(statusOf(u"exit 0"_s), 0);
+    EXPECT_EQ(statusOf(u"exit 3"_s), 3);
+    EXPECT_EQ(statusOf(u"kill -TERM $$"_s), 128 + SIGTERM);
+    EXPECT_FALSE(hasChildren());
+}
+
+TEST(DetachedProgram, TellsWhenItCouldNotBeStarted)
+{
+    EXPECT_EQ(DetachedProgram::startAndWatch(u"/no/such/program"_s, {}, 30s), 127);
+    EXPECT_FALSE(hasChildren());
+}
+
+TEST(DetachedProgram, IsWatchedNoLongerThanAsked)
+{
+    Recorders recorders;
+    const QString session = recorders.path(u"session"_s);
+    const QString script = u"ps -o sid= -p $$ > '%1'; exec sleep 600"_s.arg(session);
+    EXPECT_EQ(DetachedProgram::startAndWatch(u"/bin/sh"_s, {u"-c"_s, script}, 10ms), std::nullopt);
+    QFile file(session);
+    ASSERT_TRUE(eventually([&] { return file.size() > 0; }) && file.open(QFile::ReadOnly));
+    // It leads the session, and so has its number.
+    const pid_t leader = file.readAll().trimmed().toInt();
+    ASSERT_GT(leader, 0);
+    EXPECT_NE(leader, getsid(0));
+    EXPECT_EQ(kill(leader, SIGKILL), 0);
+    EXPECT_EQ(waitpid(leader, nullptr, 0), leader);
 }
 
 TEST(DetachedProgram, IsFoundOnThePathOnly)
