@@ -74,16 +74,6 @@ void closeOthersOnExec(rlim_t limit)
     failLaunch(launch);
 }
 
-/// vfork in a function of its own, so that none of the caller's variables lives across it.
-[[gnu::noinline]] pid_t launchChild(const Launch &launch)
-{
-    const ChildSetup::SignalsHeld held;
-    const pid_t pid = vfork();
-    if (pid == 0)
-        becomeProgram(launch);
-    return pid;
-}
-
 /// A copy above the standard descriptors, which the child rearranges.
 FileDescriptor aboveStandard(int descriptor)
 {
@@ -160,7 +150,7 @@ std::optional<ChildProcess> ChildProcess::start(const Program &program)
     const std::vector<char *> argumentPointers = ChildSetup::pointers(arguments);
     const std::vector<char *> environmentPointers = ChildSetup::pointers(environment);
 
-    const pid_t pid = launchChild({
+    const Launch launch{
         .path = path.constData(),
         .arguments = argumentPointers.data(),
         .environment = environmentPointers.data(),
@@ -171,7 +161,8 @@ std::optional<ChildProcess> ChildProcess::start(const Program &program)
         .descriptors = descriptorLimit(program.maxDescriptors),
         .diesWithCaller = program.diesWithCaller,
         .caller = getpid(),
-    });
+    };
+    const pid_t pid = ChildSetup::startSharing(becomeProgram, launch);
     if (pid < 0)
         return std::nullopt;
 
