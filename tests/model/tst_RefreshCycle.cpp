@@ -9,7 +9,8 @@
 
 #include <gmock/gmock.h>
 
-#include <random>
+#include <atomic>
+#include <latch>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -506,31 +507,56 @@ TEST_F(RefreshCycle, ProbesAnsweredByOtherThreadsAreAllApplied)
     }
 }
 
+// After any number of changes of the list: before the scan has found it, and after each of the probes that
+// are answered, by threads that answer on while the store ends. Every other probe is answered only after
+// that.
 TEST_F(RefreshCycle, MayEndAtAnyMomentWhileOtherThreadsAnswer)
 {
-    std::mt19937 random(3);
-    for (int round = 0; round < 40; ++round) {
+    constexpr int servers = 10;
+    constexpr int rounds = 6;
+    for (int round = 0; round < rounds * (servers / 2 + 2); ++round) {
+        std::latch end(1);
+        std::atomic<int> scansUnderWay = 0;
+        std::atomic<int> stillWanted = 0;
         std::vector<std::jthread> threads;
-        const auto check = [&threads](qint64 port) {
+        const auto check = [&](qint64 port) {
             auto promise = std::make_shared<QPromise<Health>>();
             promise->start();
             const QFuture<Health> future = promise->future();
-            threads.emplace_back([promise = std::move(promise), port]() mutable {
-                std::this_thread::sleep_for(std::chrono::microseconds(port * 100));
+            threads.emplace_back([&end, &stillWanted, port, promise] {
+                if (port % 2 == 0) {
+                    end.wait();
+                    stillWanted += promise->isCanceled() ? 0 : 1;
+                } else {
+                    std::this_thread::sleep_for(std::chrono::microseconds(port * 100));
+                }
                 promise->addResult(Health::healthy(200, port));
                 promise->finish();
             });
             return future;
         };
-        const auto scan = [](std::stop_token) {
+        const auto scan = [&scansUnderWay](std::stop_token) {
+            ++scansUnderWay;
             QList<Service> services;
-            for (int i = 1; i <= 10; ++i)
+            for (int i = 1; i <= servers; ++i)
                 services.append(service(i, i));
+            --scansUnderWay;
             return services;
         };
         UserDefaults defaults(settingsPath());
-        ServiceStore store(defaults, scan, check, 1ms);
-        store.start();
-        QTest::qWait(int(random() % 4));
+        auto store = std::make_unique<ServiceStore>(defaults, scan, check, 1ms);
+        int changes = 0;
+        QObject::connect(store.get(), &ServiceStore::visibleChanged, [&changes] { ++changes; });
+        store->start();
+        const int awaited = round / rounds;
+        ASSERT_TRUE(eventually([&] { return changes >= awaited; }));
+        const size_t probes = threads.size();
+        EXPECT_GE(probes, size_t(awaited > 0 ? servers : 0));
+        store.reset();
+        EXPECT_EQ(scansUnderWay, 0);
+        end.count_down();
+        EXPECT_EQ(threads.size(), probes) << "no probe is asked for by what has ended";
+        threads.clear();
+        EXPECT_EQ(stillWanted, 0);
     }
 }

@@ -5,13 +5,44 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/prctl.h>
+#include <sys/wait.h>
+
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// While it is there, programs that this process has left on their own become its children again.
+class Orphanage
+{
+public:
+    Orphanage() { prctl(PR_SET_CHILD_SUBREAPER, 1); }
+    ~Orphanage()
+    {
+        collect();
+        prctl(PR_SET_CHILD_SUBREAPER, 0);
+    }
+    Q_DISABLE_COPY_MOVE(Orphanage)
+
+    /// Waits for the end of all that has been started so far, and returns how many it was.
+    int collect() const
+    {
+        int count = 0;
+        while (waitpid(-1, nullptr, 0) > 0)
+            ++count;
+        return count;
+    }
+};
+
+} // namespace
 
 class XdgOpenTest : public testing::Test
 {
 protected:
     Recorders m_recorders;
     ScopedEnvironment m_path{"PATH", m_recorders.folder().toLocal8Bit()};
+    Orphanage m_orphanage;
 };
 
 TEST_F(XdgOpenTest, OpensWebAddresses)
@@ -34,11 +65,26 @@ TEST_F(XdgOpenTest, LeavesAllOtherAddressesAlone)
     m_recorders.install(u"xdg-open"_s);
     for (const QString &address :
          {u"file:///etc/passwd"_s, u"ftp://localhost"_s, u"javascript:1"_s, u"localhost"_s, u"-http://x"_s,
-          u"http:"_s, u"http:///x"_s, u""_s, u"http://localhost:70000"_s})
+          u"http:"_s, u"http:///x"_s, u""_s, u"http://localhost:70000"_s}) {
         XdgOpen::address(QUrl(address));
-    // What is started later has come and gone by the time that this one has.
-    XdgOpen::address(QUrl(u"http://last"_s));
-    EXPECT_EQ(m_recorders.record(u"xdg-open"_s).arguments, QStringList{u"http://last"_s});
+        EXPECT_FALSE(XdgOpen::addressWatched(QUrl(address), 30s));
+        EXPECT_EQ(m_orphanage.collect(), 0) << address.toStdString();
+    }
+    EXPECT_FALSE(m_recorders.wasStarted(u"xdg-open"_s));
+    XdgOpen::address(QUrl(u"http://localhost"_s));
+    EXPECT_EQ(m_orphanage.collect(), 1);
+    EXPECT_TRUE(m_recorders.wasStarted(u"xdg-open"_s));
+}
+
+TEST_F(XdgOpenTest, TellsWhetherThatWentWell)
+{
+    const QUrl url(u"http://localhost:3000"_s);
+    m_recorders.install(u"xdg-open"_s);
+    EXPECT_TRUE(XdgOpen::addressWatched(url, 30s));
+    EXPECT_EQ(m_recorders.record(u"xdg-open"_s).arguments, QStringList{url.toString()});
+    EXPECT_TRUE(QFile::remove(m_recorders.path(u"xdg-open"_s)));
+    EXPECT_TRUE(QFile::link(u"/bin/false"_s, m_recorders.path(u"xdg-open"_s)));
+    EXPECT_FALSE(XdgOpen::addressWatched(url, 30s));
 }
 
 TEST_F(XdgOpenTest, OpensFoldersByTheirPath)
@@ -49,8 +95,13 @@ TEST_F(XdgOpenTest, OpensFoldersByTheirPath)
     EXPECT_EQ(m_recorders.record(u"xdg-open"_s).arguments, QStringList{folder});
 }
 
-TEST_F(XdgOpenTest, DoesNothingWhereItIsNotInstalled)
+TEST_F(XdgOpenTest, StartsNothingWhereItIsNotInstalled)
 {
-    XdgOpen::address(QUrl(u"http://localhost:3000"_s));
+    m_recorders.install(u"not-xdg-open"_s);
+    const QUrl url(u"http://localhost:3000"_s);
+    EXPECT_FALSE(XdgOpen::isInstalled());
+    XdgOpen::address(url);
     XdgOpen::folder(u"/tmp"_s);
+    EXPECT_FALSE(XdgOpen::addressWatched(url, 30s));
+    EXPECT_EQ(m_orphanage.collect(), 0);
 }
