@@ -4,7 +4,6 @@
 
 #include <cstring>
 #include <string>
-#include <unordered_map>
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -14,26 +13,18 @@
 
 namespace {
 
-std::unordered_map<int, int> portOfSocket;
-
-void connectTo(int epoll, int port)
+// The connection stands by the time connect() returns: both ends are on this machine.
+bool ask(int epoll, int port)
 {
     const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
     sockaddr_in address{.sin_family = AF_INET, .sin_port = htons(std::uint16_t(port))};
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     connect(socket, reinterpret_cast<sockaddr *>(&address), sizeof address);
-    epoll_event event{.events = EPOLLOUT, .data = {.fd = socket}};
-    epoll_ctl(epoll, EPOLL_CTL_ADD, socket, &event);
-    portOfSocket[socket] = port;
-}
-
-void ask(int epoll, int socket)
-{
-    const std::string request = "HEAD / HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(portOfSocket[socket]) +
+    const std::string request = "HEAD / HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(port) +
                                 "\r\nUser-Agent: Portolan\r\nAccept: */*\r\n\r\n";
-    send(socket, request.data(), request.size(), MSG_NOSIGNAL);
     epoll_event event{.events = EPOLLIN, .data = {.fd = socket}};
-    epoll_ctl(epoll, EPOLL_CTL_MOD, socket, &event);
+    return send(socket, request.data(), request.size(), MSG_NOSIGNAL) == ssize_t(request.size()) &&
+           epoll_ctl(epoll, EPOLL_CTL_ADD, socket, &event) == 0;
 }
 
 /// Whether the answer is an HTTP response.
@@ -41,7 +32,6 @@ bool hear(int socket)
 {
     char answer[16 * 1024];
     const ssize_t length = recv(socket, answer, sizeof answer, 0);
-    portOfSocket.erase(socket);
     close(socket);
     return length >= 12 && std::memcmp(answer, "HTTP/1.", 7) == 0;
 }
@@ -49,20 +39,18 @@ bool hear(int socket)
 int probeAll(int count, char **ports)
 {
     const int epoll = epoll_create1(EPOLL_CLOEXEC);
+    int pending = 0;
     for (int i = 0; i < count; ++i)
-        connectTo(epoll, std::stoi(ports[i]));
+        pending += ask(epoll, std::stoi(ports[i]));
     int healthy = 0;
-    while (!portOfSocket.empty()) {
+    while (pending > 0) {
         epoll_event events[64];
         const int ready = epoll_wait(epoll, events, 64, 3000);
         if (ready <= 0)
             break;
-        for (int i = 0; i < ready; ++i) {
-            if (events[i].events & EPOLLOUT)
-                ask(epoll, events[i].data.fd);
-            else
-                healthy += hear(events[i].data.fd);
-        }
+        for (int i = 0; i < ready; ++i)
+            healthy += hear(events[i].data.fd);
+        pending -= ready;
     }
     close(epoll);
     return healthy;

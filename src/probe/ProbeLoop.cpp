@@ -24,10 +24,6 @@ void prepareThread()
 
 } // namespace
 
-ProbeLoop::ProbeLoop()
-    : m_curl(Curl::library())
-{}
-
 ProbeLoop::~ProbeLoop()
 {
     if (m_thread.joinable()) {
@@ -53,10 +49,8 @@ QFuture<Health> ProbeLoop::probe(quint16 port)
 // Where the system cannot give what a thread takes, the next probe tries again.
 bool ProbeLoop::start()
 {
-    if (!m_curl)
-        return false;
     m_wakeFd = FileDescriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
-    m_probes = std::make_unique<ProbeSet>(*m_curl, m_wakeFd.get());
+    m_probes = std::make_unique<ProbeSet>(m_wakeFd.get());
     if (!m_probes->isValid())
         return false;
     try {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Curl.h"
 #include "FileDescriptor.h"
 #include "HealthPromise.h"
 #include "ProbeSet.h"
@@ -15,8 +14,7 @@
 class ProbeLoop
 {
 public:
-    /// Loads libcurl, which takes its time. Without it every probe finishes as unreachable.
-    ProbeLoop();
+    ProbeLoop() = default;
     /// Ends the thread; probes still under way finish as unreachable.
     ~ProbeLoop();
     ProbeLoop(const ProbeLoop &) = delete;
@@ -37,7 +35,6 @@ private:
     [[nodiscard]] std::deque<Request> takeRequests();
     void wake() const;
 
-    const Curl *m_curl;
     std::mutex m_mutex;
     std::deque<Request> m_requests; // guarded by m_mutex
     FileDescriptor m_wakeFd;

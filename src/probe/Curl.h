@@ -3,8 +3,8 @@
 #include <curl/curl.h>
 
 /// What is used of libcurl, under its own names without their prefix. The library is loaded by the first
-/// probe and not by the program's start: with the 28 libraries behind it, it would be a seventh of what the
-/// program takes while it waits for its first click.
+/// redirect that leads away from this machine, which most programs never meet: with the 28 libraries behind
+/// it, it takes 9 MB of memory.
 struct Curl
 {
     decltype(&::curl_easy_init) easy_init;

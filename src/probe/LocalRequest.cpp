@@ -1,0 +1,89 @@
+#include "LocalRequest.h"
+
+#include <array>
+#include <cerrno>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/epoll.h>
+#include <sys/socket.h>
+
+namespace {
+
+std::string text(Probe::Method method, const Target &target)
+{
+    std::string request;
+    request.reserve(128);
+    request += method == Probe::Method::head ? "HEAD " : "GET ";
+    request += target.path();
+    request += " HTTP/1.1\r\nHost: 127.0.0.1:";
+    request += std::to_string(target.port());
+    request += "\r\nUser-Agent: Portolan\r\nAccept: */*\r\n\r\n";
+    return request;
+}
+
+bool isNotYetReady(int error)
+{
+    return error == EAGAIN || error == EINTR;
+}
+
+} // namespace
+
+// Another process of this machine is asked: mostly the connection stands before connect() has returned, and
+// the request can follow without a wait.
+LocalRequest::LocalRequest(Probe::Method method, const Target &target)
+    : m_unsent(text(method, target))
+    , m_socket(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0))
+{
+    connect(target.port());
+    if (m_state == RequestState::underWay)
+        send();
+}
+
+std::uint32_t LocalRequest::events() const
+{
+    return m_unsent.empty() ? EPOLLIN : EPOLLOUT;
+}
+
+bool LocalRequest::advance()
+{
+    if (m_unsent.empty())
+        return receive();
+    send();
+    return false;
+}
+
+void LocalRequest::connect(quint16 port)
+{
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    if (::connect(m_socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0 &&
+        errno != EINPROGRESS)
+        m_state = RequestState::failed;
+}
+
+void LocalRequest::send()
+{
+    const ssize_t sent = ::send(m_socket.get(), m_unsent.data(), m_unsent.size(), MSG_NOSIGNAL);
+    if (sent >= 0)
+        m_unsent.erase(0, size_t(sent));
+    else if (!isNotYetReady(errno))
+        m_state = RequestState::failed;
+}
+
+bool LocalRequest::receive()
+{
+    std::array<char, 4096> bytes; // an ordinary header section at once
+    const ssize_t length = ::recv(m_socket.get(), bytes.data(), bytes.size(), 0);
+    if (length < 0 && isNotYetReady(errno))
+        return false;
+    const auto head =
+        length > 0 ? m_response.read({bytes.data(), size_t(length)}) : ResponseHead::State::invalid;
+    if (head == ResponseHead::State::complete)
+        m_state = RequestState::answered;
+    else if (head == ResponseHead::State::invalid)
+        m_state = RequestState::failed;
+    return length > 0;
+}

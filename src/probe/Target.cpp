@@ -1,0 +1,48 @@
+#include "Target.h"
+
+#include <QUrl>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto host = "127.0.0.1"_L1;
+
+// Nothing that could end a line of the request that it becomes part of.
+bool isControl(char character)
+{
+    return static_cast<unsigned char>(character) < 0x20 || character == 0x7f;
+}
+
+} // namespace
+
+std::optional<Target> Target::redirected(std::string_view location) const
+{
+    if (std::ranges::any_of(location, isControl))
+        return std::nullopt;
+    const QUrl base(QString::fromStdString(url()));
+    const QUrl address = base.resolved(QUrl::fromEncoded({location.data(), qsizetype(location.size())}))
+                             .adjusted(QUrl::RemoveUserInfo | QUrl::RemoveFragment);
+    const bool isPlain = address.scheme() == "http"_L1;
+    if (!address.isValid() || address.host().isEmpty() || (!isPlain && address.scheme() != "https"_L1))
+        return std::nullopt;
+
+    Target target(*this);
+    if (isPlain && address.host() == host) {
+        target.m_port = quint16(address.port(80));
+        target.m_path = address.toEncoded(QUrl::RemoveScheme | QUrl::RemoveAuthority).toStdString();
+        if (!target.m_path.starts_with('/'))
+            target.m_path.insert(0, 1, '/');
+        target.m_elsewhere.clear();
+    } else {
+        target.m_elsewhere = address.toEncoded().toStdString();
+    }
+    return target;
+}
+
+std::string Target::url() const
+{
+    return isLocal() ? "http://127.0.0.1:" + std::to_string(m_port) + m_path : m_elsewhere;
+}

@@ -1,0 +1,67 @@
+#include "WebRequest.h"
+
+#include <sys/socket.h>
+
+namespace {
+
+// A program started while a request is under way must not inherit its connection.
+curl_socket_t openSocket(void *, curlsocktype, curl_sockaddr *address)
+{
+    return ::socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
+}
+
+} // namespace
+
+WebRequest::WebRequest(WebClient &client, Probe::Method method, const Target &target)
+    : m_client(client)
+    , m_handle(client.m_curl.easy_init(), client.m_curl.easy_cleanup)
+{
+    if (!m_handle) {
+        m_state = RequestState::failed;
+        return;
+    }
+    const Curl &curl = client.m_curl;
+    CURL *const h = m_handle.get();
+    curl.easy_setopt(h, CURLOPT_PRIVATE, this);
+    curl.easy_setopt(h, CURLOPT_URL, target.url().c_str());
+    curl.easy_setopt(h, CURLOPT_NOBODY, method == Probe::Method::head ? 1L : 0L);
+    curl.easy_setopt(h, CURLOPT_USERAGENT, "Portolan");
+
+    // Nothing of the user's surroundings and nothing of another request has a say.
+    curl.easy_setopt(h, CURLOPT_PROXY, "");
+    curl.easy_setopt(h, CURLOPT_NOPROXY, "*");
+    curl.easy_setopt(h, CURLOPT_HTTPAUTH, CURLAUTH_NONE);
+    curl.easy_setopt(h, CURLOPT_FRESH_CONNECT, 1L);
+    curl.easy_setopt(h, CURLOPT_FORBID_REUSE, 1L);
+    curl.easy_setopt(h, CURLOPT_DNS_CACHE_TIMEOUT, 0L);
+
+    curl.easy_setopt(h, CURLOPT_HEADERFUNCTION, &readHeader);
+    curl.easy_setopt(h, CURLOPT_HEADERDATA, this);
+
+    curl.easy_setopt(h, CURLOPT_OPENSOCKETFUNCTION, &openSocket);
+    curl.easy_setopt(h, CURLOPT_NOSIGNAL, 1L);
+    // A name may take the resolver long; ending the request does not wait for it.
+    curl.easy_setopt(h, CURLOPT_QUICK_EXIT, 1L);
+    curl.multi_add_handle(client.m_multi.get(), h);
+}
+
+WebRequest::~WebRequest()
+{
+    if (m_handle)
+        m_client.m_curl.multi_remove_handle(m_client.m_multi.get(), m_handle.get());
+}
+
+// Taking less than was given ends the transfer: what follows the header section is not wanted.
+size_t WebRequest::readHeader(char *line, size_t size, size_t count, void *request)
+{
+    auto *const self = static_cast<WebRequest *>(request);
+    self->m_hasReceived = true;
+    const auto head = self->m_response.read({line, size * count});
+    return head == ResponseHead::State::incomplete ? size * count : 0;
+}
+
+void WebRequest::ended()
+{
+    const bool isAnswered = m_response.state() == ResponseHead::State::complete;
+    m_state = isAnswered ? RequestState::answered : RequestState::failed;
+}
