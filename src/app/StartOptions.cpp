@@ -20,7 +20,7 @@ std::variant<StartOptions, StartOptions::Error> StartOptions::parse(const QStrin
 {
     StartOptions options;
     for (const QString &argument : arguments) {
-        if (argument == "--help"_L1) {
+        if (argument == "--help"_L1 || argument == "-h"_L1) {
             options.purpose = Purpose::PrintHelp;
             break;
         }
@@ -45,6 +45,6 @@ QString StartOptions::helpText()
            "Usage: portolan [OPTION]\n\n"
            "  --background    start silently, as at login\n"
            "  --window        open the list in a window\n"
-           "  --help          print this and exit\n"
+           "  --help, -h      print this and exit\n"
            "  --version       print the version and exit\n"_s;
 }

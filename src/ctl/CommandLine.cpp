@@ -78,7 +78,8 @@ private:
     void readOption(const QString &argument)
     {
         const qsizetype equals = argument.indexOf(u'=');
-        const QString name = argument.left(equals);
+        const QString written = argument.left(equals);
+        const QString name = written == "-h"_L1 ? u"--help"_s : written;
         const std::optional<QString> value =
             equals < 0 ? std::nullopt : std::optional(argument.sliced(equals + 1));
         if (name == "--help"_L1 || name == "--version"_L1) {

@@ -50,8 +50,8 @@ struct CommandLine
         QString message;
     };
 
-    /// Reads `arguments` (without the program's name). A pure function. Reading ends at --help and --version,
-    /// whatever follows.
+    /// Reads `arguments` (without the program's name). A pure function. Reading ends at --help (-h) and
+    /// --version, whatever follows.
     [[nodiscard]] static std::variant<CommandLine, Error> parse(const QStringList &arguments,
                                                                 std::span<const CommandShape> commands);
 };

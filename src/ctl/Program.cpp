@@ -83,6 +83,6 @@ QString Program::helpText()
            "  --search TEXT   only servers whose name, port, folder or framework has TEXT in it\n"
            "  --sort ORDER    by port, name, status or uptime instead of the stored order\n"
            "\n"
-           "  --help          print this and exit\n"
+           "  --help, -h      print this and exit\n"
            "  --version       print the version and exit\n"_s;
 }

@@ -31,6 +31,7 @@ INSTANTIATE_TEST_SUITE_P(
                     GoodStart{"Window", {u"--window"_s}, {Purpose::Run, StartRequest::Window}},
                     GoodStart{"Twice", {u"--window"_s, u"--window"_s}, {Purpose::Run, StartRequest::Window}},
                     GoodStart{"Help", {u"--help"_s}, {Purpose::PrintHelp, StartRequest::Open}},
+                    GoodStart{"ShortHelp", {u"-h"_s}, {Purpose::PrintHelp, StartRequest::Open}},
                     GoodStart{"Version", {u"--version"_s}, {Purpose::PrintVersion, StartRequest::Open}},
                     GoodStart{"HelpBeforeNonsense",
                               {u"--help"_s, u"--nonsense"_s},
