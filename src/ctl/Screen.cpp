@@ -16,17 +16,19 @@ namespace {
 constexpr QByteArrayView enter = "\x1b[?1049h\x1b[?25l"; // a screen of our own, without cursor
 constexpr QByteArrayView leave = "\x1b[?25h\x1b[?1049l";
 
-sigset_t resizeSignal()
+/// Of another size of the terminal, and of having been stopped.
+sigset_t ownSignals()
 {
     sigset_t signals;
     sigemptyset(&signals);
     sigaddset(&signals, SIGWINCH);
+    sigaddset(&signals, SIGCONT);
     return signals;
 }
 
-FileDescriptor openResizeSignals()
+FileDescriptor openSignals()
 {
-    const sigset_t signals = resizeSignal();
+    const sigset_t signals = ownSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     return FileDescriptor(signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
 }
@@ -35,14 +37,13 @@ FileDescriptor openResizeSignals()
 
 Screen::Screen()
     : m_keys(STDIN_FILENO, QSocketNotifier::Read)
-    , m_resizeFd(openResizeSignals())
-    , m_resizes(m_resizeFd.get(), QSocketNotifier::Read)
+    , m_signalFd(openSignals())
+    , m_signals(m_signalFd.get(), QSocketNotifier::Read)
 {
     m_keys.setEnabled(false);
     connect(&m_keys, &QSocketNotifier::activated, this, &Screen::readKeys);
-    connect(&m_resizes, &QSocketNotifier::activated, this, &Screen::readResizes);
-    startReadingKeys();
-    (void)Output::write(enter);
+    connect(&m_signals, &QSocketNotifier::activated, this, &Screen::readSignals);
+    takeTerminal();
 }
 
 Screen::~Screen()
@@ -50,8 +51,8 @@ Screen::~Screen()
     (void)Output::write(leave);
     if (m_modeBefore)
         tcsetattr(STDIN_FILENO, TCSAFLUSH, &*m_modeBefore);
-    m_resizes.setEnabled(false);
-    const sigset_t signals = resizeSignal();
+    m_signals.setEnabled(false);
+    const sigset_t signals = ownSignals();
     pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
 }
 
@@ -69,6 +70,12 @@ bool Screen::show(const QString &picture)
     return Output::write((output + "\x1b[J"_L1 + last).toUtf8());
 }
 
+void Screen::takeTerminal()
+{
+    startReadingKeys();
+    (void)Output::write(enter);
+}
+
 // Keys come one by one and unseen. Control-Z and Control-\ do nothing: they would leave the shell with this
 // screen.
 void Screen::startReadingKeys()
@@ -76,7 +83,8 @@ void Screen::startReadingKeys()
     termios mode{};
     if (tcgetattr(STDIN_FILENO, &mode) != 0)
         return;
-    m_modeBefore = mode;
+    if (!m_modeBefore)
+        m_modeBefore = mode;
     mode.c_lflag &= ~tcflag_t(ICANON | ECHO);
     mode.c_cc[VSUSP] = _POSIX_VDISABLE;
     mode.c_cc[VQUIT] = _POSIX_VDISABLE;
@@ -96,11 +104,14 @@ void Screen::readKeys()
         Q_EMIT typed(keys[size_t(i)]);
 }
 
-void Screen::readResizes()
+void Screen::readSignals()
 {
+    bool wasStopped = false;
     signalfd_siginfo signal;
-    while (read(m_resizeFd.get(), &signal, sizeof signal) == ssize_t(sizeof signal)) {
-    }
+    while (read(m_signalFd.get(), &signal, sizeof signal) == ssize_t(sizeof signal))
+        wasStopped |= signal.ssi_signo == SIGCONT;
+    if (wasStopped)
+        takeTerminal();
     m_shown.clear();
-    Q_EMIT resized();
+    Q_EMIT lostPicture();
 }

@@ -21,24 +21,28 @@ public:
     Screen();
     ~Screen() override;
 
+    /// Whether there are keys to read: standard input is a terminal.
+    [[nodiscard]] bool readsKeys() const { return m_modeBefore.has_value(); }
+
     /// Shows `picture`: lines separated by line feeds, no more and no wider than the terminal. Writes nothing
     /// when that is shown already. False when the terminal takes no more output.
     [[nodiscard]] bool show(const QString &picture);
 
 Q_SIGNALS:
-    /// The terminal has another size and no picture.
-    void resized();
+    /// The terminal has no picture any more: it has another size, or was somebody else's for a while.
+    void lostPicture();
     /// The user typed a character.
     void typed(char character);
 
 private:
+    void takeTerminal();
     void startReadingKeys();
     void readKeys();
-    void readResizes();
+    void readSignals();
 
     std::optional<termios> m_modeBefore; // absent where standard input is no terminal
     QSocketNotifier m_keys;
-    FileDescriptor m_resizeFd;
-    QSocketNotifier m_resizes;
+    FileDescriptor m_signalFd;
+    QSocketNotifier m_signals;
     QString m_shown;
 };

@@ -40,14 +40,15 @@ int watchOnScreen(ServiceStore &store)
         const WatchFrame::Content content{.services = store.visible(),
                                           .pinnedPorts = store.pinnedPorts(),
                                           .isSearching = !store.services().isEmpty(),
-                                          .lastUpdated = store.lastUpdated()};
+                                          .lastUpdated = store.lastUpdated(),
+                                          .readsKeys = screen.readsKeys()};
         if (!screen.show(WatchFrame::of(content, Output::size(), Output::ink())))
             loop.exit(statusAfterFailedWrite());
     });
     const auto redrawSoon = [&] { redraw.start(0ms); };
     QObject::connect(&store, &ServiceStore::visibleChanged, &redraw, redrawSoon);
     QObject::connect(&store, &ServiceStore::lastUpdatedChanged, &redraw, redrawSoon);
-    QObject::connect(&screen, &Screen::resized, &redraw, redrawSoon);
+    QObject::connect(&screen, &Screen::lostPicture, &redraw, redrawSoon);
     QObject::connect(&screen, &Screen::typed, &loop, [&](char key) {
         if (key == 'q' || key == 'Q')
             loop.quit();

@@ -25,7 +25,8 @@ QString footer(const WatchFrame::Content &content, Output::Size size, const Ink 
     const QString state = content.lastUpdated.isValid()
                               ? u"Updated "_s + content.lastUpdated.toLocalTime().toString(u"HH:mm:ss"_s)
                               : u"Looking for servers…"_s;
-    return ink(Tone::faint, TerminalText::elided(state + u" · q to quit"_s, size.columns));
+    const QString end = content.readsKeys ? u" · q to quit"_s : u" · Control-C to quit"_s;
+    return ink(Tone::faint, TerminalText::elided(state + end, size.columns));
 }
 
 } // namespace

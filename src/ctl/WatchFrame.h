@@ -18,6 +18,7 @@ struct Content
     QSet<qint64> pinnedPorts;
     bool isSearching = false; ///< whether there are others that do not match
     QDateTime lastUpdated;    ///< invalid before the first scan
+    bool readsKeys = true;    ///< whether a key can end it
 };
 
 /// At most as many lines as the terminal has, each at most as wide, separated by line feeds.

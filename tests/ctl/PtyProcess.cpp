@@ -97,11 +97,22 @@ void PtyProcess::sendSignal(int signal) const
     kill(m_pid, signal);
 }
 
+bool PtyProcess::awaitStop() const
+{
+    int status = 0;
+    return waitpid(m_pid, &status, WUNTRACED) == m_pid && WIFSTOPPED(status);
+}
+
 termios PtyProcess::mode() const
 {
     termios mode{};
     tcgetattr(m_terminal, &mode);
     return mode;
+}
+
+void PtyProcess::setMode(const termios &mode) const
+{
+    tcsetattr(m_terminal, TCSANOW, &mode);
 }
 
 // False once the program has closed the terminal.

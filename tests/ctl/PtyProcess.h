@@ -38,8 +38,11 @@ public:
     void type(QByteArrayView keys) const;
     void resize(int columns, int rows) const;
     void sendSignal(int signal) const;
+    /// Waits until a signal has stopped the program.
+    [[nodiscard]] bool awaitStop() const;
     /// How the terminal treats input and output.
     [[nodiscard]] termios mode() const;
+    void setMode(const termios &mode) const;
 
 private:
     bool readSome();

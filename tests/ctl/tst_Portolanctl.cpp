@@ -476,6 +476,37 @@ TEST_F(Portolanctl, WatchEndsAlsoOnATerminalThatTakesNoMore)
     EXPECT_EQ(watch.exitStatus(), 0);
 }
 
+TEST_F(Portolanctl, WatchTakesTheTerminalBackAfterHavingBeenStopped)
+{
+    PtyProcess watch(program, {u"watch"_s}, options());
+    const termios others = watch.mode();
+    const QByteArrayView ownScreen = "\x1b[?1049h\x1b[?25l";
+    const auto hasPicture = [&] {
+        return watch.output().indexOf("Updated", watch.output().lastIndexOf(ownScreen)) > 0;
+    };
+    ASSERT_TRUE(watch.readUntil(hasPicture));
+    EXPECT_EQ(watch.output().count(ownScreen), 1);
+    watch.sendSignal(SIGSTOP);
+    ASSERT_TRUE(watch.awaitStop());
+    watch.setMode(others); // as a shell does, which writes here too
+    watch.sendSignal(SIGCONT);
+    ASSERT_TRUE(watch.readUntil([&] { return watch.output().count(ownScreen) == 2 && hasPicture(); }));
+    EXPECT_FALSE(watch.mode().c_lflag & ICANON);
+    watch.type("q");
+    EXPECT_EQ(watch.exitStatus(), 0);
+    EXPECT_EQ(watch.mode().c_lflag, others.c_lflag);
+}
+
+TEST_F(Portolanctl, WatchSaysHowToQuitWhereItReadsNoKeys)
+{
+    PtyProcess watch(u"/bin/sh"_s, {u"-c"_s, u"exec \"$1\" watch < /dev/null"_s, u"sh"_s, program},
+                     options());
+    EXPECT_TRUE(watch.readUntil([&] { return watch.output().contains("Control-C to quit"); }));
+    EXPECT_FALSE(watch.output().contains("q to quit"));
+    watch.type("\x03");
+    EXPECT_EQ(watch.exitStatus(), 0);
+}
+
 TEST_F(Portolanctl, WatchFollowsTheSizeOfTheTerminal)
 {
     const OddServer server(m_ok);

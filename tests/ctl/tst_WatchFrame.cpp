@@ -42,6 +42,12 @@ TEST(WatchFrame, ShowsTheTableAndWhenItWasTrue)
     EXPECT_EQ(lines[3], u"Updated 12:00:05 · q to quit"_s);
 }
 
+TEST(WatchFrame, SaysHowToQuitWithoutKeys)
+{
+    EXPECT_EQ(frame({.lastUpdated = noon, .readsKeys = false}).last(),
+              u"Updated 12:00:05 · Control-C to quit"_s);
+}
+
 TEST(WatchFrame, SaysThatNothingRunsOrMatches)
 {
     EXPECT_EQ(frame({.lastUpdated = noon}).first(),
