@@ -17,7 +17,7 @@ namespace ProcFs {
 class Path
 {
 public:
-    Path(pid_t pid, const char *name);
+    Path(pid_t pid, std::string_view name); ///< a name of at most 20 characters
     Path(pid_t pid, int descriptor);
 
     [[nodiscard]] const char *text() const { return m_text; }
@@ -26,7 +26,7 @@ private:
     char m_text[48];
 };
 
-/// Whether /proc is there and can be listed.
+/// Whether /proc is there and may be listed.
 [[nodiscard]] bool isReadable();
 
 /// The start of the file at `path`, as far as one read into `buffer` goes; absent when it cannot be read.

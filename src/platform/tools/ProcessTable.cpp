@@ -4,6 +4,8 @@
 
 #include <charconv>
 
+#include <ctime>
+
 namespace {
 
 /// The inode in "socket:[INODE]"; absent for any other link.
@@ -36,6 +38,15 @@ std::optional<ProcessStat> KernelProcessTable::stat(pid_t pid)
     char buffer[1024];
     const auto text = ProcFs::readInto(buffer, ProcFs::Path(pid, "stat").text());
     return text ? parseProcessStat(*text) : std::nullopt;
+}
+
+std::optional<std::chrono::nanoseconds> KernelProcessTable::runTime(pid_t pid)
+{
+    clockid_t clock = {};
+    timespec time = {};
+    if (clock_getcpuclockid(pid, &clock) != 0 || clock_gettime(clock, &time) != 0)
+        return std::nullopt;
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
 }
 
 void KernelProcessTable::readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets)

@@ -2,6 +2,7 @@
 
 #include "ProcessStat.h"
 
+#include <chrono>
 #include <compare>
 #include <optional>
 #include <vector>
@@ -35,6 +36,9 @@ public:
     /// Every process, by ascending pid; absent when the table cannot be read at all.
     [[nodiscard]] virtual std::optional<std::vector<ProcessId>> processes() = 0;
     [[nodiscard]] virtual std::optional<ProcessStat> stat(pid_t pid) = 0;
+    /// For how long all threads of the process have run, to the nanosecond but for what a thread that runs at
+    /// this moment is yet to be charged for.
+    [[nodiscard]] virtual std::optional<std::chrono::nanoseconds> runTime(pid_t pid) = 0;
     /// Writes the process's sockets, by ascending descriptor, into `sockets` in place of what it held.
     virtual void readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets) = 0;
     /// Whether the descriptor still is what it was.
@@ -47,6 +51,7 @@ class KernelProcessTable final : public ProcessTable
 public:
     std::optional<std::vector<ProcessId>> processes() override;
     std::optional<ProcessStat> stat(pid_t pid) override;
+    std::optional<std::chrono::nanoseconds> runTime(pid_t pid) override;
     void readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets) override;
     bool holds(pid_t pid, const SocketDescriptor &socket) override;
 };

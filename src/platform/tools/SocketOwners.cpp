@@ -10,16 +10,14 @@ std::optional<std::vector<SocketOwner>> SocketOwners::find(const std::vector<ino
     if (!processes)
         return std::nullopt;
 
-    bool everywhere = !m_lookedAtAll || now - *m_lookedAtAll >= healingInterval;
+    bool everywhere = !m_lookedEverywhere || now - *m_lookedEverywhere >= healingInterval;
     if (!everywhere) {
         verifyKnown(*processes, inodes);
         lookAtNew(*processes, inodes);
-        everywhere = !std::ranges::includes(m_ownerless, withoutOwner(inodes));
+        everywhere = hasOwnerless(inodes);
     }
-    if (everywhere) {
-        lookAtAll(*processes, inodes);
-        m_lookedAtAll = now;
-    }
+    if (everywhere)
+        lookEverywhere(*processes, inodes, now);
     m_ownerless = withoutOwner(inodes);
     m_processes = std::move(*processes);
     return owners();
@@ -31,10 +29,12 @@ void SocketOwners::verifyKnown(const std::vector<ProcessId> &processes, const st
     for (auto next = m_known.begin(); next != m_known.end();) {
         auto &[pid, known] = *next++;
         const ProcessId process{pid, known.incarnation};
-        if (!std::ranges::binary_search(processes, process) || !isSameProcess(pid, known))
+        if (!std::ranges::binary_search(processes, process) || !isSameProcess(pid, known)) {
+            m_seen.erase(process);
             m_known.erase(pid);
-        else if (!holdsAll(pid, known, inodes))
+        } else if (!holdsAll(pid, known, inodes)) {
             lookAt(process, inodes);
+        }
     }
 }
 
@@ -65,24 +65,65 @@ void SocketOwners::lookAtNew(const std::vector<ProcessId> &processes, const std:
         lookAt(process, inodes);
 }
 
-void SocketOwners::lookAtAll(const std::vector<ProcessId> &processes, const std::vector<ino_t> &inodes)
+void SocketOwners::lookEverywhere(const std::vector<ProcessId> &processes, const std::vector<ino_t> &inodes,
+                                  Clock::time_point now)
 {
+    m_lookedEverywhere = now;
+    if (!m_readEverything || now - *m_readEverything >= readingInterval) {
+        m_readEverything = now;
+        m_seen.clear();
+    }
+    forgetGone(processes);
     m_known.clear();
-    for (const ProcessId &process : processes)
-        lookAt(process, inodes);
+    std::vector<ProcessId> asleep;
+    for (const ProcessId &process : processes) {
+        const auto seen = m_seen.find(process);
+        const bool hasSlept = seen != m_seen.end() && seen->second.runTime &&
+                              m_table.runTime(process.pid) == seen->second.runTime;
+        if (hasSlept) {
+            recognize(process, inodes);
+            asleep.push_back(process);
+        } else {
+            lookAt(process, inodes);
+        }
+    }
+    // One that has just woken up is charged for it a moment later.
+    if (hasOwnerless(inodes))
+        std::ranges::for_each(asleep, [&](const ProcessId &process) { lookAt(process, inodes); });
+}
+
+void SocketOwners::forgetGone(const std::vector<ProcessId> &processes)
+{
+    std::erase_if(m_seen,
+                  [&](const auto &seen) { return !std::ranges::binary_search(processes, seen.first); });
 }
 
 void SocketOwners::lookAt(const ProcessId &process, const std::vector<ino_t> &inodes)
 {
-    m_table.readSockets(process.pid, m_sockets);
-    std::erase_if(m_sockets, [&](const SocketDescriptor &socket) {
-        return !std::ranges::binary_search(inodes, socket.inode);
-    });
-    auto stat = m_sockets.empty() ? std::nullopt : m_table.stat(process.pid);
+    Seen &seen = m_seen[process];
+    seen.runTime = m_table.runTime(process.pid); // first: what it does meanwhile will count as later
+    m_table.readSockets(process.pid, seen.sockets);
+    recognize(process, inodes);
+}
+
+/// Keeps or forgets the process by what it was last seen to hold.
+void SocketOwners::recognize(const ProcessId &process, const std::vector<ino_t> &inodes)
+{
+    std::vector<SocketDescriptor> wanted;
+    std::ranges::copy_if(
+        m_seen[process].sockets, std::back_inserter(wanted),
+        [&](const SocketDescriptor &socket) { return std::ranges::binary_search(inodes, socket.inode); });
+    auto stat = wanted.empty() ? std::nullopt : m_table.stat(process.pid);
     if (stat && !stat->isZombie())
-        m_known[process.pid] = {process.incarnation, std::move(*stat), m_sockets};
+        m_known[process.pid] = {process.incarnation, std::move(*stat), std::move(wanted)};
     else
         m_known.erase(process.pid);
+}
+
+/// Whether a socket has no owner that was never looked for everywhere.
+bool SocketOwners::hasOwnerless(const std::vector<ino_t> &inodes) const
+{
+    return !std::ranges::includes(m_ownerless, withoutOwner(inodes));
 }
 
 std::vector<ino_t> SocketOwners::withoutOwner(const std::vector<ino_t> &inodes) const

@@ -25,8 +25,12 @@ struct SocketOwner
 /// - at the owners found before: does the process still hold the socket?
 /// - at processes that were not there before;
 /// - everywhere, when a socket then has no owner, and when that was last done `healingInterval` ago: a
-/// process
-///   can be handed a socket by another at any time.
+///   process can be handed a socket by another at any time.
+///
+/// A process that has not run since it was looked at holds what it held then, so that a look everywhere need
+/// not read it again. Whatever that may miss, such as a table of descriptors that two processes share, is
+/// healed when everything is read all the same, once every `readingInterval`.
+///
 /// One thread at a time.
 class SocketOwners
 {
@@ -34,6 +38,7 @@ public:
     using Clock = std::chrono::steady_clock;
 
     static constexpr std::chrono::seconds healingInterval{30};
+    static constexpr std::chrono::minutes readingInterval{10};
 
     /// Reads `table`, which must outlive this.
     explicit SocketOwners(ProcessTable &table)
@@ -46,6 +51,14 @@ public:
                                                                Clock::time_point now);
 
 private:
+    /// A process as it was when its descriptors were read.
+    struct Seen
+    {
+        std::optional<std::chrono::nanoseconds> runTime;
+        std::vector<SocketDescriptor> sockets; ///< all that it held
+    };
+
+    /// A process that holds sockets of those asked for.
     struct Known
     {
         ino_t incarnation = 0;
@@ -57,15 +70,20 @@ private:
     [[nodiscard]] bool isSameProcess(pid_t pid, Known &known);
     [[nodiscard]] bool holdsAll(pid_t pid, Known &known, const std::vector<ino_t> &inodes);
     void lookAtNew(const std::vector<ProcessId> &processes, const std::vector<ino_t> &inodes);
-    void lookAtAll(const std::vector<ProcessId> &processes, const std::vector<ino_t> &inodes);
+    void lookEverywhere(const std::vector<ProcessId> &processes, const std::vector<ino_t> &inodes,
+                        Clock::time_point now);
+    void forgetGone(const std::vector<ProcessId> &processes);
     void lookAt(const ProcessId &process, const std::vector<ino_t> &inodes);
+    void recognize(const ProcessId &process, const std::vector<ino_t> &inodes);
+    [[nodiscard]] bool hasOwnerless(const std::vector<ino_t> &inodes) const;
     [[nodiscard]] std::vector<ino_t> withoutOwner(const std::vector<ino_t> &inodes) const;
     [[nodiscard]] std::vector<SocketOwner> owners() const;
 
     ProcessTable &m_table;
     std::vector<ProcessId> m_processes; ///< all that the last call saw
+    std::map<ProcessId, Seen> m_seen;
     std::map<pid_t, Known> m_known;
     std::vector<ino_t> m_ownerless; ///< looked for everywhere and not found: others' and the kernel's own
-    std::optional<Clock::time_point> m_lookedAtAll;
-    std::vector<SocketDescriptor> m_sockets; ///< scratch space
+    std::optional<Clock::time_point> m_lookedEverywhere;
+    std::optional<Clock::time_point> m_readEverything;
 };

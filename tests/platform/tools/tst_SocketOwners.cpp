@@ -17,6 +17,7 @@ public:
         ino_t incarnation;
         ProcessStat stat;
         std::vector<SocketDescriptor> sockets;
+        std::optional<std::chrono::nanoseconds> runTime = 1ns;
     };
 
     std::map<pid_t, Process> all;
@@ -35,6 +36,10 @@ public:
     std::optional<ProcessStat> stat(pid_t pid) override
     {
         return all.contains(pid) ? std::optional(all[pid].stat) : std::nullopt;
+    }
+    std::optional<std::chrono::nanoseconds> runTime(pid_t pid) override
+    {
+        return all.contains(pid) ? all[pid].runTime : std::nullopt;
     }
     void readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets) override
     {
@@ -63,6 +68,18 @@ protected:
         table.all[pid] = {.incarnation = m_births,
                           .stat = {.command = name, .state = 'S', .startTicks = m_births},
                           .sockets = std::move(sockets)};
+    }
+
+    /// What the process does by itself, for which it has to run.
+    void open(pid_t pid, SocketDescriptor socket)
+    {
+        table.all[pid].sockets.push_back(socket);
+        *table.all[pid].runTime += 1ns;
+    }
+    void close(pid_t pid)
+    {
+        table.all[pid].sockets.clear();
+        *table.all[pid].runTime += 1ns;
     }
 
     /// What is found `after` the last time.
@@ -113,11 +130,36 @@ TEST_F(SocketOwnersTest, NewServerCostsNoLookAtOldProcesses)
     EXPECT_THAT(table.lookedThrough, ElementsAre(40));
 }
 
-TEST_F(SocketOwnersTest, SocketWithoutKnownOwnerCausesALookEverywhere)
+TEST_F(SocketOwnersTest, SocketWithoutKnownOwnerIsLookedForAtThoseThatHaveRun)
+{
+    find({500});
+    open(30, {7, 700});
+    EXPECT_THAT(find({500, 700}), Optional(ElementsAre(node(), SocketOwner{30, "shell", {{7, 700}}})));
+    EXPECT_THAT(table.lookedThrough, ElementsAre(30));
+}
+
+TEST_F(SocketOwnersTest, SocketThatStillHasNoOwnerIsLookedForEverywhere)
+{
+    find({500});
+    table.all[30].sockets.push_back(
+        {7, 700}); // by a process that runs just now and is not charged for it yet
+    EXPECT_THAT(find({500, 700}), Optional(ElementsAre(node(), SocketOwner{30, "shell", {{7, 700}}})));
+    EXPECT_THAT(table.lookedThrough, ElementsAre(1, 20, 30));
+}
+
+TEST_F(SocketOwnersTest, ProcessWithoutAKnownRunTimeIsAlwaysLookedThrough)
+{
+    table.all[1].runTime.reset();
+    find({500});
+    find({500}, SocketOwners::healingInterval);
+    EXPECT_THAT(table.lookedThrough, ElementsAre(1));
+}
+
+TEST_F(SocketOwnersTest, SocketThatBeginsToListenIsRememberedOfItsHolders)
 {
     find({500});
     EXPECT_THAT(find({500, 600}), Optional(ElementsAre(node(), SocketOwner{30, "shell", {{3, 600}}})));
-    EXPECT_THAT(table.lookedThrough, ElementsAre(1, 20, 30));
+    EXPECT_THAT(table.lookedThrough, IsEmpty());
 }
 
 TEST_F(SocketOwnersTest, SocketThatNobodyHoldsIsLookedForOnce)
@@ -198,11 +240,39 @@ TEST_F(SocketOwnersTest, NameIsAlwaysTheCurrentOne)
 TEST_F(SocketOwnersTest, SocketHandedToAnOldProcessIsSeenAfterTheHealingInterval)
 {
     find({500});
-    table.all[1].sockets = {{5, 500}};
+    open(1, {5, 500});
     EXPECT_THAT(find({500}, SocketOwners::healingInterval - 1ms), Optional(ElementsAre(node())));
     EXPECT_THAT(find({500}, 1ms), Optional(ElementsAre(SocketOwner{1, "init", {{5, 500}}}, node())));
+    EXPECT_THAT(table.lookedThrough, ElementsAre(1));
     EXPECT_THAT(find({500}), Optional(testing::SizeIs(2)));
     EXPECT_THAT(table.lookedThrough, IsEmpty());
+}
+
+TEST_F(SocketOwnersTest, ClosedSocketIsForgottenAfterTheHealingIntervalToo)
+{
+    find({500});
+    open(1, {5, 500});
+    find({500}, SocketOwners::healingInterval);
+    close(1);
+    EXPECT_THAT(find({500}, SocketOwners::healingInterval), Optional(ElementsAre(node())));
+}
+
+TEST_F(SocketOwnersTest, AllIsReadAgainAfterTheReadingInterval)
+{
+    find({500});
+    table.all[1].sockets = {{5, 500}}; // through a table of descriptors that it shares with another process
+    EXPECT_THAT(find({500}, SocketOwners::readingInterval - 1ms), Optional(ElementsAre(node())));
+    EXPECT_THAT(find({500}, SocketOwners::healingInterval), Optional(testing::SizeIs(2)));
+    EXPECT_THAT(table.lookedThrough, ElementsAre(1, 20, 30));
+}
+
+TEST_F(SocketOwnersTest, ReusedPidIsReadEvenIfItHasRunForAsLong)
+{
+    find({500});
+    add(30, "worker", {{7, 500}});
+    EXPECT_THAT(find({500}, SocketOwners::healingInterval),
+                Optional(ElementsAre(node(), SocketOwner{30, "worker", {{7, 500}}})));
+    EXPECT_THAT(table.lookedThrough, ElementsAre(30));
 }
 
 TEST_F(SocketOwnersTest, UnreadableTableIsAbsentAndForgetsNothing)
