@@ -36,18 +36,36 @@ def middle(costs):
     return Cost(*map(statistics.median, figures))
 
 
+def average(costs):
+    """The mean of each figure on its own."""
+    figures = zip(*map(dataclasses.astuple, costs))
+    return Cost(*map(statistics.fmean, figures))
+
+
 def median(command, rounds, environment=None):
     return middle([run(command, environment) for _ in range(rounds)])
 
 
-def reported(command, expected, environment=None):
-    """What a program of ours says about itself: costs by name. It must have found `expected` servers."""
-    output = subprocess.run(command, stdout=subprocess.PIPE, text=True, check=True, env=environment).stdout
+def started(command, environment=None):
+    """A program of ours that is to say about itself what it costs."""
+    return subprocess.Popen(command, stdout=subprocess.PIPE, text=True, env=environment)
+
+
+def said(process, expected):
+    """What a started program says: costs by name. It must have found `expected` servers."""
+    output, _ = process.communicate()
+    if process.returncode != 0:
+        raise RuntimeError(f"{process.args} failed")
     costs = {}
     for line in output.splitlines():
         name, *figures = line.split()
         if name == "found" and int(figures[0]) != expected:
-            raise RuntimeError(f"{command[0]} found {figures[0]} servers of {expected}")
+            raise RuntimeError(f"{process.args} found {figures[0]} servers of {expected}")
         if name != "found":
             costs[name] = Cost(*map(float, figures))
     return costs
+
+
+def reported(command, expected, environment=None):
+    """What a program of ours says about itself."""
+    return said(started(command, environment), expected)

@@ -5,10 +5,10 @@ import json
 import pathlib
 import subprocess
 
-# What even an idle machine runs: processes with a handful of descriptors each.
-HOUSEHOLD = (75, 10)
-# What a browser and an editor add to it.
-DESKTOP = (300, 40)
+# What even an idle machine runs: processes with a handful of descriptors each, a few of which wake up every second.
+HOUSEHOLD = (75, 10, 15)
+# What a browser and an editor add to it; half of it wakes up every second.
+DESKTOP = (300, 40, 150)
 
 BACKGROUNDS = {"bare": [HOUSEHOLD], "crowded": [HOUSEHOLD, DESKTOP]}
 
@@ -34,8 +34,8 @@ def project_folders(root, count):
 def population(programs, background, servers, root):
     """`servers` servers before one of BACKGROUNDS; yields their ports."""
     with contextlib.ExitStack() as stack:
-        for count, descriptors in BACKGROUNDS[background]:
-            stack.enter_context(standing([programs / "crowd", str(count), str(descriptors)]))
+        for crowd in BACKGROUNDS[background]:
+            stack.enter_context(standing([programs / "crowd", *map(str, crowd)]))
         if servers == 0:
             yield []
             return

@@ -15,4 +15,4 @@ def row(name, cost, limits=None, bar=None):
         if bar and bar[0] == limit:
             verdict = f" ({'meets' if ratio <= bar[1] else 'MISSES'} {bar[1]:g})"
         ratios.append(f"{ratio:.2f} x {limit}{verdict}")
-    print(f"{name:32} cpu {cost.total:9.2f} ms   wall {cost.wall:9.2f} ms   {', '.join(ratios)}", flush=True)
+    print(f"{name:34} cpu {cost.total:9.2f} ms   wall {cost.wall:9.2f} ms   {', '.join(ratios)}", flush=True)
