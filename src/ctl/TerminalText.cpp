@@ -1,5 +1,7 @@
 #include "TerminalText.h"
 
+#include "Characters.h"
+
 #include <QChar>
 #include <QList>
 #include <QTextBoundaryFinder>
@@ -14,15 +16,7 @@ namespace {
 constexpr char32_t replacement = 0xFFFD;
 constexpr char32_t firstControlPicture = 0x2400;
 constexpr char32_t deletePicture = 0x2421;
-constexpr char32_t zeroWidthNonJoiner = 0x200C;
-constexpr char32_t zeroWidthJoiner = 0x200D;
 constexpr QChar ellipsis = u'…';
-
-// Emoji and some scripts are spelt with the joiners, which do no harm.
-bool isJoiner(char32_t character)
-{
-    return character == zeroWidthJoiner || character == zeroWidthNonJoiner;
-}
 
 char32_t harmlessCharacter(char32_t character)
 {
@@ -30,17 +24,7 @@ char32_t harmlessCharacter(char32_t character)
         return firstControlPicture + character;
     if (character == 0x7F)
         return deletePicture;
-    switch (QChar::category(character)) {
-    case QChar::Other_Control:
-    case QChar::Other_Format:
-        return isJoiner(character) ? character : replacement;
-    case QChar::Other_Surrogate:
-    case QChar::Separator_Line:
-    case QChar::Separator_Paragraph:
-        return replacement;
-    default:
-        return QChar::isNonCharacter(character) ? replacement : character;
-    }
+    return Characters::isShowable(character) ? character : replacement;
 }
 
 // The C library knows how wide characters are, but only by the locale: here one of the calling thread,

@@ -1,5 +1,7 @@
 #include "DisplayText.h"
 
+#include "Characters.h"
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -9,26 +11,6 @@ constexpr char16_t ellipsis = u'\u2026';
 constexpr char16_t firstStrongIsolate = u'\u2068';
 constexpr char16_t popDirectionalIsolate = u'\u2069';
 constexpr int mostCombiningMarks = 4;
-
-// They hold emoji and many scripts together and do nothing to what stands around them.
-bool isJoiner(char32_t character)
-{
-    return character == U'\u200C' || character == U'\u200D';
-}
-
-bool isUnfit(char32_t character)
-{
-    switch (QChar::category(character)) {
-    case QChar::Other_Format:
-        return !isJoiner(character);
-    case QChar::Other_Control:
-    case QChar::Separator_Line:
-    case QChar::Separator_Paragraph:
-        return true;
-    default:
-        return false;
-    }
-}
 
 bool isCombining(char32_t character)
 {
@@ -45,10 +27,10 @@ QString harmless(QStringView text)
         combiningMarks = isCombining(character) ? combiningMarks + 1 : 0;
         if (combiningMarks > mostCombiningMarks)
             continue;
-        if (isUnfit(character))
-            result += mark;
-        else
+        if (Characters::isShowable(character))
             result += QChar::fromUcs4(character);
+        else
+            result += mark;
     }
     return result;
 }

@@ -36,6 +36,7 @@ INSTANTIATE_TEST_SUITE_P(
                     HarmlessCase{"BidiIsolates", u"\u2066a\u2069\u200e\u200f\u061c"_s,
                                  u"\ufffda\ufffd\ufffd\ufffd\ufffd"_s},
                     HarmlessCase{"ZeroWidthSpace", u"a\u200bb\ufeff"_s, u"a\ufffdb\ufffd"_s},
+                    HarmlessCase{"Shapeless", u"a\u3164b\u115F\u2800"_s, u"a\uFFFDb\uFFFD\uFFFD"_s},
                     HarmlessCase{"SoftHyphen", u"a\u00adb"_s, u"a\ufffdb"_s},
                     HarmlessCase{"LoneSurrogate", u"a"_s + QChar(0xD800) + u'b', u"a\ufffdb"_s},
                     HarmlessCase{"NonCharacter", u"a"_s + QChar(0xFFFE), u"a\ufffd"_s},

@@ -36,6 +36,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"Isolates", u"\u2066a\u2067b\u2068c\u2069"_s, u"\uFFFDa\uFFFDb\uFFFDc\uFFFD"_s},
         Case{"Marks", u"\u200Ea\u200Fb\u061Cc"_s, u"\uFFFDa\uFFFDb\uFFFDc"_s},
         Case{"Invisible", u"a\u200Bb\uFEFFc\u00ADd"_s, u"a\uFFFDb\uFFFDc\uFFFDd"_s},
+        Case{"Shapeless", u"a\u3164b\u115F\u2800"_s, u"a\uFFFDb\uFFFD\uFFFD"_s},
         Case{"Joiners", u"\u0645\u200C\u0645 \U0001F469\u200D\U0001F4BB"_s,
              u"\u0645\u200C\u0645 \U0001F469\u200D\U0001F4BB"_s},
         Case{"LoneSurrogates", u"a"_s + QChar(0xD800) + u"b"_s + QChar(0xDC00), u"a\uFFFDb\uFFFD"_s},
