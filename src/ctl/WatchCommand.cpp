@@ -1,5 +1,6 @@
 #include "WatchCommand.h"
 
+#include "KeyReader.h"
 #include "Output.h"
 #include "Program.h"
 #include "Screen.h"
@@ -34,6 +35,8 @@ int watchOnScreen(ServiceStore &store)
     QObject::connect(&signals, &TerminationSignals::received, &loop, &QEventLoop::quit);
 
     Screen screen;
+    KeyReader keys;
+    qsizetype first = 0;
     QTimer redraw;
     redraw.setSingleShot(true);
     redraw.callOnTimeout(&screen, [&] {
@@ -41,6 +44,7 @@ int watchOnScreen(ServiceStore &store)
                                           .pinnedPorts = store.pinnedPorts(),
                                           .isSearching = !store.services().isEmpty(),
                                           .lastUpdated = store.lastUpdated(),
+                                          .first = first,
                                           .readsKeys = screen.readsKeys()};
         if (!screen.show(WatchFrame::of(content, Output::size(), Output::ink())))
             loop.exit(statusAfterFailedWrite());
@@ -49,9 +53,14 @@ int watchOnScreen(ServiceStore &store)
     QObject::connect(&store, &ServiceStore::visibleChanged, &redraw, redrawSoon);
     QObject::connect(&store, &ServiceStore::lastUpdatedChanged, &redraw, redrawSoon);
     QObject::connect(&screen, &Screen::lostPicture, &redraw, redrawSoon);
-    QObject::connect(&screen, &Screen::typed, &loop, [&](char key) {
-        if (key == 'q' || key == 'Q')
-            loop.quit();
+    QObject::connect(&screen, &Screen::typed, &loop, [&](char character) {
+        const auto key = keys.read(character);
+        if (key == Key::quit)
+            return loop.quit();
+        if (!key)
+            return;
+        first = WatchFrame::scrolled(first, *key, store.visible().size(), Output::size());
+        redrawSoon();
     });
 
     redrawSoon();

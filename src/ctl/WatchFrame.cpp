@@ -4,20 +4,69 @@
 #include "ServiceTable.h"
 #include "TerminalText.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
 
+bool hasAir(Output::Size size) // above the footer
+{
+    return size.rows > 2;
+}
+
+/// How many lines the list can take.
+qsizetype room(Output::Size size)
+{
+    return size.rows - (hasAir(size) ? 2 : 1);
+}
+
+bool fits(qsizetype services, Output::Size size)
+{
+    return services + 1 <= room(size);
+}
+
+/// How many services are shown where not all fit: between the header and what is said about the others.
+qsizetype shownAtOnce(Output::Size size)
+{
+    return std::max<qsizetype>(0, room(size) - 2);
+}
+
+qsizetype lastFirst(qsizetype services, Output::Size size)
+{
+    return fits(services, size) ? 0 : services - shownAtOnce(size);
+}
+
+QString othersText(qsizetype above, qsizetype below)
+{
+    if (below == 0)
+        return u"… %1 above"_s.arg(above);
+    return above == 0 ? u"… %1 more"_s.arg(below) : u"… %1 above, %2 more"_s.arg(above).arg(below);
+}
+
+/// As much of `table` as fits, from the service `first` on.
+QStringList cut(const QStringList &table, qsizetype first, Output::Size size, const Ink &ink)
+{
+    const qsizetype services = table.size() - 1;
+    const qsizetype above = std::clamp<qsizetype>(first, 0, lastFirst(services, size));
+    QStringList lines = table.mid(1 + above, shownAtOnce(size));
+    const QString others = othersText(above, services - above - lines.size());
+    lines.prepend(table.first());
+    lines.append(ink(Tone::faint, TerminalText::elided(others, size.columns)));
+    return lines.last(std::min(lines.size(), room(size)));
+}
+
 QStringList listLines(const WatchFrame::Content &content, Output::Size size, const Ink &ink)
 {
-    if (!content.lastUpdated.isValid())
+    if (!content.lastUpdated.isValid() || room(size) == 0)
         return {};
     if (content.services.isEmpty())
         return {emptyText(content.isSearching, size.columns, ink)};
     QString table = ServiceTable::of(content.services, content.pinnedPorts,
                                      {.columns = size.columns, .ink = ink, .isSteady = true});
     table.chop(1);
-    return table.split(u'\n');
+    const QStringList lines = table.split(u'\n');
+    return fits(content.services.size(), size) ? lines : cut(lines, content.first, size, ink);
 }
 
 QString footer(const WatchFrame::Content &content, Output::Size size, const Ink &ink)
@@ -25,8 +74,11 @@ QString footer(const WatchFrame::Content &content, Output::Size size, const Ink 
     const QString state = content.lastUpdated.isValid()
                               ? u"Updated "_s + content.lastUpdated.toLocalTime().toString(u"HH:mm:ss"_s)
                               : u"Looking for servers…"_s;
-    const QString end = content.readsKeys ? u" · q to quit"_s : u" · Control-C to quit"_s;
-    return ink(Tone::faint, TerminalText::elided(state + end, size.columns));
+    QString keys = content.readsKeys ? u" · q to quit"_s : u" · Control-C to quit"_s;
+    const bool scrolls = !content.services.isEmpty() && !fits(content.services.size(), size);
+    if (content.readsKeys && scrolls)
+        keys.prepend(u" · ↑ ↓ to scroll"_s);
+    return ink(Tone::faint, TerminalText::elided(state + keys, size.columns));
 }
 
 } // namespace
@@ -34,16 +86,38 @@ QString footer(const WatchFrame::Content &content, Output::Size size, const Ink 
 QString WatchFrame::of(const Content &content, Output::Size size, const Ink &ink)
 {
     QStringList lines = listLines(content, size, ink);
-    const bool hasAir = size.rows > 2; // a line of it above the footer
-    const qsizetype room = size.rows - (hasAir ? 2 : 1);
-    if (lines.size() > room) {
-        const qsizetype hidden = lines.size() - room + 1;
-        lines.resize(room);
-        if (!lines.isEmpty())
-            lines.last() = ink(Tone::faint, TerminalText::elided(u"… %1 more"_s.arg(hidden), size.columns));
-    }
-    if (!lines.isEmpty() && hasAir)
+    if (!lines.isEmpty() && hasAir(size))
         lines.append(QString());
     lines.append(footer(content, size, ink));
     return lines.join(u'\n');
+}
+
+qsizetype WatchFrame::scrolled(qsizetype first, Key key, qsizetype services, Output::Size size)
+{
+    const qsizetype last = lastFirst(services, size);
+    const qsizetype page = std::max<qsizetype>(1, shownAtOnce(size));
+    qsizetype next = std::clamp<qsizetype>(first, 0, last);
+    switch (key) {
+    case Key::up:
+        next -= 1;
+        break;
+    case Key::down:
+        next += 1;
+        break;
+    case Key::pageUp:
+        next -= page;
+        break;
+    case Key::pageDown:
+        next += page;
+        break;
+    case Key::home:
+        next = 0;
+        break;
+    case Key::end:
+        next = last;
+        break;
+    case Key::quit:
+        break;
+    }
+    return std::clamp<qsizetype>(next, 0, last);
 }

@@ -523,6 +523,37 @@ TEST_F(Portolanctl, WatchFollowsTheSizeOfTheTerminal)
     EXPECT_EQ(watch.exitStatus(), 0);
 }
 
+TEST_F(Portolanctl, WatchScrollsWhatDoesNotFit)
+{
+    std::vector<std::unique_ptr<OddServer>> servers;
+    std::vector<quint16> ports;
+    for (int i = 0; i < 6; ++i) {
+        servers.push_back(std::make_unique<OddServer>(m_ok));
+        ports.push_back(servers.back()->port());
+    }
+    std::ranges::sort(ports);
+    PtyProcess watch(program, QStringList{u"watch"_s, u"--no-probe"_s} + ownOnly(), options());
+    watch.resize(120, 7); // a header, three servers, what is said about the others, air, the footer
+    const auto shows = [&](size_t first, const QString &others) {
+        return watch.readUntil([&] {
+            const QStringList lines = seenOnTerminal(watch.output());
+            return lines.size() == 7 && linesOf(lines.sliced(1, 1), ports[first]).size() == 1 &&
+                   lines[4] == others;
+        });
+    };
+    EXPECT_TRUE(shows(0, u"… 3 more"_s));
+    watch.type("\x1b[B");
+    EXPECT_TRUE(shows(1, u"… 1 above, 2 more"_s));
+    watch.type("\x1b[6~");
+    EXPECT_TRUE(shows(3, u"… 3 above"_s));
+    watch.type("k");
+    EXPECT_TRUE(shows(2, u"… 2 above, 1 more"_s));
+    watch.type("\x1b[H");
+    EXPECT_TRUE(shows(0, u"… 3 more"_s));
+    watch.type("q");
+    EXPECT_EQ(watch.exitStatus(), 0);
+}
+
 TEST_F(Portolanctl, WatchCutsNothingOffAFullLine)
 {
     const QString deep = folder() + u'/' + QString(150, u'd') + u"/end!"_s;

@@ -63,8 +63,16 @@ TEST(WatchFrame, NeverHasMoreLinesThanTheTerminal)
     for (int rows = 1; rows < 60; ++rows) {
         const QStringList lines = frame(content, rows);
         EXPECT_LE(lines.size(), rows);
-        EXPECT_EQ(lines.last(), u"Updated 12:00:05 · q to quit"_s);
+        EXPECT_EQ(lines.last(), rows < 53 ? u"Updated 12:00:05 · ↑ ↓ to scroll · q to quit"_s
+                                          : u"Updated 12:00:05 · q to quit"_s);
     }
+    EXPECT_EQ(frame({.lastUpdated = noon}, 1), QStringList{u"Updated 12:00:05 · q to quit"_s});
+}
+
+TEST(WatchFrame, SpeaksOfScrollingOnlyWhereKeysAreRead)
+{
+    EXPECT_EQ(frame({.services = manyServices(), .lastUpdated = noon, .readsKeys = false}, 10).last(),
+              u"Updated 12:00:05 · Control-C to quit"_s);
 }
 
 TEST(WatchFrame, SaysHowManyDoNotFit)
@@ -73,6 +81,41 @@ TEST(WatchFrame, SaysHowManyDoNotFit)
     ASSERT_EQ(lines.size(), 10);
     EXPECT_TRUE(lines[6].startsWith(u"3005"_s));
     EXPECT_EQ(lines[7], u"… 44 more"_s);
+}
+
+TEST(WatchFrame, ShowsTheListFromAnyOfThemOn)
+{
+    const auto lines = [](qsizetype first) {
+        return frame({.services = manyServices(), .lastUpdated = noon, .first = first}, 10);
+    };
+    EXPECT_TRUE(lines(7)[0].startsWith(u"PORT"_s));
+    EXPECT_TRUE(lines(7)[1].startsWith(u"3007"_s));
+    EXPECT_TRUE(lines(7)[6].startsWith(u"3012"_s));
+    EXPECT_EQ(lines(7)[7], u"… 7 above, 37 more"_s);
+    EXPECT_TRUE(lines(44)[6].startsWith(u"3049"_s));
+    EXPECT_EQ(lines(44)[7], u"… 44 above"_s);
+    EXPECT_EQ(lines(1000), lines(44));
+    EXPECT_EQ(lines(-1), lines(0));
+}
+
+TEST(WatchFrame, ScrollsByLinesAndPagesWithinTheList)
+{
+    const auto scrolled = [](qsizetype first, Key key, qsizetype services = 50) {
+        return WatchFrame::scrolled(first, key, services, {.columns = 80, .rows = 10}); // six at once
+    };
+    EXPECT_EQ(scrolled(0, Key::down), 1);
+    EXPECT_EQ(scrolled(44, Key::down), 44);
+    EXPECT_EQ(scrolled(1, Key::up), 0);
+    EXPECT_EQ(scrolled(0, Key::up), 0);
+    EXPECT_EQ(scrolled(3, Key::pageDown), 9);
+    EXPECT_EQ(scrolled(40, Key::pageDown), 44);
+    EXPECT_EQ(scrolled(40, Key::pageUp), 34);
+    EXPECT_EQ(scrolled(3, Key::pageUp), 0);
+    EXPECT_EQ(scrolled(3, Key::end), 44);
+    EXPECT_EQ(scrolled(3, Key::home), 0);
+    EXPECT_EQ(scrolled(49, Key::up), 43) << "from where the list ends now";
+    EXPECT_EQ(scrolled(0, Key::down, 7), 0) << "where all fit";
+    EXPECT_EQ(scrolled(0, Key::down, 0), 0);
 }
 
 TEST(WatchFrame, ShowsAllThatFit)
