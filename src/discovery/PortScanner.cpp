@@ -8,6 +8,7 @@
 #include "ProcessInspector.h"
 #include "Shell.h"
 #include "StrictNumber.h"
+#include "ToolQuestions.h"
 
 #include <QHash>
 #include <QSet>
@@ -55,16 +56,6 @@ bool contains(const auto &list, QStringView text)
     return std::ranges::any_of(list, [&](QLatin1StringView entry) { return text == entry; });
 }
 
-QStringList listingArguments()
-{
-    return {u"-nP"_s, u"-iTCP"_s, u"-sTCP:LISTEN"_s, u"-FpcnPT"_s};
-}
-
-QStringList cwdArguments(qint32 pid)
-{
-    return {u"-a"_s, u"-p"_s, QString::number(pid), u"-d"_s, u"cwd"_s, u"-Fn"_s};
-}
-
 /// What `tool` prints for each of `invocations`, in their order; "" where it failed.
 ///
 /// The runs go side by side, but the outcome is that of one after the other: what was already under way when
@@ -96,7 +87,7 @@ QStringList outputs(const QString &tool, const QList<QStringList> &invocations, 
 QList<RawListener> listeners(const ScanOptions &options)
 {
     const Shell::Limits limits{.deadline = options.listingDeadline, .stop = options.stop};
-    return PortScanner::parseListeners(Shell::run(options.lsof, listingArguments(), limits).output);
+    return PortScanner::parseListeners(Shell::run(options.lsof, ToolQuestions::listeners(), limits).output);
 }
 
 /// The first of each process and port, as far as the port is asked for.
@@ -126,7 +117,7 @@ Folders workingFolders(const QList<RawListener> &listeners, const ScanOptions &o
             continue;
         folders.insert(listener.pid, std::nullopt);
         pids.append(listener.pid);
-        invocations.append(cwdArguments(listener.pid));
+        invocations.append(ToolQuestions::workingDirectory(listener.pid));
     }
     const QStringList answers = outputs(options.lsof, invocations, options);
     for (qsizetype i = 0; i < pids.size(); ++i)
@@ -165,7 +156,7 @@ void readStats(QList<Service> &services, const ScanOptions &options)
 {
     QList<QStringList> invocations;
     for (const Service &service : std::as_const(services))
-        invocations.append(ProcessInspector::arguments(service.pid));
+        invocations.append(ToolQuestions::stats(service.pid));
     const QStringList answers = outputs(options.ps, invocations, options);
     for (qsizetype i = 0; i < services.size(); ++i)
         services[i].stats = ProcessInspector::parse(answers[i]);
@@ -238,7 +229,7 @@ std::optional<qint64> PortScanner::port(QStringView fromName)
 
 std::optional<QString> PortScanner::resolveCwd(qint32 pid)
 {
-    return parseCwd(pid, Shell::run(ToolPaths::lsof(), cwdArguments(pid)));
+    return parseCwd(pid, Shell::run(ToolPaths::lsof(), ToolQuestions::workingDirectory(pid)));
 }
 
 std::optional<QString> PortScanner::parseCwd(qint32 pid, const QString &output)

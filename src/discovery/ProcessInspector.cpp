@@ -4,6 +4,7 @@
 #include "Shell.h"
 #include "StrictNumber.h"
 #include "ToolPaths.h"
+#include "ToolQuestions.h"
 
 #include <QList>
 
@@ -32,12 +33,7 @@ qint64 multipliedAndAdded(qint64 a, qint64 factor, qint64 b)
 
 std::optional<ProcessStats> ProcessInspector::stats(qint32 pid)
 {
-    return parse(Shell::run(ToolPaths::ps(), arguments(pid)));
-}
-
-QStringList ProcessInspector::arguments(qint32 pid)
-{
-    return {u"-o"_s, u"etime=,%cpu=,rss="_s, u"-p"_s, QString::number(pid)};
+    return parse(Shell::run(ToolPaths::ps(), ToolQuestions::stats(pid)));
 }
 
 std::optional<ProcessStats> ProcessInspector::parse(const QString &output)

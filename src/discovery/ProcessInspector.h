@@ -3,7 +3,6 @@
 #include "ProcessStats.h"
 
 #include <QString>
-#include <QStringList>
 
 #include <optional>
 
@@ -13,8 +12,7 @@ namespace ProcessInspector {
 /// Asks ps about one process; nothing when there is no such process. Blocks while ps runs.
 [[nodiscard]] std::optional<ProcessStats> stats(qint32 pid);
 
-/// What ps is asked with about `pid`, and what its answer says. A column that is no number counts 0.
-[[nodiscard]] QStringList arguments(qint32 pid);
+/// What the answer of ps says. A column that is no number counts 0.
 [[nodiscard]] std::optional<ProcessStats> parse(const QString &output);
 
 } // namespace ProcessInspector

@@ -1,10 +1,10 @@
 #include "ToolPaths.h"
 
+#include "ToolQuestions.h"
+
 #include <QFileInfo>
 
 #include <algorithm>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -18,12 +18,12 @@ bool isExecutableFile(const QString &path)
 
 QString ToolPaths::lsof()
 {
-    return firstExecutable({u"/usr/sbin/lsof"_s, u"/usr/bin/lsof"_s});
+    return firstExecutable(ToolQuestions::lsofPaths());
 }
 
 QString ToolPaths::ps()
 {
-    return firstExecutable({u"/bin/ps"_s, u"/usr/bin/ps"_s});
+    return firstExecutable(ToolQuestions::psPaths());
 }
 
 QString ToolPaths::firstExecutable(const QStringList &candidates)

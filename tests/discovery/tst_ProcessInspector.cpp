@@ -115,12 +115,6 @@ INSTANTIATE_TEST_SUITE_P(
         return name;
     });
 
-TEST(ProcessInspector, AsksPsInExactlyThisWay)
-{
-    EXPECT_EQ(ProcessInspector::arguments(4242),
-              (QStringList{u"-o"_s, u"etime=,%cpu=,rss="_s, u"-p"_s, u"4242"_s}));
-}
-
 TEST(ProcessInspector, KnowsThisProcess)
 {
     const std::optional<ProcessStats> stats = ProcessInspector::stats(getpid());

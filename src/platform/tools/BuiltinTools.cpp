@@ -3,12 +3,7 @@
 #include "Lsof.h"
 #include "ProcFs.h"
 #include "Ps.h"
-
-#include <QSet>
-
-#include <algorithm>
-
-using namespace Qt::StringLiterals;
+#include "ToolQuestions.h"
 
 namespace {
 
@@ -20,49 +15,39 @@ bool isEnabled()
 
 bool isLsof(const QString &path)
 {
-    return path == "/usr/sbin/lsof"_L1 || path == "/usr/bin/lsof"_L1;
+    return ToolQuestions::lsofPaths().contains(path);
 }
 
 bool isPs(const QString &path)
 {
-    return path == "/bin/ps"_L1 || path == "/usr/bin/ps"_L1;
+    return ToolQuestions::psPaths().contains(path);
 }
 
-/// The pid in plain decimal; other notations are for the real tools to judge.
-std::optional<pid_t> parsePid(const QString &text)
+/// The pid that `arguments` ask `question` about. In plain decimal: other notations are for the real tools to
+/// judge.
+std::optional<pid_t> pidIn(const QStringList &arguments, QStringList (&question)(qint32))
 {
-    const bool isPlain =
-        !text.startsWith(u'0') && std::ranges::all_of(text, [](QChar c) { return c >= u'0' && c <= u'9'; });
-    bool fits = false;
-    const int pid = text.toInt(&fits);
-    return isPlain && fits ? std::optional(pid) : std::nullopt;
-}
-
-/// The pid that stands at `position` when all other `arguments` are those of `pattern`.
-std::optional<pid_t> pidIn(QStringList arguments, const QStringList &pattern, qsizetype position)
-{
-    if (arguments.size() != pattern.size())
-        return std::nullopt;
-    const auto pid = parsePid(arguments[position]);
-    arguments[position] = pattern[position];
-    return arguments == pattern ? pid : std::nullopt;
+    for (const QString &argument : arguments) {
+        bool isNumber = false;
+        const int pid = argument.toInt(&isNumber);
+        if (isNumber)
+            return pid > 0 && arguments == question(pid) ? std::optional(pid) : std::nullopt;
+    }
+    return std::nullopt;
 }
 
 std::optional<std::string> lsofAnswer(const QStringList &arguments)
 {
-    static const QStringList listeners = {u"-nP"_s, u"-iTCP"_s, u"-sTCP:LISTEN"_s, u"-FpcnPT"_s};
-    static const QStringList workingDirectory = {u"-a"_s, u"-p"_s, u"PID"_s, u"-d"_s, u"cwd"_s, u"-Fn"_s};
-    if (arguments == listeners)
+    if (arguments == ToolQuestions::listeners())
         return Lsof::listeners();
-    if (const auto pid = pidIn(arguments, workingDirectory, 2))
+    if (const auto pid = pidIn(arguments, ToolQuestions::workingDirectory))
         return Lsof::workingDirectory(*pid);
     return std::nullopt;
 }
 
 std::optional<std::string> psAnswer(const QStringList &arguments)
 {
-    static const QStringList stats = {u"-o"_s, u"etime=,%cpu=,rss="_s, u"-p"_s, u"PID"_s};
-    if (const auto pid = pidIn(arguments, stats, 3))
+    if (const auto pid = pidIn(arguments, ToolQuestions::stats))
         return Ps::stats(*pid);
     return std::nullopt;
 }

@@ -14,7 +14,6 @@
 #include <arpa/inet.h>
 #include <climits>
 #include <locale.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace {
@@ -66,13 +65,6 @@ void nameAfterExecutable(SocketOwner &owner)
     char buffer[PATH_MAX];
     if (const auto link = ProcFs::readLink(buffer, ProcFs::Path(owner.pid, "exe").text()))
         owner.command = Lsof::executableName(*link);
-}
-
-/// Whether `pid` names a process, not one of the further threads of one.
-bool isProcess(pid_t pid)
-{
-    const FileDescriptor handle(int(syscall(SYS_pidfd_open, pid, 0)));
-    return handle.isOpen() || (errno != ESRCH && errno != EINVAL && errno != ENOENT);
 }
 
 /// Whether `pid` is there and has not ended.
@@ -174,7 +166,7 @@ std::optional<std::string> Lsof::listeners()
 
 std::string Lsof::workingDirectory(pid_t pid)
 {
-    if (!isProcess(pid))
+    if (!ProcFs::isProcess(pid))
         return {};
     const ProcFs::Path path(pid, "cwd");
     const std::string head = 'p' + std::to_string(pid) + "\nn";

@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Hands out the words of a line that is separated by blanks.
+/// Hands out the words of a line, parted by single blanks as the kernel does.
 class Words
 {
 public:
@@ -15,9 +15,9 @@ public:
 
     std::string_view next()
     {
-        m_rest.remove_prefix(std::min(m_rest.find_first_not_of(blanks), m_rest.size()));
-        const std::string_view word = m_rest.substr(0, m_rest.find_first_of(blanks));
-        m_rest.remove_prefix(word.size());
+        const auto *const end = std::ranges::find_if(m_rest, [](char c) { return c == ' ' || c == '\n'; });
+        const std::string_view word(m_rest.begin(), end);
+        m_rest.remove_prefix(std::min(word.size() + 1, m_rest.size()));
         return word;
     }
 
@@ -28,7 +28,6 @@ public:
     }
 
 private:
-    static constexpr std::string_view blanks = " \t\n";
     std::string_view m_rest;
 };
 
@@ -38,15 +37,6 @@ bool parse(std::string_view word, Number &number)
     const char *end = word.data() + word.size();
     const auto [last, error] = std::from_chars(word.data(), end, number);
     return error == std::errc() && last == end;
-}
-
-/// The value behind "\nNAME:" in a table of such lines.
-std::optional<std::string_view> valueOf(std::string_view table, std::string_view name)
-{
-    const size_t at = table.find(name);
-    if (at == std::string_view::npos)
-        return std::nullopt;
-    return Words(table.substr(at + name.size())).next();
 }
 
 } // namespace
@@ -61,7 +51,7 @@ std::optional<ProcessStat> parseProcessStat(std::string_view text)
 
     ProcessStat stat;
     stat.command = text.substr(open + 1, close - open - 1);
-    Words words(text.substr(close + 1));
+    Words words(text.substr(std::min(close + 2, text.size()))); // behind the bracket and a blank
     const std::string_view state = words.next();
     words.skip(10); // ppid pgrp session tty_nr tpgid flags minflt cminflt majflt cmajflt
     unsigned long long user = 0;
@@ -76,14 +66,10 @@ std::optional<ProcessStat> parseProcessStat(std::string_view text)
     return stat;
 }
 
-std::optional<ProcessStatus> parseProcessStatus(std::string_view text)
+std::optional<unsigned long long> parseResidentPages(std::string_view text)
 {
-    // A line break in the name is printed escaped, so no name can forge a line.
-    ProcessStatus status;
-    const auto group = valueOf(text, "\nTgid:");
-    if (!group || !parse(*group, status.threadGroup))
-        return std::nullopt;
-    if (const auto resident = valueOf(text, "\nVmRSS:"); resident && !parse(*resident, status.residentKiB))
-        return std::nullopt;
-    return status;
+    Words words(text);
+    words.skip(1); // size
+    unsigned long long pages = 0;
+    return parse(words.next(), pages) ? std::optional(pages) : std::nullopt;
 }

@@ -22,14 +22,6 @@ struct ProcessStat
 /// Reads the text of a /proc/PID/stat; absent when it is not of that form.
 [[nodiscard]] std::optional<ProcessStat> parseProcessStat(std::string_view text);
 
-/// What Portolan needs of /proc/PID/status.
-struct ProcessStatus
-{
-    pid_t threadGroup = 0; ///< the process that the id belongs to: itself, unless it names a thread
-    unsigned long long residentKiB = 0; ///< 0 for what has no memory of its own
-
-    friend bool operator==(const ProcessStatus &, const ProcessStatus &) = default;
-};
-
-/// Reads the text of a /proc/PID/status; absent when it names no thread group.
-[[nodiscard]] std::optional<ProcessStatus> parseProcessStatus(std::string_view text);
+/// The memory pages that a process has in use, from the text of its /proc/PID/statm: 0 for what has none of
+/// its own, absent when it is not of that form.
+[[nodiscard]] std::optional<unsigned long long> parseResidentPages(std::string_view text);

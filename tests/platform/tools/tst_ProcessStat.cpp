@@ -41,28 +41,16 @@ TEST(ProcessStat, IsAbsentForAnyOtherForm)
     EXPECT_EQ(parseProcessStat("7 (sh) S 1 7 7 0 -1 0 0 0 0 0 x 0 0 0 20 0 1 0 147653 0 0"), std::nullopt);
 }
 
-TEST(ProcessStatus, GivesProcessAndMemory)
+TEST(ResidentPages, AreTheSecondFigure)
 {
-    EXPECT_EQ(parseProcessStatus(
-                  "Name:\tnode\nState:\tS (sleeping)\nTgid:\t4242\nPid:\t4243\nVmRSS:\t   20344 kB\n"),
-              (ProcessStatus{.threadGroup = 4242, .residentKiB = 20344}));
+    EXPECT_EQ(parseResidentPages("5102 5086 2927 1 0 1811 0\n"), 5086);
+    EXPECT_EQ(parseResidentPages("0 0 0 0 0 0 0\n"), 0);
 }
 
-TEST(ProcessStatus, WithoutMemoryOfItsOwnIsZero)
+TEST(ResidentPages, AreAbsentForAnyOtherForm)
 {
-    EXPECT_EQ(parseProcessStatus("Name:\tkthreadd\nTgid:\t2\n"), (ProcessStatus{.threadGroup = 2}));
-}
-
-TEST(ProcessStatus, TakesNoFieldOutOfAName)
-{
-    EXPECT_EQ(parseProcessStatus("Name:\tVmRSS:\\nTgid: 1\nTgid:\t7\nVmRSS:\t8 kB\n"),
-              (ProcessStatus{.threadGroup = 7, .residentKiB = 8}));
-}
-
-TEST(ProcessStatus, IsAbsentForAnyOtherForm)
-{
-    EXPECT_EQ(parseProcessStatus(""), std::nullopt);
-    EXPECT_EQ(parseProcessStatus("Name:\tnode\n"), std::nullopt);
-    EXPECT_EQ(parseProcessStatus("Name:\tnode\nTgid:\tx\n"), std::nullopt);
-    EXPECT_EQ(parseProcessStatus("Name:\tnode\nTgid:\t7\nVmRSS:\tx kB\n"), std::nullopt);
+    EXPECT_EQ(parseResidentPages(""), std::nullopt);
+    EXPECT_EQ(parseResidentPages("5102"), std::nullopt);
+    EXPECT_EQ(parseResidentPages("5102 x 2927"), std::nullopt);
+    EXPECT_EQ(parseResidentPages("5102 -1 2927"), std::nullopt);
 }

@@ -3,6 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <stop_token>
+#include <thread>
+
 #include <climits>
 #include <unistd.h>
 
@@ -57,4 +61,18 @@ TEST(Ps, KnowsThisProcess)
 TEST(Ps, PrintsNothingForWhatIsNotThere)
 {
     EXPECT_EQ(Ps::stats(INT_MAX), "");
+}
+
+TEST(Ps, PrintsNothingForAThreadOfAProcess)
+{
+    std::atomic<pid_t> thread = 0;
+    std::jthread sleeper([&thread](const std::stop_token &stop) {
+        thread = gettid();
+        while (!stop.stop_requested())
+            std::this_thread::yield();
+    });
+    while (thread == 0)
+        std::this_thread::yield();
+    EXPECT_EQ(Ps::stats(thread), "");
+    EXPECT_NE(Ps::stats(getpid()), "");
 }
