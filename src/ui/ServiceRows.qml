@@ -19,6 +19,7 @@ ListView {
 
     clip: true
     spacing: 8
+    cacheBuffer: 72 // about a row ahead of each end: the usual five at each take a megabyte
     bottomMargin: 12
     boundsBehavior: root.contentHeight > root.height ? Flickable.DragAndOvershootBounds : Flickable.StopAtBounds
     Accessible.role: Accessible.List
