@@ -81,7 +81,7 @@ int watchAsJson(ServiceStore &store)
     const auto print = [&] {
         if (Output::write(
                 ServiceJson::of(store.visible(), store.pinnedPorts(), ServiceJson::Layout::oneLine)))
-            next.start(5s);
+            next.start(ServiceStore::usualInterval);
         else
             loop.exit(statusAfterFailedWrite());
     };

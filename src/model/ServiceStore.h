@@ -63,11 +63,14 @@ public:
     /// Probes one port without blocking.
     using Checker = ProbePass::Checker;
 
+    /// How long auto-refresh pauses between two refreshes.
+    static constexpr std::chrono::milliseconds usualInterval{5000};
+
     /// Loads the settings from `defaults`, which outlives the store. Scans nothing; where auto-refresh is
     /// stored as on, its loop starts.
     explicit ServiceStore(UserDefaults &defaults, Scanner scan = PortScanner::scan,
                           Checker check = HealthChecker::check,
-                          std::chrono::milliseconds autoRefreshInterval = std::chrono::seconds(5),
+                          std::chrono::milliseconds autoRefreshInterval = usualInterval,
                           QObject *parent = nullptr);
     /// Ends everything under way. A task of `refresh()` that is still awaited finishes in here.
     ~ServiceStore() override;
