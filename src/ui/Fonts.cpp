@@ -10,8 +10,10 @@ namespace {
 
 qreal pointsPerPixel()
 {
+    constexpr qreal usual = 96;
+    const QScreen *screen = QGuiApplication::primaryScreen(); // none while all are unplugged
     // Whole dots per inch, as QFont counts them.
-    return 72.0 / qRound(QGuiApplication::primaryScreen()->logicalDotsPerInchY());
+    return 72.0 / qRound(screen ? screen->logicalDotsPerInchY() : usual);
 }
 
 qreal sizeOf(const QFont &font)

@@ -8,11 +8,17 @@
 #include "Screens.h"
 #include "ServiceStore.h"
 
-#include <QCoreApplication>
 #include <QCursor>
+#include <QGuiApplication>
 #include <QQuickWindow>
 
 namespace {
+
+/// Qt ends a program that opens a window while no screen is plugged in.
+bool canShow()
+{
+    return QGuiApplication::primaryScreen();
+}
 
 StatusIconArt statusIconArt()
 {
@@ -96,12 +102,14 @@ void PortolanApp::clickIcon(QPoint anchor)
 
 void PortolanApp::openPopover(QPoint anchor)
 {
-    popover().open(anchor);
+    if (canShow())
+        popover().open(anchor);
 }
 
 void PortolanApp::openWindow()
 {
-    window().bringToFront();
+    if (canShow())
+        window().bringToFront();
 }
 
 void PortolanApp::detach()

@@ -5,7 +5,7 @@
 /// The screens as they are now, for placing.
 namespace Screens {
 
-/// All of them, the primary one first. Never empty while there is a display.
+/// All of them, the primary one first. Never empty: one of a usual size stands for those that are unplugged.
 [[nodiscard]] QList<ScreenArea> all();
 
 } // namespace Screens

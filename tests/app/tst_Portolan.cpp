@@ -1,7 +1,9 @@
 // The real program as far as it runs without a desktop.
 
+#include "Eventually.h"
 #include "Printers.h"
 
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -62,6 +64,33 @@ TEST(Portolan, SaysThatThereIsNoDisplay)
     EXPECT_EQ(ending.status, 1);
     EXPECT_EQ(ending.output, "");
     EXPECT_EQ(ending.errors, "portolan: there is no display to show itself on\n");
+}
+
+TEST(Portolan, EnduresHavingNoScreen)
+{
+    const QTemporaryDir folder;
+    QFile screens(folder.filePath(u"screens.json"_s));
+    ASSERT_TRUE(screens.open(QFile::WriteOnly) && screens.write(R"({"screens": []})") > 0);
+    screens.close();
+    QProcessEnvironment environment;
+    environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen:configfile="_s + screens.fileName());
+    environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nowhere"_s);
+    environment.insert(u"XDG_RUNTIME_DIR"_s, folder.path());
+    environment.insert(u"XDG_CONFIG_HOME"_s, folder.path());
+
+    QProcess program;
+    program.setProcessEnvironment(environment);
+    program.start(QStringLiteral(PORTOLAN), {u"--background"_s});
+    ASSERT_TRUE(eventually([&] { return QFile::exists(folder.filePath(u"portolan.lock"_s)); }));
+    // Each is passed on to the one that runs, and succeeds when that has answered.
+    EXPECT_EQ(run({u"--window"_s}, environment).status, 0);
+    EXPECT_EQ(run({}, environment).status, 0);
+    EXPECT_EQ(run({u"--window"_s}, environment).status, 0);
+    EXPECT_EQ(program.state(), QProcess::Running);
+    program.terminate();
+    EXPECT_TRUE(program.waitForFinished());
+    EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(program.exitCode(), 0);
 }
 
 TEST(Portolan, SaysThatTheDisplayIsGone)

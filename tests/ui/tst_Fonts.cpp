@@ -17,7 +17,7 @@
 
 using namespace Qt::StringLiterals;
 
-// Run at several logical resolutions, see CMakeLists.txt.
+// Run at several logical resolutions, and without a screen, see CMakeLists.txt.
 
 namespace {
 
@@ -55,7 +55,8 @@ class FontSize : public testing::TestWithParam<double>
 
 TEST_P(FontSize, IsAskedForInDeviceIndependentPixels)
 {
-    const qreal dotsPerInch = QGuiApplication::primaryScreen()->logicalDotsPerInchY();
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    const qreal dotsPerInch = screen ? screen->logicalDotsPerInchY() : 96;
     for (const QFont &font :
          {Fonts::system(GetParam()), Fonts::monospaced(GetParam()), Fonts::digits(GetParam())}) {
         if (GetParam() == std::floor(GetParam())) {
