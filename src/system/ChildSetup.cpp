@@ -5,26 +5,11 @@
 
 #include <unistd.h>
 
-using namespace Qt::StringLiterals;
-
 bool ChildSetup::isPassedOn(QByteArrayView assignment)
 {
-    // These belong to the whole session: without them Qt programs lose the user's input method, style and
-    // scale.
-    constexpr std::array session{
-        "QT_ACCESSIBILITY"_L1,        "QT_AUTO_SCREEN_SCALE_FACTOR"_L1, "QT_IM_MODULE"_L1,
-        "QT_IM_MODULES"_L1,           "QT_QPA_PLATFORMTHEME"_L1,        "QT_SCALE_FACTOR"_L1,
-        "QT_SCREEN_SCALE_FACTORS"_L1, "QT_STYLE_OVERRIDE"_L1,
-    };
-    constexpr std::array ownPrefixes{"QT_", "QML_", "QML2_", "QSG_"};
     constexpr std::array tokens{"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"};
-
     const QByteArrayView name = assignment.first(std::max<qsizetype>(0, assignment.indexOf('=')));
-    if (std::ranges::find(tokens, name) != tokens.end())
-        return false;
-    if (std::ranges::find(session, QLatin1StringView(name)) != session.end())
-        return true;
-    return std::ranges::none_of(ownPrefixes, [&](const char *prefix) { return name.startsWith(prefix); });
+    return std::ranges::find(tokens, name) == tokens.end();
 }
 
 QList<QByteArray> ChildSetup::environment()

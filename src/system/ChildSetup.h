@@ -12,8 +12,8 @@
 /// What a program that this one starts gets of it, and what not.
 namespace ChildSetup {
 
-/// Whether the environment entry `assignment` ("NAME=value") is for other programs too: not how Qt draws this
-/// one, and not the desktop's token to activate it.
+/// Whether the environment entry `assignment` ("NAME=value") is for other programs too, as all are that the
+/// user has set, and not the desktop's token to activate this one.
 [[nodiscard]] bool isPassedOn(QByteArrayView assignment);
 
 /// This program's environment as "NAME=value", as far as it is passed on.

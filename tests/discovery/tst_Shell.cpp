@@ -296,14 +296,14 @@ TEST_F(ShellRun, TheChildsEnvironmentIsOursInUtf8WithPlainNumbers)
     const QByteArray before = qgetenv("LC_ALL");
     qputenv("LC_ALL", "de_DE.UTF-8");
     qputenv("PORTOLAN_TEST_MARK", "a b=c");
-    qputenv("QT_TEST_MARK", "x");
+    qputenv("XDG_ACTIVATION_TOKEN", "x");
     const QStringList environment = Shell::run(u"/usr/bin/env"_s, {}).split(u'\n');
     EXPECT_EQ(environment.filter(u"LC_ALL="_s), QStringList{u"LC_ALL=C.UTF-8"_s});
     EXPECT_TRUE(environment.contains(u"PORTOLAN_TEST_MARK=a b=c"_s));
-    EXPECT_TRUE(environment.filter(u"QT_TEST_MARK"_s).isEmpty());
+    EXPECT_TRUE(environment.filter(u"XDG_ACTIVATION_TOKEN="_s).isEmpty());
     qputenv("LC_ALL", before);
     qunsetenv("PORTOLAN_TEST_MARK");
-    qunsetenv("QT_TEST_MARK");
+    qunsetenv("XDG_ACTIVATION_TOKEN");
 }
 
 TEST_F(ShellRun, WorksWithChildSignalsIgnored)
