@@ -239,7 +239,7 @@ std::optional<QString> PortScanner::parseCwd(qint32 pid, const QString &output)
             continue;
         const QStringView name = line.sliced(1);
         // Not a folder but lsof's complaint about what it could not look up: "/proc/42/cwd (readlink: ...)".
-        const bool isComplaint = name.startsWith(u"/proc/%1/cwd ("_s.arg(pid));
+        const bool isComplaint = name.startsWith(u"/proc/") && name.startsWith(u"/proc/%1/cwd ("_s.arg(pid));
         return isComplaint ? std::nullopt : std::optional(PrintedName::plain(name.toString()));
     }
     return std::nullopt;

@@ -35,6 +35,8 @@ std::optional<Escape> escapeAt(QByteArrayView text)
 
 QString PrintedName::plain(const QString &printed)
 {
+    if (!printed.contains(u'\\'))
+        return printed;
     const QByteArray text = printed.toUtf8();
     QByteArray name;
     for (qsizetype i = 0; i < text.size();) {

@@ -6,7 +6,7 @@
 #include "ToolPaths.h"
 #include "ToolQuestions.h"
 
-#include <QList>
+#include <QVarLengthArray>
 
 #include <limits>
 
@@ -38,8 +38,12 @@ std::optional<ProcessStats> ProcessInspector::stats(qint32 pid)
 
 std::optional<ProcessStats> ProcessInspector::parse(const QString &output)
 {
-    const QString row = output.trimmed();
-    const QList<QStringView> columns = QStringView(row).split(u' ', Qt::SkipEmptyParts);
+    QVarLengthArray<QStringView, 3> columns;
+    for (QStringView column : QStringView(output).trimmed().tokenize(u' ', Qt::SkipEmptyParts)) {
+        columns.append(column);
+        if (columns.size() == 3)
+            break;
+    }
     if (columns.size() < 3)
         return std::nullopt;
     return ProcessStats{
@@ -58,7 +62,7 @@ qint64 ProcessInspector::parseETime(QStringView text)
         clock = text.sliced(dash + 1);
     }
     qint64 seconds = 0;
-    for (QStringView group : clock.split(u':', Qt::SkipEmptyParts))
+    for (QStringView group : clock.tokenize(u':', Qt::SkipEmptyParts))
         seconds = multipliedAndAdded(seconds, 60, StrictNumber::toInt64(group).value_or(0));
     return multipliedAndAdded(days, 86400, seconds);
 }

@@ -5,6 +5,8 @@
 #include "Ps.h"
 #include "ToolQuestions.h"
 
+#include <algorithm>
+
 namespace {
 
 bool isEnabled()
@@ -27,13 +29,10 @@ bool isPs(const QString &path)
 /// judge.
 std::optional<pid_t> pidIn(const QStringList &arguments, QStringList (&question)(qint32))
 {
-    for (const QString &argument : arguments) {
-        bool isNumber = false;
-        const int pid = argument.toInt(&isNumber);
-        if (isNumber)
-            return pid > 0 && arguments == question(pid) ? std::optional(pid) : std::nullopt;
-    }
-    return std::nullopt;
+    const auto number = std::ranges::find_if(
+        arguments, [](const QString &argument) { return !argument.isEmpty() && argument[0].isDigit(); });
+    const int pid = number == arguments.end() ? 0 : number->toInt();
+    return pid > 0 && arguments == question(pid) ? std::optional(pid) : std::nullopt;
 }
 
 std::optional<std::string> lsofAnswer(const QStringList &arguments)

@@ -54,6 +54,22 @@ void appendByte(std::string &out, unsigned char byte)
     }
 }
 
+std::string ipv4Name(std::span<const std::uint8_t> address)
+{
+    std::string name;
+    for (const std::uint8_t byte : address)
+        name += std::to_string(byte) + '.';
+    name.pop_back();
+    return name;
+}
+
+std::string ipv6Name(std::span<const std::uint8_t> address)
+{
+    char name[INET6_ADDRSTRLEN] = "";
+    inet_ntop(AF_INET6, address.data(), name, sizeof name);
+    return '[' + std::string(name) + ']';
+}
+
 /// Whether the runtime has renamed the process's main thread, which on Linux renames the process.
 bool isThreadName(std::string_view command)
 {
@@ -115,17 +131,9 @@ std::string Lsof::socketName(const ListeningSocket &socket)
         socket.isIpv6 && std::ranges::equal(std::span(socket.address).first(12), mappedPrefix);
     const bool isIpv4 = !socket.isIpv6 || isMapped;
     const auto address = std::span(socket.address).subspan(isMapped ? 12 : 0, isIpv4 ? 4 : 16);
-
-    char host[INET6_ADDRSTRLEN + 2] = "*";
-    if (!std::ranges::all_of(address, [](std::uint8_t byte) { return byte == 0; })) {
-        char *start = isIpv4 ? host : host + 1;
-        inet_ntop(isIpv4 ? AF_INET : AF_INET6, address.data(), start, INET6_ADDRSTRLEN);
-        if (!isIpv4) {
-            host[0] = '[';
-            std::strcat(host, "]");
-        }
-    }
-    return std::string(host) + ':' + std::to_string(socket.port);
+    const bool isAny = std::ranges::all_of(address, [](std::uint8_t byte) { return byte == 0; });
+    const std::string host = isAny ? "*" : isIpv4 ? ipv4Name(address) : ipv6Name(address);
+    return host + ':' + std::to_string(socket.port);
 }
 
 std::string Lsof::listing(const std::vector<SocketOwner> &owners, const std::vector<ListeningSocket> &sockets)

@@ -2,10 +2,11 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstring>
 
 namespace {
 
-/// Hands out the words of a line, parted by single blanks as the kernel does.
+/// Hands out the words of a line, which the kernel parts by single blanks.
 class Words
 {
 public:
@@ -15,8 +16,7 @@ public:
 
     std::string_view next()
     {
-        const auto *const end = std::ranges::find_if(m_rest, [](char c) { return c == ' ' || c == '\n'; });
-        const std::string_view word(m_rest.begin(), end);
+        const std::string_view word = m_rest.substr(0, m_rest.find(' '));
         m_rest.remove_prefix(std::min(word.size() + 1, m_rest.size()));
         return word;
     }
@@ -45,8 +45,9 @@ std::optional<ProcessStat> parseProcessStat(std::string_view text)
 {
     // The name may hold brackets, blanks and line breaks of its own; what follows it holds none.
     const size_t open = text.find('(');
-    const size_t close = text.rfind(')');
-    if (open == std::string_view::npos || close == std::string_view::npos || close < open)
+    const auto *const last = static_cast<const char *>(memrchr(text.data(), ')', text.size()));
+    const size_t close = last ? size_t(last - text.data()) : 0;
+    if (open == std::string_view::npos || close < open)
         return std::nullopt;
 
     ProcessStat stat;

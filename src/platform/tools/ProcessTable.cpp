@@ -3,6 +3,8 @@
 #include "ProcFs.h"
 
 #include <charconv>
+#include <mutex>
+#include <unordered_map>
 
 #include <ctime>
 
@@ -18,6 +20,39 @@ std::optional<ino_t> socketInode(std::string_view link)
         return std::nullopt;
     return inode;
 }
+
+/// What processes were like when they last ran. Any thread.
+class LastStats
+{
+public:
+    std::optional<ProcessStat> find(pid_t pid, std::chrono::nanoseconds runTime)
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto last = m_all.find(pid);
+        return last != m_all.end() && last->second.runTime == runTime ? std::optional(last->second.stat)
+                                                                      : std::nullopt;
+    }
+
+    void keep(pid_t pid, std::chrono::nanoseconds runTime, const ProcessStat &stat)
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_all.size() >= most)
+            m_all.clear(); // of processes that are gone, for the greater part
+        m_all.insert_or_assign(pid, Last{runTime, stat});
+    }
+
+private:
+    static constexpr size_t most = 2000;
+
+    struct Last
+    {
+        std::chrono::nanoseconds runTime;
+        ProcessStat stat;
+    };
+
+    std::mutex m_mutex;
+    std::unordered_map<pid_t, Last> m_all;
+};
 
 } // namespace
 
@@ -35,9 +70,16 @@ std::optional<std::vector<ProcessId>> KernelProcessTable::processes()
 
 std::optional<ProcessStat> KernelProcessTable::stat(pid_t pid)
 {
+    static LastStats lastStats;
+    const auto ran = runTime(pid);
+    if (auto last = ran ? lastStats.find(pid, *ran) : std::nullopt)
+        return last;
     char buffer[1024];
     const auto text = ProcFs::readInto(buffer, ProcFs::Path(pid, "stat").text());
-    return text ? parseProcessStat(*text) : std::nullopt;
+    auto stat = text ? parseProcessStat(*text) : std::nullopt;
+    if (ran && stat)
+        lastStats.keep(pid, *ran, *stat);
+    return stat;
 }
 
 std::optional<std::chrono::nanoseconds> KernelProcessTable::runTime(pid_t pid)

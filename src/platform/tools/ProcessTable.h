@@ -45,7 +45,10 @@ public:
     [[nodiscard]] virtual bool holds(pid_t pid, const SocketDescriptor &socket) = 0;
 };
 
-/// The real one, read from /proc. No state; any thread.
+/// The real one, read from /proc. Any thread.
+///
+/// A process that has not run since it was last asked about has neither used time, changed its name nor
+/// ended, and is not read again.
 class KernelProcessTable final : public ProcessTable
 {
 public:

@@ -1,29 +1,32 @@
 #include "Ps.h"
 
 #include "ProcFs.h"
-#include "ProcessStat.h"
+#include "ProcessTable.h"
 #include "Ps_p.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <string>
 
 #include <ctime>
 #include <unistd.h>
 
 namespace {
 
+std::string twoDigits(unsigned long number)
+{
+    return {char('0' + number / 10), char('0' + number % 10)};
+}
+
 std::string elapsedText(unsigned long seconds)
 {
     const unsigned long days = seconds / 86400;
     const unsigned long hours = seconds / 3600 % 24;
-    char text[64];
-    size_t length = 0;
+    std::string text;
     if (days > 0)
-        length += size_t(std::snprintf(text, sizeof text, "%lu-", days));
+        text += std::to_string(days) + '-';
     if (days > 0 || hours > 0)
-        length += size_t(std::snprintf(text + length, sizeof text - length, "%02lu:", hours));
-    std::snprintf(text + length, sizeof text - length, "%02lu:%02lu", seconds / 60 % 60, seconds % 60);
-    return text;
+        text += twoDigits(hours) + ':';
+    return text + twoDigits(seconds / 60 % 60) + ':' + twoDigits(seconds % 60);
 }
 
 /// `share` is in tenths of a percent.
@@ -85,9 +88,8 @@ std::string Ps::stats(pid_t pid)
 {
     static const long ticksPerSecond = sysconf(_SC_CLK_TCK);
     static const auto pageKiB = static_cast<unsigned long long>(sysconf(_SC_PAGESIZE) / 1024);
-    char buffer[1024];
-    const auto stat = ProcFs::readInto(buffer, ProcFs::Path(pid, "stat").text());
-    const auto times = stat ? parseProcessStat(*stat) : std::nullopt;
+    const auto times = KernelProcessTable().stat(pid);
+    char buffer[256];
     // The same figure as in status, which takes the kernel three times as long to print.
     const auto statm = ProcFs::readInto(buffer, ProcFs::Path(pid, "statm").text());
     const auto residentPages = statm ? parseResidentPages(*statm) : std::nullopt;

@@ -1,17 +1,23 @@
+#include "Eventually.h"
 #include "LocalSocket.h"
 #include "ProcessTable.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <memory>
 #include <stdexcept>
+#include <string>
 #include <thread>
+#include <utility>
 
 #include <csignal>
 #include <fcntl.h>
 #include <sys/ioctl.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -44,28 +50,43 @@ public:
 
     [[nodiscard]] pid_t pid() const { return m_pid; }
 
-    /// Has it close the descriptor, and returns when it sleeps again.
-    void close(int descriptor) const
+    void close(int descriptor) const { order({.descriptor = descriptor}); }
+    void rename(const std::string &name) const
     {
-        ASSERT_EQ(write(m_orders[1], &descriptor, sizeof descriptor), ssize_t(sizeof descriptor));
-        awaitSleep();
+        Order naming;
+        name.copy(naming.name, sizeof naming.name - 1);
+        order(naming);
     }
 
-    void awaitSleep() const
+    /// Whether it has done what it was told.
+    [[nodiscard]] bool sleeps() const
     {
         int unread = 1;
-        while (unread > 0 || KernelProcessTable().stat(m_pid)->state != 'S') {
-            ASSERT_EQ(ioctl(m_orders[0], FIONREAD, &unread), 0);
-            std::this_thread::yield();
-        }
+        return ioctl(m_orders[0], FIONREAD, &unread) == 0 && unread == 0 &&
+               KernelProcessTable().stat(m_pid)->state == 'S';
     }
 
 private:
-    [[noreturn]] void obey() const
+    struct Order
     {
         int descriptor = -1;
-        while (read(m_orders[0], &descriptor, sizeof descriptor) > 0)
-            ::close(descriptor);
+        char name[16] = {};
+    };
+
+    void order(const Order &order) const
+    {
+        ASSERT_EQ(write(m_orders[1], &order, sizeof order), ssize_t(sizeof order));
+    }
+
+    [[noreturn]] void obey() const
+    {
+        Order order;
+        while (read(m_orders[0], &order, sizeof order) > 0) {
+            if (order.descriptor >= 0)
+                ::close(order.descriptor);
+            if (order.name[0] != 0)
+                prctl(PR_SET_NAME, order.name);
+        }
         _exit(0);
     }
 
@@ -82,20 +103,24 @@ std::vector<SocketDescriptor> socketsOf(pid_t pid)
 
 } // namespace
 
+// What a process is charged for may come a moment after what it did.
+
 TEST(ProcessTable, RunTimeStandsStillWhileAProcessSleeps)
 {
     const LocalSocket socket = LocalSocket::listening("127.0.0.1");
+    const SocketDescriptor held{socket.descriptor(), socket.inode()};
     const Sleeper sleeper;
-    sleeper.awaitSleep();
-    const auto before = KernelProcessTable().runTime(sleeper.pid());
-    ASSERT_TRUE(before);
-    EXPECT_THAT(socketsOf(sleeper.pid()), Contains(SocketDescriptor{socket.descriptor(), socket.inode()}));
+    std::optional<std::chrono::nanoseconds> before;
+    ASSERT_TRUE(eventually([&] {
+        const auto earlier = std::exchange(before, KernelProcessTable().runTime(sleeper.pid()));
+        return earlier && earlier == before && sleeper.sleeps();
+    }));
+    EXPECT_THAT(socketsOf(sleeper.pid()), Contains(held));
     EXPECT_EQ(KernelProcessTable().runTime(sleeper.pid()), before);
 
     sleeper.close(socket.descriptor());
-    EXPECT_GT(KernelProcessTable().runTime(sleeper.pid()), before);
-    EXPECT_THAT(socketsOf(sleeper.pid()),
-                testing::Not(Contains(SocketDescriptor{socket.descriptor(), socket.inode()})));
+    EXPECT_TRUE(eventually([&] { return KernelProcessTable().runTime(sleeper.pid()) > before; }));
+    EXPECT_TRUE(eventually([&] { return std::ranges::count(socketsOf(sleeper.pid()), held) == 0; }));
 }
 
 TEST(ProcessTable, RunTimeIsThatOfAllThreads)
@@ -113,6 +138,21 @@ TEST(ProcessTable, RunTimeOfWhatIsNotThereIsAbsent)
     const pid_t gone = std::make_unique<Sleeper>()->pid();
     EXPECT_EQ(KernelProcessTable().runTime(gone), std::nullopt);
     EXPECT_THAT(socketsOf(gone), IsEmpty());
+}
+
+TEST(ProcessTable, KnowsWhatAProcessHasBecome)
+{
+    auto sleeper = std::make_unique<Sleeper>();
+    const pid_t pid = sleeper->pid();
+    for (int round = 0; round < 20; ++round) {
+        const std::string name = "name " + std::to_string(round);
+        sleeper->rename(name);
+        EXPECT_TRUE(eventually([&] { return KernelProcessTable().stat(pid)->command == name; })) << name;
+    }
+    kill(pid, SIGKILL);
+    EXPECT_TRUE(eventually([&] { return KernelProcessTable().stat(pid)->isZombie(); }));
+    sleeper.reset();
+    EXPECT_EQ(KernelProcessTable().stat(pid), std::nullopt);
 }
 
 TEST(ProcessTable, FindsSocketsBehindGapsWhileOthersComeAndGo)
