@@ -9,6 +9,7 @@ Item {
 
     property string hint
     property real radius: 7
+    property bool isByPointer: false // while it is clicked: what with
     readonly property bool hovering: hover.hovered
 
     signal clicked
@@ -17,6 +18,12 @@ Item {
     function press(event: KeyEvent) {
         if (!event.isAutoRepeat)
             root.clicked();
+    }
+
+    function click() {
+        root.isByPointer = true;
+        root.clicked();
+        root.isByPointer = false;
     }
 
     activeFocusOnTab: true
@@ -35,7 +42,7 @@ Item {
         id: pointer
 
         anchors.fill: parent
-        onClicked: root.clicked()
+        onClicked: root.click()
     }
 
     FocusRing {

@@ -9,6 +9,7 @@ FocusScope {
     required property Item owner
     required property rect anchor
 
+    property bool isByPointer: false // what it was opened with: otherwise the first entry is the current one
     default property alias entries: column.data
     property Item previousFocus
     readonly property MenuEntry current: root.Window.activeFocusItem as MenuEntry
@@ -69,7 +70,7 @@ FocusScope {
     }
     Component.onCompleted: {
         root.previousFocus = root.Window.activeFocusItem;
-        root.forceActiveFocus(Qt.PopupFocusReason);
+        (root.isByPointer ? root : root.edge(true)).forceActiveFocus(Qt.PopupFocusReason);
     }
     onActiveFocusChanged: {
         if (!root.activeFocus && root.visible)

@@ -11,7 +11,7 @@ Row {
     signal open
     signal copy
     signal stop
-    signal menu(button: Item)
+    signal menu(button: PlainButton)
 
     spacing: 4
 

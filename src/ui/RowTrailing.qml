@@ -18,7 +18,7 @@ FocusScope {
     signal open
     signal copy
     signal stop
-    signal menu(button: Item)
+    signal menu(button: PlainButton)
 
     StatusIndicator {
         id: status
@@ -91,7 +91,7 @@ FocusScope {
             root.stop();
         }
 
-        function onMenu(button: Item) {
+        function onMenu(button: PlainButton) {
             root.menu(button);
         }
     }

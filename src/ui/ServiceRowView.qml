@@ -19,10 +19,11 @@ Item {
     signal stop
     signal togglePin
 
-    function openMenu(anchor: rect) {
+    function openMenu(anchor: rect, isByPointer: bool) {
         root.menu = menuComponent.createObject(root, {
             owner: root,
             anchor: anchor,
+            isByPointer: isByPointer,
             service: root.service,
             isPinned: root.isPinned,
             actions: root.actions
@@ -36,7 +37,7 @@ Item {
     }
 
     function openMenuAtTile() {
-        root.openMenu(Qt.rect(tile.x, tile.y, tile.width, tile.height));
+        root.openMenu(Qt.rect(tile.x, tile.y, tile.width, tile.height), false);
     }
 
     implicitHeight: Math.max(tile.height, details.height) + 20
@@ -77,7 +78,7 @@ Item {
         acceptedButtons: Qt.AllButtons
         onPressed: mouse => {
             if (mouse.button === Qt.RightButton)
-                root.openMenu(Qt.rect(mouse.x, mouse.y, 0, 0));
+                root.openMenu(Qt.rect(mouse.x, mouse.y, 0, 0), true);
         }
         onClicked: mouse => {
             if (mouse.button === Qt.LeftButton)
@@ -122,7 +123,7 @@ Item {
             copyFeedback.raise();
         }
         onStop: root.stop()
-        onMenu: button => root.openMenu(button.mapToItem(root, 0, 0, button.width, button.height))
+        onMenu: button => root.openMenu(button.mapToItem(root, 0, 0, button.width, button.height), button.isByPointer)
     }
 
     FocusRing {

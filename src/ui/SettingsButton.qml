@@ -20,6 +20,7 @@ PlainButton {
     onClicked: root.menu = menuComponent.createObject(root, {
         owner: root,
         anchor: Qt.rect(0, 0, root.width, root.height),
+        isByPointer: root.isByPointer,
         store: root.store,
         launchAtLogin: root.launchAtLogin
     }) as SettingsMenu

@@ -40,7 +40,7 @@ QList<GalleryScene> galleryScenes()
         {.name = u"search-focused"_s, .services = five, .keys = u"k"_s},
         {.name = u"searching"_s, .services = five, .searchText = u"da"_s, .keys = u"k"_s},
         {.name = u"hint"_s, .services = five, .pointer = onCopyButton, .patience = 1000},
-        {.name = u"menu-by-keyboard"_s, .services = five, .keys = u"kttdmdd"_s},
+        {.name = u"menu-by-keyboard"_s, .services = five, .keys = u"kttdmd"_s},
         {.name = u"no-match"_s, .services = five, .searchText = u"elsewhere"_s},
         {.name = u"nothing-running"_s},
         {.name = u"first-scan"_s, .knowledge = Knowledge::FirstScan},

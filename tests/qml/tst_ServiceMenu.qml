@@ -112,12 +112,27 @@ MenuTest {
         tryVerify(closed);
         row.forceActiveFocus();
         keyClick(data.key, data.modifiers);
-        verify(menu());
+        compare(menu().current.text, "Open in Browser");
         keyClick(Qt.Key_Up);
         compare(menu().current.text, "Stop Server");
         keyClick(Qt.Key_Space);
         compare(stops.count, 1);
         verify(row.activeFocus);
+    }
+
+    function test_the_overflow_button_opens_it_by_keys_too() {
+        const [row] = open({});
+        keyClick(Qt.Key_Escape);
+        tryVerify(closed);
+        row.forceActiveFocus();
+        tryVerify(() => Look.named(row, "More"));
+        Look.named(row, "More").forceActiveFocus();
+        keyClick(Qt.Key_Return);
+        compare(menu().current.text, "Open in Browser");
+        keyClick(Qt.Key_Escape);
+        tryVerify(closed);
+        mouseClick(Look.named(row, "More"));
+        verify(menu() && !menu().current, "a click chooses nothing");
     }
 
     function test_looks() {
