@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr int maxTimeOuts = 2;
-
 /// What hangs at present. Never destroyed: a stuck thread may come back while the program exits.
 struct Stuck
 {

@@ -15,11 +15,13 @@
 ///
 /// The work runs on a thread of the worker's own, which is given up when it hangs. What hangs is remembered
 /// for the whole program by what it is about, and is not tried again before it has come back: there is at
-/// most one stuck thread per dead folder. After two time-outs a worker tries nothing more. One worker serves
+/// most one stuck thread per dead folder. After `maxTimeOuts` a worker tries nothing more. One worker serves
 /// one thread.
 class ExpendableWorker
 {
 public:
+    static constexpr int maxTimeOuts = 2;
+
     explicit ExpendableWorker(std::chrono::milliseconds deadline, std::stop_token stop = {});
     ~ExpendableWorker();
     Q_DISABLE_COPY_MOVE(ExpendableWorker)

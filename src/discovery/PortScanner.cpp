@@ -48,8 +48,8 @@ constexpr std::array devCommandPrefixes{
 
 constexpr std::array localHosts{"*"_L1, "127.0.0.1"_L1, "[::1]"_L1, "localhost"_L1, "[::]"_L1};
 
-/// After so many time-outs of one kind of run in a scan, the rest of that kind is not tried.
-constexpr int maxTimeOuts = 2;
+/// After so many time-outs of one kind of run in a scan, the rest of that kind is not tried: as with files.
+constexpr int maxTimeOuts = ExpendableWorker::maxTimeOuts;
 
 bool contains(const auto &list, QStringView text)
 {
