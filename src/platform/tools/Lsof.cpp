@@ -86,7 +86,8 @@ void nameAfterExecutable(SocketOwner &owner)
 /// Whether `pid` is there and has not ended.
 bool isAlive(pid_t pid)
 {
-    const auto stat = KernelProcessTable().stat(pid);
+    KernelProcessTable table;
+    const auto stat = table.stat(pid, table.runTime(pid));
     return stat && !stat->isZombie();
 }
 

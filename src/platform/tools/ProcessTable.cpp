@@ -68,20 +68,6 @@ std::optional<std::vector<ProcessId>> KernelProcessTable::processes()
     return processes;
 }
 
-std::optional<ProcessStat> KernelProcessTable::stat(pid_t pid)
-{
-    static LastStats lastStats;
-    const auto ran = runTime(pid);
-    if (auto last = ran ? lastStats.find(pid, *ran) : std::nullopt)
-        return last;
-    char buffer[1024];
-    const auto text = ProcFs::readInto(buffer, ProcFs::Path(pid, "stat").text());
-    auto stat = text ? parseProcessStat(*text) : std::nullopt;
-    if (ran && stat)
-        lastStats.keep(pid, *ran, *stat);
-    return stat;
-}
-
 std::optional<std::chrono::nanoseconds> KernelProcessTable::runTime(pid_t pid)
 {
     clockid_t clock = {};
@@ -89,6 +75,20 @@ std::optional<std::chrono::nanoseconds> KernelProcessTable::runTime(pid_t pid)
     if (clock_getcpuclockid(pid, &clock) != 0 || clock_gettime(clock, &time) != 0)
         return std::nullopt;
     return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+std::optional<ProcessStat> KernelProcessTable::stat(pid_t pid,
+                                                    const std::optional<std::chrono::nanoseconds> &runTime)
+{
+    static LastStats lastStats;
+    if (auto last = runTime ? lastStats.find(pid, *runTime) : std::nullopt)
+        return last;
+    char buffer[1024];
+    const auto text = ProcFs::readInto(buffer, ProcFs::Path(pid, "stat").text());
+    auto stat = text ? parseProcessStat(*text) : std::nullopt;
+    if (runTime && stat)
+        lastStats.keep(pid, *runTime, *stat);
+    return stat;
 }
 
 void KernelProcessTable::readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets)

@@ -35,10 +35,12 @@ public:
 
     /// Every process, by ascending pid; absent when the table cannot be read at all.
     [[nodiscard]] virtual std::optional<std::vector<ProcessId>> processes() = 0;
-    [[nodiscard]] virtual std::optional<ProcessStat> stat(pid_t pid) = 0;
     /// For how long all threads of the process have run, to the nanosecond but for what a thread that runs at
-    /// this moment is yet to be charged for.
+    /// this moment is yet to be charged for. Absent for the id of a thread, too.
     [[nodiscard]] virtual std::optional<std::chrono::nanoseconds> runTime(pid_t pid) = 0;
+    /// What the process, which has just been found to have run for `runTime`, is like.
+    [[nodiscard]] virtual std::optional<ProcessStat>
+    stat(pid_t pid, const std::optional<std::chrono::nanoseconds> &runTime) = 0;
     /// Writes the process's sockets, by ascending descriptor, into `sockets` in place of what it held.
     virtual void readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets) = 0;
     /// Whether the descriptor still is what it was.
@@ -53,8 +55,9 @@ class KernelProcessTable final : public ProcessTable
 {
 public:
     std::optional<std::vector<ProcessId>> processes() override;
-    std::optional<ProcessStat> stat(pid_t pid) override;
     std::optional<std::chrono::nanoseconds> runTime(pid_t pid) override;
+    std::optional<ProcessStat> stat(pid_t pid,
+                                    const std::optional<std::chrono::nanoseconds> &runTime) override;
     void readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets) override;
     bool holds(pid_t pid, const SocketDescriptor &socket) override;
 };

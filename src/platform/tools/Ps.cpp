@@ -88,12 +88,14 @@ std::string Ps::stats(pid_t pid)
 {
     static const long ticksPerSecond = sysconf(_SC_CLK_TCK);
     static const auto pageKiB = static_cast<unsigned long long>(sysconf(_SC_PAGESIZE) / 1024);
-    const auto times = KernelProcessTable().stat(pid);
+    KernelProcessTable table;
+    const auto runTime = table.runTime(pid);
+    const auto times = runTime ? table.stat(pid, runTime) : std::nullopt;
     char buffer[256];
     // The same figure as in status, which takes the kernel three times as long to print.
     const auto statm = ProcFs::readInto(buffer, ProcFs::Path(pid, "statm").text());
     const auto residentPages = statm ? parseResidentPages(*statm) : std::nullopt;
-    if (!times || !residentPages || !ProcFs::isProcess(pid))
+    if (!times || !residentPages)
         return {};
     return line({.cpuTicks = times->cpuTicks,
                  .startTicks = times->startTicks,

@@ -40,7 +40,7 @@ void SocketOwners::verifyKnown(const std::vector<ProcessId> &processes, const st
 
 bool SocketOwners::isSameProcess(pid_t pid, Known &known)
 {
-    auto stat = m_table.stat(pid);
+    auto stat = m_table.stat(pid, m_table.runTime(pid));
     if (!stat || stat->isZombie() || stat->startTicks != known.stat.startTicks)
         return false;
     known.stat = std::move(*stat);
@@ -109,11 +109,12 @@ void SocketOwners::lookAt(const ProcessId &process, const std::vector<ino_t> &in
 /// Keeps or forgets the process by what it was last seen to hold.
 void SocketOwners::recognize(const ProcessId &process, const std::vector<ino_t> &inodes)
 {
+    const Seen &seen = m_seen[process];
     std::vector<SocketDescriptor> wanted;
-    std::ranges::copy_if(
-        m_seen[process].sockets, std::back_inserter(wanted),
-        [&](const SocketDescriptor &socket) { return std::ranges::binary_search(inodes, socket.inode); });
-    auto stat = wanted.empty() ? std::nullopt : m_table.stat(process.pid);
+    std::ranges::copy_if(seen.sockets, std::back_inserter(wanted), [&](const SocketDescriptor &socket) {
+        return std::ranges::binary_search(inodes, socket.inode);
+    });
+    auto stat = wanted.empty() ? std::nullopt : m_table.stat(process.pid, seen.runTime);
     if (stat && !stat->isZombie())
         m_known[process.pid] = {process.incarnation, std::move(*stat), std::move(wanted)};
     else

@@ -26,6 +26,12 @@ using testing::IsEmpty;
 
 namespace {
 
+std::optional<ProcessStat> statOf(pid_t pid)
+{
+    KernelProcessTable table;
+    return table.stat(pid, table.runTime(pid));
+}
+
 /// A process that sleeps, but for when it is told to run.
 class Sleeper
 {
@@ -62,8 +68,7 @@ public:
     [[nodiscard]] bool sleeps() const
     {
         int unread = 1;
-        return ioctl(m_orders[0], FIONREAD, &unread) == 0 && unread == 0 &&
-               KernelProcessTable().stat(m_pid)->state == 'S';
+        return ioctl(m_orders[0], FIONREAD, &unread) == 0 && unread == 0 && statOf(m_pid)->state == 'S';
     }
 
 private:
@@ -147,12 +152,12 @@ TEST(ProcessTable, KnowsWhatAProcessHasBecome)
     for (int round = 0; round < 20; ++round) {
         const std::string name = "name " + std::to_string(round);
         sleeper->rename(name);
-        EXPECT_TRUE(eventually([&] { return KernelProcessTable().stat(pid)->command == name; })) << name;
+        EXPECT_TRUE(eventually([&] { return statOf(pid)->command == name; })) << name;
     }
     kill(pid, SIGKILL);
-    EXPECT_TRUE(eventually([&] { return KernelProcessTable().stat(pid)->isZombie(); }));
+    EXPECT_TRUE(eventually([&] { return statOf(pid)->isZombie(); }));
     sleeper.reset();
-    EXPECT_EQ(KernelProcessTable().stat(pid), std::nullopt);
+    EXPECT_EQ(statOf(pid), std::nullopt);
 }
 
 TEST(ProcessTable, FindsSocketsBehindGapsWhileOthersComeAndGo)

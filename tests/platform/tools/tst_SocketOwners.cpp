@@ -33,7 +33,8 @@ public:
             list.push_back({pid, process.incarnation});
         return list;
     }
-    std::optional<ProcessStat> stat(pid_t pid) override
+    std::optional<ProcessStat> stat(pid_t pid,
+                                    const std::optional<std::chrono::nanoseconds> & /*runTime*/) override
     {
         return all.contains(pid) ? std::optional(all[pid].stat) : std::nullopt;
     }
