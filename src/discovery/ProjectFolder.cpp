@@ -1,5 +1,7 @@
 #include "ProjectFolder.h"
 
+#include "FileDescriptor.h"
+
 #include <QFile>
 
 #include <array>
@@ -33,22 +35,18 @@ std::optional<QByteArray> readToEnd(int descriptor, qsizetype expected, qsizetyp
 } // namespace
 
 ProjectFolder::ProjectFolder(const QString &path)
-    : m_folder(path.startsWith(u'/')
-                   ? open(QFile::encodeName(path).constData(), O_PATH | O_DIRECTORY | O_CLOEXEC)
-                   : -1)
+    : m_path(path.startsWith(u'/') ? QFile::encodeName(path) + '/' : QByteArray())
 {}
 
 bool ProjectFolder::contains(const char *name) const
 {
     struct stat facts;
-    return m_folder.isOpen() && fstatat(m_folder.get(), name, &facts, 0) == 0;
+    return isThere() && stat((m_path + name).constData(), &facts) == 0;
 }
 
 bool ProjectFolder::containsNameWithSuffix(QByteArrayView suffix) const
 {
-    if (!m_folder.isOpen())
-        return false;
-    const int listing = openat(m_folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const int listing = isThere() ? open(m_path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC) : -1;
     const std::unique_ptr<DIR, int (*)(DIR *)> entries(listing < 0 ? nullptr : fdopendir(listing), closedir);
     if (!entries)
         return false;
@@ -61,11 +59,12 @@ bool ProjectFolder::containsNameWithSuffix(QByteArrayView suffix) const
 
 std::optional<QByteArray> ProjectFolder::read(const char *name) const
 {
-    if (!m_folder.isOpen())
+    if (!isThere())
         return std::nullopt;
     // Opened before it is looked at, so that it cannot be exchanged in between; O_NONBLOCK for FIFOs and
     // devices.
-    const FileDescriptor file(openat(m_folder.get(), name, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    const FileDescriptor file(
+        open((m_path + name).constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     struct stat facts;
     if (!file.isOpen() || fstat(file.get(), &facts) != 0 || !S_ISREG(facts.st_mode))
         return std::nullopt;

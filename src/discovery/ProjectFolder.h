@@ -3,8 +3,6 @@
 #include <QByteArray>
 #include <QString>
 
-#include "FileDescriptor.h"
-
 #include <optional>
 
 /// The files directly in one folder, looked at without trust in what they are: nothing is waited for but the
@@ -27,5 +25,7 @@ public:
     [[nodiscard]] std::optional<QByteArray> read(const char *name) const;
 
 private:
-    FileDescriptor m_folder;
+    [[nodiscard]] bool isThere() const { return !m_path.isEmpty(); }
+
+    const QByteArray m_path; ///< with a slash at its end; empty if none was given
 };

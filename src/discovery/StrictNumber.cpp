@@ -1,7 +1,8 @@
 #include "StrictNumber.h"
 
-#include <QByteArray>
+#include <QVarLengthArray>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <concepts>
@@ -17,10 +18,12 @@ std::optional<Number> converted(QStringView text)
         if (text.startsWith(u'-'))
             return std::nullopt;
     }
-    const QByteArray digits = text.toLatin1();
+    QVarLengthArray<char, 32> digits(text.size());
+    std::ranges::transform(text, digits.begin(), &QChar::toLatin1); // 0 for any other
     Number number{};
-    const auto [end, error] = std::from_chars(digits.begin(), digits.end(), number);
-    if (error != std::errc() || end != digits.end())
+    const char *const last = digits.data() + digits.size();
+    const auto [end, error] = std::from_chars(digits.data(), last, number);
+    if (error != std::errc() || end != last)
         return std::nullopt;
     return number;
 }
