@@ -33,6 +33,6 @@ function(portolan_tests NAME)
         PROPERTIES
             ${LABELS}
             TIMEOUT 120
-            ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TSAN_OPTIONS=die_after_fork=0:suppressions=${PROJECT_SOURCE_DIR}/tests/tsan.supp;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp"
+            ENVIRONMENT QT_QPA_PLATFORM=offscreen
     )
 endfunction()
