@@ -39,17 +39,17 @@ public:
     template <typename Result>
     [[nodiscard]] std::vector<std::optional<Result>> run(std::vector<Task<Result>> tasks)
     {
-        std::vector<std::shared_ptr<std::optional<Result>>> slots;
+        const auto slots = std::make_shared<std::vector<std::optional<Result>>>(tasks.size());
         std::vector<Job> jobs;
-        for (Task<Result> &task : tasks) {
-            auto slot = slots.emplace_back(std::make_shared<std::optional<Result>>());
-            jobs.push_back({task.about, [slot, work = std::move(task.work)] { *slot = work(); }});
-        }
+        jobs.reserve(tasks.size());
+        for (size_t i = 0; i < tasks.size(); ++i)
+            jobs.push_back(
+                {tasks[i].about, [slots, i, work = std::move(tasks[i].work)] { (*slots)[i] = work(); }});
         finish(jobs);
         std::vector<std::optional<Result>> results(jobs.size());
         for (size_t i = 0; i < jobs.size(); ++i) {
             if (jobs[i].isDone) // else the thread may still write into the slot
-                results[i] = std::move(*slots[i]);
+                results[i] = std::move((*slots)[i]);
         }
         return results;
     }

@@ -56,22 +56,23 @@ bool contains(const auto &list, QStringView text)
     return std::ranges::any_of(list, [&](QLatin1StringView entry) { return text == entry; });
 }
 
-/// What `tool` prints for each of `invocations`, in their order; "" where it failed.
+/// What `tool` prints for `question` about each of `pids`, in their order; "" where it failed.
 ///
 /// The runs go side by side, but the outcome is that of one after the other: what was already under way when
 /// the last time-out that is tolerated came counts as not run.
-QStringList outputs(const QString &tool, const QList<QStringList> &invocations, const ScanOptions &options)
+QStringList outputs(const QString &tool, QStringList (&question)(qint32), const QList<qint32> &pids,
+                    const ScanOptions &options)
 {
     const Shell::Limits limits{.deadline = options.toolDeadline, .stop = options.stop};
     // What is answered in this process takes less time than a thread takes to start.
     const int workers = BuiltinTools::standInFor(tool) ? 1 : options.workers;
-    std::vector<Shell::Result> results(size_t(invocations.size()));
+    std::vector<Shell::Result> results(size_t(pids.size()));
     std::atomic<int> timeOuts = 0;
-    forEachIndex(invocations.size(), workers, [&](qsizetype index) {
+    forEachIndex(pids.size(), workers, [&](qsizetype index) {
         if (timeOuts >= maxTimeOuts || options.stop.stop_requested())
             return;
         Shell::Result &result = results[size_t(index)];
-        result = Shell::run(tool, invocations[index], limits);
+        result = Shell::run(tool, question(pids[index]), limits);
         timeOuts += result.timedOut;
     });
 
@@ -111,15 +112,13 @@ Folders workingFolders(const QList<RawListener> &listeners, const ScanOptions &o
 {
     Folders folders;
     QList<qint32> pids;
-    QList<QStringList> invocations;
     for (const RawListener &listener : listeners) {
         if (folders.contains(listener.pid))
             continue;
         folders.insert(listener.pid, std::nullopt);
         pids.append(listener.pid);
-        invocations.append(ToolQuestions::workingDirectory(listener.pid));
     }
-    const QStringList answers = outputs(options.lsof, invocations, options);
+    const QStringList answers = outputs(options.lsof, ToolQuestions::workingDirectory, pids, options);
     for (qsizetype i = 0; i < pids.size(); ++i)
         folders[pids[i]] = PortScanner::parseCwd(pids[i], answers[i]);
     return folders;
@@ -154,10 +153,10 @@ void detectProjects(QList<Service> &services, const ScanOptions &options)
 
 void readStats(QList<Service> &services, const ScanOptions &options)
 {
-    QList<QStringList> invocations;
+    QList<qint32> pids;
     for (const Service &service : std::as_const(services))
-        invocations.append(ToolQuestions::stats(service.pid));
-    const QStringList answers = outputs(options.ps, invocations, options);
+        pids.append(service.pid);
+    const QStringList answers = outputs(options.ps, ToolQuestions::stats, pids, options);
     for (qsizetype i = 0; i < services.size(); ++i)
         services[i].stats = ProcessInspector::parse(answers[i]);
 }
