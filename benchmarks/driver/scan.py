@@ -11,21 +11,24 @@ SS = ["ss", "-ltnp"]
 LSOF = ["lsof", "-nP", "-iTCP", "-sTCP:LISTEN"]
 EXTERNAL = dict(os.environ, PORTOLAN_TOOLS="external")
 STEADY_ROUNDS = 31
-FRESH_PROCESSES = 7
+FRESH_PROCESSES = 15
+WAITING_PROCESSES = 7
 # A scan comes every 5 seconds, and every 30 seconds one looks everywhere.
 SCANS_A_LOOK = 6
 LOOK_SECONDS = 31
 
 
-def first_cost(program, servers):
-    """What a fresh process takes for its first look."""
-    return meter.middle([meter.reported([program, "1"], servers)["first"] for _ in range(FRESH_PROCESSES)])
+def first_costs(programs, servers):
+    """What each program takes for its first look in a fresh process; by turns, so that all meet the same machine."""
+    turns = [[meter.reported([program, "1"], servers)["first"] for program in programs]
+             for _ in range(FRESH_PROCESSES)]
+    return [meter.middle(costs) for costs in zip(*turns)]
 
 
 def look_cost(program, servers):
     """What a scan takes that looks everywhere, in processes that have been waiting for its time to come."""
     waiting = []
-    for _ in range(FRESH_PROCESSES):
+    for _ in range(WAITING_PROCESSES):
         waiting.append(meter.started([program, "1", str(LOOK_SECONDS)]))
         time.sleep(0.2)  # apart, so that the looks are too
     return meter.middle([meter.said(process, servers)["later"] for process in waiting])
@@ -33,11 +36,11 @@ def look_cost(program, servers):
 
 def measure(paths, background, servers, steady_bar):
     report.heading(f"scan: {servers} servers, {background}")
-    first_walk = first_cost(paths.programs / "table_walk", servers)
+    programs = paths.programs / "table_walk", paths.programs / "scan_cost"
+    first_walk, first = first_costs(programs, servers)
     walk = meter.reported([paths.programs / "table_walk", "15"], servers)["walk"]
     ss = meter.median(SS, 9)
     lsof = meter.median(LSOF, 5)
-    first = first_cost(paths.programs / "scan_cost", servers)
     steady = meter.reported([paths.programs / "scan_cost", str(STEADY_ROUNDS)], servers)["steady"]
     look = look_cost(paths.programs / "scan_cost", servers)
     average = meter.average([steady] * (SCANS_A_LOOK - 1) + [look])
