@@ -9,6 +9,7 @@
 
 #include <dirent.h>
 #include <linux/magic.h>
+#include <sys/stat.h>
 #include <sys/vfs.h>
 #include <unistd.h>
 
@@ -111,6 +112,59 @@ std::optional<ProcFs::NumberedEntries::Entry> ProcFs::NumberedEntries::next()
         const char *end = entry->d_name + std::strlen(entry->d_name);
         unsigned number = 0;
         if (std::from_chars(entry->d_name, end, number).ptr == end)
-            return Entry{number, entry->d_ino, entry->d_name};
+            return Entry{number, entry->d_ino};
     }
+}
+
+void ProcFs::NumberedEntries::goTo(off_t place)
+{
+    lseek(directory(), place, SEEK_SET);
+    m_filled = m_position = 0;
+}
+
+ProcFs::Descriptors::Descriptors(const char *folder)
+    : m_entries(folder)
+{}
+
+ProcFs::Descriptors::Descriptors(pid_t pid)
+    : Descriptors(Path(pid, "fd").text())
+{}
+
+unsigned ProcFs::Descriptors::count() const
+{
+    struct stat facts;
+    return m_entries.isOpen() && fstat(m_entries.directory(), &facts) == 0 ? unsigned(facts.st_size) : 0;
+}
+
+std::optional<std::string_view> ProcFs::Descriptors::link(std::span<char> buffer, unsigned number) const
+{
+    char name[16];
+    *append(name, int(number)) = '\0';
+    return readLink(buffer, name, m_entries.directory());
+}
+
+std::optional<unsigned> ProcFs::Descriptors::next()
+{
+    while (const auto entry = m_entries.next()) {
+        if (entry->number >= m_first)
+            return entry->number;
+    }
+    return std::nullopt;
+}
+
+void ProcFs::Descriptors::skipTo(unsigned number)
+{
+    // The kernel's place of a descriptor is its number behind "." and "..". Whether it still is, this
+    // process's own list tells, where the list itself is one of the descriptors.
+    constexpr off_t placeOfFirst = 2;
+    static const bool canSkip = [] {
+        Descriptors own("/proc/self/fd");
+        const int list = own.m_entries.directory();
+        own.m_entries.goTo(placeOfFirst + list);
+        const auto entry = own.m_entries.next();
+        return entry && int(entry->number) == list;
+    }();
+    m_first = number;
+    if (canSkip)
+        m_entries.goTo(placeOfFirst + off_t(number));
 }

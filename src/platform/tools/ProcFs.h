@@ -41,7 +41,7 @@ private:
 [[nodiscard]] std::optional<std::string_view> readLink(std::span<char> buffer, const char *path,
                                                        int at = AT_FDCWD);
 
-/// The numbered entries of a directory of /proc: process ids, descriptors.
+/// The numbered entries of a directory of /proc, as the kernel lists them: process ids, descriptors.
 class NumberedEntries
 {
 public:
@@ -50,8 +50,7 @@ public:
     struct Entry
     {
         unsigned number;
-        ino_t inode;      ///< the entry's own, given anew when the number names something new
-        const char *name; ///< the number's text, valid until the next entry is asked for
+        ino_t inode; ///< the entry's own, given anew when the number names something new
     };
 
     /// Whether the directory could be opened.
@@ -60,12 +59,36 @@ public:
     [[nodiscard]] int directory() const { return m_directory.get(); }
     /// The next entry in the kernel's order, which is ascending; absent at the end.
     [[nodiscard]] std::optional<Entry> next();
+    /// Makes `next` go on at a place in the list, which the kernel numbers as it likes.
+    void goTo(off_t place);
 
 private:
     FileDescriptor m_directory;
     ssize_t m_filled = 0;
     ssize_t m_position = 0;
     alignas(8) char m_buffer[16 * 1024];
+};
+
+/// What a process holds open. What may not be looked into holds nothing.
+class Descriptors
+{
+public:
+    explicit Descriptors(pid_t pid);
+
+    /// How many there are, a number that is about to be given included; 0 where the kernel does not tell
+    /// (before Linux 6.2).
+    [[nodiscard]] unsigned count() const;
+    /// What the descriptor is linked to; absent as for `readLink`.
+    [[nodiscard]] std::optional<std::string_view> link(std::span<char> buffer, unsigned number) const;
+    /// The lowest number from `skipTo` on that was not listed yet; absent at the end.
+    [[nodiscard]] std::optional<unsigned> next();
+    void skipTo(unsigned number);
+
+private:
+    explicit Descriptors(const char *folder);
+
+    NumberedEntries m_entries;
+    unsigned m_first = 0;
 };
 
 } // namespace ProcFs

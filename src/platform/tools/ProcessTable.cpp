@@ -93,14 +93,25 @@ std::optional<ProcessStat> KernelProcessTable::stat(pid_t pid,
 
 void KernelProcessTable::readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets)
 {
+    ProcFs::Descriptors descriptors(pid);
+    readSockets(descriptors, descriptors.count(), sockets);
+}
+
+void KernelProcessTable::readSockets(ProcFs::Descriptors &descriptors, unsigned unlisted,
+                                     std::vector<SocketDescriptor> &sockets)
+{
     sockets.clear();
-    ProcFs::NumberedEntries entries(ProcFs::Path(pid, "fd").text());
-    char buffer[64]; // a longer link names a file
-    while (const auto entry = entries.next()) {
-        const auto link = ProcFs::readLink(buffer, entry->name, entries.directory());
+    const auto look = [&](unsigned number) {
+        char buffer[64]; // a longer link names a file
+        const auto link = descriptors.link(buffer, number);
         if (const auto inode = link ? socketInode(*link) : std::nullopt)
-            sockets.push_back({int(entry->number), *inode});
-    }
+            sockets.push_back({int(number), *inode});
+    };
+    for (unsigned number = 0; number < unlisted; ++number)
+        look(number);
+    descriptors.skipTo(unlisted);
+    while (const auto number = descriptors.next())
+        look(*number);
 }
 
 bool KernelProcessTable::holds(pid_t pid, const SocketDescriptor &socket)

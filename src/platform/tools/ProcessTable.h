@@ -47,6 +47,10 @@ public:
     [[nodiscard]] virtual bool holds(pid_t pid, const SocketDescriptor &socket) = 0;
 };
 
+namespace ProcFs {
+class Descriptors;
+}
+
 /// The real one, read from /proc. Any thread.
 ///
 /// A process that has not run since it was last asked about has neither used time, changed its name nor
@@ -60,4 +64,9 @@ public:
                                     const std::optional<std::chrono::nanoseconds> &runTime) override;
     void readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets) override;
     bool holds(pid_t pid, const SocketDescriptor &socket) override;
+
+    /// Reads the descriptors below `unlisted` without having the kernel list them, which costs it as much as
+    /// reading them, and then those that there are besides.
+    static void readSockets(ProcFs::Descriptors &descriptors, unsigned unlisted,
+                            std::vector<SocketDescriptor> &sockets);
 };

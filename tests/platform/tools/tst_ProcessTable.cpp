@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <memory>
 #include <stdexcept>
@@ -158,28 +157,4 @@ TEST(ProcessTable, KnowsWhatAProcessHasBecome)
     EXPECT_TRUE(eventually([&] { return statOf(pid)->isZombie(); }));
     sleeper.reset();
     EXPECT_EQ(statOf(pid), std::nullopt);
-}
-
-TEST(ProcessTable, FindsSocketsBehindGapsWhileOthersComeAndGo)
-{
-    const LocalSocket socket = LocalSocket::listening("127.0.0.1");
-    const int far = fcntl(socket.descriptor(), F_DUPFD_CLOEXEC, 600);
-    ASSERT_GE(far, 600);
-    std::atomic<bool> done = false;
-    std::thread bustle([&done] {
-        while (!done) {
-            const int first = dup(0);
-            const int second = dup(0);
-            close(first);
-            close(second);
-        }
-    });
-    for (int round = 0; round < 200; ++round) {
-        const auto sockets = socketsOf(getpid());
-        EXPECT_THAT(sockets, Contains(SocketDescriptor{socket.descriptor(), socket.inode()}));
-        EXPECT_THAT(sockets, Contains(SocketDescriptor{far, socket.inode()}));
-    }
-    done = true;
-    bustle.join();
-    close(far);
 }
