@@ -186,8 +186,8 @@ QList<Service> PortScanner::scan(const ScanOptions &options)
 {
     const QList<RawListener> distinct = wantedListeners(listeners(options), options);
     QList<Service> services = devServers(distinct, workingFolders(distinct, options), options.home);
-    detectProjects(services, options);
     readStats(services, options);
+    detectProjects(services, options);
     std::ranges::stable_sort(services, {}, &Service::port);
     return services;
 }

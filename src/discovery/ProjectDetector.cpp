@@ -137,20 +137,22 @@ ProjectDetector::Result ProjectDetector::detect(const QString &command, const st
 std::vector<ProjectDetector::Result> ProjectDetector::detect(const std::vector<Subject> &subjects,
                                                              ExpendableWorker &files)
 {
-    std::vector<Result> results;
-    std::vector<size_t> withFolder;
+    const auto hasFolder = [](const Subject &subject) {
+        return subject.folder && !subject.folder->isEmpty();
+    };
     std::vector<ExpendableWorker::Task<Result>> tasks;
-    for (const auto &[command, folder] : subjects) {
-        results.push_back(detectFromCommand(command, folder));
-        if (!folder || folder->isEmpty())
-            continue;
-        withFolder.push_back(results.size() - 1);
-        tasks.push_back({*folder, [command, path = *folder] { return detectFromFiles(command, path); }});
+    for (const Subject &subject : subjects) {
+        if (hasFolder(subject))
+            tasks.push_back({*subject.folder, [command = subject.command, path = *subject.folder] {
+                                 return detectFromFiles(command, path);
+                             }});
     }
     std::vector<std::optional<Result>> found = files.run(std::move(tasks));
-    for (size_t i = 0; i < found.size(); ++i) {
-        if (found[i])
-            results[withFolder[i]] = std::move(*found[i]);
+    std::vector<Result> results;
+    results.reserve(subjects.size());
+    for (auto next = found.begin(); const Subject &subject : subjects) {
+        std::optional<Result> result = hasFolder(subject) ? std::move(*next++) : std::nullopt;
+        results.push_back(result ? std::move(*result) : detectFromCommand(subject.command, subject.folder));
     }
     return results;
 }
@@ -232,8 +234,8 @@ QString ProjectDetector::lastComponent(const QString &path)
         --end;
     if (end == 1)
         return path.first(1);
-    const QString trimmed = path.first(end);
-    return trimmed.sliced(trimmed.lastIndexOf(u'/') + 1);
+    const QStringView trimmed = QStringView(path).first(end);
+    return trimmed.sliced(trimmed.lastIndexOf(u'/') + 1).toString();
 }
 
 std::optional<ProjectDetector::Result>

@@ -4,7 +4,7 @@
 
 #include <QFile>
 
-#include <array>
+#include <algorithm>
 #include <cerrno>
 #include <memory>
 
@@ -14,22 +14,21 @@
 
 namespace {
 
-/// Up to end of file; nothing on an error or if there is more than `most` (a file may grow while it is read).
-std::optional<QByteArray> readToEnd(int descriptor, qsizetype expected, qsizetype most)
+/// The first `size` bytes, or what there is of them: a file may shrink while it is read. Nothing on an error.
+std::optional<QByteArray> readBytes(int descriptor, qsizetype size)
 {
-    QByteArray bytes;
-    bytes.reserve(expected);
-    std::array<char, 16 * 1024> buffer;
-    for (;;) {
-        const ssize_t count = read(descriptor, buffer.data(), buffer.size());
+    QByteArray bytes(size, Qt::Uninitialized);
+    qsizetype filled = 0;
+    while (filled < size) {
+        const ssize_t count = read(descriptor, bytes.data() + filled, size_t(size - filled));
         if (count == 0)
-            return bytes;
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count < 0 || bytes.size() + count > most)
+            break;
+        if (count < 0 && errno != EINTR)
             return std::nullopt;
-        bytes.append(buffer.data(), count);
+        filled += std::max<ssize_t>(count, 0);
     }
+    bytes.truncate(filled);
+    return bytes;
 }
 
 } // namespace
@@ -71,5 +70,5 @@ std::optional<QByteArray> ProjectFolder::read(const char *name) const
     // Files of /proc and the like call themselves regular and empty, and may block or never end.
     if (facts.st_size <= 0 || facts.st_size > maxFileSize)
         return std::nullopt;
-    return readToEnd(file.get(), facts.st_size, maxFileSize);
+    return readBytes(file.get(), facts.st_size);
 }
