@@ -1,5 +1,6 @@
 #include "Curl.h"
 
+#include <cstdint>
 #include <optional>
 
 #include <dlfcn.h>
@@ -30,6 +31,15 @@ private:
     bool m_isComplete = true;
 };
 
+// When the program ends, OpenSSL would clear up before the thread that probes has ended, which may be in it.
+void keepOpenSslToTheEnd(void *library)
+{
+    constexpr std::uint64_t noAtExit = 0x00080000; // OPENSSL_INIT_NO_ATEXIT
+    using Init = int (*)(std::uint64_t options, const void *settings);
+    if (const auto init = reinterpret_cast<Init>(dlsym(library, "OPENSSL_init_crypto")))
+        init(noAtExit, nullptr);
+}
+
 std::optional<Curl> load()
 {
     void *const library = dlopen(fileName, RTLD_LAZY | RTLD_LOCAL); // for good: what it loads cannot leave
@@ -51,7 +61,10 @@ std::optional<Curl> load()
     reader.read("curl_multi_socket_action", curl.multi_socket_action);
     reader.read("curl_multi_info_read", curl.multi_info_read);
     reader.read("curl_multi_cleanup", curl.multi_cleanup);
-    if (!reader.isComplete() || globalInit(CURL_GLOBAL_DEFAULT) != CURLE_OK)
+    if (!reader.isComplete())
+        return std::nullopt;
+    keepOpenSslToTheEnd(library); // which counts only before anything else is asked of it
+    if (globalInit(CURL_GLOBAL_DEFAULT) != CURLE_OK)
         return std::nullopt;
     return curl;
 }

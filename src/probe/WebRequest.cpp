@@ -10,6 +10,12 @@ curl_socket_t openSocket(void *, curlsocktype, curl_sockaddr *address)
     return ::socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
 }
 
+// A body ends the transfer. Left to itself, the library prints it.
+size_t refuseBody(char *, size_t, size_t, void *)
+{
+    return 0;
+}
+
 } // namespace
 
 WebRequest::WebRequest(WebClient &client, Probe::Method method, const Target &target)
@@ -37,6 +43,7 @@ WebRequest::WebRequest(WebClient &client, Probe::Method method, const Target &ta
 
     curl.easy_setopt(h, CURLOPT_HEADERFUNCTION, &readHeader);
     curl.easy_setopt(h, CURLOPT_HEADERDATA, this);
+    curl.easy_setopt(h, CURLOPT_WRITEFUNCTION, &refuseBody);
 
     curl.easy_setopt(h, CURLOPT_OPENSOCKETFUNCTION, &openSocket);
     curl.easy_setopt(h, CURLOPT_NOSIGNAL, 1L);

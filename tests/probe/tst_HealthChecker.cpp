@@ -513,6 +513,17 @@ TEST(HealthCheckerRedirect, ToAServerThatNeverStopsIsUnreachable)
     EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
 }
 
+TEST(HealthCheckerRedirect, PrintsNothingOfWhatIsSaidInAnotherProtocol)
+{
+    const OddServer away(OddServer::answers("HTTP/1.1 101 Switching\r\nUpgrade: x\r\n\r\nhello\n"));
+    const OddServer server(
+        OddServer::answers(redirect("http://localhost:" + QByteArray::number(away.port()) + "/")));
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(away.methods(), QList<QByteArray>({"HEAD", "GET"}));
+}
+
 TEST(HealthCheckerRedirect, ToASilentServerIsUnreachableInTime)
 {
     const SilentPort silent;
@@ -583,6 +594,26 @@ TEST(HealthCheckerRedirect, CannotInjectAHeader)
     EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
     ASSERT_EQ(target.requests().size(), 1);
     EXPECT_FALSE(target.requests().first().contains("\r\nX-Odd"));
+}
+
+// Asks for a page with TLS many times over, and leaves while that is under way.
+[[noreturn]] static void leaveWithinTls(std::chrono::milliseconds delay)
+{
+    const SilentPort silent;
+    const OddServer server(
+        OddServer::answers(redirect("https://127.0.0.1:" + QByteArray::number(silent.port()) + "/")));
+    QList<QFuture<Health>> checks;
+    for (int i = 0; i < 16; ++i)
+        checks.append(HealthChecker::check(server.port()));
+    std::this_thread::sleep_for(delay);
+    std::exit(0);
+}
+
+TEST(HealthCheckerDeathTest, LetsTheProgramEndWhileItIsWithinTls)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    for (const auto delay : {30ms, 60ms, 120ms})
+        EXPECT_EXIT(leaveWithinTls(delay), testing::ExitedWithCode(0), "");
 }
 
 class HealthCheckerRedirectTo : public testing::TestWithParam<std::pair<const char *, QByteArray>>
