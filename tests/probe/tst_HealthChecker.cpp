@@ -752,6 +752,19 @@ TEST(HealthCheckerCrowd, NeighboursOfHostileServersAreUnharmed)
         EXPECT_EQ(outcome(check), Health::unreachable());
 }
 
+TEST(HealthCheckerCrowd, ReadsTheCertificatesOfTheMachineOnce)
+{
+    const OddServer closing([](Connection &) {});
+    const OddServer server(
+        OddServer::answers(redirect("https://127.0.0.1:" + QByteArray::number(closing.port()) + "/")));
+    const auto start = processorTime();
+    EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
+    const auto first = processorTime();
+    for (int i = 0; i < 10; ++i)
+        EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
+    EXPECT_LT(processorTime() - first, 5 * (first - start));
+}
+
 TEST(HealthCheckerCrowd, ManyThreadsMayAskAtOnce)
 {
     const OddServer server(OddServer::answers("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
