@@ -16,8 +16,8 @@ std::string text(Probe::Method method, const Target &target)
     request.reserve(128);
     request += method == Probe::Method::head ? "HEAD " : "GET ";
     request += target.path();
-    request += " HTTP/1.1\r\nHost: 127.0.0.1:";
-    request += std::to_string(target.port());
+    request += " HTTP/1.1\r\nHost: ";
+    request += target.hostAndPort();
     request += "\r\nUser-Agent: Portolan\r\nAccept: */*\r\n\r\n";
     return request;
 }

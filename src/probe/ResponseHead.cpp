@@ -47,7 +47,7 @@ ResponseHead::State ResponseHead::read(std::string_view bytes)
         const bool isWholeLine = end != bytes.npos;
         std::string_view line = bytes.substr(0, end);
         bytes.remove_prefix(isWholeLine ? end + 1 : bytes.size());
-        m_length += line.size() + 1;
+        m_length += line.size() + isWholeLine;
         if (m_length > maxLength) {
             m_state = State::invalid;
         } else if (!isWholeLine) {

@@ -9,6 +9,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr auto host = "127.0.0.1"_L1;
+constexpr quint16 defaultPort = 80;
 
 // Nothing that could end a line of the request that it becomes part of.
 bool isControl(char character)
@@ -31,7 +32,7 @@ std::optional<Target> Target::redirected(std::string_view location) const
 
     Target target(*this);
     if (isPlain && address.host() == host) {
-        target.m_port = quint16(address.port(80));
+        target.m_port = quint16(address.port(defaultPort));
         target.m_path = address.toEncoded(QUrl::RemoveScheme | QUrl::RemoveAuthority).toStdString();
         if (!target.m_path.starts_with('/'))
             target.m_path.insert(0, 1, '/');
@@ -42,7 +43,17 @@ std::optional<Target> Target::redirected(std::string_view location) const
     return target;
 }
 
+// As browsers write it: some servers redirect whoever names the port that goes without saying to the address
+// without it, for ever.
+std::string Target::hostAndPort() const
+{
+    std::string text = host.data();
+    if (m_port != defaultPort)
+        text += ':' + std::to_string(m_port);
+    return text;
+}
+
 std::string Target::url() const
 {
-    return isLocal() ? "http://127.0.0.1:" + std::to_string(m_port) + m_path : m_elsewhere;
+    return isLocal() ? "http://" + hostAndPort() + m_path : m_elsewhere;
 }

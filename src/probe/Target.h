@@ -20,9 +20,11 @@ public:
     /// HTTP, with TLS or without. Its credentials and its fragment stay behind.
     [[nodiscard]] std::optional<Target> redirected(std::string_view location) const;
 
-    /// Whether it is plain HTTP to 127.0.0.1; only then are there a port and a path.
+    /// Whether it is plain HTTP to 127.0.0.1; only then are there a port, a host and a path.
     [[nodiscard]] bool isLocal() const { return m_elsewhere.empty(); }
     [[nodiscard]] quint16 port() const { return m_port; }
+    /// What the Host header says.
+    [[nodiscard]] std::string hostAndPort() const;
     /// The path and the query, percent-encoded.
     [[nodiscard]] const std::string &path() const { return m_path; }
     /// The whole address, percent-encoded.

@@ -75,15 +75,6 @@ OddServer::Script answersOnlyGet(const QByteArray &response)
     };
 }
 
-// A script that sends `bytes` without waiting for a request, and hangs up when it has had one.
-OddServer::Script greets(const QByteArray &bytes)
-{
-    return [bytes](Connection &connection) {
-        connection.send(bytes);
-        connection.readRequest();
-    };
-}
-
 // A script that answers every request with `start` and then with `rest` over and over.
 OddServer::Script neverStops(const QByteArray &start, const QByteArray &rest)
 {
@@ -344,8 +335,6 @@ INSTANTIATE_TEST_SUITE_P(
         isNoHttp("SpeaksHttp09", OddServer::answers("<html>hello</html>")),
         isNoHttp("SendsGarbage", OddServer::answers(QByteArray("\0\xff\xfe\r\n\n\r\0garbage", 15))),
         isNoHttp("SendsAnEmptyLine", OddServer::answers("\r\n\r\n")),
-        isNoHttp("GreetsLikeSsh", greets("SSH-2.0-OpenSSH_9.2\r\n")),
-        isNoHttp("GreetsLikeSmtp", greets("220 localhost ESMTP\r\n")),
         isNoHttp("AnswersLikeRedis", OddServer::answers("-ERR unknown command\r\n")),
         isNoHttp("SpeaksOnlyTls", OddServer::answers(QByteArray("\x15\x03\x01\x00\x02\x02\x46", 7))),
         isNoHttp("HasStatus000", OddServer::answers("HTTP/1.1 000 Odd\r\n\r\n")),
@@ -374,6 +363,29 @@ TEST(HealthChecker, IsUnreachableWhereTheServerResetsEveryConnectionAtOnce)
     const OddServer server([](Connection &connection) { connection.reset(); });
     EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
     EXPECT_EQ(server.connections(), 2);
+}
+
+// The prober hangs up on the greeting, so the server may never read the request.
+TEST(HealthChecker, IsUnreachableWhereTheServerGreetsInAnotherProtocol)
+{
+    for (const char *greeting : {"SSH-2.0-OpenSSH_9.2\r\n", "220 localhost ESMTP\r\n"}) {
+        const OddServer server([greeting](Connection &connection) {
+            connection.send(greeting);
+            connection.hang();
+        });
+        EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
+        EXPECT_EQ(server.connections(), 2);
+    }
+}
+
+TEST(HealthChecker, TakesAnAnswerThatComesBeforeTheRequest)
+{
+    const OddServer server([](Connection &connection) {
+        connection.send("HTTP/1.1 503 Service Unavailable\r\n\r\n");
+        connection.hang();
+    });
+    EXPECT_EQ(statusOf(outcomeOf(server.port())), 503);
+    EXPECT_EQ(server.connections(), 1);
 }
 
 TEST(HealthChecker, IsUnreachableWhereNothingListens)
@@ -614,6 +626,24 @@ TEST(HealthCheckerDeathTest, LetsTheProgramEndWhileItIsWithinTls)
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     for (const auto delay : {30ms, 60ms, 120ms})
         EXPECT_EXIT(leaveWithinTls(delay), testing::ExitedWithCode(0), "");
+}
+
+// The program that asks is this one, started anew: what libraries it finds is settled when it starts.
+TEST(HealthCheckerDeathTest, TakesARedirectAwayForTheAnswerWhereLibcurlIsMissing)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const QTemporaryDir folder;
+    QFile noLibrary(folder.filePath(QStringLiteral("libcurl.so.4")));
+    ASSERT_TRUE(noLibrary.open(QFile::WriteOnly));
+    const QByteArray before = qgetenv("LD_LIBRARY_PATH");
+    qputenv("LD_LIBRARY_PATH", folder.path().toLocal8Bit());
+    EXPECT_EXIT(
+        {
+            const OddServer server(OddServer::answers(redirect("https://example.invalid/")));
+            std::exit(statusOf(outcomeOf(server.port())) == 302 ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+    qputenv("LD_LIBRARY_PATH", before);
 }
 
 class HealthCheckerRedirectTo : public testing::TestWithParam<std::pair<const char *, QByteArray>>

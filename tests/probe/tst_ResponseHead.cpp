@@ -133,6 +133,13 @@ TEST(ResponseHead, GivesUpAfterAQuarterMegabyte)
     }
 }
 
+TEST(ResponseHead, TakesTheSameLengthHoweverItArrives)
+{
+    const std::string bytes = "HTTP/1.1 200 OK\r\nA: " + std::string(200'000, 'a') + "\r\n\r\n";
+    EXPECT_EQ(readAtOnce(bytes).state(), State::complete);
+    EXPECT_EQ(readSlowly(bytes).state(), State::complete);
+}
+
 TEST(ResponseHead, StaysWhatItIsOnceComplete)
 {
     ResponseHead head = readAtOnce("HTTP/1.1 200 OK\r\n\r\n");

@@ -41,7 +41,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Redirection{"AboveTheRoot", "../../../up", "http://127.0.0.1:3000/up"},
                     Redirection{"Query", "?y=2", "http://127.0.0.1:3000/app/index?y=2"},
                     Redirection{"AnotherPort", "http://127.0.0.1:4000/x", "http://127.0.0.1:4000/x"},
-                    Redirection{"NoPort", "http://127.0.0.1/x", "http://127.0.0.1:80/x"},
+                    Redirection{"NoPort", "http://127.0.0.1/x", "http://127.0.0.1/x"},
+                    Redirection{"DefaultPort", "http://127.0.0.1:80/x", "http://127.0.0.1/x"},
                     Redirection{"NoPath", "http://127.0.0.1:4000", "http://127.0.0.1:4000/"},
                     Redirection{"OnlyAQuery", "http://127.0.0.1:4000?a=b", "http://127.0.0.1:4000/?a=b"},
                     Redirection{"SameScheme", "//127.0.0.1:4000/x", "http://127.0.0.1:4000/x"},
@@ -81,6 +82,13 @@ TEST(Target, StartsAtTheRootOfAPort)
     EXPECT_EQ(target.port(), 5173);
     EXPECT_EQ(target.path(), "/");
     EXPECT_EQ(target.url(), "http://127.0.0.1:5173/");
+}
+
+TEST(Target, LeavesOutThePortThatGoesWithoutSaying)
+{
+    EXPECT_EQ(Target(5173).hostAndPort(), "127.0.0.1:5173");
+    EXPECT_EQ(Target(80).hostAndPort(), "127.0.0.1");
+    EXPECT_EQ(Target(80).redirected("/x")->url(), "http://127.0.0.1/x");
 }
 
 TEST(Target, ComesBackFromElsewhere)
