@@ -48,7 +48,9 @@ bool ProbeSet::advance(Wait wait)
             advanceLocal(id);
         }
     }
-    if (m_nextDeadline != Clock::time_point::max() && Clock::now() >= m_nextDeadline)
+    // What has arrived counts, however late this thread comes to read it.
+    const bool isAllRead = count < int(events.size());
+    if (isAllRead && m_nextDeadline != Clock::time_point::max() && Clock::now() >= m_nextDeadline)
         concludeExpired();
     return isWoken;
 }
@@ -120,16 +122,25 @@ void ProbeSet::ask(Id id, Item &item)
     if (item.probe.target().isLocal()) {
         item.local.emplace(item.probe.method(), item.probe.target());
     } else {
-        if (!m_web && (m_web = WebClient::create()))
-            watch(EPOLL_CTL_ADD, m_web->descriptor(), EPOLLIN, webId);
-        if (!m_web) {
+        if (!startWeb()) {
             item.probe.settleForRedirect(Clock::now());
-            m_probes.erase(id);
+            remove(id);
             return;
         }
         item.web.emplace(*m_web, item.probe.method(), item.probe.target());
     }
     follow(id, item);
+}
+
+// Whether there is something to ask elsewhere with.
+bool ProbeSet::startWeb()
+{
+    if (!m_web) {
+        m_web = WebClient::create();
+        if (m_web && !watch(EPOLL_CTL_ADD, m_web->descriptor(), EPOLLIN, webId))
+            m_web.reset();
+    }
+    return m_web != nullptr;
 }
 
 // Goes on from how the request stands now.
@@ -157,6 +168,11 @@ void ProbeSet::conclude(Id id, Item &item, const ResponseHead *response)
         ask(id, item);
         return;
     }
+    remove(id);
+}
+
+void ProbeSet::remove(Id id)
+{
     m_probes.erase(id);
     if (m_probes.empty())
         m_nextDeadline = Clock::time_point::max();

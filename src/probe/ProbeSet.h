@@ -56,8 +56,10 @@ private:
     void concludeExpired();
 
     void ask(Id id, Item &item);
+    [[nodiscard]] bool startWeb();
     void follow(Id id, Item &item);
     void conclude(Id id, Item &item, const ResponseHead *response);
+    void remove(Id id);
 
     FileDescriptor m_epoll;
     bool m_isValid;
