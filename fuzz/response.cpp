@@ -20,6 +20,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
         require(target->url().starts_with("http"));
         require(target->url().find_first_of("\r\n ") == std::string::npos);
         require(!target->isLocal() || target->path().starts_with('/'));
+        const auto again = target->redirected(target->url());
+        require(again && again->url() == target->url() && again->isLocal() == target->isLocal());
     }
     return 0;
 }
