@@ -1,6 +1,6 @@
-// table_walk ROUNDS: finding every listening server on bare system calls, in a fresh process and in ROUNDS more
-// after that: one question to the kernel for the sockets, one list of every process's descriptors, one look at
-// each of them, and two files for each owner.
+// table_walk ROUNDS: finding every listening server on bare system calls, in a fresh process and in ROUNDS
+// more after that: one question to the kernel for the sockets, one list of every process's descriptors, one
+// look at each of them, and two files for each owner.
 #include "../Meter.h"
 
 #include <charconv>
