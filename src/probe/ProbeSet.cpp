@@ -83,7 +83,7 @@ void ProbeSet::advanceLocal(Id id)
 
 void ProbeSet::advanceWeb()
 {
-    m_web->advance();
+    m_webClient->advance();
     std::vector<Id> asking;
     for (auto &[id, item] : m_probes) {
         if (item.web)
@@ -127,7 +127,7 @@ void ProbeSet::ask(Id id, Item &item)
             remove(id);
             return;
         }
-        item.web.emplace(*m_web, item.probe.method(), item.probe.target());
+        item.web.emplace(*m_webClient, item.probe.method(), item.probe.target());
     }
     follow(id, item);
 }
@@ -135,12 +135,12 @@ void ProbeSet::ask(Id id, Item &item)
 // Whether there is something to ask elsewhere with.
 bool ProbeSet::startWeb()
 {
-    if (!m_web) {
-        m_web = WebClient::create();
-        if (m_web && !watch(EPOLL_CTL_ADD, m_web->descriptor(), EPOLLIN, webId))
-            m_web.reset();
+    if (!m_webClient) {
+        m_webClient = WebClient::create();
+        if (m_webClient && !watch(EPOLL_CTL_ADD, m_webClient->descriptor(), EPOLLIN, webId))
+            m_webClient.reset();
     }
-    return m_web != nullptr;
+    return m_webClient != nullptr;
 }
 
 // Goes on from how the request stands now.

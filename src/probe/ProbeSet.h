@@ -36,7 +36,7 @@ private:
     using Clock = Probe::Clock;
     using Id = std::uint64_t;
 
-    /// A probe and its request under way: one of the two.
+    /// A probe and its request under way, which is either local or on the web.
     struct Item
     {
         Item(quint16 port, HealthPromise promise)
@@ -63,7 +63,7 @@ private:
 
     FileDescriptor m_epoll;
     bool m_isValid;
-    std::unique_ptr<WebClient> m_web; // from the first redirect that leads away from here
+    std::unique_ptr<WebClient> m_webClient; // from the first redirect that leads away from here
     std::unordered_map<Id, Item> m_probes;
     Id m_nextId;
     // Not after any probe's deadline: a deadline only moves away while its request is under way.

@@ -813,12 +813,15 @@ TEST(HealthCheckerCrowd, ManyThreadsMayAskAtOnce)
 TEST(HealthCheckerCrowd, LeavesNoDescriptorBehind)
 {
     const OddServer server(OddServer::answers("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
+    const OddServer leadingAway(
+        OddServer::answers(redirect("http://localhost:" + QByteArray::number(server.port()) + "/")));
     const ClosedPort closed;
-    EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
+    EXPECT_EQ(statusOf(outcomeOf(leadingAway.port())), 200);
     const qsizetype before = openDescriptorCount();
     for (int i = 0; i < 50; ++i) {
         EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
         EXPECT_EQ(statusOf(outcomeOf(closed.port())), unreachable);
+        EXPECT_EQ(statusOf(outcomeOf(leadingAway.port())), 200);
     }
     // The server closes its ends in its own time.
     const auto end = Clock::now() + 20s;

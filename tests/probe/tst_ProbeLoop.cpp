@@ -69,6 +69,26 @@ TEST(ProbeLoop, FinishesWhatIsUnderWayAsUnreachableWhenItEnds)
     }
 }
 
+TEST(ProbeLoop, FinishesWhatIsUnderWayElsewhereAsUnreachableWhenItEnds)
+{
+    const OddServer silent([](OddServer::Connection &connection) { connection.hang(); });
+    const OddServer server(OddServer::answers("HTTP/1.1 302 Found\r\nLocation: http://localhost:" +
+                                              QByteArray::number(silent.port()) + "/\r\n\r\n"));
+    QList<QFuture<Health>> probes;
+    {
+        ProbeLoop loop;
+        for (int i = 0; i < 20; ++i)
+            probes.append(loop.probe(server.port()));
+        const auto end = Clock::now() + 60s;
+        while (silent.connections() < 20 && Clock::now() < end)
+            std::this_thread::sleep_for(1ms);
+    }
+    for (const QFuture<Health> &probe : probes) {
+        ASSERT_TRUE(probe.isFinished());
+        EXPECT_EQ(probe.result(), Health::unreachable());
+    }
+}
+
 TEST(ProbeLoop, EndsWithoutEverHavingProbed)
 {
     const ProbeLoop loop;
