@@ -11,6 +11,7 @@
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
+#include <poll.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -104,6 +105,12 @@ public:
     ~SilentPort() { ::close(m_socket); }
 
     [[nodiscard]] quint16 port() const { return m_port; }
+    /// Waits for the first connection.
+    void awaitConnection() const
+    {
+        pollfd connection{.fd = m_socket, .events = POLLIN, .revents = 0};
+        EXPECT_EQ(::poll(&connection, 1, 60'000), 1);
+    }
 
 private:
     int m_socket;
@@ -608,24 +615,31 @@ TEST(HealthCheckerRedirect, CannotInjectAHeader)
     EXPECT_FALSE(target.requests().first().contains("\r\nX-Odd"));
 }
 
-// Asks for a page with TLS many times over, and leaves while that is under way.
-[[noreturn]] static void leaveWithinTls(std::chrono::milliseconds delay)
+// Asks for a page with TLS, and leaves as soon as that is connected: while the certificates are being read.
+[[noreturn]] static void leaveWithinTls()
 {
     const SilentPort silent;
-    const OddServer server(
-        OddServer::answers(redirect("https://127.0.0.1:" + QByteArray::number(silent.port()) + "/")));
-    QList<QFuture<Health>> checks;
-    for (int i = 0; i < 16; ++i)
-        checks.append(HealthChecker::check(server.port()));
-    std::this_thread::sleep_for(delay);
+    QFuture<Health> check;
+    {
+        const OddServer server(
+            OddServer::answers(redirect("https://127.0.0.1:" + QByteArray::number(silent.port()) + "/")));
+        check = HealthChecker::check(server.port());
+        silent.awaitConnection();
+    }
     std::exit(0);
 }
 
 TEST(HealthCheckerDeathTest, LetsTheProgramEndWhileItIsWithinTls)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    for (const auto delay : {30ms, 60ms, 120ms})
-        EXPECT_EXIT(leaveWithinTls(delay), testing::ExitedWithCode(0), "");
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EXIT(leaveWithinTls(), testing::ExitedWithCode(0), "");
+}
+
+static qint64 statusOfARedirectAway()
+{
+    const OddServer server(OddServer::answers(redirect("https://example.invalid/")));
+    return statusOf(outcomeOf(server.port()));
 }
 
 // The program that asks is this one, started anew: what libraries it finds is settled when it starts.
@@ -637,12 +651,7 @@ TEST(HealthCheckerDeathTest, TakesARedirectAwayForTheAnswerWhereLibcurlIsMissing
     ASSERT_TRUE(noLibrary.open(QFile::WriteOnly));
     const QByteArray before = qgetenv("LD_LIBRARY_PATH");
     qputenv("LD_LIBRARY_PATH", folder.path().toLocal8Bit());
-    EXPECT_EXIT(
-        {
-            const OddServer server(OddServer::answers(redirect("https://example.invalid/")));
-            std::exit(statusOf(outcomeOf(server.port())) == 302 ? 0 : 1);
-        },
-        testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(std::exit(statusOfARedirectAway() == 302 ? 0 : 1), testing::ExitedWithCode(0), "");
     qputenv("LD_LIBRARY_PATH", before);
 }
 
