@@ -69,14 +69,17 @@ private:
     alignas(8) char m_buffer[16 * 1024];
 };
 
+/// How many descriptors a process has open, without opening its list; 0 where the kernel does not tell
+/// (before Linux 6.2).
+[[nodiscard]] unsigned descriptorCount(pid_t pid);
+
 /// What a process holds open. What may not be looked into holds nothing.
 class Descriptors
 {
 public:
     explicit Descriptors(pid_t pid);
 
-    /// How many there are, a number that is about to be given included; 0 where the kernel does not tell
-    /// (before Linux 6.2).
+    /// How many there are, a number that is about to be given included; 0 where the kernel does not tell.
     [[nodiscard]] unsigned count() const;
     /// What the descriptor is linked to; absent as for `readLink`.
     [[nodiscard]] std::optional<std::string_view> link(std::span<char> buffer, unsigned number) const;

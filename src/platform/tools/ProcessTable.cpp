@@ -91,6 +91,11 @@ std::optional<ProcessStat> KernelProcessTable::stat(pid_t pid,
     return stat;
 }
 
+unsigned KernelProcessTable::descriptorCount(pid_t pid)
+{
+    return ProcFs::descriptorCount(pid);
+}
+
 void KernelProcessTable::readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets)
 {
     ProcFs::Descriptors descriptors(pid);

@@ -41,6 +41,8 @@ public:
     /// What the process, which has just been found to have run for `runTime`, is like.
     [[nodiscard]] virtual std::optional<ProcessStat>
     stat(pid_t pid, const std::optional<std::chrono::nanoseconds> &runTime) = 0;
+    /// How many descriptors the process has open; 0 where the kernel does not say.
+    [[nodiscard]] virtual unsigned descriptorCount(pid_t pid) = 0;
     /// Writes the process's sockets, by ascending descriptor, into `sockets` in place of what it held.
     virtual void readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets) = 0;
     /// Whether the descriptor still is what it was.
@@ -62,6 +64,7 @@ public:
     std::optional<std::chrono::nanoseconds> runTime(pid_t pid) override;
     std::optional<ProcessStat> stat(pid_t pid,
                                     const std::optional<std::chrono::nanoseconds> &runTime) override;
+    unsigned descriptorCount(pid_t pid) override;
     void readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets) override;
     bool holds(pid_t pid, const SocketDescriptor &socket) override;
 

@@ -77,10 +77,7 @@ void SocketOwners::lookEverywhere(const std::vector<ProcessId> &processes, const
     m_known.clear();
     std::vector<ProcessId> asleep;
     for (const ProcessId &process : processes) {
-        const auto seen = m_seen.find(process);
-        const bool hasSlept = seen != m_seen.end() && seen->second.runTime &&
-                              m_table.runTime(process.pid) == seen->second.runTime;
-        if (hasSlept) {
+        if (hasSlept(process)) {
             recognize(process, inodes);
             asleep.push_back(process);
         } else {
@@ -101,7 +98,9 @@ void SocketOwners::forgetGone(const std::vector<ProcessId> &processes)
 void SocketOwners::lookAt(const ProcessId &process, const std::vector<ino_t> &inodes)
 {
     Seen &seen = m_seen[process];
-    seen.runTime = m_table.runTime(process.pid); // first: what it does meanwhile will count as later
+    // First: what it does meanwhile will count as later.
+    seen.runTime = m_table.runTime(process.pid);
+    seen.descriptorCount = m_table.descriptorCount(process.pid);
     m_table.readSockets(process.pid, seen.sockets);
     recognize(process, inodes);
 }
@@ -119,6 +118,15 @@ void SocketOwners::recognize(const ProcessId &process, const std::vector<ino_t> 
         m_known[process.pid] = {process.incarnation, std::move(*stat), std::move(wanted)};
     else
         m_known.erase(process.pid);
+}
+
+/// Whether the process has done nothing since it was last looked at.
+bool SocketOwners::hasSlept(const ProcessId &process) const
+{
+    const auto seen = m_seen.find(process);
+    return seen != m_seen.end() && seen->second.runTime &&
+           m_table.runTime(process.pid) == seen->second.runTime &&
+           m_table.descriptorCount(process.pid) == seen->second.descriptorCount;
 }
 
 /// Whether a socket has no owner that was never looked for everywhere.

@@ -27,9 +27,10 @@ struct SocketOwner
 /// - everywhere, when a socket then has no owner, and when that was last done `healingInterval` ago: a
 ///   process can be handed a socket by another at any time.
 ///
-/// A process that has not run since it was looked at holds what it held then, so that a look everywhere need
-/// not read it again. Whatever that may miss, such as a table of descriptors that two processes share, is
-/// healed when everything is read all the same, once every `readingInterval`.
+/// A process that has not run since it was looked at, and has as many descriptors, holds what it held then,
+/// so that a look everywhere need not read it again. Whatever that may miss, such as an exchange in a table
+/// of descriptors that two processes share, is healed when everything is read all the same, once every
+/// `readingInterval`.
 ///
 /// One thread at a time.
 class SocketOwners
@@ -55,6 +56,7 @@ private:
     struct Seen
     {
         std::optional<std::chrono::nanoseconds> runTime;
+        unsigned descriptorCount = 0;
         std::vector<SocketDescriptor> sockets; ///< all that it held
     };
 
@@ -75,6 +77,7 @@ private:
     void forgetGone(const std::vector<ProcessId> &processes);
     void lookAt(const ProcessId &process, const std::vector<ino_t> &inodes);
     void recognize(const ProcessId &process, const std::vector<ino_t> &inodes);
+    [[nodiscard]] bool hasSlept(const ProcessId &process) const;
     [[nodiscard]] bool hasOwnerless(const std::vector<ino_t> &inodes) const;
     [[nodiscard]] std::vector<ino_t> withoutOwner(const std::vector<ino_t> &inodes) const;
     [[nodiscard]] std::vector<SocketOwner> owners() const;

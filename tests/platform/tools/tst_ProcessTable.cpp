@@ -137,6 +137,22 @@ TEST(ProcessTable, RunTimeIsThatOfAllThreads)
     EXPECT_GT(KernelProcessTable().runTime(getpid()), before);
 }
 
+TEST(ProcessTable, CountsTheDescriptorsOfAProcess)
+{
+    const LocalSocket socket = LocalSocket::listening("127.0.0.1");
+    auto sleeper = std::make_unique<Sleeper>();
+    const pid_t pid = sleeper->pid();
+    ASSERT_TRUE(eventually([&] { return sleeper->sleeps(); }));
+    const unsigned before = KernelProcessTable().descriptorCount(pid);
+    if (before == 0)
+        GTEST_SKIP() << "this kernel does not count them";
+    EXPECT_GE(before, 4U); // the standard ones and the socket
+    sleeper->close(socket.descriptor());
+    EXPECT_TRUE(eventually([&] { return KernelProcessTable().descriptorCount(pid) == before - 1; }));
+    sleeper.reset();
+    EXPECT_EQ(KernelProcessTable().descriptorCount(pid), 0U);
+}
+
 TEST(ProcessTable, RunTimeOfWhatIsNotThereIsAbsent)
 {
     const pid_t gone = std::make_unique<Sleeper>()->pid();

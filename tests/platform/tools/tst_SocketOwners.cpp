@@ -42,6 +42,10 @@ public:
     {
         return all.contains(pid) ? all[pid].runTime : std::nullopt;
     }
+    unsigned descriptorCount(pid_t pid) override
+    {
+        return all.contains(pid) ? unsigned(all[pid].sockets.size()) : 0;
+    }
     void readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets) override
     {
         lookedThrough.push_back(pid);
@@ -142,9 +146,9 @@ TEST_F(SocketOwnersTest, SocketWithoutKnownOwnerIsLookedForAtThoseThatHaveRun)
 TEST_F(SocketOwnersTest, SocketThatStillHasNoOwnerIsLookedForEverywhere)
 {
     find({500});
-    table.all[30].sockets.push_back(
-        {7, 700}); // by a process that runs just now and is not charged for it yet
-    EXPECT_THAT(find({500, 700}), Optional(ElementsAre(node(), SocketOwner{30, "shell", {{7, 700}}})));
+    // In place of another, by a process that runs just now and is not charged for it yet.
+    table.all[30].sockets = {{3, 700}};
+    EXPECT_THAT(find({500, 700}), Optional(ElementsAre(node(), SocketOwner{30, "shell", {{3, 700}}})));
     EXPECT_THAT(table.lookedThrough, ElementsAre(1, 20, 30));
 }
 
@@ -258,10 +262,20 @@ TEST_F(SocketOwnersTest, ClosedSocketIsForgottenAfterTheHealingIntervalToo)
     EXPECT_THAT(find({500}, SocketOwners::healingInterval), Optional(ElementsAre(node())));
 }
 
-TEST_F(SocketOwnersTest, AllIsReadAgainAfterTheReadingInterval)
+// As when it shares its table of descriptors with another process, which has run.
+TEST_F(SocketOwnersTest, ProcessThatHasSleptAndHoldsMoreIsLookedThrough)
 {
     find({500});
-    table.all[1].sockets = {{5, 500}}; // through a table of descriptors that it shares with another process
+    table.all[1].sockets = {{5, 500}};
+    EXPECT_THAT(find({500}, SocketOwners::healingInterval), Optional(testing::SizeIs(2)));
+    EXPECT_THAT(table.lookedThrough, ElementsAre(1));
+}
+
+TEST_F(SocketOwnersTest, AllIsReadAgainAfterTheReadingInterval)
+{
+    table.all[1].sockets = {{5, 400}};
+    find({500});
+    table.all[1].sockets = {{5, 500}}; // in the table of another process, and as many as before
     EXPECT_THAT(find({500}, SocketOwners::readingInterval - 1ms), Optional(ElementsAre(node())));
     EXPECT_THAT(find({500}, SocketOwners::healingInterval), Optional(testing::SizeIs(2)));
     EXPECT_THAT(table.lookedThrough, ElementsAre(1, 20, 30));
