@@ -6,7 +6,6 @@
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <sys/epoll.h>
-#include <sys/socket.h>
 
 namespace {
 
@@ -29,15 +28,24 @@ bool isNotYetReady(int error)
 
 } // namespace
 
-// Another process of this machine is asked: mostly the connection stands before connect() has returned, and
-// the request can follow without a wait.
+// The name stands for either address, IPv6 first, as for browsers. A refusal comes at once.
 LocalRequest::LocalRequest(Probe::Method method, const Target &target)
     : m_unsent(text(method, target))
-    , m_socket(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0))
 {
-    connect(target.port());
-    if (m_state == RequestState::underWay)
-        send();
+    if (target.host() != Target::ipv4Host) {
+        sockaddr_in6 address{};
+        address.sin6_family = AF_INET6;
+        address.sin6_port = htons(target.port());
+        address.sin6_addr = in6addr_loopback;
+        connect(reinterpret_cast<const sockaddr *>(&address), sizeof address);
+    }
+    if (m_state == RequestState::failed && target.host() != Target::ipv6Host) {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_port = htons(target.port());
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        connect(reinterpret_cast<const sockaddr *>(&address), sizeof address);
+    }
 }
 
 std::uint32_t LocalRequest::events() const
@@ -53,15 +61,15 @@ bool LocalRequest::advance()
     return false;
 }
 
-void LocalRequest::connect(quint16 port)
+// Another process of this machine is asked: mostly the connection stands before connect() has returned, and
+// the request can follow without a wait.
+void LocalRequest::connect(const sockaddr *address, socklen_t size)
 {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    if (::connect(m_socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0 &&
-        errno != EINPROGRESS)
-        m_state = RequestState::failed;
+    m_socket = FileDescriptor(::socket(address->sa_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+    if (::connect(m_socket.get(), address, size) != 0 && errno != EINPROGRESS)
+        return;
+    m_state = RequestState::underWay;
+    send();
 }
 
 void LocalRequest::send()

@@ -8,7 +8,9 @@
 #include <cstdint>
 #include <string>
 
-/// One request to a port of 127.0.0.1 on a connection of its own, which ends with the response's header
+#include <sys/socket.h>
+
+/// One request to a port of this machine on a connection of its own, which ends with the response's header
 /// section. Never waits: whoever owns it watches its socket and calls `advance` when that is ready.
 class LocalRequest
 {
@@ -27,11 +29,11 @@ public:
     bool advance();
 
 private:
-    void connect(quint16 port);
+    void connect(const sockaddr *address, socklen_t size);
     void send();
     bool receive();
 
-    RequestState m_state = RequestState::underWay;
+    RequestState m_state = RequestState::failed;
     std::string m_unsent;
     FileDescriptor m_socket;
     ResponseHead m_response;

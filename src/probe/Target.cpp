@@ -8,13 +8,25 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr auto host = "127.0.0.1"_L1;
 constexpr quint16 defaultPort = 80;
 
 // Nothing that could end a line of the request that it becomes part of.
 bool isControl(char character)
 {
     return static_cast<unsigned char>(character) < 0x20 || character == 0x7f;
+}
+
+/// Which of the hosts of this machine an address names; empty for any other.
+std::string_view localHost(const QUrl &address)
+{
+    const QString host = address.host();
+    if (host == "127.0.0.1"_L1)
+        return Target::ipv4Host;
+    if (host == "::1"_L1)
+        return Target::ipv6Host;
+    if (host == "localhost"_L1)
+        return Target::eitherHost;
+    return {};
 }
 
 } // namespace
@@ -31,7 +43,9 @@ std::optional<Target> Target::redirected(std::string_view location) const
         return std::nullopt;
 
     Target target(*this);
-    if (isPlain && address.host() == host) {
+    const std::string_view host = localHost(address);
+    if (isPlain && !host.empty()) {
+        target.m_host = host;
         target.m_port = quint16(address.port(defaultPort));
         target.m_path = address.toEncoded(QUrl::RemoveScheme | QUrl::RemoveAuthority).toStdString();
         if (!target.m_path.starts_with('/'))
@@ -47,7 +61,7 @@ std::optional<Target> Target::redirected(std::string_view location) const
 // without it, for ever.
 std::string Target::hostAndPort() const
 {
-    std::string text = host.data();
+    std::string text(m_host);
     if (m_port != defaultPort)
         text += ':' + std::to_string(m_port);
     return text;

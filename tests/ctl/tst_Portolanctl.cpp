@@ -134,7 +134,7 @@ TEST_F(Portolanctl, ProbesNothingIfAsked)
 TEST_F(Portolanctl, NeedsNoLibcurlForServersOfThisMachine)
 {
     const OddServer server(OddServer::answers("HTTP/1.1 404 Not Found\r\n\r\n"));
-    const OddServer redirector(OddServer::answers("HTTP/1.1 302 Found\r\nLocation: http://localhost:" +
+    const OddServer redirector(OddServer::answers("HTTP/1.1 302 Found\r\nLocation: http://away.localhost:" +
                                                   QByteArray::number(server.port()) + "/x\r\n\r\n"));
     const auto statusOf = [this](const OddServer &one) {
         const QJsonObject service = withPort(services({u"list"_s, u"--json"_s}), one.port());

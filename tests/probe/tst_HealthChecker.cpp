@@ -499,12 +499,12 @@ TEST(HealthCheckerRedirect, LeadsAwayAndBack)
 {
     const OddServer last(OddServer::answers("HTTP/1.1 204 No Content\r\n\r\n"));
     const OddServer away(OddServer::answers(redirect(address(last) + "home")));
-    const OddServer server(
-        OddServer::answers(redirect("http://localhost:" + QByteArray::number(away.port()) + "/away?x=1")));
+    const OddServer server(OddServer::answers(
+        redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/away?x=1")));
     EXPECT_EQ(statusOf(outcomeOf(server.port())), 204);
     ASSERT_EQ(away.methods(), QList<QByteArray>{"HEAD"});
     EXPECT_EQ(away.requests().first(),
-              "HEAD /away?x=1 HTTP/1.1\r\nHost: localhost:" + QByteArray::number(away.port()) +
+              "HEAD /away?x=1 HTTP/1.1\r\nHost: away.localhost:" + QByteArray::number(away.port()) +
                   "\r\nUser-Agent: Portolan\r\nAccept: */*\r\n\r\n");
     ASSERT_EQ(last.methods(), QList<QByteArray>{"HEAD"});
     EXPECT_TRUE(last.requests().first().startsWith("HEAD /home HTTP/1.1\r\n"));
@@ -518,7 +518,7 @@ TEST(HealthCheckerRedirect, LeadsAGetAwayToo)
             }
     });
     const OddServer server(
-        OddServer::answers(redirect("http://localhost:" + QByteArray::number(away.port()) + "/")));
+        OddServer::answers(redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/")));
     EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
     EXPECT_EQ(away.methods(), QList<QByteArray>({"HEAD", "GET"}));
     EXPECT_EQ(server.methods(), QList<QByteArray>({"HEAD", "GET"}));
@@ -528,7 +528,7 @@ TEST(HealthCheckerRedirect, ToAServerThatNeverStopsIsUnreachable)
 {
     const OddServer away(neverStops("HTTP/1.1 200 OK\r\n", "X-Odd: 0123456789\r\n"));
     const OddServer server(
-        OddServer::answers(redirect("http://localhost:" + QByteArray::number(away.port()) + "/")));
+        OddServer::answers(redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/")));
     EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
 }
 
@@ -536,7 +536,7 @@ TEST(HealthCheckerRedirect, PrintsNothingOfWhatIsSaidInAnotherProtocol)
 {
     const OddServer away(OddServer::answers("HTTP/1.1 101 Switching\r\nUpgrade: x\r\n\r\nhello\n"));
     const OddServer server(
-        OddServer::answers(redirect("http://localhost:" + QByteArray::number(away.port()) + "/")));
+        OddServer::answers(redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/")));
     testing::internal::CaptureStdout();
     EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
@@ -547,7 +547,7 @@ TEST(HealthCheckerRedirect, ToASilentServerIsUnreachableInTime)
 {
     const SilentPort silent;
     const OddServer server(
-        OddServer::answers(redirect("http://localhost:" + QByteArray::number(silent.port()) + "/")));
+        OddServer::answers(redirect("http://away.localhost:" + QByteArray::number(silent.port()) + "/")));
     const auto before = Clock::now();
     EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
     EXPECT_GE(Clock::now() - before, 5s);
@@ -562,6 +562,33 @@ TEST(HealthCheckerRedirect, FindsLocalhostOnEitherAddress)
         OddServer::answers(redirect("http://localhost:" + QByteArray::number(target.port()) + "/")));
     EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
     EXPECT_EQ(target.methods(), QList<QByteArray>{"HEAD"});
+}
+
+TEST(HealthCheckerRedirect, ReachesTheIpv6AddressOfThisMachineByEitherName)
+{
+    const OddServer target(OddServer::answers("HTTP/1.1 200 OK\r\n\r\n"), OddServer::Address::ipv6);
+    if (target.port() == 0)
+        GTEST_SKIP() << "this machine has no IPv6";
+    const QByteArray port = ':' + QByteArray::number(target.port());
+    QList<QByteArray> requests;
+    for (const QByteArray &host : {QByteArray("localhost"), QByteArray("[::1]")}) {
+        const OddServer server(OddServer::answers(redirect("http://" + host + port + "/x")));
+        EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
+        requests.append("HEAD /x HTTP/1.1\r\nHost: " + host + port +
+                        "\r\nUser-Agent: Portolan\r\nAccept: */*\r\n\r\n");
+    }
+    EXPECT_EQ(target.requests(), requests);
+}
+
+TEST(HealthCheckerRedirect, ToAPortOfThisMachineWhereNothingListensIsUnreachable)
+{
+    const ClosedPort closed;
+    for (const QByteArray &host : {QByteArray("localhost"), QByteArray("[::1]"), QByteArray("127.0.0.1")}) {
+        const OddServer server(
+            OddServer::answers(redirect("http://" + host + ':' + QByteArray::number(closed.port()) + '/')));
+        EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
+        EXPECT_EQ(server.methods(), QList<QByteArray>({"HEAD", "GET"}));
+    }
 }
 
 TEST(HealthCheckerRedirect, IsFollowedTwentyTimes)
@@ -823,7 +850,7 @@ TEST(HealthCheckerCrowd, LeavesNoDescriptorBehind)
 {
     const OddServer server(OddServer::answers("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
     const OddServer leadingAway(
-        OddServer::answers(redirect("http://localhost:" + QByteArray::number(server.port()) + "/")));
+        OddServer::answers(redirect("http://away.localhost:" + QByteArray::number(server.port()) + "/")));
     const ClosedPort closed;
     EXPECT_EQ(statusOf(outcomeOf(leadingAway.port())), 200);
     const qsizetype before = openDescriptorCount();

@@ -72,7 +72,7 @@ TEST(ProbeLoop, FinishesWhatIsUnderWayAsUnreachableWhenItEnds)
 TEST(ProbeLoop, FinishesWhatIsUnderWayElsewhereAsUnreachableWhenItEnds)
 {
     const OddServer silent([](OddServer::Connection &connection) { connection.hang(); });
-    const OddServer server(OddServer::answers("HTTP/1.1 302 Found\r\nLocation: http://localhost:" +
+    const OddServer server(OddServer::answers("HTTP/1.1 302 Found\r\nLocation: http://away.localhost:" +
                                               QByteArray::number(silent.port()) + "/\r\n\r\n"));
     QList<QFuture<Health>> probes;
     {

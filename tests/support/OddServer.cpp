@@ -29,18 +29,21 @@ Event wait(int fd, short events, int stop, milliseconds limit = longest)
 
 } // namespace
 
-OddServer::OddServer(Script script)
+OddServer::OddServer(Script script, Address address)
     : m_script(std::move(script))
-    , m_listener(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0))
+    , m_listener(::socket(address == Address::ipv4 ? AF_INET : AF_INET6,
+                          SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0))
     , m_stop(::eventfd(0, EFD_CLOEXEC))
 {
-    sockaddr_in address{.sin_family = AF_INET, .sin_addr = {htonl(INADDR_LOOPBACK)}};
-    socklen_t size = sizeof address;
-    auto *const generic = reinterpret_cast<sockaddr *>(&address);
+    sockaddr_in ipv4{.sin_family = AF_INET, .sin_addr = {htonl(INADDR_LOOPBACK)}};
+    sockaddr_in6 ipv6{.sin6_family = AF_INET6, .sin6_addr = IN6ADDR_LOOPBACK_INIT};
+    const bool isIpv4 = address == Address::ipv4;
+    auto *const generic = isIpv4 ? reinterpret_cast<sockaddr *>(&ipv4) : reinterpret_cast<sockaddr *>(&ipv6);
+    socklen_t size = isIpv4 ? sizeof ipv4 : sizeof ipv6;
     if (::bind(m_listener, generic, size) != 0 || ::listen(m_listener, 512) != 0 ||
         ::getsockname(m_listener, generic, &size) != 0)
         return;
-    m_port = ntohs(address.sin_port);
+    m_port = ntohs(isIpv4 ? ipv4.sin_port : ipv6.sin6_port);
     m_acceptor = std::jthread([this] { acceptAll(); });
 }
 

@@ -12,17 +12,19 @@
 #include <thread>
 #include <vector>
 
-/// A TCP server on 127.0.0.1 that treats each connection as a script says, however badly behaved, and
-/// remembers what was asked of it. Each connection is served by a thread of its own; destroying the server
-/// ends them all, wherever they are in their script.
+/// A TCP server on 127.0.0.1, or on ::1, that treats each connection as a script says, however badly behaved,
+/// and remembers what was asked of it. Each connection is served by a thread of its own; destroying the
+/// server ends them all, wherever they are in their script.
 class OddServer
 {
 public:
     class Connection;
     using Script = std::function<void(Connection &)>;
 
+    enum class Address { ipv4, ipv6 };
+
     /// Serves every connection with `script` and closes it when the script returns.
-    explicit OddServer(Script script);
+    explicit OddServer(Script script, Address address = Address::ipv4);
     ~OddServer();
     OddServer(const OddServer &) = delete;
     OddServer &operator=(const OddServer &) = delete;
@@ -30,6 +32,7 @@ public:
     /// A server that reads a request and answers every one with `response`.
     static Script answers(const QByteArray &response);
 
+    /// 0 where the machine has no such address.
     [[nodiscard]] quint16 port() const { return m_port; }
     /// The requests read so far, each with its whole header section, in the order of their connections.
     [[nodiscard]] QList<QByteArray> requests() const;
