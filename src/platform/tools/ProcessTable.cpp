@@ -96,10 +96,12 @@ unsigned KernelProcessTable::descriptorCount(pid_t pid)
     return ProcFs::descriptorCount(pid);
 }
 
-void KernelProcessTable::readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets)
+unsigned KernelProcessTable::readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets)
 {
     ProcFs::Descriptors descriptors(pid);
-    readSockets(descriptors, descriptors.count(), sockets);
+    const unsigned count = descriptors.count();
+    readSockets(descriptors, count, sockets);
+    return count;
 }
 
 void KernelProcessTable::readSockets(ProcFs::Descriptors &descriptors, unsigned unlisted,

@@ -43,8 +43,9 @@ public:
     stat(pid_t pid, const std::optional<std::chrono::nanoseconds> &runTime) = 0;
     /// How many descriptors the process has open; 0 where the kernel does not say.
     [[nodiscard]] virtual unsigned descriptorCount(pid_t pid) = 0;
-    /// Writes the process's sockets, by ascending descriptor, into `sockets` in place of what it held.
-    virtual void readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets) = 0;
+    /// Writes the process's sockets, by ascending descriptor, into `sockets` in place of what it held, and
+    /// returns the descriptorCount() that there was before.
+    virtual unsigned readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets) = 0;
     /// Whether the descriptor still is what it was.
     [[nodiscard]] virtual bool holds(pid_t pid, const SocketDescriptor &socket) = 0;
 };
@@ -65,7 +66,7 @@ public:
     std::optional<ProcessStat> stat(pid_t pid,
                                     const std::optional<std::chrono::nanoseconds> &runTime) override;
     unsigned descriptorCount(pid_t pid) override;
-    void readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets) override;
+    unsigned readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets) override;
     bool holds(pid_t pid, const SocketDescriptor &socket) override;
 
     /// Reads the descriptors below `unlisted` without having the kernel list them, which costs it as much as

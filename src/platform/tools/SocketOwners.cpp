@@ -98,10 +98,8 @@ void SocketOwners::forgetGone(const std::vector<ProcessId> &processes)
 void SocketOwners::lookAt(const ProcessId &process, const std::vector<ino_t> &inodes)
 {
     Seen &seen = m_seen[process];
-    // First: what it does meanwhile will count as later.
-    seen.runTime = m_table.runTime(process.pid);
-    seen.descriptorCount = m_table.descriptorCount(process.pid);
-    m_table.readSockets(process.pid, seen.sockets);
+    seen.runTime = m_table.runTime(process.pid); // first: what it does meanwhile will count as later
+    seen.descriptorCount = m_table.readSockets(process.pid, seen.sockets);
     recognize(process, inodes);
 }
 
