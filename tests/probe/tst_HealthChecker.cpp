@@ -1,4 +1,5 @@
 #include "HealthChecker.h"
+#include "LocalSocket.h"
 #include "OddServer.h"
 #include "Printers.h"
 
@@ -6,15 +7,10 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <poll.h>
 #include <sys/resource.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <optional>
@@ -24,7 +20,6 @@
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 using Connection = OddServer::Connection;
-using testing::ElementsAre;
 
 void PrintTo(const Health &health, std::ostream *out)
 {
@@ -87,58 +82,12 @@ OddServer::Script neverStops(const QByteArray &start, const QByteArray &rest)
     };
 }
 
-// A listening socket whose connections succeed and are never accepted: silence without a thread.
-class SilentPort
+// Waits for the first connection to a server that listens.
+void awaitConnection(const LocalSocket &server)
 {
-public:
-    SilentPort()
-        : m_socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
-    {
-        sockaddr_in address{.sin_family = AF_INET, .sin_addr = {htonl(INADDR_LOOPBACK)}};
-        socklen_t size = sizeof address;
-        auto *const generic = reinterpret_cast<sockaddr *>(&address);
-        EXPECT_EQ(::bind(m_socket, generic, size), 0);
-        EXPECT_EQ(::listen(m_socket, 512), 0);
-        EXPECT_EQ(::getsockname(m_socket, generic, &size), 0);
-        m_port = ntohs(address.sin_port);
-    }
-    ~SilentPort() { ::close(m_socket); }
-
-    [[nodiscard]] quint16 port() const { return m_port; }
-    /// Waits for the first connection.
-    void awaitConnection() const
-    {
-        pollfd connection{.fd = m_socket, .events = POLLIN, .revents = 0};
-        EXPECT_EQ(::poll(&connection, 1, 60'000), 1);
-    }
-
-private:
-    int m_socket;
-    quint16 m_port = 0;
-};
-
-// A port on which nothing listens (and, as long as this lives, nothing can).
-class ClosedPort
-{
-public:
-    ClosedPort()
-        : m_socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
-    {
-        sockaddr_in address{.sin_family = AF_INET, .sin_addr = {htonl(INADDR_LOOPBACK)}};
-        socklen_t size = sizeof address;
-        auto *const generic = reinterpret_cast<sockaddr *>(&address);
-        EXPECT_EQ(::bind(m_socket, generic, size), 0);
-        EXPECT_EQ(::getsockname(m_socket, generic, &size), 0);
-        m_port = ntohs(address.sin_port);
-    }
-    ~ClosedPort() { ::close(m_socket); }
-
-    [[nodiscard]] quint16 port() const { return m_port; }
-
-private:
-    int m_socket;
-    quint16 m_port = 0;
-};
+    pollfd connection{.fd = server.descriptor(), .events = POLLIN, .revents = 0};
+    EXPECT_EQ(::poll(&connection, 1, 60'000), 1);
+}
 
 // What this process has used of the processors so far.
 std::chrono::microseconds processorTime()
@@ -397,7 +346,7 @@ TEST(HealthChecker, TakesAnAnswerThatComesBeforeTheRequest)
 
 TEST(HealthChecker, IsUnreachableWhereNothingListens)
 {
-    const ClosedPort closed;
+    const auto closed = LocalSocket::bound("127.0.0.1");
     EXPECT_EQ(outcomeOf(closed.port()), Health::unreachable());
 }
 
@@ -545,7 +494,7 @@ TEST(HealthCheckerRedirect, PrintsNothingOfWhatIsSaidInAnotherProtocol)
 
 TEST(HealthCheckerRedirect, ToASilentServerIsUnreachableInTime)
 {
-    const SilentPort silent;
+    const auto silent = LocalSocket::listening("127.0.0.1");
     const OddServer server(
         OddServer::answers(redirect("http://away.localhost:" + QByteArray::number(silent.port()) + "/")));
     const auto before = Clock::now();
@@ -582,7 +531,7 @@ TEST(HealthCheckerRedirect, ReachesTheIpv6AddressOfThisMachineByEitherName)
 
 TEST(HealthCheckerRedirect, ToAPortOfThisMachineWhereNothingListensIsUnreachable)
 {
-    const ClosedPort closed;
+    const auto closed = LocalSocket::bound("127.0.0.1");
     for (const QByteArray &host : {QByteArray("localhost"), QByteArray("[::1]"), QByteArray("127.0.0.1")}) {
         const OddServer server(
             OddServer::answers(redirect("http://" + host + ':' + QByteArray::number(closed.port()) + '/')));
@@ -645,13 +594,13 @@ TEST(HealthCheckerRedirect, CannotInjectAHeader)
 // Asks for a page with TLS, and leaves as soon as that is connected: while the certificates are being read.
 [[noreturn]] static void leaveWithinTls()
 {
-    const SilentPort silent;
+    const auto silent = LocalSocket::listening("127.0.0.1");
     QFuture<Health> check;
     {
         const OddServer server(
             OddServer::answers(redirect("https://127.0.0.1:" + QByteArray::number(silent.port()) + "/")));
         check = HealthChecker::check(server.port());
-        silent.awaitConnection();
+        awaitConnection(silent);
     }
     std::exit(0);
 }
@@ -738,7 +687,7 @@ TEST(HealthCheckerTime, AnAnswerAfter2600MsIsTooLate)
 
 TEST(HealthCheckerTime, SilenceIsUnreachableAfterBothRequests)
 {
-    const SilentPort silent;
+    const auto silent = LocalSocket::listening("127.0.0.1");
     const auto before = Clock::now();
     EXPECT_EQ(outcomeOf(silent.port()), Health::unreachable());
     EXPECT_GE(Clock::now() - before, 5s);
@@ -784,7 +733,7 @@ TEST(HealthCheckerTime, AByteInTimeExtendsTheWait)
 
 TEST(HealthCheckerCrowd, TwoHundredSilentServersCostOneThreadAndHardlyAnyWork)
 {
-    const SilentPort silent;
+    const auto silent = LocalSocket::listening("127.0.0.1");
     const auto before = processorTime();
     const qsizetype threads = threadCount();
     QList<QFuture<Health>> checks;
@@ -803,7 +752,7 @@ TEST(HealthCheckerCrowd, NeighboursOfHostileServersAreUnharmed)
     const OddServer headers(neverStops("HTTP/1.1 200 OK\r\n", "X-Odd: 0123456789\r\n"));
     const OddServer interim(neverStops("", "HTTP/1.1 100 Continue\r\n\r\n"));
     const OddServer names(OddServer::answers(redirect("http://does-not-exist.invalid/")));
-    const SilentPort silent;
+    const auto silent = LocalSocket::listening("127.0.0.1");
     const QList<quint16> hostile{headers.port(), interim.port(), names.port(), silent.port()};
 
     QList<QFuture<Health>> bad;
@@ -851,7 +800,7 @@ TEST(HealthCheckerCrowd, LeavesNoDescriptorBehind)
     const OddServer server(OddServer::answers("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
     const OddServer leadingAway(
         OddServer::answers(redirect("http://away.localhost:" + QByteArray::number(server.port()) + "/")));
-    const ClosedPort closed;
+    const auto closed = LocalSocket::bound("127.0.0.1");
     EXPECT_EQ(statusOf(outcomeOf(leadingAway.port())), 200);
     const qsizetype before = openDescriptorCount();
     for (int i = 0; i < 50; ++i) {

@@ -53,7 +53,8 @@ LocalSocket LocalSocket::bound(const std::string &address)
 LocalSocket LocalSocket::listening(const std::string &address)
 {
     LocalSocket local = bound(address);
-    check(listen(local.m_descriptor, 16), "listen");
+    constexpr int mostWaiting = 512; // nobody may ever accept them
+    check(listen(local.m_descriptor, mostWaiting), "listen");
     return local;
 }
 

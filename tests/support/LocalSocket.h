@@ -9,7 +9,9 @@
 class LocalSocket
 {
 public:
+    /// Nothing listens at its port and, as long as this lives, nothing can.
     [[nodiscard]] static LocalSocket bound(const std::string &address);
+    /// Connections succeed and are never accepted: silence without a thread.
     [[nodiscard]] static LocalSocket listening(const std::string &address);
     [[nodiscard]] static LocalSocket connectedTo(const LocalSocket &server);
 
