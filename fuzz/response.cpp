@@ -1,7 +1,7 @@
 // What a server says to an HTTP request.
+#include "RequestTarget.h"
 #include "Require.h"
 #include "ResponseHead.h"
-#include "Target.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
 {
@@ -16,7 +16,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
         return 0;
     require(head.status() >= 200 && head.status() <= 999);
     require(head.status() == slow.status() && head.redirect() == slow.redirect());
-    if (const auto target = Target(3000).redirected(head.redirect())) {
+    if (const auto target = RequestTarget(3000).redirected(head.redirect())) {
         require(target->url().starts_with("http"));
         require(target->url().find_first_of("\r\n ") == std::string::npos);
         require(!target->isLocal() || target->path().starts_with('/'));

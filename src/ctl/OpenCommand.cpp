@@ -3,7 +3,7 @@
 #include "Output.h"
 #include "PortScanner.h"
 #include "Program.h"
-#include "Target.h"
+#include "ServiceOperand.h"
 #include "TerminalText.h"
 #include "XdgOpen.h"
 
@@ -20,7 +20,7 @@ constexpr std::chrono::milliseconds patience = 2s;
 int OpenCommand::run(const CommandLine &line)
 {
     const QString operand = line.operands.first();
-    const auto target = Target::parse(operand);
+    const auto target = ServiceOperand::parse(operand);
     if (!target || target->pid) {
         Output::complain(u"'%1' is no port"_s.arg(TerminalText::harmless(operand)));
         return Program::usageError;

@@ -4,7 +4,7 @@
 #include "Output.h"
 #include "PortScanner.h"
 #include "Program.h"
-#include "Target.h"
+#include "ServiceOperand.h"
 #include "TerminalText.h"
 
 #include <algorithm>
@@ -16,11 +16,11 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// Nothing where one of the operands makes no sense, which is said.
-std::optional<QList<Target>> targetsOf(const QStringList &operands)
+std::optional<QList<ServiceOperand>> targetsOf(const QStringList &operands)
 {
-    QList<Target> targets;
+    QList<ServiceOperand> targets;
     for (const QString &operand : operands) {
-        const auto target = Target::parse(operand);
+        const auto target = ServiceOperand::parse(operand);
         if (!target) {
             Output::complain(
                 u"'%1' is neither a port nor an id such as 4242-3000"_s.arg(TerminalText::harmless(operand)));
@@ -31,10 +31,10 @@ std::optional<QList<Target>> targetsOf(const QStringList &operands)
     return targets;
 }
 
-QList<Service> scanFor(const QList<Target> &targets)
+QList<Service> scanFor(const QList<ServiceOperand> &targets)
 {
     QSet<qint64> ports;
-    for (const Target &target : targets)
+    for (const ServiceOperand &target : targets)
         ports.insert(target.port);
     return PortScanner::scanPorts(ports);
 }
@@ -53,7 +53,7 @@ QString choiceOf(const QList<Service> &services)
 
 /// The one server among `services` that `target` means. Nothing where there is none, or a choice; which is
 /// said.
-std::optional<Service> theOne(const Target &target, const QList<Service> &services)
+std::optional<Service> theOne(const ServiceOperand &target, const QList<Service> &services)
 {
     QList<Service> meant;
     std::ranges::copy_if(services, std::back_inserter(meant),
@@ -82,7 +82,7 @@ int StopCommand::run(const CommandLine &line)
     const QList<Service> services = scanFor(*targets);
     QList<Service> chosen;
     bool isDone = true;
-    for (const Target &target : *targets) {
+    for (const ServiceOperand &target : *targets) {
         const auto service = theOne(target, services);
         isDone &= service.has_value();
         if (service && !chosen.contains(*service))

@@ -9,7 +9,7 @@
 
 namespace {
 
-std::string text(Probe::Method method, const Target &target)
+std::string text(Probe::Method method, const RequestTarget &target)
 {
     std::string request;
     request.reserve(128);
@@ -29,17 +29,17 @@ bool isNotYetReady(int error)
 } // namespace
 
 // The name stands for either address, IPv6 first, as for browsers. A refusal comes at once.
-LocalRequest::LocalRequest(Probe::Method method, const Target &target)
+LocalRequest::LocalRequest(Probe::Method method, const RequestTarget &target)
     : m_unsent(text(method, target))
 {
-    if (target.host() != Target::ipv4Host) {
+    if (target.host() != RequestTarget::ipv4Host) {
         sockaddr_in6 address{};
         address.sin6_family = AF_INET6;
         address.sin6_port = htons(target.port());
         address.sin6_addr = in6addr_loopback;
         connect(reinterpret_cast<const sockaddr *>(&address), sizeof address);
     }
-    if (m_state == RequestState::failed && target.host() != Target::ipv6Host) {
+    if (m_state == RequestState::failed && target.host() != RequestTarget::ipv6Host) {
         sockaddr_in address{};
         address.sin_family = AF_INET;
         address.sin_port = htons(target.port());

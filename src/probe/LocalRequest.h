@@ -16,7 +16,7 @@ class LocalRequest
 {
 public:
     /// Connects and asks, as far as that can be done at once; may have failed already.
-    LocalRequest(Probe::Method method, const Target &target);
+    LocalRequest(Probe::Method method, const RequestTarget &target);
 
     [[nodiscard]] RequestState state() const { return m_state; }
     /// What arrived; a response once answered.

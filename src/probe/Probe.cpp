@@ -42,7 +42,7 @@ Probe::Next Probe::failed(Clock::time_point now)
 void Probe::begin(Method method, Clock::time_point now)
 {
     m_method = method;
-    m_target = Target(m_port);
+    m_target = RequestTarget(m_port);
     m_redirects = 0;
     m_idleDeadline = now + idleLimit;
     m_totalDeadline = now + totalLimit;

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "HealthPromise.h"
+#include "RequestTarget.h"
 #include "ResponseHead.h"
-#include "Target.h"
 
 #include <algorithm>
 #include <chrono>
@@ -27,7 +27,7 @@ public:
     enum class Method { head, get };
     /// What is to be asked, and where.
     [[nodiscard]] Method method() const { return m_method; }
-    [[nodiscard]] const Target &target() const { return m_target; }
+    [[nodiscard]] const RequestTarget &target() const { return m_target; }
 
     /// Something arrived for the request under way.
     void received(Clock::time_point now) { m_idleDeadline = now + idleLimit; }
@@ -52,7 +52,7 @@ private:
     HealthPromise m_promise;
     quint16 m_port;
     Method m_method = Method::head;
-    Target m_target;
+    RequestTarget m_target;
     int m_redirects = 0;
     int m_status = 0; // of the last response
     Clock::time_point m_start;

@@ -28,7 +28,7 @@ size_t refuseBody(char *, size_t, size_t, void *)
 
 } // namespace
 
-WebRequest::WebRequest(WebClient &client, Probe::Method method, const Target &target)
+WebRequest::WebRequest(WebClient &client, Probe::Method method, const RequestTarget &target)
     : m_client(client)
     , m_handle(client.m_curl.easy_init(), client.m_curl.easy_cleanup)
 {

@@ -14,7 +14,7 @@ class WebRequest
 {
 public:
     /// Asks; `client` must outlive the request.
-    WebRequest(WebClient &client, Probe::Method method, const Target &target);
+    WebRequest(WebClient &client, Probe::Method method, const RequestTarget &target);
     ~WebRequest();
     WebRequest(const WebRequest &) = delete;
     WebRequest &operator=(const WebRequest &) = delete;

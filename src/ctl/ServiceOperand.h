@@ -7,15 +7,15 @@
 #include <optional>
 
 /// What an operand means: the servers on a port, or one of them by its id.
-struct Target
+struct ServiceOperand
 {
     qint64 port = 0;
     std::optional<qint32> pid; ///< absent: whichever process listens there
 
     /// Reads a port ("3000") or an id ("4242-3000"); nothing if `operand` is neither.
-    [[nodiscard]] static std::optional<Target> parse(QStringView operand);
+    [[nodiscard]] static std::optional<ServiceOperand> parse(QStringView operand);
 
     [[nodiscard]] bool means(const Service &service) const;
 
-    friend bool operator==(const Target &, const Target &) = default;
+    friend bool operator==(const ServiceOperand &, const ServiceOperand &) = default;
 };

@@ -8,7 +8,7 @@
 
 /// Where a request goes: to a port of this machine's own address or, where a redirect leads away from there,
 /// to an address on the web.
-class Target
+class RequestTarget
 {
 public:
     static constexpr std::string_view ipv4Host = "127.0.0.1";
@@ -16,13 +16,13 @@ public:
     static constexpr std::string_view eitherHost = "localhost";
 
     /// The root of what a port serves at 127.0.0.1.
-    explicit Target(quint16 port)
+    explicit RequestTarget(quint16 port)
         : m_port(port)
     {}
 
     /// Where a server here leads with `location`, whole or relative; nothing when that is no address for
     /// HTTP, with TLS or without. Its credentials and its fragment stay behind.
-    [[nodiscard]] std::optional<Target> redirected(std::string_view location) const;
+    [[nodiscard]] std::optional<RequestTarget> redirected(std::string_view location) const;
 
     /// Whether it is plain HTTP to one of the hosts above; only then are there a host, a port and a path.
     [[nodiscard]] bool isLocal() const { return m_elsewhere.empty(); }

@@ -1,4 +1,4 @@
-#include "Target.h"
+#include "RequestTarget.h"
 
 #include <QUrl>
 
@@ -21,17 +21,17 @@ std::string_view localHost(const QUrl &address)
 {
     const QString host = address.host();
     if (host == "127.0.0.1"_L1)
-        return Target::ipv4Host;
+        return RequestTarget::ipv4Host;
     if (host == "::1"_L1)
-        return Target::ipv6Host;
+        return RequestTarget::ipv6Host;
     if (host == "localhost"_L1)
-        return Target::eitherHost;
+        return RequestTarget::eitherHost;
     return {};
 }
 
 } // namespace
 
-std::optional<Target> Target::redirected(std::string_view location) const
+std::optional<RequestTarget> RequestTarget::redirected(std::string_view location) const
 {
     if (std::ranges::any_of(location, isControl))
         return std::nullopt;
@@ -42,7 +42,7 @@ std::optional<Target> Target::redirected(std::string_view location) const
     if (!address.isValid() || address.host().isEmpty() || (!isPlain && address.scheme() != "https"_L1))
         return std::nullopt;
 
-    Target target(*this);
+    RequestTarget target(*this);
     const std::string_view host = localHost(address);
     if (isPlain && !host.empty()) {
         target.m_host = host;
@@ -59,7 +59,7 @@ std::optional<Target> Target::redirected(std::string_view location) const
 
 // As browsers write it: some servers redirect whoever names the port that goes without saying to the address
 // without it, for ever.
-std::string Target::hostAndPort() const
+std::string RequestTarget::hostAndPort() const
 {
     std::string text(m_host);
     if (m_port != defaultPort)
@@ -67,7 +67,7 @@ std::string Target::hostAndPort() const
     return text;
 }
 
-std::string Target::url() const
+std::string RequestTarget::url() const
 {
     return isLocal() ? "http://" + hostAndPort() + m_path : m_elsewhere;
 }

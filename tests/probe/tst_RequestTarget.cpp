@@ -1,4 +1,4 @@
-#include "Target.h"
+#include "RequestTarget.h"
 
 #include <gtest/gtest.h>
 
@@ -22,7 +22,7 @@ class TargetRedirected : public testing::TestWithParam<Redirection>
 
 TEST_P(TargetRedirected, LeadsTo)
 {
-    const auto start = Target(3000).redirected("/app/index?x=1");
+    const auto start = RequestTarget(3000).redirected("/app/index?x=1");
     ASSERT_TRUE(start);
     ASSERT_EQ(start->url(), "http://127.0.0.1:3000/app/index?x=1");
     const auto target = start->redirected(GetParam().location);
@@ -79,25 +79,25 @@ INSTANTIATE_TEST_SUITE_P(
                     Redirection{"Nul", std::string("/a\0b", 4), ""}, Redirection{"Escape", "/a\x1b[0m", ""}),
     [](const auto &row) { return std::string(row.param.name); });
 
-TEST(Target, StartsAtTheRootOfAPort)
+TEST(RequestTarget, StartsAtTheRootOfAPort)
 {
-    const Target target(5173);
+    const RequestTarget target(5173);
     EXPECT_TRUE(target.isLocal());
     EXPECT_EQ(target.port(), 5173);
     EXPECT_EQ(target.path(), "/");
     EXPECT_EQ(target.url(), "http://127.0.0.1:5173/");
 }
 
-TEST(Target, LeavesOutThePortThatGoesWithoutSaying)
+TEST(RequestTarget, LeavesOutThePortThatGoesWithoutSaying)
 {
-    EXPECT_EQ(Target(5173).hostAndPort(), "127.0.0.1:5173");
-    EXPECT_EQ(Target(80).hostAndPort(), "127.0.0.1");
-    EXPECT_EQ(Target(80).redirected("/x")->url(), "http://127.0.0.1/x");
+    EXPECT_EQ(RequestTarget(5173).hostAndPort(), "127.0.0.1:5173");
+    EXPECT_EQ(RequestTarget(80).hostAndPort(), "127.0.0.1");
+    EXPECT_EQ(RequestTarget(80).redirected("/x")->url(), "http://127.0.0.1/x");
 }
 
-TEST(Target, ComesBackFromElsewhere)
+TEST(RequestTarget, ComesBackFromElsewhere)
 {
-    const auto away = Target(3000).redirected("https://example.invalid/a/b");
+    const auto away = RequestTarget(3000).redirected("https://example.invalid/a/b");
     ASSERT_TRUE(away);
     EXPECT_FALSE(away->isLocal());
     const auto onwards = away->redirected("c");

@@ -1,4 +1,4 @@
-#include "Target.h"
+#include "ServiceOperand.h"
 
 #include <algorithm>
 #include <limits>
@@ -17,19 +17,19 @@ std::optional<qint32> number(QStringView text, qint32 most)
 
 } // namespace
 
-std::optional<Target> Target::parse(QStringView operand)
+std::optional<ServiceOperand> ServiceOperand::parse(QStringView operand)
 {
     const qsizetype hyphen = operand.indexOf(u'-');
     const auto port = number(operand.sliced(hyphen + 1), std::numeric_limits<quint16>::max());
     if (!port)
         return std::nullopt;
     if (hyphen < 0)
-        return Target{.port = *port};
+        return ServiceOperand{.port = *port};
     const auto pid = number(operand.first(hyphen), std::numeric_limits<qint32>::max());
-    return pid ? std::optional(Target{.port = *port, .pid = pid}) : std::nullopt;
+    return pid ? std::optional(ServiceOperand{.port = *port, .pid = pid}) : std::nullopt;
 }
 
-bool Target::means(const Service &service) const
+bool ServiceOperand::means(const Service &service) const
 {
     return service.port == port && (!pid || service.pid == *pid);
 }
