@@ -3,6 +3,12 @@
 set(PORTOLAN_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize= takes them (empty: none)")
 option(PORTOLAN_ASSERTIONS "Keep Q_ASSERT and the library's own checks" OFF)
 option(PORTOLAN_BENCHMARKS "Build benchmarks/" OFF)
+# Warnings stop whoever changes the code, not whoever builds it with a compiler that is newer than the code.
+set(PORTOLAN_WERROR_DEFAULT OFF)
+if(DEFINED ENV{CI})
+    set(PORTOLAN_WERROR_DEFAULT ON)
+endif()
+option(PORTOLAN_WERROR "Treat warnings as errors (default: in CI)" ${PORTOLAN_WERROR_DEFAULT})
 
 find_program(CCACHE ccache)
 if(CCACHE)
@@ -12,7 +18,7 @@ endif()
 add_library(portolan_options INTERFACE)
 target_compile_options(portolan_options INTERFACE
     -Wall -Wextra -Wno-missing-field-initializers -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Wcast-align -Woverloaded-virtual
-    -Werror
+    $<$<BOOL:${PORTOLAN_WERROR}>:-Werror>
     -fno-omit-frame-pointer
 )
 target_compile_definitions(portolan_options INTERFACE
@@ -21,8 +27,9 @@ target_compile_definitions(portolan_options INTERFACE
     QT_NO_KEYWORDS
     QT_NO_URL_CAST_FROM_STRING
     QT_STRICT_ITERATORS
+    # Qt 6.4 is what has to be supported; what later versions deprecate is still needed there.
     QT_DISABLE_DEPRECATED_BEFORE=0x060400
-    PORTOLAN_VERSION="${PROJECT_VERSION}"
+    QT_WARN_DEPRECATED_UP_TO=0x060400
 )
 # Libraries that a program links but does not use cost it start-up time.
 target_link_options(portolan_options INTERFACE -Wl,--as-needed)
