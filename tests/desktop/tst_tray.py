@@ -1,6 +1,7 @@
 """The status icon in a tray of the older kind, which embeds windows and knows nothing of menus."""
 
 import re
+import shutil
 
 from driver import Scenario, eventually
 
@@ -13,7 +14,9 @@ class Tray(Scenario):
         self.tray = self.start_tray()
 
     def start_tray(self):
-        return self.desktop.spawn("trayer", "--edge", "top", "--align", "right", "--widthtype", "request", "--height", "24")
+        if shutil.which("trayer"):
+            return self.desktop.spawn("trayer", "--edge", "top", "--align", "right", "--widthtype", "request", "--height", "24")
+        return self.desktop.spawn("stalonetray", "--geometry", "1x1-0+0", "--icon-size", "24", "--skip-taskbar")
 
     def test_opens_the_popover(self):
         d = self.desktop
