@@ -13,6 +13,7 @@
 #include "UserDefaults.h"
 
 #include <QGuiApplication>
+#include <QLoggingCategory>
 #include <QStandardPaths>
 
 #include <cstdio>
@@ -103,6 +104,8 @@ int DesktopProgram::run(int argc, char **argv)
     QByteArray option("-platform");
     std::array<char *, 4> words{argv[0], option.data(), platform->data(), nullptr};
     int wordCount = platform->isEmpty() ? 1 : 3;
+    // Qt warns of every portal and bus that a desktop does without. QT_LOGGING_RULES shows it again.
+    QLoggingCategory::setFilterRules(u"qt.qpa.*.warning=false"_s);
     QGuiApplication application(wordCount, words.data());
     describe(application);
     return serve(options.request);

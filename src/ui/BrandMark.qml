@@ -1,4 +1,3 @@
-import QtQuick
 import Portolan
 
 // The brand figure cut into a light tile.

@@ -1,4 +1,3 @@
-import QtQuick
 import Portolan
 
 // Empties the search.
