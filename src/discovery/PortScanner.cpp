@@ -1,13 +1,12 @@
 #include "PortScanner.h"
 #include "PortScanner_p.h"
 
-#include "BuiltinTools.h"
 #include "ExpendableWorker.h"
 #include "ForEachIndex.h"
 #include "PrintedName.h"
 #include "ProcessInspector.h"
-#include "Shell.h"
 #include "StrictNumber.h"
+#include "ToolAnswer.h"
 #include "ToolQuestions.h"
 
 #include <QHash>
@@ -65,14 +64,14 @@ QStringList outputs(const QString &tool, QStringList (&question)(qint32), const 
 {
     const Shell::Limits limits{.deadline = options.toolDeadline, .stop = options.stop};
     // What is answered in this process takes less time than a thread takes to start.
-    const int workers = BuiltinTools::standInFor(tool) ? 1 : options.workers;
+    const int workers = ToolAnswer::isImmediate(tool) ? 1 : options.workers;
     std::vector<Shell::Result> results(size_t(pids.size()));
     std::atomic<int> timeOuts = 0;
     forEachIndex(pids.size(), workers, [&](qsizetype index) {
         if (timeOuts >= maxTimeOuts || options.stop.stop_requested())
             return;
         Shell::Result &result = results[size_t(index)];
-        result = Shell::run(tool, question(pids[index]), limits);
+        result = ToolAnswer::to(tool, question(pids[index]), limits);
         timeOuts += result.timedOut;
     });
 
@@ -88,7 +87,8 @@ QStringList outputs(const QString &tool, QStringList (&question)(qint32), const 
 QList<RawListener> listeners(const ScanOptions &options)
 {
     const Shell::Limits limits{.deadline = options.listingDeadline, .stop = options.stop};
-    return PortScanner::parseListeners(Shell::run(options.lsof, ToolQuestions::listeners(), limits).output);
+    return PortScanner::parseListeners(
+        ToolAnswer::to(options.lsof, ToolQuestions::listeners(), limits).output);
 }
 
 /// The first of each process and port, as far as the port is asked for.
@@ -228,7 +228,7 @@ std::optional<qint64> PortScanner::port(QStringView fromName)
 
 std::optional<QString> PortScanner::resolveCwd(qint32 pid)
 {
-    return parseCwd(pid, Shell::run(ToolPaths::lsof(), ToolQuestions::workingDirectory(pid)));
+    return parseCwd(pid, ToolAnswer::to(ToolPaths::lsof(), ToolQuestions::workingDirectory(pid)).output);
 }
 
 std::optional<QString> PortScanner::parseCwd(qint32 pid, const QString &output)

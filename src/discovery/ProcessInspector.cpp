@@ -1,8 +1,8 @@
 #include "ProcessInspector.h"
 #include "ProcessInspector_p.h"
 
-#include "Shell.h"
 #include "StrictNumber.h"
+#include "ToolAnswer.h"
 #include "ToolPaths.h"
 #include "ToolQuestions.h"
 
@@ -33,7 +33,7 @@ qint64 multipliedAndAdded(qint64 a, qint64 factor, qint64 b)
 
 std::optional<ProcessStats> ProcessInspector::stats(qint32 pid)
 {
-    return parse(Shell::run(ToolPaths::ps(), ToolQuestions::stats(pid)));
+    return parse(ToolAnswer::to(ToolPaths::ps(), ToolQuestions::stats(pid)).output);
 }
 
 std::optional<ProcessStats> ProcessInspector::parse(const QString &output)

@@ -446,10 +446,10 @@ TEST(DetectOnADeadMount, GivesTheFoldersNameInTime)
         ExpendableWorker files(300ms);
         EXPECT_EQ(detect({{u"node"_s, shop}}, files).front(), (Result{u"shop"_s, Framework::node}));
     }
-    EXPECT_TRUE(eventually([&] { return threads() == before + 1; })) << "one stuck thread, never more";
+    EXPECT_TRUE(waitUntil([&] { return threads() == before + 1; })) << "one stuck thread, never more";
 
     mount->release();
-    EXPECT_TRUE(eventually([&] { return threads() == before; }));
+    EXPECT_TRUE(waitUntil([&] { return threads() == before; }));
 }
 
 TEST(DetectOnADeadMount, ALinkIntoOneIsNoBetter)

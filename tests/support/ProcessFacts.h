@@ -15,7 +15,7 @@
 // What a test asks the kernel about processes.
 
 /// Waits until `condition` holds, for a generous time; whether it came to hold.
-inline bool eventually(const std::function<bool()> &condition)
+inline bool waitUntil(const std::function<bool()> &condition)
 {
     const QDeadlineTimer deadline(std::chrono::seconds(30));
     while (!condition()) {

@@ -9,9 +9,6 @@
 
 /// Runs a command-line tool and returns what it printed. No state; any thread; blocks the caller.
 ///
-/// Questions to lsof and ps that are answered in this process (BuiltinTools.h) start nothing and meet no
-/// limit.
-///
 /// The child gets a process group of its own, no inherited descriptors but standard input, a soft descriptor
 /// limit of at most 1024, a UTF-8 locale with C number formats, and none of this program's own Qt variables.
 namespace Shell {

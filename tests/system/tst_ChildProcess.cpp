@@ -70,7 +70,7 @@ TEST(ChildProcess, RunsOnWhenNobodyWaitsAndIsReapedByALaterStart)
         left = child->pid();
     }
     EXPECT_TRUE(isRunning(left));
-    ASSERT_TRUE(eventually([&] { return processState(left) == 'Z'; }));
+    ASSERT_TRUE(waitUntil([&] { return processState(left) == 'Z'; }));
     std::optional<ChildProcess> later = startShell(u"true"_s);
     ASSERT_TRUE(later);
     EXPECT_EQ(processState(left), '\0');
@@ -92,11 +92,11 @@ TEST(ChildProcess, KillReachesTheWholeGroupEvenBehindItsLeader)
     char digits[32] = {};
     ASSERT_GT(read(reader.get(), digits, sizeof digits - 1), 0);
     const pid_t grandchild = pid_t(strtol(digits, nullptr, 10));
-    ASSERT_TRUE(eventually([&] { return processState(child->pid()) == 'Z'; }));
+    ASSERT_TRUE(waitUntil([&] { return processState(child->pid()) == 'Z'; }));
     ASSERT_TRUE(isRunning(grandchild));
     child->killGroup();
     EXPECT_TRUE(child->wait());
-    EXPECT_TRUE(eventually([&] { return !isRunning(grandchild); }));
+    EXPECT_TRUE(waitUntil([&] { return !isRunning(grandchild); }));
 }
 
 TEST(ChildProcess, WithoutOutputHasNoInputEither)

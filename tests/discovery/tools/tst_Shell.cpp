@@ -179,7 +179,7 @@ TEST_P(ShellHang, EndsAtTheDeadlineWithTheWholeGroup)
     EXPECT_FALSE(isRunning(pidIn(u"pid"_s)));
     if (QFile::exists(path(u"grandchild"_s))) {
         EXPECT_GT(pidIn(u"grandchild"_s), 0);
-        EXPECT_TRUE(eventually([&] { return !isRunning(pidIn(u"grandchild"_s)); }));
+        EXPECT_TRUE(waitUntil([&] { return !isRunning(pidIn(u"grandchild"_s)); }));
     }
 }
 
@@ -207,7 +207,7 @@ TEST_F(ShellRun, AGrandchildThatLeftTheGroupCannotHoldTheRun)
 {
     const QString script = u"setsid sh -c 'echo $$ > \"%1\"; exec sleep 1000' & wait"_s;
     EXPECT_TRUE(shell(script.arg(path(u"deserter"_s)), {.deadline = 1500ms}).timedOut);
-    ASSERT_TRUE(eventually([&] { return pidIn(u"deserter"_s) > 0; }));
+    ASSERT_TRUE(waitUntil([&] { return pidIn(u"deserter"_s) > 0; }));
     kill(pidIn(u"deserter"_s), SIGKILL);
 }
 
@@ -217,7 +217,7 @@ TEST_F(ShellRun, AStopRequestEndsTheRun)
         QFile::remove(path(u"pid"_s));
         std::stop_source stop;
         std::jthread stopper([&] {
-            eventually([&] { return pidIn(u"pid"_s) > 0; });
+            waitUntil([&] { return pidIn(u"pid"_s) > 0; });
             stop.request_stop();
         });
         const Shell::Result result = shell(u"echo $$ > '%1'; "_s.arg(path(u"pid"_s)) + script,
@@ -406,7 +406,7 @@ TEST_F(ShellRun, AUsersProgramIsLeftRunning)
     std::jthread runner([&](const std::stop_token &stop) {
         (void)Shell::run(u"/bin/sh"_s, {u"-c"_s, script}, {.stop = stop, .isUsersProgram = true});
     });
-    ASSERT_TRUE(eventually([&] { return pidIn(u"pid"_s) > 0; }));
+    ASSERT_TRUE(waitUntil([&] { return pidIn(u"pid"_s) > 0; }));
     runner.request_stop();
     runner.join();
     EXPECT_TRUE(isRunning(pidIn(u"pid"_s)));
@@ -419,12 +419,12 @@ TEST_F(ShellRun, TheChildDiesWithThisProgram)
     const QString pidFile = path(u"pid"_s);
     const auto leaveDuringARun = [&] {
         std::thread runner([&] { (void)shell(u"echo $$ > '%1'; exec sleep 1000"_s.arg(pidFile)); });
-        eventually([&] { return pidIn(u"pid"_s) > 0; });
+        waitUntil([&] { return pidIn(u"pid"_s) > 0; });
         _exit(0);
     };
     EXPECT_EXIT(leaveDuringARun(), testing::ExitedWithCode(0), "");
     ASSERT_GT(pidIn(u"pid"_s), 0);
-    EXPECT_TRUE(eventually([&] { return !isRunning(pidIn(u"pid"_s)); }));
+    EXPECT_TRUE(waitUntil([&] { return !isRunning(pidIn(u"pid"_s)); }));
 }
 
 TEST_F(ShellRun, ManyThreadsRunAtOnce)

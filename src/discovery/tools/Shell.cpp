@@ -1,6 +1,5 @@
 #include "Shell.h"
 
-#include "BuiltinTools.h"
 #include "ChildProcess.h"
 #include "FileDescriptor.h"
 
@@ -125,9 +124,6 @@ QString Shell::run(const QString &path, const QStringList &arguments)
 
 Shell::Result Shell::run(const QString &path, const QStringList &arguments, const Limits &limits)
 {
-    if (std::optional<QString> answer = BuiltinTools::answer(path, arguments))
-        return {.output = std::move(*answer)};
-
     const QDeadlineTimer deadline =
         limits.deadline ? QDeadlineTimer(*limits.deadline) : QDeadlineTimer(QDeadlineTimer::Forever);
     const StopSignal stop(limits.stop);
