@@ -107,7 +107,9 @@ TEST(SymbolSet, HoldsEachSymbolThatAViewNames)
     static const QRegularExpression line(uR"(^\s*symbol:.*|\bSymbol\s*\{[^{}]*?\bname:[^\n]*)"_s,
                                          QRegularExpression::MultilineOption);
     static const QRegularExpression text(uR"re("([^"]*)")re"_s);
-    QDirIterator files(QStringLiteral(PORTOLAN_VIEWS), {u"*.qml"_s});
+    QDirIterator files(QStringLiteral(PORTOLAN_VIEWS), {u"*.qml"_s}, QDir::Files,
+                       QDirIterator::Subdirectories);
+    ASSERT_TRUE(files.hasNext());
     while (files.hasNext()) {
         QFile file(files.next());
         ASSERT_TRUE(file.open(QIODevice::ReadOnly));
