@@ -17,6 +17,8 @@
 
 #include <cstdio>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -107,3 +109,5 @@ int DesktopProgram::run(int argc, char **argv)
     describe(application);
     return serve(options.request);
 }
+
+} // namespace portolan

@@ -19,6 +19,8 @@
 #include <thread>
 #include <utility>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -144,7 +146,7 @@ void detectProjects(QList<Service> &services, const ScanOptions &options)
     for (const Service &service : std::as_const(services))
         subjects.push_back({service.command, service.folderPath});
     ExpendableWorker files(options.folderDeadline, options.stop);
-    std::vector<ProjectDetector::Result> projects = ProjectDetector::detect(subjects, files);
+    std::vector<ProjectDetector::Project> projects = ProjectDetector::detect(subjects, files);
     for (qsizetype i = 0; i < services.size(); ++i) {
         services[i].displayName = std::move(projects[size_t(i)].displayName);
         services[i].framework = projects[size_t(i)].framework;
@@ -257,3 +259,5 @@ bool PortScanner::isDevServer(const QString &command, const std::optional<QStrin
         return true;
     return folder && HomeFolder::holds(home, *folder);
 }
+
+} // namespace portolan

@@ -10,6 +10,8 @@
 
 #include <limits>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -66,3 +68,5 @@ qint64 ProcessInspector::parseETime(QStringView text)
         seconds = multipliedAndAdded(seconds, 60, StrictNumber::toInt64(group).value_or(0));
     return multipliedAndAdded(days, 86400, seconds);
 }
+
+} // namespace portolan

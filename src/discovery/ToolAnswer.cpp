@@ -5,6 +5,8 @@
 #include <optional>
 #include <utility>
 
+namespace portolan {
+
 Shell::Result ToolAnswer::to(const QString &path, const QStringList &arguments, const Shell::Limits &limits)
 {
     if (std::optional<QString> answer = BuiltinTools::answer(path, arguments))
@@ -16,3 +18,5 @@ bool ToolAnswer::isImmediate(const QString &path)
 {
     return BuiltinTools::standInFor(path);
 }
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include "Shell.h"
 
+namespace portolan {
+
 /// What the system's tools say: answered in this process where it can be (BuiltinTools.h), else by running
 /// them. Any thread; blocks the caller.
 namespace ToolAnswer {
@@ -14,3 +16,5 @@ namespace ToolAnswer {
 [[nodiscard]] bool isImmediate(const QString &path);
 
 } // namespace ToolAnswer
+
+} // namespace portolan

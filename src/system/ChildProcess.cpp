@@ -22,6 +22,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace portolan {
+
 namespace {
 
 /// Everything that the child needs, laid out before it exists: between vfork and exec it may not allocate.
@@ -231,3 +233,5 @@ bool ChildProcess::reap(int flags)
     m_pid = -1;
     return true;
 }
+
+} // namespace portolan

@@ -12,6 +12,8 @@
 
 #include <sys/types.h>
 
+namespace portolan {
+
 /// A program that this one started. It leads a process group of its own, inherits no descriptor but at most
 /// standard input, has its standard error on /dev/null, and starts with default signal dispositions and an
 /// empty mask.
@@ -54,3 +56,5 @@ private:
 
     pid_t m_pid = -1;
 };
+
+} // namespace portolan

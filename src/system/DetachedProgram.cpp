@@ -13,6 +13,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -99,3 +101,5 @@ QString DetachedProgram::find(const QString &name)
 {
     return QStandardPaths::findExecutable(name);
 }
+
+} // namespace portolan

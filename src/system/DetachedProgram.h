@@ -5,6 +5,8 @@
 #include <chrono>
 #include <optional>
 
+namespace portolan {
+
 /// Programs that are started for the user and then are on their own.
 namespace DetachedProgram {
 
@@ -25,3 +27,5 @@ void start(const QString &program, const QStringList &arguments);
 [[nodiscard]] QString find(const QString &name);
 
 } // namespace DetachedProgram
+
+} // namespace portolan

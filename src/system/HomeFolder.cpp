@@ -9,6 +9,8 @@
 #include <cerrno>
 #include <vector>
 
+namespace portolan {
+
 namespace {
 
 QString pathFromPasswordDatabase()
@@ -53,3 +55,5 @@ QString HomeFolder::abbreviated(const QString &folder, const QString &home)
 {
     return holds(home, folder) ? u'~' + folder.sliced(home.size()) : folder;
 }
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace portolan {
+
 /// Where the user's own files are, and how paths below that place are recognised and shown.
 namespace HomeFolder {
 
@@ -17,3 +19,5 @@ namespace HomeFolder {
 [[nodiscard]] QString abbreviated(const QString &folder, const QString &home);
 
 } // namespace HomeFolder
+
+} // namespace portolan

@@ -13,6 +13,8 @@
 #include <sys/vfs.h>
 #include <unistd.h>
 
+namespace portolan {
+
 namespace {
 
 // Short texts that are known to fit; snprintf would take a good part of the time that the file itself does.
@@ -174,3 +176,5 @@ void ProcFs::Descriptors::skipTo(unsigned number)
     if (canSkip)
         m_entries.goTo(placeOfFirst + off_t(number));
 }
+
+} // namespace portolan

@@ -10,6 +10,8 @@
 #include <fcntl.h>
 #include <sys/types.h>
 
+namespace portolan {
+
 /// Small, allocation-free access to /proc. Blocks for no longer than the kernel needs to print a table.
 namespace ProcFs {
 
@@ -95,3 +97,5 @@ private:
 };
 
 } // namespace ProcFs
+
+} // namespace portolan

@@ -12,6 +12,8 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+namespace portolan {
+
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -82,3 +84,5 @@ bool ProcessHandle::waitForEnd(std::chrono::milliseconds limit) const
     const auto end = Clock::now() + limit;
     return m_pidfd.isOpen() ? waitReadable(m_pidfd.get(), end) : waitGone(m_pid, *m_start, end);
 }
+
+} // namespace portolan

@@ -8,6 +8,8 @@
 #include <optional>
 #include <utility>
 
+namespace portolan {
+
 /// One running process, held so that a signal can never reach another one that gets its id later: by a pidfd,
 /// or where there is none to be had, by its id and the time of its start. Any thread.
 class ProcessHandle
@@ -43,3 +45,5 @@ private:
     FileDescriptor m_pidfd;                    ///< not open with a pid: no pidfd to be had
     std::optional<unsigned long long> m_start; ///< what tells it apart then: in clock ticks since boot
 };
+
+} // namespace portolan

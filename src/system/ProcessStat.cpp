@@ -4,6 +4,8 @@
 #include <charconv>
 #include <cstring>
 
+namespace portolan {
+
 namespace {
 
 /// Hands out the words of a line, which the kernel parts by single blanks.
@@ -74,3 +76,5 @@ std::optional<unsigned long long> parseResidentPages(std::string_view text)
     unsigned long long pages = 0;
     return parse(words.next(), pages) ? std::optional(pages) : std::nullopt;
 }
+
+} // namespace portolan

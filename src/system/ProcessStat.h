@@ -6,6 +6,8 @@
 
 #include <sys/types.h>
 
+namespace portolan {
+
 /// What Portolan needs of /proc/PID/stat.
 struct ProcessStat
 {
@@ -25,3 +27,5 @@ struct ProcessStat
 /// The memory pages that a process has in use, from the text of its /proc/PID/statm: 0 for what has none of
 /// its own, absent when it is not of that form.
 [[nodiscard]] std::optional<unsigned long long> parseResidentPages(std::string_view text);
+
+} // namespace portolan

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace portolan {
+
 /// Standard input, output and error of the process.
 namespace StandardStreams {
 
@@ -8,3 +10,5 @@ namespace StandardStreams {
 void reserve();
 
 } // namespace StandardStreams
+
+} // namespace portolan

@@ -9,6 +9,8 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+namespace portolan {
+
 namespace {
 
 // The one thing a signal handler can do here is to leave the number and to write to this descriptor.
@@ -74,5 +76,7 @@ bool TerminationSignals::isPending()
 {
     return g_signal != 0;
 }
+
+} // namespace portolan
 
 #include "moc_TerminationSignals.cpp"

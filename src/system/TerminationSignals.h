@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QSocketNotifier>
 
+namespace portolan {
+
 /// Turns SIGTERM, SIGINT and SIGHUP into a Qt signal, so that the program ends in its own order. A signal
 /// that was ignored when the program started stays ignored. One object at a time; main thread.
 class TerminationSignals : public QObject
@@ -26,3 +28,5 @@ Q_SIGNALS:
 private:
     QSocketNotifier m_notifier;
 };
+
+} // namespace portolan

@@ -8,6 +8,8 @@
 #include <future>
 #include <thread>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -216,3 +218,5 @@ TEST_F(ExpendableWorkerRun, AStuckThreadDoesNotKeepTheProgram)
     };
     EXPECT_EXIT(exitDuringAHang(), testing::ExitedWithCode(0), "");
 }
+
+} // namespace portolan

@@ -10,6 +10,8 @@
 
 #include <thread>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using PortScanner::scan;
@@ -367,3 +369,5 @@ TEST_F(Scan, FoldersOnADeadMountAreListedByName)
     mount->release();
     EXPECT_TRUE(waitUntil([&] { return threads() == threadsBefore; }));
 }
+
+} // namespace portolan

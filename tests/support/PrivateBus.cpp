@@ -2,6 +2,8 @@
 
 #include <QUuid>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 PrivateBus::PrivateBus()
@@ -31,3 +33,5 @@ void PrivateBus::stop()
     m_daemon.terminate();
     m_daemon.waitForFinished();
 }
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 #include <QProcess>
 #include <QString>
 
+namespace portolan {
+
 /// A message bus of the test's own, which ends with it.
 class PrivateBus
 {
@@ -23,3 +25,5 @@ private:
     QString m_address;
     QStringList m_connections;
 };
+
+} // namespace portolan

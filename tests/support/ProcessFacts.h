@@ -12,6 +12,8 @@
 
 #include <sys/types.h>
 
+namespace portolan {
+
 // What a test asks the kernel about processes.
 
 /// Waits until `condition` holds, for a generous time; whether it came to hold.
@@ -63,3 +65,5 @@ inline QByteArray contentsOf(const QString &path)
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
+
+} // namespace portolan

@@ -12,6 +12,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 static std::optional<ChildProcess> startShell(const QString &script)
@@ -107,3 +109,5 @@ TEST(ChildProcess, WithoutOutputHasNoInputEither)
     EXPECT_TRUE(child->wait(QDeadlineTimer(30'000)));
     child->killGroup();
 }
+
+} // namespace portolan

@@ -12,6 +12,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using testing::Contains;
@@ -174,3 +176,5 @@ TEST(DetachedProgram, IsFoundOnThePathOnly)
     EXPECT_EQ(DetachedProgram::find(u"here"_s), recorders.path(u"here"_s));
     EXPECT_EQ(DetachedProgram::find(u"sh"_s), QString());
 }
+
+} // namespace portolan

@@ -8,6 +8,8 @@
 #include <pwd.h>
 #include <unistd.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 struct AbbreviationCase
@@ -46,3 +48,5 @@ TEST(HomeFolder, IsThePasswordDatabasesWhateverTheEnvironmentSays)
     EXPECT_EQ(HomeFolder::path(), expected);
     EXPECT_FALSE(HomeFolder::path().endsWith(u'/'));
 }
+
+} // namespace portolan

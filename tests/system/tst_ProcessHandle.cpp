@@ -15,6 +15,8 @@
 #include <sys/resource.h>
 #include <sys/times.h>
 
+namespace portolan {
+
 using namespace std::chrono_literals;
 
 namespace {
@@ -188,3 +190,5 @@ TEST(ProcessHandle, HoldsNobodyWhereThereIsNoDescriptorToHoldHimBy)
 {
     EXPECT_EQ(inAnotherProcess(checkWithoutDescriptors), 0);
 }
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 static std::string statOf(const std::string &command)
 {
     return "4242 (" + command +
@@ -54,3 +56,5 @@ TEST(ResidentPages, AreAbsentForAnyOtherForm)
     EXPECT_EQ(parseResidentPages("5102 x 2927"), std::nullopt);
     EXPECT_EQ(parseResidentPages("5102 -1 2927"), std::nullopt);
 }
+
+} // namespace portolan

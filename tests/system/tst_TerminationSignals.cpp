@@ -6,6 +6,8 @@
 
 #include <csignal>
 
+namespace portolan {
+
 class Termination : public testing::TestWithParam<int>
 {};
 
@@ -49,3 +51,5 @@ TEST(TerminationSignals, GivesTheSignalsBack)
     sigaction(SIGTERM, nullptr, &current);
     EXPECT_EQ(current.sa_handler, SIG_DFL);
 }
+
+} // namespace portolan

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+namespace portolan {
+
 namespace {
 
 bool isEnabled()
@@ -65,3 +67,5 @@ std::optional<QString> BuiltinTools::answer(const QString &path, const QStringLi
     const auto text = isLsof(path) ? lsofAnswer(arguments) : psAnswer(arguments);
     return text ? std::optional(QString::fromStdString(*text)) : std::nullopt;
 }
+
+} // namespace portolan

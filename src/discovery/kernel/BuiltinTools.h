@@ -5,6 +5,8 @@
 
 #include <optional>
 
+namespace portolan {
+
 /// Discovery's three questions to the system's tools, answered in this process from the kernel's tables: the
 /// same text at a hundredth of the price, without the processes that lsof loses and the mounts that it hangs
 /// on.
@@ -19,3 +21,5 @@ namespace BuiltinTools {
 [[nodiscard]] bool standInFor(const QString &path);
 
 } // namespace BuiltinTools
+
+} // namespace portolan

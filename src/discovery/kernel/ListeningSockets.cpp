@@ -16,6 +16,8 @@
 #include <netinet/tcp.h>
 #include <sys/socket.h>
 
+namespace portolan {
+
 namespace {
 
 constexpr unsigned listenState = TCP_LISTEN;
@@ -209,3 +211,5 @@ std::optional<std::vector<ListeningSocket>> ListeningSockets::read()
     sockets->erase(repeated.begin(), repeated.end());
     return sockets;
 }
+
+} // namespace portolan

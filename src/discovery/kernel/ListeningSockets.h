@@ -7,6 +7,8 @@
 
 #include <sys/types.h>
 
+namespace portolan {
+
 /// A TCP socket that waits for connections.
 struct ListeningSocket
 {
@@ -26,3 +28,5 @@ namespace ListeningSockets {
 [[nodiscard]] std::optional<std::vector<ListeningSocket>> read();
 
 } // namespace ListeningSockets
+
+} // namespace portolan

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+namespace portolan {
+
 namespace ListeningSockets {
 
 /// The kernel's answer to a question on its netlink socket; absent where it does not take such questions.
@@ -25,3 +27,5 @@ enum class Dump { goesOn, done, failed };
 [[nodiscard]] std::vector<ListeningSocket> parseTable(std::string_view text, bool isIpv6);
 
 } // namespace ListeningSockets
+
+} // namespace portolan

@@ -16,6 +16,8 @@
 #include <locale.h>
 #include <unistd.h>
 
+namespace portolan {
+
 namespace {
 
 /// Bytes of the printable character of more than one byte that `text` starts with; 0 if it starts otherwise.
@@ -187,3 +189,5 @@ std::string Lsof::workingDirectory(pid_t pid)
         return {};
     return head + path.text() + " (readlink: " + strerrordesc_np(error) + ")\n";
 }
+
+} // namespace portolan

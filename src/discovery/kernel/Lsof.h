@@ -5,6 +5,8 @@
 
 #include <sys/types.h>
 
+namespace portolan {
+
 /// What the real lsof prints under a UTF-8 locale, where it is right.
 namespace Lsof {
 
@@ -16,3 +18,5 @@ namespace Lsof {
 [[nodiscard]] std::string workingDirectory(pid_t pid);
 
 } // namespace Lsof
+
+} // namespace portolan

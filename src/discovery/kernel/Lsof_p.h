@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+namespace portolan {
+
 namespace Lsof {
 
 /// A name as lsof prints it: what is not printable becomes an escape, a valid UTF-8 character stays.
@@ -24,3 +26,5 @@ namespace Lsof {
 [[nodiscard]] std::string_view executableName(std::string_view link);
 
 } // namespace Lsof
+
+} // namespace portolan

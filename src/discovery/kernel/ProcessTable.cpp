@@ -8,6 +8,8 @@
 
 #include <ctime>
 
+namespace portolan {
+
 namespace {
 
 /// The inode in "socket:[INODE]"; absent for any other link.
@@ -127,3 +129,5 @@ bool KernelProcessTable::holds(pid_t pid, const SocketDescriptor &socket)
     const auto link = ProcFs::readLink(buffer, ProcFs::Path(pid, socket.number).text());
     return link && socketInode(*link) == socket.inode;
 }
+
+} // namespace portolan

@@ -9,6 +9,8 @@
 
 #include <sys/types.h>
 
+namespace portolan {
+
 /// A process as the table lists it. A pid that was given to a new process comes with a new `incarnation`.
 struct ProcessId
 {
@@ -74,3 +76,5 @@ public:
     static void readSockets(ProcFs::Descriptors &descriptors, unsigned unlisted,
                             std::vector<SocketDescriptor> &sockets);
 };
+
+} // namespace portolan

@@ -10,6 +10,8 @@
 #include <ctime>
 #include <unistd.h>
 
+namespace portolan {
+
 namespace {
 
 std::string twoDigits(unsigned long number)
@@ -103,3 +105,5 @@ std::string Ps::stats(pid_t pid)
                  .residentKiB = *residentPages * pageKiB,
                  .ticksPerSecond = ticksPerSecond});
 }
+
+} // namespace portolan

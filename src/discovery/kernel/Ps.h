@@ -4,6 +4,8 @@
 
 #include <sys/types.h>
 
+namespace portolan {
+
 /// What the real ps prints.
 namespace Ps {
 
@@ -12,3 +14,5 @@ namespace Ps {
 [[nodiscard]] std::string stats(pid_t pid);
 
 } // namespace Ps
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include <string>
 
+namespace portolan {
+
 namespace Ps {
 
 /// What the three columns are made of. Times are in clock ticks.
@@ -21,3 +23,5 @@ struct Figures
 [[nodiscard]] unsigned long long ticksSinceBoot(long long centiseconds, long ticksPerSecond);
 
 } // namespace Ps
+
+} // namespace portolan

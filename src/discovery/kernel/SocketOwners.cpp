@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+namespace portolan {
+
 std::optional<std::vector<SocketOwner>> SocketOwners::find(const std::vector<ino_t> &inodes,
                                                            Clock::time_point now)
 {
@@ -152,3 +154,5 @@ std::vector<SocketOwner> SocketOwners::owners() const
         owners.push_back({pid, known.stat.command, known.descriptors});
     return owners;
 }
+
+} // namespace portolan

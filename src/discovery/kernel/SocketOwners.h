@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+namespace portolan {
+
 /// A process and the sockets it holds among those asked for.
 struct SocketOwner
 {
@@ -90,3 +92,5 @@ private:
     std::optional<Clock::time_point> m_lookedEverywhere;
     std::optional<Clock::time_point> m_readEverything;
 };
+
+} // namespace portolan

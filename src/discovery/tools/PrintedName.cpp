@@ -6,6 +6,8 @@
 #include <cctype>
 #include <optional>
 
+namespace portolan {
+
 namespace {
 
 struct Escape
@@ -46,3 +48,5 @@ QString PrintedName::plain(const QString &printed)
     }
     return QString::fromUtf8(name);
 }
+
+} // namespace portolan

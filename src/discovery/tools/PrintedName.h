@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace portolan {
+
 /// Names of files as lsof prints them: in one line, with a backslash before what cannot be printed as it is.
 namespace PrintedName {
 
@@ -10,3 +12,5 @@ namespace PrintedName {
 [[nodiscard]] QString plain(const QString &printed);
 
 } // namespace PrintedName
+
+} // namespace portolan

@@ -16,6 +16,8 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -160,3 +162,5 @@ Shell::Result Shell::run(const QString &path, const QStringList &arguments, cons
     [[maybe_unused]] const bool gone = child->wait(QDeadlineTimer(goodbye));
     return {.timedOut = timedOut};
 }
+
+} // namespace portolan

@@ -7,6 +7,8 @@
 #include <optional>
 #include <stop_token>
 
+namespace portolan {
+
 /// Runs a command-line tool and returns what it printed. No state; any thread; blocks the caller.
 ///
 /// The child gets a process group of its own, no inherited descriptors but standard input, a soft descriptor
@@ -43,3 +45,5 @@ struct Result
 [[nodiscard]] Result run(const QString &path, const QStringList &arguments, const Limits &limits);
 
 } // namespace Shell
+
+} // namespace portolan

@@ -7,6 +7,8 @@
 #include <cmath>
 #include <concepts>
 
+namespace portolan {
+
 namespace {
 
 /// from_chars is as strict as wanted but for one thing: it knows no plus sign.
@@ -45,3 +47,5 @@ std::optional<double> StrictNumber::toDouble(QStringView text)
     const std::optional<double> number = converted<double>(text);
     return number && std::isfinite(*number) ? number : std::nullopt;
 }
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <optional>
 
+namespace portolan {
+
 /// Numbers as the tools print them. Qt's and C's own conversions take more: spaces, other digits, other
 /// bases.
 namespace StrictNumber {
@@ -17,3 +19,5 @@ namespace StrictNumber {
 [[nodiscard]] std::optional<double> toDouble(QStringView text);
 
 } // namespace StrictNumber
+
+} // namespace portolan

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+namespace portolan {
+
 namespace {
 
 bool isExecutableFile(const QString &path)
@@ -31,3 +33,5 @@ QString ToolPaths::firstExecutable(const QStringList &candidates)
     const auto found = std::ranges::find_if(candidates, isExecutableFile);
     return found == candidates.end() ? candidates.first() : *found;
 }
+
+} // namespace portolan

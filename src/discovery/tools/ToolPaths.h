@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+namespace portolan {
+
 /// Where the system keeps its tools. Looked up on each call: a tool may be installed while the program runs.
 namespace ToolPaths {
 
@@ -13,3 +15,5 @@ namespace ToolPaths {
 [[nodiscard]] QString firstExecutable(const QStringList &candidates);
 
 } // namespace ToolPaths
+
+} // namespace portolan

@@ -1,5 +1,7 @@
 #include "ToolQuestions.h"
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 const QStringList &ToolQuestions::lsofPaths()
@@ -29,3 +31,5 @@ QStringList ToolQuestions::stats(qint32 pid)
 {
     return {u"-o"_s, u"etime=,%cpu=,rss="_s, u"-p"_s, QString::number(pid)};
 }
+
+} // namespace portolan

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+namespace portolan {
+
 /// Discovery's three questions to the system's tools: where the tools may be, and with which arguments they
 /// are asked. Only in exactly these words are they answered in this process (BuiltinTools.h).
 namespace ToolQuestions {
@@ -19,3 +21,5 @@ namespace ToolQuestions {
 [[nodiscard]] QStringList stats(qint32 pid);
 
 } // namespace ToolQuestions
+
+} // namespace portolan

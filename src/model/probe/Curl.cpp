@@ -5,6 +5,8 @@
 
 #include <dlfcn.h>
 
+namespace portolan {
+
 namespace {
 
 constexpr auto fileName = "libcurl.so.4"; // the one interface that this library has had since 2006
@@ -76,3 +78,5 @@ const Curl *Curl::library()
     static const std::optional<Curl> curl = load();
     return curl ? &*curl : nullptr;
 }
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include <curl/curl.h>
 
+namespace portolan {
+
 /// What is used of libcurl, under its own names without their prefix. The library is loaded by the first
 /// redirect that leads away from this machine, which most programs never meet: with the 28 libraries behind
 /// it, it takes 9 MB of memory.
@@ -23,3 +25,5 @@ struct Curl
     /// The library, ready for use; null where it is not installed. The first call takes its time. Any thread.
     [[nodiscard]] static const Curl *library();
 };
+
+} // namespace portolan

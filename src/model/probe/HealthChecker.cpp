@@ -5,6 +5,8 @@
 
 #include <limits>
 
+namespace portolan {
+
 QFuture<Health> HealthChecker::check(qint64 port)
 {
     if (port < 0 || port > std::numeric_limits<quint16>::max()) {
@@ -15,3 +17,5 @@ QFuture<Health> HealthChecker::check(qint64 port)
     static ProbeLoop loop;
     return loop.probe(quint16(port));
 }
+
+} // namespace portolan

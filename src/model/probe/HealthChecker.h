@@ -4,6 +4,8 @@
 
 #include <QFuture>
 
+namespace portolan {
+
 /// Asks whether something answers HTTP on a local port, with which status code and how fast.
 namespace HealthChecker {
 
@@ -14,3 +16,5 @@ namespace HealthChecker {
 [[nodiscard]] QFuture<Health> check(qint64 port);
 
 } // namespace HealthChecker
+
+} // namespace portolan

@@ -7,6 +7,8 @@
 
 #include <utility>
 
+namespace portolan {
+
 /// The promise of a probe's outcome. One that is dropped is kept all the same: as unreachable.
 class HealthPromise
 {
@@ -34,3 +36,5 @@ private:
     QPromise<Health> m_promise;
     bool m_isOpen = true;
 };
+
+} // namespace portolan

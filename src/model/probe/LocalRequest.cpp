@@ -7,6 +7,8 @@
 #include <netinet/in.h>
 #include <sys/epoll.h>
 
+namespace portolan {
+
 namespace {
 
 std::string text(Probe::Method method, const RequestTarget &target)
@@ -95,3 +97,5 @@ bool LocalRequest::receive()
         m_state = RequestState::failed;
     return length > 0;
 }
+
+} // namespace portolan

@@ -10,6 +10,8 @@
 
 #include <sys/socket.h>
 
+namespace portolan {
+
 /// One request to a port of this machine on a connection of its own, which ends with the response's header
 /// section. Never waits: whoever owns it watches its socket and calls `advance` when that is ready.
 class LocalRequest
@@ -38,3 +40,5 @@ private:
     FileDescriptor m_socket;
     ResponseHead m_response;
 };
+
+} // namespace portolan

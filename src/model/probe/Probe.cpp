@@ -1,5 +1,7 @@
 #include "Probe.h"
 
+namespace portolan {
+
 namespace {
 
 constexpr int maxRedirects = 20;
@@ -53,3 +55,5 @@ void Probe::end(Clock::time_point now)
     const auto elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(now - m_start);
     m_promise.keep(Health::healthy(m_status, elapsed.count()));
 }
+
+} // namespace portolan

@@ -8,6 +8,8 @@
 #include <chrono>
 #include <optional>
 
+namespace portolan {
+
 /// One probe of one local port: a HEAD request and, where that gets no response, a GET, each with the
 /// redirects that it meets. Knows what is to be asked next, when it has waited long enough and what has come
 /// out, and keeps the promise of that; whoever drives it does the asking.
@@ -59,3 +61,5 @@ private:
     Clock::time_point m_idleDeadline;
     Clock::time_point m_totalDeadline;
 };
+
+} // namespace portolan

@@ -7,6 +7,8 @@
 #include <signal.h>
 #include <sys/eventfd.h>
 
+namespace portolan {
+
 namespace {
 
 // Probes are started a few at a time, so that the work of starting the others hardly counts into an answer's
@@ -87,3 +89,5 @@ void ProbeLoop::wake() const
 {
     eventfd_write(m_wakeFd.get(), 1);
 }
+
+} // namespace portolan

@@ -9,6 +9,8 @@
 #include <mutex>
 #include <thread>
 
+namespace portolan {
+
 /// A thread that probes any number of ports at once. It starts with the first probe and then sleeps without a
 /// wake-up while there is none.
 class ProbeLoop
@@ -41,3 +43,5 @@ private:
     std::unique_ptr<ProbeSet> m_probes;
     std::jthread m_thread;
 };
+
+} // namespace portolan

@@ -7,6 +7,8 @@
 
 #include <sys/epoll.h>
 
+namespace portolan {
+
 namespace {
 
 // What epoll tells of besides probes.
@@ -177,3 +179,5 @@ void ProbeSet::remove(Id id)
     if (m_probes.empty())
         m_nextDeadline = Clock::time_point::max();
 }
+
+} // namespace portolan

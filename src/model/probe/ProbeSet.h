@@ -11,6 +11,8 @@
 #include <optional>
 #include <unordered_map>
 
+namespace portolan {
+
 /// The probes under way, all driven by the thread that calls `advance`. Belongs to one thread at a time.
 class ProbeSet
 {
@@ -69,3 +71,5 @@ private:
     // Not after any probe's deadline: a deadline only moves away while its request is under way.
     Clock::time_point m_nextDeadline = Clock::time_point::max();
 };
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -71,3 +73,5 @@ std::string RequestTarget::url() const
 {
     return isLocal() ? "http://" + hostAndPort() + m_path : m_elsewhere;
 }
+
+} // namespace portolan

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace portolan {
+
 /// Where a request goes: to a port of this machine's own address or, where a redirect leads away from there,
 /// to an address on the web.
 class RequestTarget
@@ -41,3 +43,5 @@ private:
     std::string m_path = "/";
     std::string m_elsewhere; // the address where it is not local
 };
+
+} // namespace portolan

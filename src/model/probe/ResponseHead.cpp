@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace portolan {
+
 namespace {
 
 // Against servers that never stop talking.
@@ -127,3 +129,5 @@ void ResponseHead::endSection()
             m_state = State::invalid;
     }
 }
+
+} // namespace portolan

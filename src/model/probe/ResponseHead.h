@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+namespace portolan {
+
 /// What a server says to a request, read up to the end of the final response's header section: interim
 /// responses are passed over, and a body is nobody's business. A function of the bytes alone.
 class ResponseHead
@@ -39,3 +41,5 @@ private:
     std::string m_partOfLine; // what has arrived of a line whose end has not
     std::string m_location;
 };
+
+} // namespace portolan

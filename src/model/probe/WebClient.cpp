@@ -7,6 +7,8 @@
 #include <sys/epoll.h>
 #include <sys/timerfd.h>
 
+namespace portolan {
+
 namespace {
 
 uint32_t epollEvents(int what)
@@ -103,3 +105,5 @@ void WebClient::takeEnded()
             reinterpret_cast<WebRequest *>(request)->ended();
     }
 }
+
+} // namespace portolan

@@ -5,6 +5,8 @@
 
 #include <memory>
 
+namespace portolan {
+
 /// What WebRequests share: libcurl, driven without waiting by whoever watches `descriptor`. Belongs to one
 /// thread at a time.
 class WebClient
@@ -40,3 +42,5 @@ private:
     std::unique_ptr<CURLM, decltype(Curl::multi_cleanup)>
         m_multi; // ends first: it may still call watchSocket()
 };
+
+} // namespace portolan

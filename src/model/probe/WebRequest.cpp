@@ -2,6 +2,8 @@
 
 #include <sys/socket.h>
 
+namespace portolan {
+
 namespace {
 
 // A program started while a request is under way must not inherit its connection.
@@ -84,3 +86,5 @@ void WebRequest::ended()
     const bool isAnswered = m_response.state() == ResponseHead::State::complete;
     m_state = isAnswered ? RequestState::answered : RequestState::failed;
 }
+
+} // namespace portolan

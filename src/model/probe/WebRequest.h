@@ -8,6 +8,8 @@
 #include <memory>
 #include <utility>
 
+namespace portolan {
+
 /// One request to an address on the web, which ends with the response's header section. Redirects are not
 /// followed. It comes on while its client does.
 class WebRequest
@@ -37,3 +39,5 @@ private:
     bool m_hasReceived = false;
     std::unique_ptr<CURL, decltype(Curl::easy_cleanup)> m_handle;
 };
+
+} // namespace portolan

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <array>
 
+namespace portolan {
+
 namespace {
 
 constexpr char32_t zeroWidthNonJoiner = 0x200C;
@@ -54,3 +56,5 @@ bool Characters::isShowable(char32_t character)
         return !QChar::isNonCharacter(character) && !isShapeless(character);
     }
 }
+
+} // namespace portolan

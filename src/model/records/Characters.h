@@ -1,5 +1,7 @@
 #pragma once
 
+namespace portolan {
+
 /// What may stand in a shown text as it is, of all that names and folders of strangers are spelt with.
 namespace Characters {
 
@@ -9,3 +11,5 @@ namespace Characters {
 [[nodiscard]] bool isShowable(char32_t character);
 
 } // namespace Characters
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace portolan {
+
 namespace {
 
 struct Row
@@ -81,3 +83,5 @@ SrgbColor Framework::accent() const
 {
     return table[m_case].accent;
 }
+
+} // namespace portolan

@@ -8,6 +8,8 @@
 #include <array>
 #include <optional>
 
+namespace portolan {
+
 /// What kind of project a server belongs to, with what is shown for it. A value of one enumeration case;
 /// text, symbol and colour come from one table.
 class Framework
@@ -71,3 +73,5 @@ public:
 private:
     Case m_case;
 };
+
+} // namespace portolan

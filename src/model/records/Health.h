@@ -3,6 +3,8 @@
 #include <QHash>
 #include <QObject>
 
+namespace portolan {
+
 /// The outcome of the last HTTP probe of a service. `status` and `ms` mean something only when healthy and
 /// are 0 in every other state.
 class Health
@@ -53,3 +55,5 @@ private:
     qint64 m_status = 0;
     qint64 m_ms = 0;
 };
+
+} // namespace portolan

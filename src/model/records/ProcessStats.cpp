@@ -1,5 +1,7 @@
 #include "ProcessStats.h"
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -33,3 +35,5 @@ QString ProcessStats::memoryText() const
         return QString::asprintf("%.1f GB", memoryMB / 1024.0);
     return QString::asprintf("%.0f MB", memoryMB);
 }
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 #include <QObject>
 #include <QString>
 
+namespace portolan {
+
 /// What a listening process has used so far.
 struct ProcessStats
 {
@@ -30,3 +32,5 @@ public:
         return qHashMulti(seed, stats.uptimeSeconds, stats.cpuPercent, stats.memoryMB);
     }
 };
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include "HomeFolder.h"
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 QString Service::id() const
@@ -27,3 +29,5 @@ size_t qHash(const Service &service, size_t seed)
                       service.folderPath.value_or(QString()), service.displayName, service.framework,
                       service.health, service.stats.has_value(), service.stats.value_or(ProcessStats()));
 }
+
+} // namespace portolan

@@ -10,6 +10,8 @@
 
 #include <optional>
 
+namespace portolan {
+
 /// One discovered development server. A plain value: two services are equal only when all their fields are.
 /// `pid`, `port`, `command` and `folderPath` stay as the scan made them; the other fields may be replaced.
 struct Service
@@ -19,12 +21,12 @@ struct Service
     Q_PROPERTY(qint32 pid MEMBER pid CONSTANT FINAL)
     Q_PROPERTY(qint64 port MEMBER port CONSTANT FINAL)
     Q_PROPERTY(QString displayName MEMBER displayName CONSTANT FINAL)
-    Q_PROPERTY(Framework framework MEMBER framework CONSTANT FINAL)
-    Q_PROPERTY(Health health MEMBER health CONSTANT FINAL)
+    Q_PROPERTY(portolan::Framework framework MEMBER framework CONSTANT FINAL)
+    Q_PROPERTY(portolan::Health health MEMBER health CONSTANT FINAL)
     Q_PROPERTY(bool hasFolder READ hasFolder CONSTANT FINAL)
     Q_PROPERTY(QString folder READ folderOrEmpty CONSTANT FINAL)
     Q_PROPERTY(bool hasStats READ hasStats CONSTANT FINAL)
-    Q_PROPERTY(ProcessStats stats READ statsOrNone CONSTANT FINAL)
+    Q_PROPERTY(portolan::ProcessStats stats READ statsOrNone CONSTANT FINAL)
 
 public:
     qint32 pid = 0;
@@ -56,4 +58,6 @@ private:
 /// Feeds all eight fields, so that services that differ in any of them are likely to differ in hash.
 [[nodiscard]] size_t qHash(const Service &service, size_t seed = 0);
 
-Q_DECLARE_METATYPE(Service)
+} // namespace portolan
+
+Q_DECLARE_METATYPE(portolan::Service)

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace portolan {
+
 namespace {
 
 struct Row
@@ -45,3 +47,5 @@ QString SortOrder::label() const
 {
     return table[m_case].label;
 }
+
+} // namespace portolan

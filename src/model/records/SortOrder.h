@@ -6,6 +6,8 @@
 #include <array>
 #include <optional>
 
+namespace portolan {
+
 /// The orders that the list of services can be shown in.
 class SortOrder
 {
@@ -48,3 +50,5 @@ public:
 private:
     Case m_case;
 };
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include <QtGlobal>
 
+namespace portolan {
+
 /// An opaque colour in the sRGB colour space; each component is the fraction value/255.
 struct SrgbColor
 {
@@ -11,3 +13,5 @@ struct SrgbColor
 
     friend constexpr bool operator==(const SrgbColor &, const SrgbColor &) = default;
 };
+
+} // namespace portolan

@@ -7,6 +7,8 @@
 #include <QDBusPendingCallWatcher>
 #include <QUrl>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -35,3 +37,5 @@ void FileManager::show(const QString &folder)
 {
     show(folder, QDBusConnection::sessionBus(), 5s, XdgOpen::folder);
 }
+
+} // namespace portolan

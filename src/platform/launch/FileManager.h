@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace portolan {
+
 /// The user's file manager.
 namespace FileManager {
 
@@ -11,3 +13,5 @@ namespace FileManager {
 void show(const QString &folder);
 
 } // namespace FileManager
+
+} // namespace portolan

@@ -6,6 +6,8 @@
 #include <chrono>
 #include <functional>
 
+namespace portolan {
+
 namespace FileManager {
 
 /// As the public one, on the given bus; `otherwise` opens the folder when the bus's file manager does not
@@ -14,3 +16,5 @@ void show(const QString &folder, const QDBusConnection &bus, std::chrono::millis
           const std::function<void(const QString &folder)> &otherwise);
 
 } // namespace FileManager
+
+} // namespace portolan

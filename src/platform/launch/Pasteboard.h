@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace portolan {
+
 /// What the user pastes from: the desktop's clipboard.
 namespace Pasteboard {
 
@@ -10,3 +12,5 @@ namespace Pasteboard {
 void setText(const QString &text);
 
 } // namespace Pasteboard
+
+} // namespace portolan

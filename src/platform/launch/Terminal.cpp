@@ -12,6 +12,8 @@
 #include <pwd.h>
 #include <unistd.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -154,8 +156,8 @@ QString Terminal::userShell(const QProcessEnvironment &environment)
     return u"/bin/sh"_s;
 }
 
-std::optional<Terminal::Command> Terminal::commandFor(const QString &folder,
-                                                      const QProcessEnvironment &environment)
+std::optional<Terminal::Invocation> Terminal::commandFor(const QString &folder,
+                                                         const QProcessEnvironment &environment)
 {
     const QString path = firstFound(candidates(environment), environment);
     if (path.isEmpty())
@@ -173,7 +175,7 @@ std::optional<Terminal::Command> Terminal::commandFor(const QString &folder,
     // leaves the user with a message and a shell.
     const QString script = u"cd "_s + quoted(folder) + u"; exec "_s + quoted(userShell(environment));
     arguments.append({u"/bin/sh"_s, u"-c"_s, script});
-    return Command{program, arguments};
+    return Invocation{program, arguments};
 }
 
 void Terminal::open(const QString &folder)
@@ -181,3 +183,5 @@ void Terminal::open(const QString &folder)
     if (const auto command = commandFor(folder, QProcessEnvironment::systemEnvironment()))
         DetachedProgram::start(command->program, command->arguments);
 }
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace portolan {
+
 /// The user's terminal emulator.
 namespace Terminal {
 
@@ -10,3 +12,5 @@ namespace Terminal {
 void open(const QString &folder);
 
 } // namespace Terminal
+
+} // namespace portolan

@@ -6,10 +6,12 @@
 
 #include <optional>
 
+namespace portolan {
+
 namespace Terminal {
 
 /// What is started to open a window.
-struct Command
+struct Invocation
 {
     QString program; ///< absolute path
     QStringList arguments;
@@ -23,7 +25,9 @@ struct Command
 
 /// How to open a terminal in `folder` in a session with this environment: the emulator that the user named,
 /// else the desktop's own, else the first one found on its $PATH. Absent when there is none.
-[[nodiscard]] std::optional<Command> commandFor(const QString &folder,
-                                                const QProcessEnvironment &environment);
+[[nodiscard]] std::optional<Invocation> commandFor(const QString &folder,
+                                                   const QProcessEnvironment &environment);
 
 } // namespace Terminal
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include "DetachedProgram.h"
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -50,3 +52,5 @@ void XdgOpen::folder(const QString &folder)
 {
     open(folder);
 }
+
+} // namespace portolan

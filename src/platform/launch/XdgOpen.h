@@ -5,6 +5,8 @@
 
 #include <chrono>
 
+namespace portolan {
+
 /// The user's own choice of program for a thing, by way of xdg-open.
 namespace XdgOpen {
 
@@ -24,3 +26,5 @@ void address(const QUrl &url);
 void folder(const QString &folder);
 
 } // namespace XdgOpen
+
+} // namespace portolan

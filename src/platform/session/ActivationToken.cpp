@@ -2,6 +2,8 @@
 
 #include <QGuiApplication>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -18,3 +20,5 @@ void ActivationToken::keep(const QString &token)
     if (!token.isEmpty() && QGuiApplication::platformName().startsWith("wayland"_L1))
         qputenv(Variable, token.toUtf8());
 }
+
+} // namespace portolan

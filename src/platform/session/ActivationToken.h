@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace portolan {
+
 /// The proof, handed over by whoever the user clicked, that a window may come to the front on Wayland.
 namespace ActivationToken {
 
@@ -13,3 +15,5 @@ namespace ActivationToken {
 void keep(const QString &token);
 
 } // namespace ActivationToken
+
+} // namespace portolan

@@ -1,5 +1,7 @@
 #include "BusLoss.h"
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 BusLoss::BusLoss(QDBusConnection bus)
@@ -8,3 +10,5 @@ BusLoss::BusLoss(QDBusConnection bus)
     bus.connect({}, u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s, u"Disconnected"_s,
                 this, SIGNAL(occurred()));
 }
+
+} // namespace portolan

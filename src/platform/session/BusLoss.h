@@ -3,6 +3,8 @@
 #include <QDBusConnection>
 #include <QObject>
 
+namespace portolan {
+
 /// Tells that the session bus has gone, as it does when the session ends. Main thread only.
 class BusLoss : public QObject
 {
@@ -15,3 +17,5 @@ public:
 Q_SIGNALS:
     void occurred();
 };
+
+} // namespace portolan

@@ -13,6 +13,8 @@
 #include <sys/un.h>
 #include <xcb/xcb.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -60,3 +62,5 @@ std::optional<QByteArray> DisplayServer::platformPlugin()
         return QByteArray("wayland");
     return std::nullopt;
 }
+
+} // namespace portolan

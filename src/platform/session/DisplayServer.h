@@ -4,6 +4,8 @@
 
 #include <optional>
 
+namespace portolan {
+
 /// The display that the program's windows go to.
 namespace DisplayServer {
 
@@ -14,3 +16,5 @@ namespace DisplayServer {
 [[nodiscard]] std::optional<QByteArray> platformPlugin();
 
 } // namespace DisplayServer
+
+} // namespace portolan

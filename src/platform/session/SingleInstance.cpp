@@ -10,6 +10,8 @@
 
 #include <algorithm>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -139,3 +141,5 @@ void SingleInstance::ActivateAction(const QString &name, const QVariantList &,
     ActivationToken::keep(platformData.value(TokenKey).toString());
     Q_EMIT requested(name == WindowAction ? StartRequest::Window : StartRequest::Open);
 }
+
+} // namespace portolan

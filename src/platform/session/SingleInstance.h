@@ -12,6 +12,8 @@
 
 #include <optional>
 
+namespace portolan {
+
 /// Sees to it that one Portolan runs per session: by a name on the session bus, which also carries what a
 /// second start asks for; where there is no bus, by a lock and a socket in the user's runtime folder.
 class SingleInstance : public QObject
@@ -54,3 +56,5 @@ private:
     std::optional<QLockFile> m_lock;
     QLocalServer m_server;
 };
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <QWindow>
 
+namespace portolan {
+
 void WindowHints::skipTaskBar(QWindow &window)
 {
     const XcbDisplay display;
@@ -12,3 +14,5 @@ void WindowHints::skipTaskBar(QWindow &window)
     display.append(xcb_window_t(window.winId()), display.atom("_NET_WM_STATE"),
                    {display.atom("_NET_WM_STATE_SKIP_TASKBAR"), display.atom("_NET_WM_STATE_SKIP_PAGER")});
 }
+
+} // namespace portolan

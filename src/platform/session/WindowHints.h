@@ -2,6 +2,8 @@
 
 class QWindow;
 
+namespace portolan {
+
 /// Wishes to the window manager that Qt has no words for.
 namespace WindowHints {
 
@@ -10,3 +12,5 @@ namespace WindowHints {
 void skipTaskBar(QWindow &window);
 
 } // namespace WindowHints
+
+} // namespace portolan

@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <memory>
 
+namespace portolan {
+
 namespace {
 
 template <typename Reply>
@@ -118,3 +120,5 @@ QImage XcbDisplay::backgroundOf(xcb_window_t window) const
         return {};
     return QImage(xcb_get_image_data(image.get()), own->width, own->height, QImage::Format_RGB32).copy();
 }
+
+} // namespace portolan

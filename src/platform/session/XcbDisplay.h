@@ -7,6 +7,8 @@
 
 #include <xcb/xcb.h>
 
+namespace portolan {
+
 /// The few requests to the X server that Qt has no words for, on Qt's own connection. Converts to false where
 /// the display is not X11; nothing else may be called then.
 class XcbDisplay
@@ -38,3 +40,5 @@ public:
 private:
     xcb_connection_t *m_connection = nullptr;
 };
+
+} // namespace portolan

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -179,3 +181,5 @@ bool Autostart::remove() const
     entry.set("Hidden", "true");
     return write(entry);
 }
+
+} // namespace portolan

@@ -6,6 +6,8 @@
 
 #include <optional>
 
+namespace portolan {
+
 /// This program's entry among those that the desktop starts at login, `portolan.desktop` in the autostart
 /// folders. Keeps nothing but where to look: every question reads the files. Main thread.
 class Autostart
@@ -48,3 +50,5 @@ private:
 
     Session m_session;
 };
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -174,3 +176,5 @@ QString DesktopEntry::programOf(QByteArrayView exec)
 {
     return firstWord(unescaped(exec)).replace("%%"_L1, "%"_L1);
 }
+
+} // namespace portolan

@@ -6,6 +6,8 @@
 
 #include <optional>
 
+namespace portolan {
+
 /// The text of a desktop entry file. What is not changed stays as it is, to the byte: other groups, comments,
 /// keys that nobody here knows. Keys and values are those of the group [Desktop Entry], values as in the
 /// file.
@@ -41,3 +43,5 @@ private:
 
     QList<QByteArray> m_lines;
 };
+
+} // namespace portolan

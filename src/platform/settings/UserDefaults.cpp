@@ -21,6 +21,8 @@
 #include <thread>
 #include <utility>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -201,3 +203,5 @@ void UserDefaults::save()
     m_stored = wanted;
     m_unsaved = {};
 }
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 #include <QList>
 #include <QString>
 
+namespace portolan {
+
 /// The user's settings: texts, booleans and lists of integers under string keys, in one JSON file.
 ///
 /// Every write goes to the file at once and replaces it as a whole, so that a reader and a crash find either
@@ -61,3 +63,5 @@ private:
     QJsonObject m_stored;  ///< the file, as last seen
     QJsonObject m_unsaved; ///< what was set and is not in the file
 };
+
+} // namespace portolan

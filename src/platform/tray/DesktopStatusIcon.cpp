@@ -1,5 +1,7 @@
 #include "DesktopStatusIcon.h"
 
+namespace portolan {
+
 DesktopStatusIcon::DesktopStatusIcon(const QDBusConnection &bus, const StatusIconArt &art)
     : m_art(art)
     , m_item(bus, art)
@@ -40,3 +42,5 @@ std::unique_ptr<StatusIcon> makeStatusIcon(const StatusIconArt &art)
 {
     return std::make_unique<DesktopStatusIcon>(QDBusConnection::sessionBus(), art);
 }
+
+} // namespace portolan

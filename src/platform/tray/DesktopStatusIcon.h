@@ -6,6 +6,8 @@
 
 #include <optional>
 
+namespace portolan {
+
 /// The status icon by whichever way this desktop has: a notifier host first, else an embedding tray. Changes
 /// its mind when panels come and go.
 class DesktopStatusIcon final : public StatusIcon
@@ -24,3 +26,5 @@ private:
     std::optional<XEmbedTray> m_tray; // watched only while there is no notifier host
     std::optional<XEmbedStatusIcon> m_embedded;
 };
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 #include <array>
 #include <utility>
 
+namespace portolan {
+
 namespace {
 
 // What is kept clear around the anchor when no panel is known there: about half an icon.
@@ -93,3 +95,5 @@ QRect PopoverPlacement::place(QPoint anchor, QSize size, const QList<ScreenArea>
     frame.moveTop(clampedStart(frame.top(), frame.height(), free.top(), free.bottom() + 1));
     return frame;
 }
+
+} // namespace portolan

@@ -5,6 +5,8 @@
 #include <QRect>
 #include <QSize>
 
+namespace portolan {
+
 /// What placing needs to know of one screen. Rectangles are in device-independent pixels of the virtual
 /// desktop.
 struct ScreenArea
@@ -33,3 +35,5 @@ inline constexpr int Gap = 4;
 [[nodiscard]] QRect place(QPoint anchor, QSize size, const QList<ScreenArea> &screens);
 
 } // namespace PopoverPlacement
+
+} // namespace portolan

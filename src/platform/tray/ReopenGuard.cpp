@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace portolan {
+
 void ReopenGuard::closedByFocusLoss(Clock::time_point now)
 {
     m_focusLostAt = now;
@@ -12,3 +14,5 @@ bool ReopenGuard::swallowsActivation(Clock::time_point now)
     const auto lostAt = std::exchange(m_focusLostAt, std::nullopt);
     return lostAt && now - *lostAt < Window;
 }
+
+} // namespace portolan

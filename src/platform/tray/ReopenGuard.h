@@ -3,6 +3,8 @@
 #include <chrono>
 #include <optional>
 
+namespace portolan {
+
 /// Tells a click that opens the popover from the click that has just closed it. Where a panel takes the focus
 /// when its icon is clicked, the popover closes first, and the activation that follows would open it again.
 class ReopenGuard
@@ -22,3 +24,5 @@ public:
 private:
     std::optional<Clock::time_point> m_focusLostAt;
 };
+
+} // namespace portolan

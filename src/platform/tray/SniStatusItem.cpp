@@ -7,6 +7,8 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -96,3 +98,5 @@ void SniStatusItem::askForHost()
         setHost(present ? Host::Present : Host::Absent);
     });
 }
+
+} // namespace portolan

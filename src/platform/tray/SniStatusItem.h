@@ -7,6 +7,8 @@
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
 
+namespace portolan {
+
 /// The status icon by the StatusNotifierItem protocol, over `bus`. It registers with the watcher that is
 /// there and with every one that comes later.
 class SniStatusItem final : public StatusIcon
@@ -29,3 +31,5 @@ private:
     StatusNotifierItem m_item;
     QDBusServiceWatcher m_watcher;
 };
+
+} // namespace portolan

@@ -1,5 +1,7 @@
 #include "StatusIcon.h"
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 void StatusIcon::setHost(Host host)
@@ -22,3 +24,5 @@ void StatusIcon::chooseMenuEntry(qsizetype index)
     else
         Q_EMIT quitRequested();
 }
+
+} // namespace portolan

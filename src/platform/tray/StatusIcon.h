@@ -9,6 +9,8 @@
 
 #include <memory>
 
+namespace portolan {
+
 /// How the status icon looks, in the forms that the various panels ask for.
 struct StatusIconArt
 {
@@ -50,3 +52,5 @@ private:
 
 /// The icon as this desktop can show it.
 [[nodiscard]] std::unique_ptr<StatusIcon> makeStatusIcon(const StatusIconArt &art);
+
+} // namespace portolan

@@ -6,6 +6,8 @@
 #include <QSaveFile>
 #include <QStandardPaths>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -46,3 +48,5 @@ QString StatusIconTheme::pathWithIcon(const QByteArray &svg)
     const QString file = symbolicIcon(extracted);
     return holds(file, svg) || write(file, svg) ? extracted : QString();
 }
+
+} // namespace portolan

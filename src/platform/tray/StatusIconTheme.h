@@ -4,6 +4,8 @@
 #include <QLatin1StringView>
 #include <QString>
 
+namespace portolan {
+
 /// Where panels find the status icon by name, which is how they can tint it.
 namespace StatusIconTheme {
 
@@ -14,3 +16,5 @@ inline constexpr QLatin1StringView IconName("portolan-symbolic");
 [[nodiscard]] QString pathWithIcon(const QByteArray &svg);
 
 } // namespace StatusIconTheme
+
+} // namespace portolan

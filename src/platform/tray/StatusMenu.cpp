@@ -2,6 +2,8 @@
 
 #include <QDBusMetaType>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -176,3 +178,5 @@ QVariantMap StatusMenu::properties(int id) const
         return {{u"children-display"_s, u"submenu"_s}};
     return {{u"label"_s, m_labels.at(id - 1)}};
 }
+
+} // namespace portolan

@@ -8,6 +8,8 @@
 #include <QStringList>
 #include <QVariantMap>
 
+namespace portolan {
+
 /// One entry of a menu on the bus, with its children: (ia{sv}av).
 struct StatusMenuLayout
 {
@@ -56,12 +58,12 @@ public:
 public Q_SLOTS:
     // The names and types of the protocol.
     Q_SCRIPTABLE uint GetLayout(int parentId, int recursionDepth, const QStringList &propertyNames,
-                                StatusMenuLayout &layout);
-    Q_SCRIPTABLE QList<StatusMenuEntry> GetGroupProperties(const QList<int> &ids,
-                                                           const QStringList &propertyNames);
+                                portolan::StatusMenuLayout &layout);
+    Q_SCRIPTABLE QList<portolan::StatusMenuEntry> GetGroupProperties(const QList<int> &ids,
+                                                                     const QStringList &propertyNames);
     Q_SCRIPTABLE QDBusVariant GetProperty(int id, const QString &name);
     Q_SCRIPTABLE void Event(int id, const QString &type, const QDBusVariant &data, uint timestamp);
-    Q_SCRIPTABLE QList<int> EventGroup(const QList<StatusMenuEvent> &events);
+    Q_SCRIPTABLE QList<int> EventGroup(const QList<portolan::StatusMenuEvent> &events);
     Q_SCRIPTABLE bool AboutToShow(int id);
     Q_SCRIPTABLE QList<int> AboutToShowGroup(const QList<int> &ids, QList<int> &unknownIds);
 
@@ -79,3 +81,5 @@ private:
 
     QStringList m_labels;
 };
+
+} // namespace portolan

@@ -5,6 +5,8 @@
 #include <QDBusMetaType>
 #include <QtEndian>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -119,3 +121,5 @@ StatusNotifierToolTip StatusNotifierItem::toolTip() const
 {
     return {{}, {}, title(), {}};
 }
+
+} // namespace portolan

@@ -8,6 +8,8 @@
 #include <QObject>
 #include <QString>
 
+namespace portolan {
+
 /// An icon in pixels: (iiay), the bytes being ARGB in network byte order, not premultiplied.
 struct StatusNotifierPixmap
 {
@@ -42,13 +44,13 @@ class StatusNotifierItem : public QObject
     Q_PROPERTY(int WindowId READ windowId CONSTANT FINAL)
     Q_PROPERTY(QString IconName READ iconName CONSTANT FINAL)
     Q_PROPERTY(QString IconThemePath READ iconThemePath CONSTANT FINAL)
-    Q_PROPERTY(QList<StatusNotifierPixmap> IconPixmap READ iconPixmap CONSTANT FINAL)
+    Q_PROPERTY(QList<portolan::StatusNotifierPixmap> IconPixmap READ iconPixmap CONSTANT FINAL)
     Q_PROPERTY(QString OverlayIconName READ nothing CONSTANT FINAL)
-    Q_PROPERTY(QList<StatusNotifierPixmap> OverlayIconPixmap READ noPixmap CONSTANT FINAL)
+    Q_PROPERTY(QList<portolan::StatusNotifierPixmap> OverlayIconPixmap READ noPixmap CONSTANT FINAL)
     Q_PROPERTY(QString AttentionIconName READ nothing CONSTANT FINAL)
-    Q_PROPERTY(QList<StatusNotifierPixmap> AttentionIconPixmap READ noPixmap CONSTANT FINAL)
+    Q_PROPERTY(QList<portolan::StatusNotifierPixmap> AttentionIconPixmap READ noPixmap CONSTANT FINAL)
     Q_PROPERTY(QString AttentionMovieName READ nothing CONSTANT FINAL)
-    Q_PROPERTY(StatusNotifierToolTip ToolTip READ toolTip CONSTANT FINAL)
+    Q_PROPERTY(portolan::StatusNotifierToolTip ToolTip READ toolTip CONSTANT FINAL)
     Q_PROPERTY(bool ItemIsMenu READ itemIsMenu CONSTANT FINAL)
     Q_PROPERTY(QDBusObjectPath Menu READ menu CONSTANT FINAL)
 
@@ -89,3 +91,5 @@ private:
     QList<StatusNotifierPixmap> m_pixmaps;
     QDBusObjectPath m_menu;
 };
+
+} // namespace portolan

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -58,3 +60,5 @@ void XEmbedIconWindow::mouseReleaseEvent(QMouseEvent *event)
     if (QRectF(QPointF(), QSizeF(size())).contains(event->position()))
         Q_EMIT clicked();
 }
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 #include <QList>
 #include <QRasterWindow>
 
+namespace portolan {
+
 /// The window that shows a status icon inside of a tray's window.
 class XEmbedIconWindow final : public QRasterWindow
 {
@@ -27,3 +29,5 @@ private:
     QList<QImage> m_images;
     bool m_hasAlpha;
 };
+
+} // namespace portolan

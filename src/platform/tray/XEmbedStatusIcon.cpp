@@ -1,5 +1,7 @@
 #include "XEmbedStatusIcon.h"
 
+namespace portolan {
+
 XEmbedStatusIcon::XEmbedStatusIcon(XEmbedTray &tray, const StatusIconArt &art)
     : m_window(art.images, tray.takesAlpha())
 {
@@ -8,3 +10,5 @@ XEmbedStatusIcon::XEmbedStatusIcon(XEmbedTray &tray, const StatusIconArt &art)
     tray.embed(m_window);
     setHost(Host::Present);
 }
+
+} // namespace portolan

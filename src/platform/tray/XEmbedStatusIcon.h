@@ -4,6 +4,8 @@
 #include "XEmbedIconWindow.h"
 #include "XEmbedTray.h"
 
+namespace portolan {
+
 /// The status icon in a status area of the older kind, which knows of no menu: every click is an activation.
 class XEmbedStatusIcon final : public StatusIcon
 {
@@ -16,3 +18,5 @@ public:
 private:
     XEmbedIconWindow m_window;
 };
+
+} // namespace portolan

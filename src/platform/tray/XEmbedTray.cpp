@@ -6,6 +6,8 @@
 
 #include <xcb/xcb.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 XEmbedTray::XEmbedTray()
@@ -76,3 +78,5 @@ void XEmbedTray::look()
     m_owner = owner;
     Q_EMIT changed();
 }
+
+} // namespace portolan

@@ -7,6 +7,8 @@
 
 #include <cstdint>
 
+namespace portolan {
+
 /// Watches for a status area of the older kind, which X11 windows embed themselves into. Finds none on a
 /// display that is not X11.
 class XEmbedTray final : public QObject, private QAbstractNativeEventFilter
@@ -35,3 +37,5 @@ private:
     std::uint32_t m_owner = 0;     // the tray's window
     QPointer<QWindow> m_embedded;
 };
+
+} // namespace portolan

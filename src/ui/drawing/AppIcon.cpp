@@ -5,6 +5,8 @@
 
 #include <QPainter>
 
+namespace portolan {
+
 namespace {
 // In parts of the icon's side.
 constexpr qreal Corner = 0.25;
@@ -26,3 +28,5 @@ QImage AppIcon::image(int size)
     BrandArt::draw(&painter, figure, Theme::canvas());
     return image;
 }
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include <QImage>
 
+namespace portolan {
+
 /// The program's own icon: the brand figure, dark on a light tile, to be told from a panel of any colour.
 namespace AppIcon {
 
@@ -9,3 +11,5 @@ namespace AppIcon {
 [[nodiscard]] QImage image(int size);
 
 } // namespace AppIcon
+
+} // namespace portolan

@@ -6,6 +6,8 @@
 
 #include <array>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -143,3 +145,5 @@ QByteArray BrandArt::symbolicSvg()
 </svg>
 )";
 }
+
+} // namespace portolan

@@ -7,6 +7,8 @@
 
 class QPainter;
 
+namespace portolan {
+
 /// The brand figure: a disc in the centre with three spokes that end in nodes.
 namespace BrandArt {
 
@@ -28,3 +30,5 @@ bool draw(QPainter *painter, const QRectF &rect, const QColor &color = Qt::black
 [[nodiscard]] QByteArray symbolicSvg();
 
 } // namespace BrandArt
+
+} // namespace portolan

@@ -6,6 +6,8 @@
 
 #include <cmath>
 
+namespace portolan {
+
 namespace {
 
 qreal pointsPerPixel()
@@ -67,3 +69,5 @@ qreal Fonts::ratio(const QFont &font)
 {
     return sizeOf(font) / whole(font).pixelSize();
 }
+
+} // namespace portolan

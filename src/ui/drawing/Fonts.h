@@ -4,6 +4,8 @@
 #include <QObject>
 #include <QtQmlIntegration>
 
+namespace portolan {
+
 /// The fonts of the interface, by size in device-independent pixels. `tracking` is added between letters, in
 /// the same pixels. Main thread.
 ///
@@ -30,3 +32,5 @@ public:
     /// What `whole(font)` is to be scaled by to have the size of `font`: 1, or for instance 11.5/12.
     Q_INVOKABLE [[nodiscard]] static qreal ratio(const QFont &font);
 };
+
+} // namespace portolan

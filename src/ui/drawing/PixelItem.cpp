@@ -3,6 +3,8 @@
 #include <QQuickWindow>
 #include <QSGImageNode>
 
+namespace portolan {
+
 PixelItem::PixelItem(QQuickItem *parent)
     : QQuickItem(parent)
 {
@@ -45,3 +47,5 @@ void PixelItem::geometryChange(const QRectF &newGeometry, const QRectF &oldGeome
         update();
     QQuickItem::geometryChange(newGeometry, oldGeometry);
 }
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 #include <QQuickItem>
 #include <QtQmlIntegration>
 
+namespace portolan {
+
 /// An item that shows one image pixel for pixel: the image is drawn at the window's scale for just the pixels
 /// that it covers, so that it is sharp at every scale and costs the renderer one copied image.
 class PixelItem : public QQuickItem
@@ -23,3 +25,5 @@ protected:
     void itemChange(ItemChange change, const ItemChangeData &data) override;
     void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
 };
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace portolan {
+
 namespace {
 
 constexpr qreal menuGap = 4;
@@ -35,3 +37,5 @@ QPointF Placement::hint(const QRectF &target, const QSizeF &size, const QRectF &
                          fitsBelow ? target.bottom() + hintGap : target.top() - hintGap - size.height());
     return inside(corner, size, held);
 }
+
+} // namespace portolan

@@ -5,6 +5,8 @@
 #include <QSizeF>
 #include <QtQmlIntegration>
 
+namespace portolan {
+
 /// Where menus and hints go: near what they belong to, and inside what has to hold them.
 class Placement : public QObject
 {
@@ -24,3 +26,5 @@ public:
     Q_INVOKABLE [[nodiscard]] static QPointF hint(const QRectF &target, const QSizeF &size,
                                                   const QRectF &bounds);
 };
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <QPainter>
 
+namespace portolan {
+
 PortolanShape::PortolanShape(QQuickItem *parent)
     : TintedItem(parent)
 {}
@@ -16,3 +18,5 @@ QImage PortolanShape::figure(const QSize &pixels, qreal) const
     BrandArt::draw(&painter, image.rect());
     return image;
 }
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include "TintedItem.h"
 
+namespace portolan {
+
 /// The brand figure, filling the item.
 class PortolanShape : public TintedItem
 {
@@ -14,3 +16,5 @@ public:
 protected:
     [[nodiscard]] QImage figure(const QSize &pixels, qreal scale) const override;
 };
+
+} // namespace portolan

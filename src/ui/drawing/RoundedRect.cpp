@@ -4,6 +4,8 @@
 #include <QPainter>
 #include <QPainterPath>
 
+namespace portolan {
+
 namespace {
 
 struct Key
@@ -94,3 +96,5 @@ QImage RoundedRect::image(const QSize &pixels, qreal scale) const
     cache.insert(key, new QImage(image), image.sizeInBytes());
     return image;
 }
+
+} // namespace portolan

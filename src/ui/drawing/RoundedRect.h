@@ -4,6 +4,8 @@
 
 #include <QColor>
 
+namespace portolan {
+
 /// A rounded rectangle with a line of one device-independent pixel along the inside of its edge, drawn over
 /// the fill. Where a window's scale is not a whole number, Rectangle leaves gaps and steps between its
 /// corners and sides; this is one image.
@@ -40,3 +42,5 @@ private:
     QColor m_borderColor = Qt::transparent;
     qreal m_radius = 0;
 };
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include <QPainter>
 
+namespace portolan {
+
 SpinnerWheel::SpinnerWheel(QQuickItem *parent)
     : TintedItem(parent)
 {}
@@ -34,3 +36,5 @@ QImage SpinnerWheel::figure(const QSize &pixels, qreal) const
     }
     return image;
 }
+
+} // namespace portolan

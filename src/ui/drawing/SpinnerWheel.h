@@ -2,6 +2,8 @@
 
 #include "TintedItem.h"
 
+namespace portolan {
+
 /// Eight spokes, the brightest of which is number `step` (clockwise from the top), as one image: sharp at
 /// every size and scale.
 class SpinnerWheel : public TintedItem
@@ -28,3 +30,5 @@ protected:
 private:
     int m_step = 0;
 };
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include "SymbolSet.h"
 
+namespace portolan {
+
 Symbol::Symbol(QQuickItem *parent)
     : TintedItem(parent)
 {
@@ -45,3 +47,5 @@ QImage Symbol::figure(const QSize &pixels, qreal scale) const
 {
     return SymbolSet::image(m_name, pixels.width(), SymbolSet::stroke(m_size, m_weight, scale));
 }
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <QFont>
 
+namespace portolan {
+
 /// A symbol of the set, shown as a character of a font of `size` device-independent pixels and of `weight`
 /// would be: in a square box of about 4/3 of the size, rounded to a multiple of four, so that the box is a
 /// whole number of pixels at every quarter of a scale. An unknown name shows nothing and keeps the box.
@@ -42,3 +44,5 @@ private:
     qreal m_size = 13;
     int m_weight = QFont::Normal;
 };
+
+} // namespace portolan

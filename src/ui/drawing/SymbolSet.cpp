@@ -9,6 +9,8 @@
 
 #include <cmath>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -104,3 +106,5 @@ QImage SymbolSet::image(const QString &name, int side, qreal stroke)
     cache.insert(key, new QImage(image));
     return image;
 }
+
+} // namespace portolan

@@ -3,6 +3,8 @@
 #include <QImage>
 #include <QStringList>
 
+namespace portolan {
+
 /// The symbols of the interface by name, and the rules by which they are drawn. Main thread.
 namespace SymbolSet {
 
@@ -21,3 +23,5 @@ namespace SymbolSet {
 [[nodiscard]] QImage image(const QString &name, int side, qreal stroke);
 
 } // namespace SymbolSet
+
+} // namespace portolan

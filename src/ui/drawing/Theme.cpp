@@ -1,5 +1,7 @@
 #include "Theme.h"
 
+namespace portolan {
+
 namespace {
 
 QColor grey(int value)
@@ -97,3 +99,5 @@ const QColor &Theme::pending()
     static const QColor color(234, 179, 8);
     return color;
 }
+
+} // namespace portolan

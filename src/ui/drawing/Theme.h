@@ -4,6 +4,8 @@
 #include <QObject>
 #include <QtQmlIntegration>
 
+namespace portolan {
+
 /// The palette of the interface: near-black grounds, translucent white layers over them, four greys of text
 /// and the colours of states. Each colour is made on first use and the same ever after; any thread.
 class Theme : public QObject
@@ -49,3 +51,5 @@ public:
     [[nodiscard]] static const QColor &offline();
     [[nodiscard]] static const QColor &pending();
 };
+
+} // namespace portolan

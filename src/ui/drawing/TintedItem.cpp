@@ -2,6 +2,8 @@
 
 #include <QPainter>
 
+namespace portolan {
+
 void TintedItem::setColor(const QColor &color)
 {
     if (m_color == color)
@@ -21,3 +23,5 @@ QImage TintedItem::image(const QSize &pixels, qreal scale) const
     painter.fillRect(tinted.rect(), m_color);
     return tinted;
 }
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <QColor>
 
+namespace portolan {
+
 /// An item that shows a figure of one colour.
 class TintedItem : public PixelItem
 {
@@ -30,3 +32,5 @@ protected:
 private:
     QColor m_color = Qt::black;
 };
+
+} // namespace portolan

@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QtQmlIntegration>
 
+namespace portolan {
+
 /// What stands between the search field and the footer.
 class ContentState : public QObject
 {
@@ -20,11 +22,13 @@ public:
     Q_ENUM(State)
 
     /// `anyKnown`: a service is known; `anyVisible`: one is left after the search.
-    Q_INVOKABLE [[nodiscard]] static constexpr ContentState::State of(bool anyKnown, bool isScanning,
-                                                                      bool anyVisible)
+    Q_INVOKABLE [[nodiscard]] static constexpr portolan::ContentState::State
+    of(bool anyKnown, bool isScanning, bool anyVisible)
     {
         if (!anyKnown && isScanning)
             return Loading;
         return anyVisible ? List : Empty;
     }
 };
+
+} // namespace portolan

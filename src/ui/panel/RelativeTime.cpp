@@ -1,5 +1,7 @@
 #include "RelativeTime.h"
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 QString RelativeTime::sinceUpdate(const QDateTime &lastUpdated, const QDateTime &now)
@@ -18,3 +20,5 @@ QString RelativeTime::sinceUpdate(const QDateTime &lastUpdated)
 {
     return sinceUpdate(lastUpdated, QDateTime::currentDateTimeUtc());
 }
+
+} // namespace portolan

@@ -5,6 +5,8 @@
 #include <QString>
 #include <QtQmlIntegration>
 
+namespace portolan {
+
 /// How long ago the list was brought up to date, in words.
 class RelativeTime : public QObject
 {
@@ -19,3 +21,5 @@ public:
     /// The same, as of now.
     Q_INVOKABLE [[nodiscard]] static QString sinceUpdate(const QDateTime &lastUpdated);
 };
+
+} // namespace portolan

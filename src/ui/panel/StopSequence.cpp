@@ -4,6 +4,8 @@
 
 #include <chrono>
 
+namespace portolan {
+
 namespace {
 constexpr std::chrono::milliseconds rescanDelay(1400); // a scan at once would still see the dying listener
 }
@@ -17,3 +19,5 @@ void StopSequence::run(const Service &service)
     QTimer::singleShot(rescanDelay, Qt::PreciseTimer, m_store,
                        [store = m_store.data()] { store->refreshNow(); });
 }
+
+} // namespace portolan

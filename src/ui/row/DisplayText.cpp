@@ -2,6 +2,8 @@
 
 #include "Characters.h"
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -57,3 +59,5 @@ QString DisplayText::isolated(const QString &text)
 {
     return firstStrongIsolate + line(text) + popDirectionalIsolate;
 }
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QtQmlIntegration>
 
+namespace portolan {
+
 /// Text from processes and files made fit to be shown on one line of plain text: whatever it holds, it cannot
 /// break the line, reorder its neighbours, tower over them or cost a long layout.
 class DisplayText : public QObject
@@ -24,3 +26,5 @@ public:
     /// line() enclosed in a directional isolate, to be put into a sentence.
     Q_INVOKABLE [[nodiscard]] static QString isolated(const QString &text);
 };
+
+} // namespace portolan

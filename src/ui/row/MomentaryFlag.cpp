@@ -2,8 +2,12 @@
 
 #include <QTimer>
 
+namespace portolan {
+
 void MomentaryFlag::raise()
 {
     m_isRaised = true;
     QTimer::singleShot(m_duration, Qt::PreciseTimer, this, [this] { m_isRaised = false; });
 }
+
+} // namespace portolan

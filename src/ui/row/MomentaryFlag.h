@@ -4,6 +4,8 @@
 #include <QProperty>
 #include <QtQmlIntegration>
 
+namespace portolan {
+
 /// A flag that goes back to false by itself.
 class MomentaryFlag : public QObject
 {
@@ -30,3 +32,5 @@ private:
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(MomentaryFlag, bool, m_isRaised, false,
                                          &MomentaryFlag::isRaisedChanged)
 };
+
+} // namespace portolan

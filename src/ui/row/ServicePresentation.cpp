@@ -3,6 +3,8 @@
 #include "DisplayText.h"
 #include "Theme.h"
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -75,3 +77,5 @@ QString ServicePresentation::spoken(const Service &service, bool isPinned)
                                      address(service), spokenState(service.health),
                                      isPinned ? u", pinned"_s : u""_s);
 }
+
+} // namespace portolan

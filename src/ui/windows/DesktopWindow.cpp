@@ -5,6 +5,8 @@
 #include <QIcon>
 #include <QPixmap>
 
+namespace portolan {
+
 namespace {
 constexpr QSize FirstSize(480, 620);
 constexpr QSize LeastSize(400, 440);
@@ -26,3 +28,5 @@ void DesktopWindow::closeEvent(QCloseEvent *event)
     RootWindow::closeEvent(event);
     Q_EMIT closed();
 }
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include "RootWindow.h"
 
+namespace portolan {
+
 /// The ordinary window that holds the list for as long as the user wants.
 class DesktopWindow : public RootWindow
 {
@@ -17,3 +19,5 @@ Q_SIGNALS:
 protected:
     void closeEvent(QCloseEvent *event) override;
 };
+
+} // namespace portolan

@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QtQmlIntegration>
 
+namespace portolan {
+
 /// Whether the program starts when the user logs in, as the views see it. Main thread.
 class LoginItemFace : public QObject
 {
@@ -17,3 +19,5 @@ public:
     /// Asks for `enabled` and returns what holds afterwards, which is not `enabled` where that failed.
     Q_INVOKABLE virtual bool setEnabled(bool enabled) = 0;
 };
+
+} // namespace portolan

@@ -7,6 +7,8 @@
 #include <QGuiApplication>
 #include <QQuickItem>
 
+namespace portolan {
+
 namespace {
 
 // Menus and hints are windows of their own, but part of the one they belong to.
@@ -53,3 +55,5 @@ void PopoverWindow::escapePressed()
 {
     hide();
 }
+
+} // namespace portolan

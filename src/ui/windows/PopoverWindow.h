@@ -4,6 +4,8 @@
 
 #include <QPoint>
 
+namespace portolan {
+
 /// The panel at the status icon: as high as its content, gone as soon as the user turns to something else.
 class PopoverWindow : public RootWindow
 {
@@ -28,3 +30,5 @@ private:
 
     QPoint m_anchor;
 };
+
+} // namespace portolan

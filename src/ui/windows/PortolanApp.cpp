@@ -12,6 +12,8 @@
 #include <QGuiApplication>
 #include <QQuickWindow>
 
+namespace portolan {
+
 namespace {
 
 /// Qt ends a program that opens a window while no screen is plugged in.
@@ -161,3 +163,5 @@ void PortolanApp::startWhenItAppears(RootWindow &window)
 {
     connect(&window, &RootWindow::appeared, &m_content.store, &ServiceStore::start);
 }
+
+} // namespace portolan

@@ -12,6 +12,8 @@
 #include <memory>
 #include <optional>
 
+namespace portolan {
+
 class DesktopWindow;
 class PopoverWindow;
 class RootWindow;
@@ -59,3 +61,5 @@ private:
     std::unique_ptr<PopoverWindow> m_popover;
     std::unique_ptr<DesktopWindow> m_window;
 };
+
+} // namespace portolan

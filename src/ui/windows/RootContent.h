@@ -1,5 +1,7 @@
 #pragma once
 
+namespace portolan {
+
 class LoginItemFace;
 class ServiceActionsFace;
 class ServiceStore;
@@ -11,3 +13,5 @@ struct RootContent
     ServiceActionsFace &actions;
     LoginItemFace &loginItem;
 };
+
+} // namespace portolan

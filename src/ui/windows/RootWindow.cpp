@@ -8,6 +8,8 @@
 #include <QKeyEvent>
 #include <QQuickItem>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 RootWindow::RootWindow(QQmlEngine &engine, const RootContent &content, Presentation presentation)
@@ -41,3 +43,5 @@ void RootWindow::keyPressEvent(QKeyEvent *event)
     if (!event->isAccepted() && event->key() == Qt::Key_Escape)
         escapePressed();
 }
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <QQuickView>
 
+namespace portolan {
+
 /// A window filled by a RootView.
 class RootWindow : public QQuickView
 {
@@ -30,3 +32,5 @@ protected:
     /// Escape was pressed and nothing inside wanted it.
     virtual void escapePressed() {}
 };
+
+} // namespace portolan

@@ -3,6 +3,8 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+namespace portolan {
+
 QList<ScreenArea> Screens::all()
 {
     QList<ScreenArea> areas;
@@ -14,3 +16,5 @@ QList<ScreenArea> Screens::all()
     }
     return areas;
 }
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include "PopoverPlacement.h"
 
+namespace portolan {
+
 /// The screens as they are now, for placing.
 namespace Screens {
 
@@ -9,3 +11,5 @@ namespace Screens {
 [[nodiscard]] QList<ScreenArea> all();
 
 } // namespace Screens
+
+} // namespace portolan

@@ -5,6 +5,8 @@
 #include <QObject>
 #include <QtQmlIntegration>
 
+namespace portolan {
+
 /// What the views may ask to be done to a service. The program hands them SystemServiceActions, a test or the
 /// gallery its own. Main thread.
 class ServiceActionsFace : public QObject
@@ -16,11 +18,13 @@ class ServiceActionsFace : public QObject
 public:
     using QObject::QObject;
 
-    Q_INVOKABLE virtual void stop(const Service &service) = 0;
-    Q_INVOKABLE virtual void openInBrowser(const Service &service) = 0;
-    Q_INVOKABLE virtual void copyURL(const Service &service) = 0;
-    Q_INVOKABLE virtual void copyPort(const Service &service) = 0;
-    Q_INVOKABLE virtual void revealInFinder(const Service &service) = 0;
-    Q_INVOKABLE virtual void openInEditor(const Service &service) = 0;
-    Q_INVOKABLE virtual void openInTerminal(const Service &service) = 0;
+    Q_INVOKABLE virtual void stop(const portolan::Service &service) = 0;
+    Q_INVOKABLE virtual void openInBrowser(const portolan::Service &service) = 0;
+    Q_INVOKABLE virtual void copyURL(const portolan::Service &service) = 0;
+    Q_INVOKABLE virtual void copyPort(const portolan::Service &service) = 0;
+    Q_INVOKABLE virtual void revealInFinder(const portolan::Service &service) = 0;
+    Q_INVOKABLE virtual void openInEditor(const portolan::Service &service) = 0;
+    Q_INVOKABLE virtual void openInTerminal(const portolan::Service &service) = 0;
 };
+
+} // namespace portolan

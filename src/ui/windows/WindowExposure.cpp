@@ -2,6 +2,8 @@
 
 #include <QEvent>
 
+namespace portolan {
+
 void WindowExposure::setItem(QQuickItem *item)
 {
     if (m_item == item)
@@ -36,3 +38,5 @@ void WindowExposure::update()
 {
     m_isExposed = m_window && m_window->isVisible() && m_window->isExposed();
 }
+
+} // namespace portolan

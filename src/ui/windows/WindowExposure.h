@@ -7,6 +7,8 @@
 #include <QQuickWindow>
 #include <QtQmlIntegration>
 
+namespace portolan {
+
 /// Whether anything of the window that an item is in can be seen, so that nothing moves or ticks where nobody
 /// looks.
 class WindowExposure : public QObject
@@ -40,3 +42,5 @@ private:
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(WindowExposure, bool, m_isExposed, false,
                                          &WindowExposure::isExposedChanged)
 };
+
+} // namespace portolan

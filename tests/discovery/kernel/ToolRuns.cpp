@@ -12,6 +12,8 @@
 #include <grp.h>
 #include <unistd.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -84,3 +86,5 @@ QByteArray builtinAnswer(const Invocation &invocation, User user)
         throw std::runtime_error("the built-in tools do not answer");
     return answer->toUtf8();
 }
+
+} // namespace portolan

@@ -7,6 +7,8 @@
 
 #include <optional>
 
+namespace portolan {
+
 /// The three invocations, as discovery makes them.
 struct Invocation
 {
@@ -25,3 +27,5 @@ enum class User { self, nobody };
 [[nodiscard]] QByteArray realAnswer(const Invocation &invocation, User user = User::self);
 /// What the built-in one prints; as another user, that of a fresh process.
 [[nodiscard]] QByteArray builtinAnswer(const Invocation &invocation, User user = User::self);
+
+} // namespace portolan

@@ -6,6 +6,7 @@
 
 int main(int argc, char **argv)
 {
+    using namespace portolan;
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
         arguments.append(QString::fromUtf8(argv[i]));

@@ -12,6 +12,8 @@
 #include <atomic>
 #include <thread>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 static int ownPid()
@@ -122,3 +124,5 @@ TEST(BuiltinTools, AnswerManyThreadsAtOnce)
     threads.clear();
     EXPECT_EQ(wrong, 0);
 }
+
+} // namespace portolan

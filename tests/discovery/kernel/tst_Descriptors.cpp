@@ -14,6 +14,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+namespace portolan {
+
 using testing::Contains;
 
 namespace {
@@ -102,3 +104,5 @@ TEST(Descriptors, FindsSocketsWhileOtherDescriptorsComeAndGo)
         EXPECT_THAT(sockets, Contains(socket.farOne()));
     }
 }
+
+} // namespace portolan

@@ -10,6 +10,8 @@
 
 #include <linux/netlink.h>
 
+namespace portolan {
+
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -143,3 +145,5 @@ TEST(ListeningSockets, ManyFitThroughTheNetlinkBuffer)
     for (const LocalSocket &socket : sockets)
         EXPECT_TRUE(entryOf(list, socket.inode()));
 }
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace portolan {
+
 struct EscapeRow
 {
     std::string name;
@@ -98,3 +100,5 @@ TEST(LsofExecutableName, IsTheLinksLastPart)
     EXPECT_EQ(Lsof::executableName("node"), "node");
     EXPECT_EQ(Lsof::executableName(""), "");
 }
+
+} // namespace portolan

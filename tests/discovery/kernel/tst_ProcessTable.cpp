@@ -20,6 +20,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace portolan {
+
 using testing::Contains;
 using testing::IsEmpty;
 
@@ -174,3 +176,5 @@ TEST(ProcessTable, KnowsWhatAProcessHasBecome)
     sleeper.reset();
     EXPECT_EQ(statOf(pid), std::nullopt);
 }
+
+} // namespace portolan

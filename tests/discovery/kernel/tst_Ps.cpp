@@ -10,6 +10,8 @@
 #include <climits>
 #include <unistd.h>
 
+namespace portolan {
+
 struct PsRow
 {
     const char *name;
@@ -76,3 +78,5 @@ TEST(Ps, PrintsNothingForAThreadOfAProcess)
     EXPECT_EQ(Ps::stats(thread), "");
     EXPECT_NE(Ps::stats(getpid()), "");
 }
+
+} // namespace portolan

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -300,3 +302,5 @@ TEST_F(SocketOwnersTest, UnreadableTableIsAbsentAndForgetsNothing)
     EXPECT_THAT(find({500}), Optional(ElementsAre(node())));
     EXPECT_THAT(table.lookedThrough, IsEmpty());
 }
+
+} // namespace portolan

@@ -26,6 +26,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -427,3 +429,5 @@ TEST_P(ChangingPopulation, MakesNoDifference)
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, ChangingPopulation, testing::Values(1U, 2U, 3U));
+
+} // namespace portolan

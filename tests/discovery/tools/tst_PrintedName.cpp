@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 class PrintedNames : public testing::TestWithParam<QString>
@@ -27,3 +29,5 @@ TEST(PrintedName, KeepsWhatIsNoEscape)
         EXPECT_EQ(PrintedName::plain(text), text);
     EXPECT_EQ(PrintedName::plain(u"\\x41"_s), u"A"_s);
 }
+
+} // namespace portolan

@@ -21,6 +21,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -444,3 +446,5 @@ TEST_F(ShellRun, ManyThreadsRunAtOnce)
     }
     EXPECT_EQ(right, 8 * 12 * 2);
 }
+
+} // namespace portolan

@@ -5,6 +5,8 @@
 
 #include <limits>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 TEST(StrictInteger, TakesASignAndDigits)
@@ -102,3 +104,5 @@ INSTANTIATE_TEST_SUITE_P(
                     TextCase{"tooLarge", u"1e999"_s}, TextCase{"dashOnly", u"-"_s},
                     TextCase{"arabicDigits", u"٨"_s}),
     textName);
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 TEST(ToolPaths, TheFirstExecutableFileIsTaken)
@@ -29,3 +31,5 @@ TEST(ToolPaths, TheSystemsToolsAreFound)
     EXPECT_THAT((QStringList{u"/usr/sbin/lsof"_s, u"/usr/bin/lsof"_s}), testing::Contains(ToolPaths::lsof()));
     EXPECT_THAT((QStringList{u"/bin/ps"_s, u"/usr/bin/ps"_s}), testing::Contains(ToolPaths::ps()));
 }
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 TEST(ToolQuestions, AreAskedInExactlyTheseWords)
@@ -12,3 +14,5 @@ TEST(ToolQuestions, AreAskedInExactlyTheseWords)
     EXPECT_EQ(ToolQuestions::workingDirectory(4242).join(u' '), u"-a -p 4242 -d cwd -Fn"_s);
     EXPECT_EQ(ToolQuestions::stats(4242).join(u' '), u"-o etime=,%cpu=,rss= -p 4242"_s);
 }
+
+} // namespace portolan

@@ -17,6 +17,8 @@
 #include <ostream>
 #include <thread>
 
+namespace portolan {
+
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 using Connection = OddServer::Connection;
@@ -814,3 +816,5 @@ TEST(HealthCheckerCrowd, LeavesNoDescriptorBehind)
         std::this_thread::sleep_for(5ms);
     EXPECT_LE(openDescriptorCount(), before);
 }
+
+} // namespace portolan

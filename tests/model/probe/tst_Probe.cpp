@@ -4,6 +4,8 @@
 
 #include <string>
 
+namespace portolan {
+
 using namespace std::chrono_literals;
 using Clock = Probe::Clock;
 using Next = Probe::Next;
@@ -117,3 +119,5 @@ TEST_F(ProbeOfAPort, SettlesForTheRedirectThatCannotBeFollowed)
     probe->settleForRedirect(start + 3ms);
     EXPECT_EQ(outcome.result(), Health::healthy(307, 3));
 }
+
+} // namespace portolan

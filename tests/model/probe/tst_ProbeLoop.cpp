@@ -10,6 +10,8 @@
 
 #include <sys/resource.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
@@ -127,3 +129,5 @@ TEST(ProbeLoop, SleepsWithoutAWakeUpWhileThereIsNothingToProbe)
     std::this_thread::sleep_for(Probe::totalLimit + 500ms);
     EXPECT_EQ(sleepCount(threads.first()), before);
 }
+
+} // namespace portolan

@@ -6,6 +6,8 @@
 
 #include <sys/eventfd.h>
 
+namespace portolan {
+
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
@@ -31,3 +33,5 @@ TEST(ProbeSet, CountsWhatArrivedWhileNobodyReadIt)
         EXPECT_EQ(outcome.result().status(), 200);
     EXPECT_EQ(server.methods(), QList<QByteArray>(200, "HEAD"));
 }
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <ostream>
 
+namespace portolan {
+
 struct Redirection
 {
     const char *name;
@@ -109,3 +111,5 @@ TEST(RequestTarget, ComesBackFromElsewhere)
     EXPECT_EQ(back->port(), 3000);
     EXPECT_EQ(back->path(), "/d");
 }
+
+} // namespace portolan

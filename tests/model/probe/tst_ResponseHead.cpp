@@ -5,6 +5,8 @@
 #include <ostream>
 #include <string>
 
+namespace portolan {
+
 using namespace std::string_literals;
 using State = ResponseHead::State;
 
@@ -146,3 +148,5 @@ TEST(ResponseHead, StaysWhatItIsOnceComplete)
     EXPECT_EQ(head.read("garbage\r\n"), State::complete);
     EXPECT_EQ(head.status(), 200);
 }
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -46,3 +48,5 @@ TEST(Characters, ThatHideOrDoThingsAreNot)
     for (const std::u32string &text : texts)
         EXPECT_EQ(among(text, true), U"");
 }
+
+} // namespace portolan

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 struct FrameworkRow
@@ -84,3 +86,5 @@ TEST(Framework, EqualCasesHashAlike)
     EXPECT_EQ(qHash(Framework(Framework::vue)), qHash(Framework(Framework::vue)));
     EXPECT_NE(qHash(Framework(Framework::vue)), qHash(Framework(Framework::nuxt)));
 }
+
+} // namespace portolan

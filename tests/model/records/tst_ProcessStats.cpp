@@ -5,6 +5,8 @@
 
 #include <limits>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 struct UptimeCase
@@ -71,3 +73,5 @@ TEST(ProcessStats, ZerosOfBothSignsAreEqualAndHashAlike)
     EXPECT_EQ(plus, minus);
     EXPECT_EQ(qHash(plus), qHash(minus));
 }
+
+} // namespace portolan

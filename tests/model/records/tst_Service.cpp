@@ -6,6 +6,8 @@
 
 #include <functional>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 static Service shop()
@@ -108,3 +110,5 @@ TEST(Health, OnlyAResponseIsHealthyWhateverItsStatus)
     EXPECT_FALSE(Health::unreachable().isHealthy());
     EXPECT_EQ(Health(), Health::unknown());
 }
+
+} // namespace portolan

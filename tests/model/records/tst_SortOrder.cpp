@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 TEST(SortOrder, CasesHaveTheirStoredTextAndLabel)
@@ -29,3 +31,5 @@ TEST(SortOrder, DefaultsToPort)
 {
     EXPECT_EQ(SortOrder(), SortOrder::port);
 }
+
+} // namespace portolan

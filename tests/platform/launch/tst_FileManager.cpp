@@ -14,6 +14,8 @@
 
 #include <gmock/gmock.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -161,5 +163,7 @@ TEST_F(FileManagerTest, IsReplacedOnTheSessionsBusAfterFiveSecondsOfSilence)
     EXPECT_GE(time.elapsed(), 5000 * 95 / 100); // the bus library counts in coarse timers
     EXPECT_GT(ticker.ticks(), 100);
 }
+
+} // namespace portolan
 
 #include "tst_FileManager.moc"

@@ -11,6 +11,8 @@
 #include <pwd.h>
 #include <unistd.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -275,3 +277,5 @@ TEST(Terminal, LeavesTheUserAShellWhereTheFolderIsGone)
     QProcess::execute(command->arguments[1], command->arguments.sliced(2));
     EXPECT_EQ(recorders.record(u"shell"_s).folder, QDir::currentPath());
 }
+
+} // namespace portolan

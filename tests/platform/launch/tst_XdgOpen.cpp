@@ -8,6 +8,8 @@
 #include <sys/prctl.h>
 #include <sys/wait.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -105,3 +107,5 @@ TEST_F(XdgOpenTest, StartsNothingWhereItIsNotInstalled)
     EXPECT_FALSE(XdgOpen::addressWatched(url, 30s));
     EXPECT_EQ(m_orphanage.collect(), 0);
 }
+
+} // namespace portolan

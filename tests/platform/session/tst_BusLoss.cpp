@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 TEST(BusLoss, IsToldOnceTheBusHasGone)
 {
     PrivateBus bus;
@@ -15,3 +17,5 @@ TEST(BusLoss, IsToldOnceTheBusHasGone)
 
     EXPECT_TRUE(eventually([&] { return occurrences == 1; }));
 }
+
+} // namespace portolan

@@ -10,6 +10,8 @@
 #include <memory>
 #include <optional>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using Outcome = SingleInstance::Outcome;
 
@@ -120,3 +122,5 @@ TEST(SingleInstanceInFolder, TheEndOfTheFirstMakesRoom)
     SingleInstance next(noBus, folder.path());
     EXPECT_EQ(next.claim(StartRequest::Open), Outcome::First);
 }
+
+} // namespace portolan

@@ -15,6 +15,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using Status = Autostart::Status;
 
@@ -308,3 +310,5 @@ TEST_P(AutostartPrograms, AreStartedBySystemd)
 INSTANTIATE_TEST_SUITE_P(Folders, AutostartPrograms,
                          testing::Values(u"plain"_s, u"two words"_s, u"it's \"quoted\""_s, u"$HOME `id`"_s,
                                          u"back\\slash"_s, u"größe"_s));
+
+} // namespace portolan

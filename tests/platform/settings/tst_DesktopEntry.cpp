@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -159,3 +161,5 @@ TEST(DesktopEntry, TakesTheFirstWordOfAnyCommandLine)
     EXPECT_EQ(DesktopEntry::programOf("\"unfinished"), u"unfinished"_s);
     EXPECT_EQ(DesktopEntry::programOf("\"a\\\\"), u"a\\"_s);
 }
+
+} // namespace portolan

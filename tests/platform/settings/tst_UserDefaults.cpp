@@ -18,6 +18,8 @@
 
 #include <optional>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using Presence = UserDefaults::Presence;
 
@@ -398,3 +400,5 @@ INSTANTIATE_TEST_SUITE_P(
                     ConfigHome{"empty", "", u"/home/ada/.config/portolan/settings.json"_s},
                     ConfigHome{"unset", std::nullopt, u"/home/ada/.config/portolan/settings.json"_s}),
     [](const auto &row) { return std::string(row.param.name); });
+
+} // namespace portolan

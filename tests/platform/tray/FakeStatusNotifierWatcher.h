@@ -5,6 +5,8 @@
 #include <QObject>
 #include <QStringList>
 
+namespace portolan {
+
 /// The panel's side of the protocol: takes registrations and says whether it shows icons.
 class FakeStatusNotifierWatcher : public QObject, protected QDBusContext
 {
@@ -55,3 +57,5 @@ private:
     QStringList m_items;
     bool m_hasHost;
 };
+
+} // namespace portolan

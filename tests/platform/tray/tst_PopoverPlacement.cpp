@@ -14,6 +14,8 @@ void PrintTo(const QPoint &point, std::ostream *out)
     *out << point.x() << ',' << point.y();
 }
 
+namespace portolan {
+
 namespace {
 
 constexpr QSize Popover(384, 600);
@@ -159,3 +161,5 @@ TEST(PopoverPlacement, FallsBackToTheRightEndOfThePanel)
     EXPECT_EQ(PopoverPlacement::fallbackAnchor({LeftPanel}), QPoint(1279, 0));
     EXPECT_EQ(PopoverPlacement::fallbackAnchor({Bare}), QPoint(1279, 0));
 }
+
+} // namespace portolan

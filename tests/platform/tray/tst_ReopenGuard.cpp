@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 using namespace std::chrono_literals;
 
 namespace {
@@ -43,3 +45,5 @@ TEST(ReopenGuard, CountsFromTheLastLoss)
     guard.closedByFocusLoss(Now + 1s);
     EXPECT_TRUE(guard.swallowsActivation(Now + 1200ms));
 }
+
+} // namespace portolan

@@ -12,6 +12,8 @@
 
 #include <optional>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -262,3 +264,5 @@ TEST_F(SniStatus, NeedsNoPreparationToShowItsMenu)
     EXPECT_EQ(qdbus_cast<QList<int>>(group.arguments().at(0)), QList<int>());
     EXPECT_EQ(qdbus_cast<QList<int>>(group.arguments().at(1)), QList<int>{8});
 }
+
+} // namespace portolan

@@ -8,6 +8,8 @@
 #include <mutex>
 #include <optional>
 
+namespace portolan {
+
 /// A window of the software renderer, in which items are put at places of their own and looked at.
 class Scene
 {
@@ -62,3 +64,5 @@ public:
 private:
     std::optional<QQuickWindow> m_window;
 };
+
+} // namespace portolan

@@ -12,6 +12,8 @@
 #include <cmath>
 #include <cstdio>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -52,8 +54,11 @@ QList<Setting> settings(const QStringList &arguments)
 
 } // namespace
 
+} // namespace portolan
+
 int main(int argc, char **argv)
 {
+    using namespace portolan;
     const QGuiApplication app(argc, argv);
     const QStringList arguments = app.arguments();
     if (arguments.size() < 2) {

@@ -10,6 +10,8 @@
 #include <cmath>
 #include <numbers>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -297,3 +299,5 @@ TEST(SymbolicSvg, CanBeRecoloured)
     EXPECT_TRUE(svg.contains("class=\"ColorScheme-Text\""));
     EXPECT_TRUE(svg.contains("fill:currentColor"));
 }
+
+} // namespace portolan

@@ -15,6 +15,8 @@
 #include <cmath>
 #include <memory>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 // Run at several logical resolutions, and without a screen, see CMakeLists.txt.
@@ -152,3 +154,5 @@ TEST_F(ExactText, IsCutShortInLess)
     item->setWidth(item->implicitWidth() - 4);
     EXPECT_TRUE(item->property("truncated").toBool());
 }
+
+} // namespace portolan

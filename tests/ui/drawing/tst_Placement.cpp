@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 namespace {
 
 constexpr QSizeF size(180, 240);
@@ -60,3 +62,5 @@ TEST(PlacementOfAHint, KeepsADistanceFromTheEdge)
 }
 
 } // namespace
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 TEST(PortolanShape, ShowsTheFigureInItsColour)
 {
     Scene scene(Qt::black);
@@ -44,3 +46,5 @@ TEST(PortolanShape, ShowsNothingWithoutASize)
     shape.setColor(Qt::white);
     EXPECT_EQ(scene.pixels(), empty);
 }
+
+} // namespace portolan

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 // Run at several scales, see CMakeLists.txt.
 
 namespace {
@@ -134,3 +136,5 @@ TEST_F(RoundedRectInWindow, MayBeSmallerThanItsLine)
     const QImage image = shown();
     EXPECT_EQ(image.pixelColor(0, image.height() / 2).red(), 255);
 }
+
+} // namespace portolan

@@ -11,6 +11,8 @@
 
 #include <memory>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 // Run at several scales, see CMakeLists.txt.
@@ -176,3 +178,5 @@ TEST(Symbol, ShowsNothingForAnUnknownName)
         EXPECT_EQ(symbol.implicitWidth(), SymbolSet::box(symbol.size()));
     }
 }
+
+} // namespace portolan

@@ -13,6 +13,8 @@
 #include <cmath>
 #include <ostream>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -240,3 +242,5 @@ TEST(SymbolStroke, IsNeverThinnerThanAPixel)
     for (const qreal scale : {1.0, 1.25, 1.5, 2.0})
         EXPECT_GE(SymbolSet::stroke(8.5, QFont::Normal, scale), scale);
 }
+
+} // namespace portolan

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -81,3 +83,5 @@ TEST(Theme, HasNoOtherColours)
     const QMetaObject &theme = Theme::staticMetaObject;
     EXPECT_EQ(theme.propertyCount() - theme.propertyOffset(), int(std::size(rows)));
 }
+
+} // namespace portolan

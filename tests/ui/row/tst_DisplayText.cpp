@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -69,3 +71,5 @@ TEST(DisplayText, IsolatesWhatStandsInASentence)
 }
 
 } // namespace
+
+} // namespace portolan

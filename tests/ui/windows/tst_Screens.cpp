@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 // Run with a screen and without one, see CMakeLists.txt.
 
 TEST(Screens, ArePlacesToShowThingsAlways)
@@ -21,3 +23,5 @@ TEST(Screens, ArePlacesToShowThingsAlways)
     EXPECT_EQ(popover.size(), QSize(384, 300));
     EXPECT_TRUE(areas.first().available.contains(popover));
 }
+
+} // namespace portolan
