@@ -5,7 +5,7 @@
 namespace portolan {
 
 /// The brand figure, filling the item.
-class PortolanShape : public TintedItem
+class PortolanShape : public portolan::TintedItem
 {
     Q_OBJECT
     QML_ELEMENT

@@ -6,7 +6,7 @@ namespace portolan {
 
 /// Eight spokes, the brightest of which is number `step` (clockwise from the top), as one image: sharp at
 /// every size and scale.
-class SpinnerWheel : public TintedItem
+class SpinnerWheel : public portolan::TintedItem
 {
     Q_OBJECT
     QML_ELEMENT

@@ -9,7 +9,7 @@ namespace portolan {
 /// A symbol of the set, shown as a character of a font of `size` device-independent pixels and of `weight`
 /// would be: in a square box of about 4/3 of the size, rounded to a multiple of four, so that the box is a
 /// whole number of pixels at every quarter of a scale. An unknown name shows nothing and keeps the box.
-class Symbol : public TintedItem
+class Symbol : public portolan::TintedItem
 {
     Q_OBJECT
     QML_ELEMENT

@@ -7,7 +7,7 @@
 namespace portolan {
 
 /// An item that shows a figure of one colour.
-class TintedItem : public PixelItem
+class TintedItem : public portolan::PixelItem
 {
     Q_OBJECT
     QML_ANONYMOUS
