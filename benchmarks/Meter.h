@@ -7,6 +7,8 @@
 
 #include <sys/resource.h>
 
+namespace portolan {
+
 /// What something cost, in milliseconds.
 struct Cost
 {
@@ -55,3 +57,5 @@ inline void report(const char *name, const Cost &cost)
 {
     std::printf("%s %.4f %.4f %.4f\n", name, cost.wall, cost.cpu, cost.children);
 }
+
+} // namespace portolan

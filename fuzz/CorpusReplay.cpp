@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+namespace portolan {
+
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size);
 
 namespace {
@@ -57,3 +59,5 @@ INSTANTIATE_TEST_SUITE_P(Files, Corpus, testing::ValuesIn(files()), [](const aut
     }
     return name;
 });
+
+} // namespace portolan

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+namespace portolan {
+
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
 {
     const QString text = QString::fromUtf8(QByteArrayView(data, qsizetype(size)));
@@ -21,3 +23,5 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
     }));
     return 0;
 }
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <QByteArrayView>
 
+namespace portolan {
+
 using PortScanner::parseListeners;
 using PortScanner::RawListener;
 
@@ -28,3 +30,5 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
         require(text.contains(listener.command));
     return 0;
 }
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace portolan {
+
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
 {
     const QByteArray bytes(reinterpret_cast<const char *>(data), qsizetype(size));
@@ -25,3 +27,5 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
     require(ProjectDetector::capitalized(text).isEmpty() == text.isEmpty());
     return 0;
 }
+
+} // namespace portolan

@@ -6,6 +6,8 @@
 
 #include <cmath>
 
+namespace portolan {
+
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
 {
     const QString text = QString::fromUtf8(QByteArrayView(data, qsizetype(size)));
@@ -18,3 +20,5 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
         require(std::isfinite(stats->cpuPercent) && std::isfinite(stats->memoryMB));
     return 0;
 }
+
+} // namespace portolan

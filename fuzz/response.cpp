@@ -3,6 +3,8 @@
 #include "Require.h"
 #include "ResponseHead.h"
 
+namespace portolan {
+
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
 {
     const std::string_view bytes(reinterpret_cast<const char *>(data), size);
@@ -25,3 +27,5 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
     }
     return 0;
 }
+
+} // namespace portolan

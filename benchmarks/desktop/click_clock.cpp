@@ -14,6 +14,8 @@
 #include <xcb/xcb.h>
 #include <xcb/xtest.h>
 
+namespace portolan {
+
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -74,8 +76,11 @@ bool isPicture(const Pixels &pixels, const Pixels &before)
 
 } // namespace
 
+} // namespace portolan
+
 int main(int argc, char **argv)
 {
+    using namespace portolan;
     if (argc != 7)
         return 2;
     const auto number = [&](int i) { return std::int16_t(std::stoi(argv[i])); };

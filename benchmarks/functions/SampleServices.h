@@ -4,6 +4,8 @@
 
 #include <QList>
 
+namespace portolan {
+
 /// `count` servers as a scan finds them, sorted by port; their figures depend on `round`, as they do from one
 /// scan to the next, and every twentieth is another process in each round.
 inline QList<Service> sampleServices(qsizetype count, int round = 0)
@@ -27,3 +29,5 @@ inline QList<Service> sampleServices(qsizetype count, int round = 0)
     }
     return services;
 }
+
+} // namespace portolan

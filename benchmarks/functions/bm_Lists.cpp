@@ -13,6 +13,8 @@
 
 #include <atomic>
 
+namespace portolan {
+
 namespace {
 
 void visible(benchmark::State &state)
@@ -125,3 +127,5 @@ BENCHMARK(searchModel)
     ->Arg(10'000)
     ->Unit(benchmark::kMillisecond)
     ->MeasureProcessCPUTime();
+
+} // namespace portolan

@@ -5,6 +5,8 @@
 
 #include <benchmark/benchmark.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -46,3 +48,5 @@ void detectFromPackage(benchmark::State &state)
 BENCHMARK(parseListeners)->Arg(50)->Arg(1'000)->Arg(10'000);
 BENCHMARK(parseStats);
 BENCHMARK(detectFromPackage);
+
+} // namespace portolan

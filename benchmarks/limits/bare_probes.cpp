@@ -11,6 +11,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+namespace portolan {
+
 namespace {
 
 // The connection stands by the time connect() returns: both ends are on this machine.
@@ -58,8 +60,11 @@ int probeAll(int count, char **ports)
 
 } // namespace
 
+} // namespace portolan
+
 int main(int argc, char **argv)
 {
+    using namespace portolan;
     if (argc < 3)
         return 2;
     std::vector<Cost> rounds;

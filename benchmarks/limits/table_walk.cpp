@@ -18,6 +18,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+namespace portolan {
+
 namespace {
 
 /// Adds the inodes of one family's listening sockets.
@@ -107,8 +109,11 @@ size_t walk()
 
 } // namespace
 
+} // namespace portolan
+
 int main(int argc, char **argv)
 {
+    using namespace portolan;
     if (argc != 2)
         return 2;
     size_t owners = 0;

@@ -9,6 +9,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace portolan {
+
 /// Processes that live as long as this one.
 class Children
 {
@@ -49,3 +51,5 @@ public:
 private:
     std::vector<pid_t> m_pids;
 };
+
+} // namespace portolan

@@ -9,6 +9,8 @@
 
 #include <fcntl.h>
 
+namespace portolan {
+
 namespace {
 
 void idle(int descriptors, bool isAwake)
@@ -25,8 +27,11 @@ void idle(int descriptors, bool isAwake)
 
 } // namespace
 
+} // namespace portolan
+
 int main(int argc, char **argv)
 {
+    using namespace portolan;
     if (argc != 4)
         return 2;
     const int count = std::stoi(argv[1]);

@@ -8,6 +8,8 @@
 #include <netinet/in.h>
 #include <sys/socket.h>
 
+namespace portolan {
+
 namespace {
 
 constexpr char answer[] = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\nConnection: close\r\n\r\n";
@@ -41,8 +43,11 @@ void serve(const char *folder, int listener)
 
 } // namespace
 
+} // namespace portolan
+
 int main(int argc, char **argv)
 {
+    using namespace portolan;
     Children children;
     std::string ports;
     for (int i = 1; i < argc; ++i) {

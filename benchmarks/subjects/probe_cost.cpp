@@ -10,6 +10,7 @@
 
 int main(int argc, char **argv)
 {
+    using namespace portolan;
     const QCoreApplication application(argc, argv);
     if (argc < 3)
         return 2;

@@ -16,6 +16,7 @@ using namespace std::chrono_literals;
 
 int main(int argc, char **argv)
 {
+    using namespace portolan;
     QCoreApplication application(argc, argv);
     if (argc != 2)
         return 2;

@@ -12,6 +12,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+namespace portolan {
+
 namespace {
 
 /// Has every server run between two scans, as a probe does: a process that sleeps is cheaper to look at.
@@ -30,8 +32,11 @@ void wake(const QList<Service> &services)
 
 } // namespace
 
+} // namespace portolan
+
 int main(int argc, char **argv)
 {
+    using namespace portolan;
     const QCoreApplication application(argc, argv);
     if (argc < 2)
         return 2;

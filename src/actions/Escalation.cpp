@@ -2,6 +2,8 @@
 
 #include <csignal>
 
+namespace portolan {
+
 Escalation::Escalation(std::chrono::milliseconds grace)
     : m_grace(grace)
     , m_thread([this](const std::stop_token &stop) { run(stop); })
@@ -30,3 +32,5 @@ void Escalation::run(const std::stop_token &stop)
         m_pending.pop_front();
     }
 }
+
+} // namespace portolan

@@ -10,6 +10,8 @@
 #include <stop_token>
 #include <thread>
 
+namespace portolan {
+
 /// Kills processes that had their time to end by themselves. Any thread; needs no event loop. Destroying it
 /// spares those whose time is not over.
 class Escalation
@@ -36,3 +38,5 @@ private:
         m_pending;         ///< guarded by m_mutex; in the order of their time, for all have the same grace
     std::jthread m_thread; ///< the last member: ends before what it uses
 };
+
+} // namespace portolan

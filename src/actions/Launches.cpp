@@ -4,6 +4,8 @@
 
 #include <system_error>
 
+namespace portolan {
+
 void Launches::start(const QString &program, const QStringList &arguments)
 {
     m_launches.remove_if([](const Launch &launch) { return launch.isOver.load(); });
@@ -18,3 +20,5 @@ void Launches::start(const QString &program, const QStringList &arguments)
         m_launches.pop_back();
     }
 }
+
+} // namespace portolan

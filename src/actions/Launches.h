@@ -6,6 +6,8 @@
 #include <list>
 #include <thread>
 
+namespace portolan {
+
 /// Runs the user's programs by Shell::run without blocking who asks for it: each on a thread that ends with
 /// its program. Destroying it ends the waiting, not the programs. Main thread.
 class Launches
@@ -23,3 +25,5 @@ private:
 
     std::list<Launch> m_launches;
 };
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include "LoginItem_p.h"
 
+namespace portolan {
+
 LoginItem::Status LoginItem::status()
 {
     return Autostart::ofThisProgram().status();
@@ -21,3 +23,5 @@ bool LoginItem::setEnabled(bool enabled)
 {
     return setEnabled(enabled, Autostart::ofThisProgram());
 }
+
+} // namespace portolan

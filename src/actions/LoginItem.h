@@ -2,6 +2,8 @@
 
 #include "Autostart.h"
 
+namespace portolan {
+
 /// Whether the program starts by itself when the user logs in. The desktop holds the state; nothing is kept
 /// here. Main thread; reads and writes one small file.
 namespace LoginItem {
@@ -16,3 +18,5 @@ using Status = Autostart::Status;
 bool setEnabled(bool enabled);
 
 } // namespace LoginItem
+
+} // namespace portolan

@@ -5,6 +5,8 @@
 #include <chrono>
 #include <memory>
 
+namespace portolan {
+
 class ProcessHandle;
 
 /// What the user can do to a discovered server. Every action acts at once, on the main thread, without
@@ -38,3 +40,5 @@ void openInEditor(const Service &service);
 void openInTerminal(const Service &service);
 
 } // namespace ServiceActions
+
+} // namespace portolan

@@ -2,7 +2,11 @@
 
 #include "XdgOpen.h"
 
+namespace portolan {
+
 void ServiceActions::openInBrowser(const Service &service)
 {
     XdgOpen::address(service.url());
 }
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include "Pasteboard.h"
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 void ServiceActions::copyURL(const Service &service)
@@ -13,3 +15,5 @@ void ServiceActions::copyPort(const Service &service)
 {
     Pasteboard::setText(QString::number(service.port));
 }
+
+} // namespace portolan

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -59,3 +61,5 @@ void ServiceActions::openInTerminal(const Service &service)
     if (service.folderPath)
         Terminal::open(*service.folderPath);
 }
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <QStringList>
 
+namespace portolan {
+
 namespace ServiceActions {
 
 /// The launchers of the code editors, the preferred one first.
@@ -13,3 +15,5 @@ namespace ServiceActions {
 void openInEditor(const Service &service, const QStringList &candidates);
 
 } // namespace ServiceActions
+
+} // namespace portolan

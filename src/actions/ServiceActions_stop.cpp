@@ -6,6 +6,8 @@
 #include <csignal>
 #include <system_error>
 
+namespace portolan {
+
 void ServiceActions::stop(const Service &service)
 {
     stop(std::make_shared<ProcessHandle>(service.pid));
@@ -21,3 +23,5 @@ void ServiceActions::stop(std::shared_ptr<const ProcessHandle> process)
         // On a machine that has no thread left it stays at SIGTERM.
     }
 }
+
+} // namespace portolan

@@ -18,6 +18,8 @@
 
 #include <cstdio>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -110,3 +112,5 @@ int DesktopProgram::run(int argc, char **argv)
     describe(application);
     return serve(options.request);
 }
+
+} // namespace portolan

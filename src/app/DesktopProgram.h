@@ -1,5 +1,7 @@
 #pragma once
 
+namespace portolan {
+
 /// The program portolan behind its entry point.
 namespace DesktopProgram {
 
@@ -7,3 +9,5 @@ namespace DesktopProgram {
 [[nodiscard]] int run(int argc, char **argv);
 
 } // namespace DesktopProgram
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -48,3 +50,5 @@ QString StartOptions::helpText()
            "  --help, -h      print this and exit\n"
            "  --version       print the version and exit\n"_s;
 }
+
+} // namespace portolan

@@ -7,6 +7,8 @@
 
 #include <variant>
 
+namespace portolan {
+
 /// What the command line asks for.
 struct StartOptions
 {
@@ -34,3 +36,5 @@ struct StartOptions
     /// What --help prints.
     [[nodiscard]] static QString helpText();
 };
+
+} // namespace portolan

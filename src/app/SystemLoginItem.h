@@ -3,6 +3,8 @@
 #include "LoginItem.h"
 #include "LoginItemFace.h"
 
+namespace portolan {
+
 /// The desktop's own login item, shown to the views.
 class SystemLoginItem final : public LoginItemFace
 {
@@ -17,3 +19,5 @@ public:
     }
     bool setEnabled(bool enabled) override { return LoginItem::setEnabled(enabled); }
 };
+
+} // namespace portolan

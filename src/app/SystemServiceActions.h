@@ -3,6 +3,8 @@
 #include "ServiceActions.h"
 #include "ServiceActionsFace.h"
 
+namespace portolan {
+
 /// What the views ask for, done for real.
 class SystemServiceActions final : public ServiceActionsFace
 {
@@ -19,3 +21,5 @@ public:
     void openInEditor(const Service &service) override { ServiceActions::openInEditor(service); }
     void openInTerminal(const Service &service) override { ServiceActions::openInTerminal(service); }
 };
+
+} // namespace portolan

@@ -2,5 +2,5 @@
 
 int main(int argc, char **argv)
 {
-    return DesktopProgram::run(argc, argv);
+    return portolan::DesktopProgram::run(argc, argv);
 }

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <array>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -155,3 +157,5 @@ std::variant<CommandLine, CommandLine::Error> CommandLine::parse(const QStringLi
 {
     return Reader(arguments, commands).read();
 }
+
+} // namespace portolan

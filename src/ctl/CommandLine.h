@@ -10,6 +10,8 @@
 #include <span>
 #include <variant>
 
+namespace portolan {
+
 /// What a command takes on the command line.
 struct CommandShape
 {
@@ -55,3 +57,5 @@ struct CommandLine
     [[nodiscard]] static std::variant<CommandLine, Error> parse(const QStringList &arguments,
                                                                 std::span<const CommandShape> commands);
 };
+
+} // namespace portolan

@@ -7,6 +7,8 @@
 
 #include <array>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 std::span<const Command> commands()
@@ -28,3 +30,5 @@ std::span<const Command> commands()
     };
     return table;
 }
+
+} // namespace portolan

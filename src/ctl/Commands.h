@@ -4,6 +4,8 @@
 
 #include <span>
 
+namespace portolan {
+
 /// What portolanctl can do: one row per command.
 struct Command
 {
@@ -15,3 +17,5 @@ struct Command
 
 /// All commands, in the order in which the help names them; the first is done where none is named.
 [[nodiscard]] std::span<const Command> commands();
+
+} // namespace portolan

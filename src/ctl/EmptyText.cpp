@@ -1,5 +1,7 @@
 #include "EmptyText.h"
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 QString emptyText(bool isSearching, int columns, const Ink &ink)
@@ -10,3 +12,5 @@ QString emptyText(bool isSearching, int columns, const Ink &ink)
     const bool fits = title.size() + message.size() <= columns;
     return ink(Tone::strong, title) + (fits ? ink(Tone::faint, message) : QString());
 }
+
+} // namespace portolan

@@ -11,6 +11,8 @@
 #include <memory>
 #include <vector>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -124,3 +126,5 @@ bool Ending::of(const QList<Service> &services, const std::function<QList<Servic
         (void)Output::write(u"Stopping %1…\n"_s.arg(described(one.service)).toUtf8());
     return reportEnds(std::move(stopping)) && strange.empty();
 }
+
+} // namespace portolan

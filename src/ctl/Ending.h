@@ -6,6 +6,8 @@
 
 #include <functional>
 
+namespace portolan {
+
 /// The end of servers, from the signal to the last word about it.
 namespace Ending {
 
@@ -16,3 +18,5 @@ namespace Ending {
 [[nodiscard]] bool of(const QList<Service> &services, const std::function<QList<Service>()> &lookAgain);
 
 } // namespace Ending
+
+} // namespace portolan

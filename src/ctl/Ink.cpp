@@ -2,6 +2,8 @@
 
 #include <array>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -47,3 +49,5 @@ QString Ink::operator()(Tone tone, const QString &text) const
         return text;
     return "\x1b["_L1 + chosen + u'm' + text + "\x1b[0m"_L1;
 }
+
+} // namespace portolan

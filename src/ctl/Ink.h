@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+namespace portolan {
+
 /// What a piece of text is, as far as its colour goes.
 enum class Tone : quint8 {
     plain,
@@ -35,3 +37,5 @@ public:
 private:
     Depth m_depth = Depth::none;
 };
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 #include <array>
 #include <utility>
 
+namespace portolan {
+
 namespace {
 
 struct Row
@@ -55,3 +57,5 @@ std::optional<Key> KeyReader::read(char character)
     // Behind an Escape that was a key of its own comes another key.
     return keyOf(sent.size() == 2 ? sent.last(1) : sent);
 }
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <optional>
 
+namespace portolan {
+
 /// What a key means to the living list.
 enum class Key : quint8 { quit, up, down, pageUp, pageDown, home, end };
 
@@ -17,3 +19,5 @@ public:
 private:
     QByteArray m_sequence; ///< what came from an Escape on
 };
+
+} // namespace portolan

@@ -14,6 +14,8 @@
 #include <QEventLoop>
 #include <QTimer>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -72,3 +74,5 @@ QString ListCommand::progressText(bool isScanning, const QList<Service> &service
         services, [](const Service &service) { return service.health.state() != Health::State::unknown; });
     return u"Asking the servers… %1 of %2"_s.arg(answered).arg(services.size());
 }
+
+} // namespace portolan

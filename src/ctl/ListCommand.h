@@ -3,6 +3,8 @@
 #include "CommandLine.h"
 #include "Service.h"
 
+namespace portolan {
+
 /// `portolanctl list`: one look at the machine.
 namespace ListCommand {
 
@@ -13,3 +15,5 @@ namespace ListCommand {
 [[nodiscard]] QString progressText(bool isScanning, const QList<Service> &services);
 
 } // namespace ListCommand
+
+} // namespace portolan

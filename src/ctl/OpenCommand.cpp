@@ -7,6 +7,8 @@
 #include "TerminalText.h"
 #include "XdgOpen.h"
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -43,3 +45,5 @@ int OpenCommand::run(const CommandLine &line)
     }
     return isWritten ? 0 : 1;
 }
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include "CommandLine.h"
 
+namespace portolan {
+
 /// `portolanctl open PORT`: a server in the browser.
 namespace OpenCommand {
 
@@ -9,3 +11,5 @@ namespace OpenCommand {
 [[nodiscard]] int run(const CommandLine &line);
 
 } // namespace OpenCommand
+
+} // namespace portolan

@@ -12,6 +12,8 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -78,3 +80,5 @@ bool Output::write(QByteArrayView bytes)
     }
     return true;
 }
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <QByteArrayView>
 
+namespace portolan {
+
 /// What standard output is connected to, and writing to it.
 namespace Output {
 
@@ -34,3 +36,5 @@ void complain(const QString &message);
 [[nodiscard]] bool write(QByteArrayView bytes);
 
 } // namespace Output
+
+} // namespace portolan

@@ -10,6 +10,8 @@
 #include <csignal>
 #include <vector>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -86,3 +88,5 @@ QString Program::helpText()
            "  --help, -h      print this and exit\n"
            "  --version       print the version and exit\n"_s;
 }
+
+} // namespace portolan

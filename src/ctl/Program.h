@@ -2,6 +2,8 @@
 
 #include <QString>
 
+namespace portolan {
+
 /// The program portolanctl behind its entry point.
 namespace Program {
 
@@ -21,3 +23,5 @@ constexpr int usageError = 2;
 [[nodiscard]] QString helpText();
 
 } // namespace Program
+
+} // namespace portolan

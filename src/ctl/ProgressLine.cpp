@@ -5,6 +5,8 @@
 
 #include <chrono>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -38,3 +40,5 @@ void ProgressLine::draw()
     const QString text = TerminalText::elided(m_text, Output::size().columns - 1);
     (void)Output::write(("\r"_L1 + m_ink(Tone::faint, text) + "\x1b[K"_L1).toUtf8());
 }
+
+} // namespace portolan

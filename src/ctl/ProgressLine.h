@@ -5,6 +5,8 @@
 #include <QString>
 #include <QTimer>
 
+namespace portolan {
+
 /// One line on the terminal that says what is being waited for. It appears only when the wait is long enough
 /// to be noticed, and leaves no trace.
 class ProgressLine
@@ -26,3 +28,5 @@ private:
     bool m_isDrawn = false;
     QTimer m_delay;
 };
+
+} // namespace portolan

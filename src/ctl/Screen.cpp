@@ -9,6 +9,8 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -115,3 +117,5 @@ void Screen::readSignals()
     m_shown.clear();
     Q_EMIT lostPicture();
 }
+
+} // namespace portolan

@@ -11,6 +11,8 @@
 
 #include <termios.h>
 
+namespace portolan {
+
 /// The whole terminal as a picture that is replaced at will. The terminal is as it was before once this is
 /// gone.
 class Screen : public QObject
@@ -46,3 +48,5 @@ private:
     QSocketNotifier m_signals;
     QString m_shown;
 };
+
+} // namespace portolan

@@ -7,6 +7,8 @@
 #include <QJsonObject>
 #include <QUrl>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -92,3 +94,5 @@ QByteArray ServiceJson::of(const QList<Service> &services, const QSet<qint64> &p
         json += '\n';
     return withHarmlessTexts(json);
 }
+
+} // namespace portolan

@@ -6,6 +6,8 @@
 #include <QList>
 #include <QSet>
 
+namespace portolan {
+
 /// The list as JSON for programs. Pure functions.
 namespace ServiceJson {
 
@@ -16,3 +18,5 @@ enum class Layout : bool { oneLine, indented };
 [[nodiscard]] QByteArray of(const QList<Service> &services, const QSet<qint64> &pinnedPorts, Layout layout);
 
 } // namespace ServiceJson
+
+} // namespace portolan

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+namespace portolan {
+
 namespace {
 
 /// A number as people write it: digits alone, from 1 to `most`.
@@ -33,3 +35,5 @@ bool ServiceOperand::means(const Service &service) const
 {
     return service.port == port && (!pid || service.pid == *pid);
 }
+
+} // namespace portolan

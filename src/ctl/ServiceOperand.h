@@ -6,6 +6,8 @@
 
 #include <optional>
 
+namespace portolan {
+
 /// What an operand means: the servers on a port, or one of them by its id.
 struct ServiceOperand
 {
@@ -19,3 +21,5 @@ struct ServiceOperand
 
     friend bool operator==(const ServiceOperand &, const ServiceOperand &) = default;
 };
+
+} // namespace portolan

@@ -6,6 +6,8 @@
 #include <array>
 #include <numeric>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -190,3 +192,5 @@ QString ServiceTable::of(const QList<Service> &services, const QSet<qint64> &pin
     }
     return table;
 }
+
+} // namespace portolan

@@ -9,6 +9,8 @@
 
 #include <optional>
 
+namespace portolan {
+
 /// The list as a table for people. Pure functions.
 namespace ServiceTable {
 
@@ -25,3 +27,5 @@ struct Look
 [[nodiscard]] QString of(const QList<Service> &services, const QSet<qint64> &pinnedPorts, const Look &look);
 
 } // namespace ServiceTable
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include <QFuture>
 
+namespace portolan {
+
 namespace {
 
 QFuture<Health> notProbed(qint64)
@@ -20,3 +22,5 @@ Session::Session(const CommandLine &line)
     if (line.sort)
         m_store.setSortOrder(*line.sort);
 }
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 #include "ServiceStore.h"
 #include "UserDefaults.h"
 
+namespace portolan {
+
 /// The store that a command works on: with the user's settings, which are read and never written, and with
 /// what the command line says about search, order and probing.
 class Session
@@ -17,3 +19,5 @@ private:
     UserDefaults m_defaults;
     ServiceStore m_store;
 };
+
+} // namespace portolan

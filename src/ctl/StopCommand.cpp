@@ -11,6 +11,8 @@
 #include <csignal>
 #include <optional>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -92,3 +94,5 @@ int StopCommand::run(const CommandLine &line)
     isDone &= Ending::of(chosen, [&] { return scanFor(*targets); });
     return isDone ? 0 : 1;
 }
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include "CommandLine.h"
 
+namespace portolan {
+
 /// `portolanctl stop PORT|ID...`: ends servers and sees to it that they end.
 namespace StopCommand {
 
@@ -9,3 +11,5 @@ namespace StopCommand {
 [[nodiscard]] int run(const CommandLine &line);
 
 } // namespace StopCommand
+
+} // namespace portolan

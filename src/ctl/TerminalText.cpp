@@ -9,6 +9,8 @@
 #include <locale.h>
 #include <wchar.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -115,3 +117,5 @@ QString TerminalText::elidedInTheMiddle(QStringView text, int columns)
     const QStringView start = front(text, (columns - 1) / 3);
     return start.toString() + ellipsis + back(text, columns - 1 - width(start)).toString();
 }
+
+} // namespace portolan

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringView>
 
+namespace portolan {
+
 /// Texts of strangers (names, commands, folders) made fit for a terminal. Pure functions.
 namespace TerminalText {
 
@@ -20,3 +22,5 @@ namespace TerminalText {
 [[nodiscard]] QString elidedInTheMiddle(QStringView text, int columns);
 
 } // namespace TerminalText
+
+} // namespace portolan

@@ -16,6 +16,8 @@
 
 #include <chrono>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -101,3 +103,5 @@ int WatchCommand::run(const CommandLine &line)
     Session session(line);
     return line.json ? watchAsJson(session.store()) : watchOnScreen(session.store());
 }
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include "CommandLine.h"
 
+namespace portolan {
+
 /// `portolanctl watch`: the living list, on the terminal or as JSON.
 namespace WatchCommand {
 
@@ -9,3 +11,5 @@ namespace WatchCommand {
 [[nodiscard]] int run(const CommandLine &line);
 
 } // namespace WatchCommand
+
+} // namespace portolan

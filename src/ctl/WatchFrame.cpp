@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -121,3 +123,5 @@ qsizetype WatchFrame::scrolled(qsizetype first, Key key, qsizetype services, Out
     }
     return std::clamp<qsizetype>(next, 0, last);
 }
+
+} // namespace portolan

@@ -10,6 +10,8 @@
 #include <QSet>
 #include <QString>
 
+namespace portolan {
+
 /// The living list as one picture of the terminal. Pure functions.
 namespace WatchFrame {
 
@@ -30,3 +32,5 @@ struct Content
 [[nodiscard]] qsizetype scrolled(qsizetype first, Key key, qsizetype services, Output::Size size);
 
 } // namespace WatchFrame
+
+} // namespace portolan

@@ -7,6 +7,8 @@
 #include <system_error>
 #include <vector>
 
+namespace portolan {
+
 namespace {
 
 /// What hangs at present. Never destroyed: a stuck thread may come back while the program exits.
@@ -157,3 +159,5 @@ bool ExpendableWorker::openLane()
     m_lane = std::move(lane);
     return true;
 }
+
+} // namespace portolan

@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+namespace portolan {
+
 /// Runs work that may never return, such as file access on a dead mount, and waits for it only so long.
 ///
 /// The work runs on a thread of the worker's own, which is given up when it hangs. What hangs is remembered
@@ -80,3 +82,5 @@ private:
     std::shared_ptr<Lane> m_lane; ///< absent until there is work, and after its thread was given up
     std::thread m_thread;
 };
+
+} // namespace portolan

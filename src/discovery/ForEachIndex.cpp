@@ -6,6 +6,8 @@
 #include <thread>
 #include <vector>
 
+namespace portolan {
+
 void forEachIndex(qsizetype count, int workers, const std::function<void(qsizetype)> &function)
 {
     std::atomic<qsizetype> next = 0;
@@ -24,3 +26,5 @@ void forEachIndex(qsizetype count, int workers, const std::function<void(qsizety
     }
     work();
 }
+
+} // namespace portolan

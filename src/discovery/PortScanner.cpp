@@ -1,13 +1,12 @@
 #include "PortScanner.h"
 #include "PortScanner_p.h"
 
-#include "BuiltinTools.h"
 #include "ExpendableWorker.h"
 #include "ForEachIndex.h"
 #include "PrintedName.h"
 #include "ProcessInspector.h"
-#include "Shell.h"
 #include "StrictNumber.h"
+#include "ToolAnswer.h"
 #include "ToolQuestions.h"
 
 #include <QHash>
@@ -19,6 +18,8 @@
 #include <atomic>
 #include <thread>
 #include <utility>
+
+namespace portolan {
 
 using namespace Qt::StringLiterals;
 
@@ -65,14 +66,14 @@ QStringList outputs(const QString &tool, QStringList (&question)(qint32), const 
 {
     const Shell::Limits limits{.deadline = options.toolDeadline, .stop = options.stop};
     // What is answered in this process takes less time than a thread takes to start.
-    const int workers = BuiltinTools::standInFor(tool) ? 1 : options.workers;
+    const int workers = ToolAnswer::isImmediate(tool) ? 1 : options.workers;
     std::vector<Shell::Result> results(size_t(pids.size()));
     std::atomic<int> timeOuts = 0;
     forEachIndex(pids.size(), workers, [&](qsizetype index) {
         if (timeOuts >= maxTimeOuts || options.stop.stop_requested())
             return;
         Shell::Result &result = results[size_t(index)];
-        result = Shell::run(tool, question(pids[index]), limits);
+        result = ToolAnswer::to(tool, question(pids[index]), limits);
         timeOuts += result.timedOut;
     });
 
@@ -88,7 +89,8 @@ QStringList outputs(const QString &tool, QStringList (&question)(qint32), const 
 QList<RawListener> listeners(const ScanOptions &options)
 {
     const Shell::Limits limits{.deadline = options.listingDeadline, .stop = options.stop};
-    return PortScanner::parseListeners(Shell::run(options.lsof, ToolQuestions::listeners(), limits).output);
+    return PortScanner::parseListeners(
+        ToolAnswer::to(options.lsof, ToolQuestions::listeners(), limits).output);
 }
 
 /// The first of each process and port, as far as the port is asked for.
@@ -144,7 +146,7 @@ void detectProjects(QList<Service> &services, const ScanOptions &options)
     for (const Service &service : std::as_const(services))
         subjects.push_back({service.command, service.folderPath});
     ExpendableWorker files(options.folderDeadline, options.stop);
-    std::vector<ProjectDetector::Result> projects = ProjectDetector::detect(subjects, files);
+    std::vector<ProjectDetector::Project> projects = ProjectDetector::detect(subjects, files);
     for (qsizetype i = 0; i < services.size(); ++i) {
         services[i].displayName = std::move(projects[size_t(i)].displayName);
         services[i].framework = projects[size_t(i)].framework;
@@ -228,7 +230,7 @@ std::optional<qint64> PortScanner::port(QStringView fromName)
 
 std::optional<QString> PortScanner::resolveCwd(qint32 pid)
 {
-    return parseCwd(pid, Shell::run(ToolPaths::lsof(), ToolQuestions::workingDirectory(pid)));
+    return parseCwd(pid, ToolAnswer::to(ToolPaths::lsof(), ToolQuestions::workingDirectory(pid)).output);
 }
 
 std::optional<QString> PortScanner::parseCwd(qint32 pid, const QString &output)
@@ -257,3 +259,5 @@ bool PortScanner::isDevServer(const QString &command, const std::optional<QStrin
         return true;
     return folder && HomeFolder::holds(home, *folder);
 }
+
+} // namespace portolan

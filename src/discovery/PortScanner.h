@@ -7,6 +7,8 @@
 
 #include <stop_token>
 
+namespace portolan {
+
 /// Discovery's single entry point.
 namespace PortScanner {
 
@@ -19,3 +21,5 @@ namespace PortScanner {
 [[nodiscard]] QList<Service> scanPorts(const QSet<qint64> &ports);
 
 } // namespace PortScanner
+
+} // namespace portolan

@@ -11,6 +11,8 @@
 #include <chrono>
 #include <optional>
 
+namespace portolan {
+
 namespace PortScanner {
 
 /// One listening socket as lsof reports it.
@@ -61,3 +63,5 @@ struct ScanOptions
                                const QString &home);
 
 } // namespace PortScanner
+
+} // namespace portolan

@@ -1,14 +1,16 @@
 #include "ProcessInspector.h"
 #include "ProcessInspector_p.h"
 
-#include "Shell.h"
 #include "StrictNumber.h"
+#include "ToolAnswer.h"
 #include "ToolPaths.h"
 #include "ToolQuestions.h"
 
 #include <QVarLengthArray>
 
 #include <limits>
+
+namespace portolan {
 
 using namespace Qt::StringLiterals;
 
@@ -33,7 +35,7 @@ qint64 multipliedAndAdded(qint64 a, qint64 factor, qint64 b)
 
 std::optional<ProcessStats> ProcessInspector::stats(qint32 pid)
 {
-    return parse(Shell::run(ToolPaths::ps(), ToolQuestions::stats(pid)));
+    return parse(ToolAnswer::to(ToolPaths::ps(), ToolQuestions::stats(pid)).output);
 }
 
 std::optional<ProcessStats> ProcessInspector::parse(const QString &output)
@@ -66,3 +68,5 @@ qint64 ProcessInspector::parseETime(QStringView text)
         seconds = multipliedAndAdded(seconds, 60, StrictNumber::toInt64(group).value_or(0));
     return multipliedAndAdded(days, 86400, seconds);
 }
+
+} // namespace portolan

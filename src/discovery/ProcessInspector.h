@@ -6,6 +6,8 @@
 
 #include <optional>
 
+namespace portolan {
+
 /// The live figures of a process: how long it has run, its share of the CPU and its memory.
 namespace ProcessInspector {
 
@@ -16,3 +18,5 @@ namespace ProcessInspector {
 [[nodiscard]] std::optional<ProcessStats> parse(const QString &output);
 
 } // namespace ProcessInspector
+
+} // namespace portolan

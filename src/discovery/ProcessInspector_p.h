@@ -4,6 +4,8 @@
 
 #include <QStringView>
 
+namespace portolan {
+
 namespace ProcessInspector {
 
 /// Seconds of an elapsed time like "3-04:05:06". Takes any chain of groups: what is no number counts 0, what
@@ -11,3 +13,5 @@ namespace ProcessInspector {
 [[nodiscard]] qint64 parseETime(QStringView text);
 
 } // namespace ProcessInspector
+
+} // namespace portolan

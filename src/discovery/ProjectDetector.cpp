@@ -15,6 +15,8 @@
 #include <initializer_list>
 #include <span>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -94,13 +96,13 @@ void upperCaseCharacter(QString &text, qsizetype at)
     text.replace(at, length, text.sliced(at, length).toUpper());
 }
 
-ProjectDetector::Result detectFromFiles(const QString &command, const QString &path)
+ProjectDetector::Project detectFromFiles(const QString &command, const QString &path)
 {
     using namespace ProjectDetector;
     const ProjectFolder folder(path);
     const QString folderName = lastComponent(path);
     if (const std::optional<QByteArray> json = folder.read("package.json")) {
-        if (const std::optional<Result> result = detectFromPackage(*json, folderName, command))
+        if (const std::optional<Project> result = detectFromPackage(*json, folderName, command))
             return *result;
     }
     const std::optional<Framework> framework = frameworkFromMarkers(folder);
@@ -118,7 +120,7 @@ QString bounded(QString name)
 }
 
 /// What is known without a look into the folder.
-ProjectDetector::Result detectFromCommand(const QString &command, const std::optional<QString> &folder)
+ProjectDetector::Project detectFromCommand(const QString &command, const std::optional<QString> &folder)
 {
     using namespace ProjectDetector;
     if (folder && !folder->isEmpty())
@@ -128,30 +130,30 @@ ProjectDetector::Result detectFromCommand(const QString &command, const std::opt
 
 } // namespace
 
-ProjectDetector::Result ProjectDetector::detect(const QString &command, const std::optional<QString> &folder)
+ProjectDetector::Project ProjectDetector::detect(const QString &command, const std::optional<QString> &folder)
 {
     ExpendableWorker files(deadline);
     return detect({{command, folder}}, files).front();
 }
 
-std::vector<ProjectDetector::Result> ProjectDetector::detect(const std::vector<Subject> &subjects,
-                                                             ExpendableWorker &files)
+std::vector<ProjectDetector::Project> ProjectDetector::detect(const std::vector<Subject> &subjects,
+                                                              ExpendableWorker &files)
 {
     const auto hasFolder = [](const Subject &subject) {
         return subject.folder && !subject.folder->isEmpty();
     };
-    std::vector<ExpendableWorker::Task<Result>> tasks;
+    std::vector<ExpendableWorker::Task<Project>> tasks;
     for (const Subject &subject : subjects) {
         if (hasFolder(subject))
             tasks.push_back({*subject.folder, [command = subject.command, path = *subject.folder] {
                                  return detectFromFiles(command, path);
                              }});
     }
-    std::vector<std::optional<Result>> found = files.run(std::move(tasks));
-    std::vector<Result> results;
+    std::vector<std::optional<Project>> found = files.run(std::move(tasks));
+    std::vector<Project> results;
     results.reserve(subjects.size());
     for (auto next = found.begin(); const Subject &subject : subjects) {
-        std::optional<Result> result = hasFolder(subject) ? std::move(*next++) : std::nullopt;
+        std::optional<Project> result = hasFolder(subject) ? std::move(*next++) : std::nullopt;
         results.push_back(result ? std::move(*result) : detectFromCommand(subject.command, subject.folder));
     }
     return results;
@@ -238,7 +240,7 @@ QString ProjectDetector::lastComponent(const QString &path)
     return trimmed.sliced(trimmed.lastIndexOf(u'/') + 1).toString();
 }
 
-std::optional<ProjectDetector::Result>
+std::optional<ProjectDetector::Project>
 ProjectDetector::detectFromPackage(const QByteArray &json, const QString &folderName, const QString &command)
 {
     const QJsonDocument document = QJsonDocument::fromJson(json);
@@ -247,10 +249,12 @@ ProjectDetector::detectFromPackage(const QByteArray &json, const QString &folder
     const QJsonObject package = document.object();
     const QJsonValue name = package.value("name"_L1);
     const std::optional<QString> displayName = name.isString() ? cleanName(name.toString()) : std::nullopt;
-    return Result{bounded(displayName.value_or(folderName)), frameworkFromPackage(package, command)};
+    return Project{bounded(displayName.value_or(folderName)), frameworkFromPackage(package, command)};
 }
 
 bool ProjectDetector::hasFile(const QString &withExtension, const ProjectFolder &in)
 {
     return in.containsNameWithSuffix(QFile::encodeName(u'.' + withExtension));
 }
+
+} // namespace portolan

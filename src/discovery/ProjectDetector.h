@@ -8,17 +8,19 @@
 #include <optional>
 #include <vector>
 
+namespace portolan {
+
 class ExpendableWorker;
 
 /// What to call a listening process, and what kind of project it belongs to.
 namespace ProjectDetector {
 
-struct Result
+struct Project
 {
     QString displayName;
     Framework framework;
 
-    friend bool operator==(const Result &, const Result &) = default;
+    friend bool operator==(const Project &, const Project &) = default;
 };
 
 /// How long the files of one folder may take.
@@ -27,7 +29,7 @@ constexpr std::chrono::milliseconds deadline{2000};
 /// Decides by the package.json in `folder`, else by its marker files, else by `command`, the process's
 /// command name. Reads only files directly in `folder` (an absolute path). Never fails: what cannot be read,
 /// or does not answer in time, is passed over, down to the folder's name and `Framework::generic`.
-[[nodiscard]] Result detect(const QString &command, const std::optional<QString> &folder);
+[[nodiscard]] Project detect(const QString &command, const std::optional<QString> &folder);
 
 /// A listening process: its command name and its working folder, if known.
 struct Subject
@@ -37,6 +39,8 @@ struct Subject
 };
 
 /// As above for each of `subjects`, in their order, with all access to files on `files`.
-[[nodiscard]] std::vector<Result> detect(const std::vector<Subject> &subjects, ExpendableWorker &files);
+[[nodiscard]] std::vector<Project> detect(const std::vector<Subject> &subjects, ExpendableWorker &files);
 
 } // namespace ProjectDetector
+
+} // namespace portolan

@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QJsonObject>
 
+namespace portolan {
+
 class ProjectFolder;
 
 namespace ProjectDetector {
@@ -26,10 +28,12 @@ namespace ProjectDetector {
 [[nodiscard]] QString lastComponent(const QString &path);
 
 /// What the bytes of a package.json say; nothing unless they are a JSON object.
-[[nodiscard]] std::optional<Result> detectFromPackage(const QByteArray &json, const QString &folderName,
-                                                      const QString &command);
+[[nodiscard]] std::optional<Project> detectFromPackage(const QByteArray &json, const QString &folderName,
+                                                       const QString &command);
 
 /// Whether the name of any entry of `in` ends in "." and `withExtension`.
 [[nodiscard]] bool hasFile(const QString &withExtension, const ProjectFolder &in);
 
 } // namespace ProjectDetector
+
+} // namespace portolan

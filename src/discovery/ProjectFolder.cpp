@@ -12,6 +12,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+namespace portolan {
+
 namespace {
 
 /// The first `size` bytes, or what there is of them: a file may shrink while it is read. Nothing on an error.
@@ -72,3 +74,5 @@ std::optional<QByteArray> ProjectFolder::read(const char *name) const
         return std::nullopt;
     return readBytes(file.get(), facts.st_size);
 }
+
+} // namespace portolan

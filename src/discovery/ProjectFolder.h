@@ -5,6 +5,8 @@
 
 #include <optional>
 
+namespace portolan {
+
 /// The files directly in one folder, looked at without trust in what they are: nothing is waited for but the
 /// file system itself, and nothing but a regular file of a sane size is read. A folder that is not there has
 /// no files.
@@ -29,3 +31,5 @@ private:
 
     const QByteArray m_path; ///< with a slash at its end; empty if none was given
 };
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include <QObject>
 
+namespace portolan {
+
 /// Tells the thread it lives in that a Mailbox is no longer empty.
 class Doorbell : public QObject
 {
@@ -10,3 +12,5 @@ class Doorbell : public QObject
 Q_SIGNALS:
     void rung();
 };
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace portolan {
+
 namespace {
 
 using ListMerge::newRow;
@@ -152,3 +154,5 @@ std::vector<Step> ListMerge::steps(int oldCount, const std::vector<int> &origins
     }
     return steps;
 }
+
+} // namespace portolan

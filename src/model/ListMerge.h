@@ -2,6 +2,8 @@
 
 #include <vector>
 
+namespace portolan {
+
 /// How one list of rows becomes another: the fewest removes, inserts and moves of rows, in an order in which
 /// they can be carried out one by one. Near-linear in the number of rows.
 namespace ListMerge {
@@ -28,3 +30,5 @@ constexpr int newRow = -1;
 [[nodiscard]] std::vector<Step> steps(int oldCount, const std::vector<int> &origins);
 
 } // namespace ListMerge
+
+} // namespace portolan

@@ -10,6 +10,8 @@
 #include <optional>
 #include <utility>
 
+namespace portolan {
+
 /// Where any thread leaves values for one coroutine of this thread, which takes them in the order of their
 /// arrival: `co_await mailbox.next()` gives the next one, or nothing once the waits are cancelled.
 ///
@@ -94,3 +96,5 @@ private:
     std::shared_ptr<Box> m_box = std::make_shared<Box>();
     std::deque<T> m_received;
 };
+
+} // namespace portolan

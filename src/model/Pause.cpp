@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace portolan {
+
 Pause::Pause(Waits &waits, std::chrono::milliseconds length, std::stop_token stop)
     : Wait(waits)
     , m_stop(std::move(stop))
@@ -25,3 +27,5 @@ bool Pause::result()
     m_onStop.reset();
     return !isReady();
 }
+
+} // namespace portolan

@@ -8,6 +8,8 @@
 #include <optional>
 #include <stop_token>
 
+namespace portolan {
+
 /// A sleep of fixed length for one coroutine: each `co_await pause.over()` suspends it for that long on the
 /// monotonic clock. It gives true when the time has passed; false, at once, when a stop is requested or the
 /// waits are cancelled.
@@ -35,3 +37,5 @@ private:
     std::stop_token m_stop;
     std::optional<std::stop_callback<Waker>> m_onStop;
 };
+
+} // namespace portolan

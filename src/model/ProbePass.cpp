@@ -1,8 +1,10 @@
 #include "ProbePass.h"
 
+namespace portolan {
+
 ProbePass::~ProbePass()
 {
-    for (Probe &probe : m_probes) {
+    for (PendingProbe &probe : m_probes) {
         if (!probe.outcome.isFinished())
             probe.outcome.cancel();
     }
@@ -17,7 +19,7 @@ void ProbePass::start(const QList<Service> services, const Checker &check)
         };
         // On the thread that finishes the probe: a QFutureWatcher would take five events of this one for
         // each.
-        Probe probe{.outcome = check(service.port)};
+        PendingProbe probe{.outcome = check(service.port)};
         probe.told = probe.outcome.then(QtFuture::Launch::Sync, [tell](const QFuture<Health> &ended) {
             tell(ended.resultCount() > 0 ? ended.result() : Health::unknown());
         });
@@ -27,3 +29,5 @@ void ProbePass::start(const QList<Service> services, const Checker &check)
         ++m_outstanding;
     }
 }
+
+} // namespace portolan

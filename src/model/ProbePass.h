@@ -11,6 +11,8 @@
 #include <optional>
 #include <vector>
 
+namespace portolan {
+
 /// One probe of every service, all at once; their results in the order of their completion.
 class ProbePass
 {
@@ -45,7 +47,7 @@ public:
 private:
     /// The outcome and what follows it. All of it is kept, since a future that is cancelled looks at what
     /// follows it even when that has been.
-    struct Probe
+    struct PendingProbe
     {
         QFuture<Health> outcome;
         QFuture<void> told;
@@ -53,6 +55,8 @@ private:
     };
 
     Mailbox<Result> m_results;
-    std::vector<Probe> m_probes;
+    std::vector<PendingProbe> m_probes;
     qsizetype m_outstanding = 0;
 };
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <utility>
 
+namespace portolan {
+
 /// What a service is known by from one scan to the next: pid and port, its id without making a text of it.
 using ServiceKey = std::pair<qint32, qint64>;
 
@@ -11,3 +13,5 @@ using ServiceKey = std::pair<qint32, qint64>;
 {
     return {service.pid, service.port};
 }
+
+} // namespace portolan

@@ -12,6 +12,8 @@
 #include <system_error>
 #include <utility>
 
+namespace portolan {
+
 namespace {
 
 constexpr QStringView sortOrderKey = u"sortOrder";
@@ -237,3 +239,5 @@ QCoro::Task<> ServiceStore::runAutoRefresh(std::stop_token stop)
     while (co_await pause.over())
         co_await refresh();
 }
+
+} // namespace portolan

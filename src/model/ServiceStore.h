@@ -24,6 +24,8 @@
 #include <stop_token>
 #include <thread>
 
+namespace portolan {
+
 class UserDefaults;
 
 /// The state of the running program: the current services, the search text, the user's settings, the list as
@@ -35,26 +37,28 @@ class UserDefaults;
 class ServiceStore : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(QList<Service> services READ services NOTIFY servicesChanged BINDABLE bindableServices FINAL)
+    Q_PROPERTY(QList<portolan::Service> services READ services NOTIFY servicesChanged BINDABLE
+                   bindableServices FINAL)
     Q_PROPERTY(bool isScanning READ isScanning NOTIFY isScanningChanged BINDABLE bindableIsScanning FINAL)
     Q_PROPERTY(
         QDateTime lastUpdated READ lastUpdated NOTIFY lastUpdatedChanged BINDABLE bindableLastUpdated FINAL)
     Q_PROPERTY(QString searchText READ searchText WRITE setSearchText NOTIFY searchTextChanged BINDABLE
                    bindableSearchText FINAL)
-    Q_PROPERTY(SortOrder sortOrder READ sortOrder WRITE setSortOrder NOTIFY sortOrderChanged BINDABLE
-                   bindableSortOrder FINAL)
+    Q_PROPERTY(portolan::SortOrder sortOrder READ sortOrder WRITE setSortOrder NOTIFY sortOrderChanged
+                   BINDABLE bindableSortOrder FINAL)
     Q_PROPERTY(QSet<qint64> pinnedPorts READ pinnedPorts NOTIFY pinnedPortsChanged BINDABLE
                    bindablePinnedPorts FINAL)
     Q_PROPERTY(bool autoRefresh READ autoRefresh WRITE setAutoRefresh NOTIFY autoRefreshChanged BINDABLE
                    bindableAutoRefresh FINAL)
-    Q_PROPERTY(QList<Service> visible READ visible NOTIFY visibleChanged BINDABLE bindableVisible FINAL)
+    Q_PROPERTY(
+        QList<portolan::Service> visible READ visible NOTIFY visibleChanged BINDABLE bindableVisible FINAL)
     Q_PROPERTY(
         int runningCount READ runningCount NOTIFY runningCountChanged BINDABLE bindableRunningCount FINAL)
     // For QML, where reading a list to count it leaves a copy of it behind until the garbage is collected.
     Q_PROPERTY(int serviceCount READ serviceCount NOTIFY servicesChanged FINAL)
     // QML cannot name enumerators that begin with a small letter, so it speaks of orders by their raw value.
     Q_PROPERTY(QString sortOrderId READ sortOrderId WRITE setSortOrderId NOTIFY sortOrderChanged FINAL)
-    Q_PROPERTY(QList<SortOrder> sortOrders READ sortOrders CONSTANT FINAL)
+    Q_PROPERTY(QList<portolan::SortOrder> sortOrders READ sortOrders CONSTANT FINAL)
 
 public:
     /// Finds the services of this machine. Blocks, so it runs on a thread of its own; a stop request makes it
@@ -122,9 +126,9 @@ public:
     /// `refresh()` for QML, which does not wait for it.
     Q_INVOKABLE void refreshNow() { refresh(); }
     /// Pins the service's port, or unpins it.
-    Q_INVOKABLE void togglePin(const Service &service);
+    Q_INVOKABLE void togglePin(const portolan::Service &service);
     /// Takes the service off the list until a scan finds it again.
-    Q_INVOKABLE void removeService(const Service &service);
+    Q_INVOKABLE void removeService(const portolan::Service &service);
 
 Q_SIGNALS:
     void servicesChanged();
@@ -173,3 +177,5 @@ private:
     std::stop_source m_autoRefreshLoop{std::nostopstate};
     std::jthread m_scanWorker;
 };
+
+} // namespace portolan

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <vector>
 
+namespace portolan {
+
 namespace {
 
 /// Line breaks are no spaces here.
@@ -113,3 +115,5 @@ bool VisibleList::hasOrder(const QList<Service> &services, const QString &search
 {
     return candidatesOf(services, {searchText, {}, {}}).size() > 1;
 }
+
+} // namespace portolan

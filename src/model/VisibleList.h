@@ -8,6 +8,8 @@
 #include <QSet>
 #include <QString>
 
+namespace portolan {
+
 /// The list as it is shown: narrowed by the search text, pinned services first, in the chosen order. Pure
 /// functions.
 namespace VisibleList {
@@ -31,3 +33,5 @@ struct Criteria
 [[nodiscard]] bool hasOrder(const QList<Service> &services, const QString &searchText);
 
 } // namespace VisibleList
+
+} // namespace portolan

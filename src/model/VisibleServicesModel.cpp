@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace portolan {
+
 struct VisibleServicesModel::Row
 {
     Service service;
@@ -192,3 +194,5 @@ void VisibleServicesModel::refill(const Rows &wanted)
             Q_EMIT dataChanged(index(first), index(row - 1), roles);
     }
 }
+
+} // namespace portolan

@@ -8,6 +8,8 @@
 #include <memory>
 #include <vector>
 
+namespace portolan {
+
 class ServiceStore;
 
 /// The store's visible list as rows. A change of the list becomes the inserts, removes, moves and data
@@ -19,7 +21,7 @@ class ServiceStore;
 class VisibleServicesModel : public QAbstractListModel
 {
     Q_OBJECT
-    Q_PROPERTY(ServiceStore *store READ store WRITE setStore NOTIFY storeChanged REQUIRED FINAL)
+    Q_PROPERTY(portolan::ServiceStore *store READ store WRITE setStore NOTIFY storeChanged REQUIRED FINAL)
     Q_PROPERTY(int count READ count NOTIFY countChanged FINAL)
 
 public:
@@ -65,3 +67,5 @@ private:
     bool m_isUpdateScheduled = false;
     bool m_isUpdating = false;
 };
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace portolan {
+
 Waits::~Waits()
 {
     cancel();
@@ -34,3 +36,5 @@ void Wait::wake()
     std::erase(m_waits.m_suspended, this);
     std::exchange(m_coroutine, nullptr).resume();
 }
+
+} // namespace portolan

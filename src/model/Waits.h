@@ -5,6 +5,8 @@
 #include <coroutine>
 #include <vector>
 
+namespace portolan {
+
 class Wait;
 
 /// All the places where the coroutines of one owner are suspended. A coroutine that waits for an event that
@@ -78,3 +80,5 @@ public:
 private:
     Kind *m_wait;
 };
+
+} // namespace portolan

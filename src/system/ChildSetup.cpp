@@ -5,6 +5,8 @@
 
 #include <unistd.h>
 
+namespace portolan {
+
 bool ChildSetup::isPassedOn(QByteArrayView assignment)
 {
     constexpr std::array tokens{"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"};
@@ -54,3 +56,5 @@ ChildSetup::SignalsHeld::~SignalsHeld()
 {
     pthread_sigmask(SIG_SETMASK, &m_before, nullptr);
 }
+
+} // namespace portolan

@@ -9,6 +9,8 @@
 
 #include <unistd.h>
 
+namespace portolan {
+
 /// What a program that this one starts gets of it, and what not.
 namespace ChildSetup {
 
@@ -52,3 +54,5 @@ template <typename What>
 }
 
 } // namespace ChildSetup
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <utility>
 
+namespace portolan {
+
 /// Owns one file descriptor, or none (-1).
 class FileDescriptor
 {
@@ -34,3 +36,5 @@ public:
 private:
     int m_descriptor = -1;
 };
+
+} // namespace portolan

@@ -9,45 +9,47 @@
 
 #include <QtQml/qqmlregistration.h> // declares QML_FOREIGN
 
+namespace portolan {
+
 struct ServiceForeign
 {
     Q_GADGET
-    QML_FOREIGN(Service)
+    QML_FOREIGN(portolan::Service)
     QML_VALUE_TYPE(service)
 };
 
 struct FrameworkForeign
 {
     Q_GADGET
-    QML_FOREIGN(Framework)
+    QML_FOREIGN(portolan::Framework)
     QML_VALUE_TYPE(framework)
 };
 
 struct HealthForeign
 {
     Q_GADGET
-    QML_FOREIGN(Health)
+    QML_FOREIGN(portolan::Health)
     QML_VALUE_TYPE(health)
 };
 
 struct ProcessStatsForeign
 {
     Q_GADGET
-    QML_FOREIGN(ProcessStats)
+    QML_FOREIGN(portolan::ProcessStats)
     QML_VALUE_TYPE(processStats)
 };
 
 struct SortOrderForeign
 {
     Q_GADGET
-    QML_FOREIGN(SortOrder)
+    QML_FOREIGN(portolan::SortOrder)
     QML_VALUE_TYPE(sortOrder)
 };
 
 struct ServiceStoreForeign
 {
     Q_GADGET
-    QML_FOREIGN(ServiceStore)
+    QML_FOREIGN(portolan::ServiceStore)
     QML_NAMED_ELEMENT(ServiceStore)
     QML_UNCREATABLE("There is one, handed to the views by the program")
 };
@@ -55,6 +57,8 @@ struct ServiceStoreForeign
 struct VisibleServicesModelForeign
 {
     Q_GADGET
-    QML_FOREIGN(VisibleServicesModel)
+    QML_FOREIGN(portolan::VisibleServicesModel)
     QML_NAMED_ELEMENT(VisibleServicesModel)
 };
+
+} // namespace portolan

@@ -11,6 +11,7 @@
 
 int main(int argc, char **argv)
 {
+    using namespace portolan;
     const QGuiApplication app(argc, argv);
     if (argc != 3)
         return 2;

@@ -7,6 +7,7 @@
 
 int main(int argc, char **argv)
 {
+    using namespace portolan;
     // Should a signal go to the group, then to nobody else's.
     setsid();
     if (argc < 2)

@@ -3,6 +3,8 @@
 #include <QProcess>
 #include <QString>
 
+namespace portolan {
+
 /// A display of the test's own, which ends with it.
 class VirtualDisplay
 {
@@ -36,3 +38,5 @@ private:
     QProcess m_server;
     QString m_name;
 };
+
+} // namespace portolan

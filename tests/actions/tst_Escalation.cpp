@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 using namespace std::chrono_literals;
 
 TEST(Escalation, KillsEachWhenItsTimeIsOver)
@@ -48,3 +50,5 @@ TEST(Escalation, IsNotHeldUpByThoseThatAreGone)
     escalation.add(std::make_shared<ProcessHandle>(last.pid()));
     EXPECT_EQ(last.collect(), SIGKILL);
 }
+
+} // namespace portolan

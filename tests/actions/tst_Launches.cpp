@@ -14,6 +14,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -88,3 +90,5 @@ TEST_F(LaunchesTest, CollectWhatHasEnded)
     launches.start(u"/bin/sh"_s, {u"-c"_s, u"> '%1'"_s.arg(sign)});
     EXPECT_TRUE(eventually([&] { return QFile::exists(sign) && !hasChildren(); }));
 }
+
+} // namespace portolan

@@ -10,6 +10,8 @@
 
 #include <sys/stat.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using LoginItem::Status;
 
@@ -104,3 +106,5 @@ TEST_F(LoginItemTest, IsThisProgramsOwn)
     EXPECT_FALSE(LoginItem::setEnabled(false));
     EXPECT_EQ(LoginItem::status(), Status::notRegistered);
 }
+
+} // namespace portolan

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 /// A display whose clipboard another program already has filled.
@@ -75,3 +77,5 @@ TEST_F(Copy, PutsTheBarePortOnTheClipboard)
     copy(u"port"_s, u"3000"_s);
     EXPECT_EQ(pasted(u"clipboard"_s), "3000");
 }
+
+} // namespace portolan

@@ -12,6 +12,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 /// A session without a bus, whose only programs are stand-ins.
@@ -135,3 +137,5 @@ TEST_F(Open, DoesNothingWithoutAFolder)
     EXPECT_FALSE(m_recorders.wasStarted(u"xterm"_s));
     EXPECT_FALSE(m_recorders.wasStarted(u"code"_s));
 }
+
+} // namespace portolan

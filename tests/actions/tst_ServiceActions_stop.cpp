@@ -8,6 +8,8 @@
 
 #include <cstring>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -121,3 +123,5 @@ TEST(Stop, LeavesItAtSigtermWhenTheProgramEnds)
     EXPECT_EQ(runStopper({QString::number(obedient.pid()), u"quit"_s}), 0);
     EXPECT_EQ(obedient.collect(), SIGTERM);
 }
+
+} // namespace portolan

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 class RealTerminal : public testing::TestWithParam<const char *>
@@ -59,3 +61,5 @@ INSTANTIATE_TEST_SUITE_P(Emulators, RealTerminal, testing::Values("xterm", "xfce
                              std::erase(name, '-');
                              return name;
                          });
+
+} // namespace portolan

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -104,3 +106,5 @@ TEST(Portolan, SaysThatTheDisplayIsGone)
     EXPECT_EQ(ending.status, 1);
     EXPECT_EQ(ending.errors, "portolan: there is no display to show itself on\n");
 }
+
+} // namespace portolan

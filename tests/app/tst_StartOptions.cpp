@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 using Purpose = StartOptions::Purpose;
@@ -73,3 +75,5 @@ INSTANTIATE_TEST_SUITE_P(
                  u"'--background' and '--window' exclude each other"_s},
         BadStart{"NonsenseBeforeHelp", {u"--nonsense"_s, u"--help"_s}, u"unknown option '--nonsense'"_s}),
     [](const auto &row) { return row.param.name; });
+
+} // namespace portolan

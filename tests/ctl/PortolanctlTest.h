@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 /// Runs the real portolanctl, without a display and with settings of the test's own. Servers of the test's
 /// are development servers because they run in a folder in the home folder.
 class PortolanctlTest : public testing::Test
@@ -78,3 +80,5 @@ protected:
 private:
     QTemporaryDir m_folder{HomeFolder::path() + QStringLiteral("/portolan-test-XXXXXX")};
 };
+
+} // namespace portolan

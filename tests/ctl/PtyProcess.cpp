@@ -14,6 +14,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace portolan {
+
 PtyProcess::PtyProcess(const QString &program, const QStringList &arguments, const Options &options)
 {
     QList<QByteArray> words{QFile::encodeName(program)};
@@ -128,3 +130,5 @@ bool PtyProcess::readSome()
     m_output.append(bytes.data(), count);
     return true;
 }
+
+} // namespace portolan

@@ -10,6 +10,8 @@
 #include <sys/types.h>
 #include <termios.h>
 
+namespace portolan {
+
 /// A program that runs on a terminal of its own. Ended, if need be killed, with this object.
 class PtyProcess
 {
@@ -52,3 +54,5 @@ private:
     int m_terminal = -1;
     QByteArray m_output;
 };
+
+} // namespace portolan

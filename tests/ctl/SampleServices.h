@@ -3,6 +3,8 @@
 #include "HomeFolder.h"
 #include "Service.h"
 
+namespace portolan {
+
 /// Services as a scan might find them.
 namespace SampleServices {
 
@@ -41,3 +43,5 @@ inline Service stranger()
 }
 
 } // namespace SampleServices
+
+} // namespace portolan

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <limits>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -107,3 +109,5 @@ QStringList seenOnTerminal(const QByteArray &output, std::optional<int> columns)
     emulator.write(QString::fromUtf8(output));
     return emulator.seen();
 }
+
+} // namespace portolan

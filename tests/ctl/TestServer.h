@@ -5,6 +5,8 @@
 #include <QProcess>
 #include <QStringList>
 
+namespace portolan {
+
 /// A server in a process of its own, run by an interpreter. Killed at the end of the scope.
 class TestServer
 {
@@ -62,3 +64,5 @@ private:
     QProcess m_process;
     QList<int> m_numbers;
 };
+
+} // namespace portolan

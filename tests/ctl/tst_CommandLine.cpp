@@ -5,6 +5,8 @@
 
 #include <array>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -128,3 +130,5 @@ INSTANTIATE_TEST_SUITE_P(
         BadLine{"EscapeSequence", {u"\x1b[31m"_s}, u"unknown command '␛[31m'"_s},
         BadLine{"LineBreak", {u"--a\nb"_s}, u"unknown option '--a␊b'"_s}),
     [](const auto &row) { return std::string(row.param.name); });
+
+} // namespace portolan

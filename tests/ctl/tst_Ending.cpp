@@ -7,6 +7,8 @@
 
 #include <cstring>
 
+namespace portolan {
+
 using testing::MatchesRegex;
 
 namespace {
@@ -112,3 +114,5 @@ TEST(Ending, LooksNotAgainForNothing)
     EXPECT_TRUE(outcome.haveEnded);
     EXPECT_FALSE(looked);
 }
+
+} // namespace portolan

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using Depth = Ink::Depth;
 
@@ -53,3 +55,5 @@ TEST(Ink, LeavesPlainAndEmptyTextsAlone)
     EXPECT_EQ(Ink(Depth::exact)(Tone::plain, u"x"_s), u"x"_s);
     EXPECT_EQ(Ink(Depth::exact)(Tone::online, QString()), QString());
 }
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <vector>
 
+namespace portolan {
+
 namespace {
 
 std::vector<Key> keysOf(QByteArrayView typed)
@@ -49,3 +51,5 @@ TEST(KeyReader, LetsAnEscapeSwallowNothing)
     EXPECT_EQ(keysOf("\x1b[\x1b[A"), Keys({Key::up}));
     EXPECT_EQ(keysOf("\x1b[1\nj"), Keys({Key::down}));
 }
+
+} // namespace portolan

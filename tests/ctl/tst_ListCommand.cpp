@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 TEST(ListCommand, SaysWhatItWaitsFor)
@@ -14,3 +16,5 @@ TEST(ListCommand, SaysWhatItWaitsFor)
     EXPECT_EQ(ListCommand::progressText(false, {unasked, SampleServices::shop(), SampleServices::api()}),
               u"Asking the servers… 2 of 3"_s);
 }
+
+} // namespace portolan

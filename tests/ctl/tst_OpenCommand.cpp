@@ -5,6 +5,8 @@
 
 #include <unistd.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -120,3 +122,5 @@ TEST_F(OpenCommand, TakesAPortOnly)
         EXPECT_FALSE(outcome.error.contains('\x07'));
     }
 }
+
+} // namespace portolan

@@ -21,6 +21,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -591,3 +593,5 @@ TEST_F(Portolanctl, WatchPrintsALineOfJsonPerRefresh)
     EXPECT_EQ(watch.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(watch.exitCode(), 0);
 }
+
+} // namespace portolan

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using SampleServices::api;
 using SampleServices::shop;
@@ -110,3 +112,5 @@ TEST(ServiceJson, KeepsStrangeTextsExactlyAndHarmless)
         EXPECT_TRUE(character.isPrint() || character.isSurrogate()) << std::hex << uint(character.unicode());
     EXPECT_TRUE(json.contains("Größe 🚀"));
 }
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 TEST(ServiceOperand, IsAPort)
@@ -56,3 +58,5 @@ TEST(ServiceOperand, MeansServersByPortOrById)
     EXPECT_FALSE((ServiceOperand{.port = 3000, .pid = 4243}.means(service)));
     EXPECT_FALSE((ServiceOperand{.port = 3001, .pid = 4242}.means(service)));
 }
+
+} // namespace portolan

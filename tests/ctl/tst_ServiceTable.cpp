@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using SampleServices::api;
 using SampleServices::shop;
@@ -152,3 +154,5 @@ TEST(ServiceTable, KeepsItsColumnsInPlaceWhileProbesAreAnswered)
     EXPECT_EQ(lines({unknown}, {}, look).first(), lines({shop()}, {}, look).first());
     EXPECT_NE(lines({unknown}).first(), lines({shop()}).first());
 }
+
+} // namespace portolan

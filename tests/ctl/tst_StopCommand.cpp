@@ -8,6 +8,8 @@
 
 #include <unistd.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -241,3 +243,5 @@ TEST_F(StopCommand, SaysWhatTheUserMayNotStop)
     EXPECT_TRUE(outcome.error.endsWith(" belongs to another user\n")) << outcome.error.toStdString();
     EXPECT_TRUE(server.isRunning());
 }
+
+} // namespace portolan

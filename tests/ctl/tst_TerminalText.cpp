@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 struct HarmlessCase
@@ -97,3 +99,5 @@ TEST(ElidedText, NeverDividesACharacterNorTakesMoreRoom)
         }
     }
 }
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -125,3 +127,5 @@ TEST(WatchFrame, ShowsAllThatFit)
     ASSERT_EQ(lines.size(), 53);
     EXPECT_TRUE(lines[50].startsWith(u"3049"_s));
 }
+
+} // namespace portolan

@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 /// An lsof and a ps of a test's own: shell scripts in a private directory that do what the test has told them
 /// for each question and write down how they were called.
 class FakeTools
@@ -97,3 +99,5 @@ private:
     QTemporaryDir m_directory;
     QByteArray m_listing;
 };
+
+} // namespace portolan

@@ -12,6 +12,8 @@
 #include <sched.h>
 #include <sys/mount.h>
 
+namespace portolan {
+
 /// A real mount whose file system answers nothing, as a dead network mount does: a FUSE mount that nobody
 /// serves. It exists in a mount name space of the test's own, so that no other program of the machine meets
 /// it.
@@ -53,3 +55,5 @@ private:
     QTemporaryDir m_directory;
     FileDescriptor m_server;
 };
+
+} // namespace portolan

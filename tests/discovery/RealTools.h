@@ -6,6 +6,8 @@
 #include <QString>
 #include <QTemporaryDir>
 
+namespace portolan {
+
 /// The system's tools under names that nothing stands in for, so that they are really run.
 class RealTools
 {
@@ -22,3 +24,5 @@ public:
 private:
     QTemporaryDir m_folder;
 };
+
+} // namespace portolan

@@ -21,6 +21,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -276,3 +278,5 @@ TEST_P(BothRoadsOver, AChangingPopulationAgree)
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, BothRoadsOver, testing::Values(1U, 2U));
+
+} // namespace portolan

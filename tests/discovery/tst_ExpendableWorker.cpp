@@ -8,6 +8,8 @@
 #include <future>
 #include <thread>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -52,7 +54,7 @@ class ExpendableWorkerRun : public testing::Test
 protected:
     void TearDown() override
     {
-        EXPECT_TRUE(eventually([this] { return threads() == m_threads; }));
+        EXPECT_TRUE(waitUntil([this] { return threads() == m_threads; }));
     }
 
     const qsizetype m_threads = threads();
@@ -103,7 +105,7 @@ TEST_F(ExpendableWorkerRun, WhatStillHangsIsNotTriedAgainByAnyWorker)
         EXPECT_EQ(worker.run(u"alive"_s, answer(scan)), scan);
     }
     EXPECT_EQ(hang.started(), 1);
-    EXPECT_TRUE(eventually([&] { return threads() == m_threads + 1; }));
+    EXPECT_TRUE(waitUntil([&] { return threads() == m_threads + 1; }));
 }
 
 TEST_F(ExpendableWorkerRun, WhatCameBackIsTriedAgain)
@@ -114,7 +116,7 @@ TEST_F(ExpendableWorkerRun, WhatCameBackIsTriedAgain)
         EXPECT_EQ(worker.run(u"dead"_s, hang.work()), std::nullopt);
     }
     hang.release();
-    EXPECT_TRUE(eventually([] {
+    EXPECT_TRUE(waitUntil([] {
         ExpendableWorker worker(1h);
         return worker.run(u"dead"_s, answer(5)) == 5;
     }));
@@ -199,7 +201,7 @@ TEST_F(ExpendableWorkerRun, AStopRequestEndsTheWait)
     std::stop_source stop;
     ExpendableWorker worker(1h, stop.get_token());
     std::jthread stopper([&] {
-        eventually([&] { return hang.started() == 1; });
+        waitUntil([&] { return hang.started() == 1; });
         stop.request_stop();
     });
     EXPECT_EQ(worker.run(u"dead"_s, hang.work()), std::nullopt);
@@ -216,3 +218,5 @@ TEST_F(ExpendableWorkerRun, AStuckThreadDoesNotKeepTheProgram)
     };
     EXPECT_EXIT(exitDuringAHang(), testing::ExitedWithCode(0), "");
 }
+
+} // namespace portolan

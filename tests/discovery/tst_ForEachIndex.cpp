@@ -6,6 +6,8 @@
 #include <thread>
 #include <vector>
 
+namespace portolan {
+
 class ForEachIndex : public testing::TestWithParam<int>
 {};
 
@@ -43,3 +45,5 @@ TEST(ForEachIndexThreads, WorkersRunSideBySide)
     });
     EXPECT_EQ(present, 3);
 }
+
+} // namespace portolan

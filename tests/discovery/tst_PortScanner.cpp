@@ -10,6 +10,8 @@
 
 #include <thread>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using PortScanner::scan;
@@ -274,7 +276,7 @@ TEST_P(ScanWorkers, AStopEndsTheScan)
     stopped.toolDeadline = 1h;
     stopped.stop = stop.get_token();
     std::jthread stopper([&] {
-        eventually([&] { return !contentsOf(tools.path(u"pid"_s)).isEmpty(); });
+        waitUntil([&] { return !contentsOf(tools.path(u"pid"_s)).isEmpty(); });
         stop.request_stop();
     });
     (void)scan(stopped);
@@ -340,7 +342,7 @@ TEST_F(Scan, LeavesNothingBehind)
     for (int tick = 0; tick < 10; ++tick)
         EXPECT_EQ(scan(options(4)).size(), 6);
     EXPECT_EQ(openDescriptors(), descriptors);
-    EXPECT_TRUE(eventually([&] { return threads() == threadsBefore; }));
+    EXPECT_TRUE(waitUntil([&] { return threads() == threadsBefore; }));
 }
 
 TEST_F(Scan, FoldersOnADeadMountAreListedByName)
@@ -362,8 +364,10 @@ TEST_F(Scan, FoldersOnADeadMountAreListedByName)
             EXPECT_EQ(service.framework, Framework::node);
         }
     }
-    EXPECT_TRUE(eventually([&] { return threads() <= threadsBefore + 4; }))
+    EXPECT_TRUE(waitUntil([&] { return threads() <= threadsBefore + 4; }))
         << "one stuck thread per dead folder";
     mount->release();
-    EXPECT_TRUE(eventually([&] { return threads() == threadsBefore; }));
+    EXPECT_TRUE(waitUntil([&] { return threads() == threadsBefore; }));
 }
+
+} // namespace portolan

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <limits>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using PortScanner::isDevServer;
 using PortScanner::parseCwd;
@@ -342,3 +344,5 @@ TEST(DevServerHome, WithoutAHomeFolderNoFolderIsInIt)
 {
     EXPECT_FALSE(isDevServer(u"myserver"_s, elsewhere, QString()));
 }
+
+} // namespace portolan

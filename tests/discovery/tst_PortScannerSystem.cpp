@@ -20,6 +20,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -332,3 +334,5 @@ TEST_P(RealScan, WithADeadMountTheListComesAllTheSame)
         std::ranges::any_of(services, [&](const Service &service) { return service.pid == node.pid(); }));
     EXPECT_TRUE(waitpid(-1, nullptr, WNOHANG) == 0) << "the server is the only child";
 }
+
+} // namespace portolan

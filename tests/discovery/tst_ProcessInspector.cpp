@@ -8,6 +8,8 @@
 
 #include <unistd.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using ProcessInspector::parse;
 using ProcessInspector::parseETime;
@@ -131,3 +133,5 @@ TEST(ProcessInspector, KnowsNothingOfAProcessThatIsNot)
     EXPECT_EQ(ProcessInspector::stats(-1), std::nullopt);
     EXPECT_EQ(ProcessInspector::stats(std::numeric_limits<qint32>::max()), std::nullopt);
 }
+
+} // namespace portolan

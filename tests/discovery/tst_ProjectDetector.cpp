@@ -13,10 +13,12 @@
 
 #include <sys/stat.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using ProjectDetector::detect;
-using ProjectDetector::Result;
+using ProjectDetector::Project;
 
 static void PrintTo(Framework framework, std::ostream *out)
 {
@@ -24,7 +26,7 @@ static void PrintTo(Framework framework, std::ostream *out)
 }
 
 namespace ProjectDetector {
-static void PrintTo(const Result &result, std::ostream *out)
+static void PrintTo(const Project &result, std::ostream *out)
 {
     *out << result.displayName.toStdString() << " (" << result.framework.rawValue().toStdString() << ')';
 }
@@ -230,11 +232,11 @@ TEST(LastComponent, IsTheFoldersName)
 TEST(DetectWithoutFolder, NamesTheCommand)
 {
     for (const std::optional<QString> &none : {std::optional<QString>(), std::optional(QString())}) {
-        EXPECT_EQ(detect(u"node"_s, none), (Result{u"Node"_s, Framework::node}));
-        EXPECT_EQ(detect(u"ControlCenter"_s, none), (Result{u"Controlcenter"_s, Framework::generic}));
-        EXPECT_EQ(detect(u"nodemon"_s, none), (Result{u"Nodemon"_s, Framework::generic}));
+        EXPECT_EQ(detect(u"node"_s, none), (Project{u"Node"_s, Framework::node}));
+        EXPECT_EQ(detect(u"ControlCenter"_s, none), (Project{u"Controlcenter"_s, Framework::generic}));
+        EXPECT_EQ(detect(u"nodemon"_s, none), (Project{u"Nodemon"_s, Framework::generic}));
         EXPECT_EQ(detect(u"next-server"_s, none).framework, Framework::node);
-        EXPECT_EQ(detect(u""_s, none), (Result{u"Service"_s, Framework::generic}));
+        EXPECT_EQ(detect(u""_s, none), (Project{u"Service"_s, Framework::generic}));
     }
 }
 
@@ -260,7 +262,7 @@ protected:
 TEST_F(DetectInFolder, ThePackageNamesProjectAndFramework)
 {
     write(u"package.json"_s, R"({"name":"@acme/web-app","dependencies":{"next":"15","react":"19"}})");
-    EXPECT_EQ(detect(u"node"_s, folder()), (Result{u"Web App"_s, Framework::next}));
+    EXPECT_EQ(detect(u"node"_s, folder()), (Project{u"Web App"_s, Framework::next}));
 }
 
 TEST_F(DetectInFolder, APackageWithoutAUsableNameGetsTheFolders)
@@ -271,23 +273,23 @@ TEST_F(DetectInFolder, APackageWithoutAUsableNameGetsTheFolders)
           R"({"name":42,"devDependencies":{"vite":"5"}})", R"({"name":null,"devDependencies":{"vite":"5"}})",
           R"({"name":["a"],"devDependencies":{"vite":"5"}})"}) {
         write(u"package.json"_s, json);
-        EXPECT_EQ(detect(u"node"_s, folder()), (Result{u"demo"_s, Framework::vite})) << json;
+        EXPECT_EQ(detect(u"node"_s, folder()), (Project{u"demo"_s, Framework::vite})) << json;
     }
 }
 
 TEST_F(DetectInFolder, APackageWithoutKnownDependenciesTakesTheCommandsFramework)
 {
     write(u"package.json"_s, R"({"name":"api"})");
-    EXPECT_EQ(detect(u"bun"_s, folder()), (Result{u"Api"_s, Framework::bun}));
+    EXPECT_EQ(detect(u"bun"_s, folder()), (Project{u"Api"_s, Framework::bun}));
     write(u"package.json"_s, "{}");
-    EXPECT_EQ(detect(u"bun"_s, folder()), (Result{u"demo"_s, Framework::bun}));
+    EXPECT_EQ(detect(u"bun"_s, folder()), (Project{u"demo"_s, Framework::bun}));
 }
 
 TEST_F(DetectInFolder, APackageLeavesNoSayToMarkers)
 {
     write(u"package.json"_s, R"({"name":"api"})");
     write(u"Cargo.toml"_s);
-    EXPECT_EQ(detect(u"nodemon"_s, folder()), (Result{u"Api"_s, Framework::generic}));
+    EXPECT_EQ(detect(u"nodemon"_s, folder()), (Project{u"Api"_s, Framework::generic}));
 }
 
 TEST_F(DetectInFolder, OfAnEndlessNameTheFrontIsTaken)
@@ -301,7 +303,7 @@ TEST_F(DetectInFolder, OfAnEndlessNameTheFrontIsTaken)
 TEST_F(DetectInFolder, ANameOfSeparatorsIsShownEmpty)
 {
     write(u"package.json"_s, R"({"name":"---"})");
-    EXPECT_EQ(detect(u"node"_s, folder()), (Result{u""_s, Framework::node}));
+    EXPECT_EQ(detect(u"node"_s, folder()), (Project{u""_s, Framework::node}));
 }
 
 struct Json
@@ -316,9 +318,9 @@ class UnusablePackage : public DetectInFolder, public testing::WithParamInterfac
 TEST_P(UnusablePackage, IsAsIfAbsent)
 {
     write(u"package.json"_s, GetParam().bytes);
-    EXPECT_EQ(detect(u"node"_s, folder()), (Result{u"demo"_s, Framework::node}));
+    EXPECT_EQ(detect(u"node"_s, folder()), (Project{u"demo"_s, Framework::node}));
     write(u"Cargo.toml"_s);
-    EXPECT_EQ(detect(u"node"_s, folder()), (Result{u"demo"_s, Framework::rust}));
+    EXPECT_EQ(detect(u"node"_s, folder()), (Project{u"demo"_s, Framework::rust}));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -347,7 +349,7 @@ TEST_F(DetectInFolder, AFifoAsPackageIsPassedOver)
 {
     ASSERT_EQ(mkfifo(QFile::encodeName(folder() + u"/package.json"_s).constData(), 0600), 0);
     write(u"go.mod"_s);
-    EXPECT_EQ(detect(u"node"_s, folder()), (Result{u"demo"_s, Framework::go}));
+    EXPECT_EQ(detect(u"node"_s, folder()), (Project{u"demo"_s, Framework::go}));
 }
 
 struct MarkerCase
@@ -379,14 +381,14 @@ TEST_P(Marker, DecidesAlone)
 {
     const MarkerCase &marker = markers[GetParam()];
     write(QString::fromLatin1(marker.file));
-    EXPECT_EQ(detect(u"node"_s, folder()), (Result{u"demo"_s, marker.framework}));
+    EXPECT_EQ(detect(u"node"_s, folder()), (Project{u"demo"_s, marker.framework}));
 }
 
 TEST_P(Marker, DecidesBeforeAllBehindIt)
 {
     for (size_t i = GetParam(); i < markers.size(); ++i)
         write(QString::fromLatin1(markers[i].file));
-    EXPECT_EQ(detect(u"node"_s, folder()), (Result{u"demo"_s, markers[GetParam()].framework}));
+    EXPECT_EQ(detect(u"node"_s, folder()), (Project{u"demo"_s, markers[GetParam()].framework}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, Marker, testing::Range(size_t(0), markers.size()), [](const auto &row) {
@@ -396,7 +398,7 @@ INSTANTIATE_TEST_SUITE_P(Files, Marker, testing::Range(size_t(0), markers.size()
 TEST_F(DetectInFolder, AMarkerNeedOnlyExist)
 {
     ASSERT_TRUE(QDir(folder()).mkdir(u"Gemfile"_s));
-    EXPECT_EQ(detect(u"node"_s, folder()), (Result{u"demo"_s, Framework::rails}));
+    EXPECT_EQ(detect(u"node"_s, folder()), (Project{u"demo"_s, Framework::rails}));
 }
 
 TEST_F(DetectInFolder, MarkersInAnotherCaseOrPlaceDoNotCount)
@@ -405,21 +407,21 @@ TEST_F(DetectInFolder, MarkersInAnotherCaseOrPlaceDoNotCount)
     write(u"App.CSPROJ"_s);
     ASSERT_TRUE(QDir(folder()).mkdir(u"src"_s));
     write(u"src/go.mod"_s);
-    EXPECT_EQ(detect(u"uvicorn"_s, folder()), (Result{u"demo"_s, Framework::python}));
+    EXPECT_EQ(detect(u"uvicorn"_s, folder()), (Project{u"demo"_s, Framework::python}));
 }
 
 TEST_F(DetectInFolder, WithNothingInItTakesTheCommandsFramework)
 {
-    EXPECT_EQ(detect(u"uvicorn"_s, folder()), (Result{u"demo"_s, Framework::python}));
-    EXPECT_EQ(detect(u"flask"_s, folder()), (Result{u"demo"_s, Framework::python}));
-    EXPECT_EQ(detect(u"nodemon"_s, folder()), (Result{u"demo"_s, Framework::generic}));
-    EXPECT_EQ(detect(u""_s, folder()), (Result{u"demo"_s, Framework::generic}));
+    EXPECT_EQ(detect(u"uvicorn"_s, folder()), (Project{u"demo"_s, Framework::python}));
+    EXPECT_EQ(detect(u"flask"_s, folder()), (Project{u"demo"_s, Framework::python}));
+    EXPECT_EQ(detect(u"nodemon"_s, folder()), (Project{u"demo"_s, Framework::generic}));
+    EXPECT_EQ(detect(u""_s, folder()), (Project{u"demo"_s, Framework::generic}));
 }
 
 TEST(DetectInNoFolder, StillNamesIt)
 {
-    EXPECT_EQ(detect(u"nodemon"_s, u"/no/such/place"_s), (Result{u"place"_s, Framework::generic}));
-    EXPECT_EQ(detect(u"node"_s, u"/srv/shop (deleted)"_s), (Result{u"shop (deleted)"_s, Framework::node}));
+    EXPECT_EQ(detect(u"nodemon"_s, u"/no/such/place"_s), (Project{u"place"_s, Framework::generic}));
+    EXPECT_EQ(detect(u"node"_s, u"/srv/shop (deleted)"_s), (Project{u"shop (deleted)"_s, Framework::node}));
 }
 
 TEST_F(DetectInFolder, HasFileTestsTheExtensionOnly)
@@ -444,12 +446,12 @@ TEST(DetectOnADeadMount, GivesTheFoldersNameInTime)
     const qsizetype before = threads();
     for (int scan = 0; scan < 5; ++scan) {
         ExpendableWorker files(300ms);
-        EXPECT_EQ(detect({{u"node"_s, shop}}, files).front(), (Result{u"shop"_s, Framework::node}));
+        EXPECT_EQ(detect({{u"node"_s, shop}}, files).front(), (Project{u"shop"_s, Framework::node}));
     }
-    EXPECT_TRUE(eventually([&] { return threads() == before + 1; })) << "one stuck thread, never more";
+    EXPECT_TRUE(waitUntil([&] { return threads() == before + 1; })) << "one stuck thread, never more";
 
     mount->release();
-    EXPECT_TRUE(eventually([&] { return threads() == before; }));
+    EXPECT_TRUE(waitUntil([&] { return threads() == before; }));
 }
 
 TEST(DetectOnADeadMount, ALinkIntoOneIsNoBetter)
@@ -460,8 +462,10 @@ TEST(DetectOnADeadMount, ALinkIntoOneIsNoBetter)
         GTEST_SKIP() << "mounting is not permitted here";
     ASSERT_TRUE(QFile::link(mount->path() + u"/package.json"_s, project.filePath(u"package.json"_s)));
     ExpendableWorker files(300ms);
-    const std::vector<Result> results =
+    const std::vector<Project> results =
         detect({{u"node"_s, project.path()}, {u"node"_s, u"/no/such/place"_s}}, files);
     EXPECT_EQ(results.at(0).framework, Framework::node);
-    EXPECT_EQ(results.at(1), (Result{u"place"_s, Framework::node}));
+    EXPECT_EQ(results.at(1), (Project{u"place"_s, Framework::node}));
 }
+
+} // namespace portolan

@@ -17,6 +17,8 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -208,3 +210,5 @@ TEST_F(ProjectFolderFiles, WithoutPermissionThereIsNothing)
         EXPECT_TRUE(folder().contains(name));
     });
 }
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include "Samples.h"
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -74,3 +76,5 @@ QList<GalleryScene> galleryScenes()
          .knowledge = Knowledge::FirstScan},
     };
 }
+
+} // namespace portolan

@@ -8,6 +8,8 @@
 
 #include <optional>
 
+namespace portolan {
+
 /// One state of the panel that is worth looking at.
 struct GalleryScene
 {
@@ -30,3 +32,5 @@ struct GalleryScene
 
 /// All of them, in the order of their showing.
 [[nodiscard]] QList<GalleryScene> galleryScenes();
+
+} // namespace portolan

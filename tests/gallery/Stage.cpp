@@ -7,6 +7,8 @@
 #include <QMouseEvent>
 #include <QQuickItem>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -100,3 +102,5 @@ QImage Stage::picture()
     picture.setDevicePixelRatio(m_view.effectiveDevicePixelRatio());
     return picture;
 }
+
+} // namespace portolan

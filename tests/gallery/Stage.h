@@ -8,6 +8,8 @@
 #include <QImage>
 #include <QQuickView>
 
+namespace portolan {
+
 /// Shows one scene in a window of its own.
 class Stage
 {
@@ -29,3 +31,5 @@ private:
     FakeLoginItem m_loginItem;
     QQuickView m_view;
 };
+
+} // namespace portolan

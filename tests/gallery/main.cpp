@@ -15,6 +15,8 @@
 #include <cstdio>
 #include <memory>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -104,8 +106,11 @@ private:
 
 } // namespace
 
+} // namespace portolan
+
 int main(int argc, char **argv)
 {
+    using namespace portolan;
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     QGuiApplication app(argc, argv);
     QCommandLineParser options;

@@ -2,6 +2,8 @@
 
 #include <QBindable>
 
+namespace portolan {
+
 /// Counts how often a property tells its observers that it changed.
 class Announcements
 {
@@ -18,3 +20,5 @@ private:
     int m_count = 0;
     QPropertyNotifier m_notifier;
 };
+
+} // namespace portolan

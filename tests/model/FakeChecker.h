@@ -10,6 +10,8 @@
 #include <memory>
 #include <vector>
 
+namespace portolan {
+
 /// A checker whose probes wait until the test answers them, in any order.
 class FakeChecker
 {
@@ -55,3 +57,5 @@ private:
 
     std::vector<Probe> m_probes;
 };
+
+} // namespace portolan

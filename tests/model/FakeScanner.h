@@ -12,6 +12,8 @@
 #include <optional>
 #include <stop_token>
 
+namespace portolan {
+
 /// A scanner whose scans wait until the test says what they found.
 class FakeScanner
 {
@@ -56,3 +58,5 @@ private:
 
     std::shared_ptr<State> m_state = std::make_shared<State>();
 };
+
+} // namespace portolan

@@ -16,6 +16,8 @@
 #include <chrono>
 #include <memory>
 
+namespace portolan {
+
 /// A store with settings of its own, whose scans and probes wait for the test.
 class StoreFixture : public testing::Test
 {
@@ -70,3 +72,5 @@ protected:
     std::unique_ptr<UserDefaults> m_defaults;
     std::unique_ptr<ServiceStore> m_store;
 };
+
+} // namespace portolan

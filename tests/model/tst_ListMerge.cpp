@@ -7,6 +7,8 @@
 #include <ostream>
 #include <random>
 
+namespace portolan {
+
 using ListMerge::newRow;
 using ListMerge::Step;
 using Kind = ListMerge::Step::Kind;
@@ -126,3 +128,5 @@ TEST(ListMerge, ReachesEveryListWithTheFewestMovedRows)
         ASSERT_EQ(moved, int(kept.size()) - longestIncreasing(kept)) << round;
     }
 }
+
+} // namespace portolan

@@ -11,6 +11,8 @@
 #include <thread>
 #include <vector>
 
+namespace portolan {
+
 namespace {
 
 /// A coroutine that reads a mailbox until nothing comes any more.
@@ -113,3 +115,5 @@ TEST(Mailbox, MayGoWhileThreadsAreSending)
         EXPECT_TRUE(reader.isDone);
     }
 }
+
+} // namespace portolan

@@ -8,6 +8,8 @@
 
 #include <vector>
 
+namespace portolan {
+
 using namespace std::chrono_literals;
 
 namespace {
@@ -76,3 +78,5 @@ TEST(Pause, EndsWithItsWaits)
     }
     EXPECT_EQ(results, std::vector({false, false}));
 }
+
+} // namespace portolan

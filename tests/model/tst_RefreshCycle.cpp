@@ -13,6 +13,8 @@
 #include <latch>
 #include <thread>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -560,3 +562,5 @@ TEST_F(RefreshCycle, MayEndAtAnyMomentWhileOtherThreadsAnswer)
         EXPECT_EQ(stillWanted, 0);
     }
 }
+
+} // namespace portolan

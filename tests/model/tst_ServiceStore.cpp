@@ -10,6 +10,8 @@
 
 #include <gmock/gmock.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 // The state, the settings and how changes are told. The refresh cycle has tests of its own.
@@ -370,3 +372,5 @@ TEST_F(ServiceStoreTest, ReadOnlySettingsAreUsedAndNeverWritten)
     store.togglePin(service(1, 3000));
     EXPECT_EQ(settings(), QJsonObject({{u"sortOrder"_s, u"name"_s}}));
 }
+
+} // namespace portolan

@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -147,3 +149,5 @@ TEST(VisibleList, HasAnOrderFromTwoServicesOn)
     EXPECT_TRUE(VisibleList::hasOrder(services, {}));
     EXPECT_FALSE(VisibleList::hasOrder(services, u"one"_s));
 }
+
+} // namespace portolan

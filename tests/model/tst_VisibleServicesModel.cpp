@@ -10,6 +10,8 @@
 
 #include <random>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -304,3 +306,5 @@ TEST_F(VisibleServicesModelTest, FollowsRandomChanges)
         ASSERT_FALSE(HasFailure()) << round;
     }
 }
+
+} // namespace portolan

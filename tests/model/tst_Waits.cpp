@@ -7,6 +7,8 @@
 #include <memory>
 #include <vector>
 
+namespace portolan {
+
 namespace {
 
 /// Something to wait for that happens when the test says so.
@@ -125,3 +127,5 @@ TEST(Waits, ACoroutineThatEndsMayEndOthers)
     waits.cancel();
     EXPECT_EQ(ended.size(), 2);
 }
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include <QTimer>
 
+namespace portolan {
+
 /// Ticks every millisecond that the event loop is free to.
 class EventLoopTicker
 {
@@ -18,3 +20,5 @@ private:
     QTimer m_timer;
     int m_ticks = 0;
 };
+
+} // namespace portolan

@@ -7,6 +7,8 @@
 
 #include <functional>
 
+namespace portolan {
+
 /// Runs the event loop until `condition` holds; false if it does not within half a minute.
 [[nodiscard]] inline bool eventually(const std::function<bool()> &condition)
 {
@@ -27,3 +29,5 @@ inline void settle()
     for (int turn = 0; turn < 10; ++turn)
         QCoreApplication::processEvents();
 }
+
+} // namespace portolan

@@ -9,6 +9,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace portolan {
+
 namespace {
 
 void check(int result, const char *what)
@@ -82,3 +84,5 @@ std::uint16_t LocalSocket::port() const
     check(getsockname(m_descriptor, reinterpret_cast<sockaddr *>(&address), &length), "getsockname");
     return ntohs(address.sin6_port); // at the same place for both families
 }
+
+} // namespace portolan

@@ -5,6 +5,8 @@
 
 #include <sys/types.h>
 
+namespace portolan {
+
 /// A TCP socket of this process on a loopback or any address, with a port of the kernel's choice.
 class LocalSocket
 {
@@ -28,3 +30,5 @@ private:
 
     int m_descriptor;
 };
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include <QByteArray>
 
+namespace portolan {
+
 // The process names in which the built-in tools and the real lsof differ.
 
 /// lsof looks for the bracket that closes the name by counting, and takes an empty name for the last one it
@@ -22,3 +24,5 @@ inline bool isThreadName(const QByteArray &name)
 {
     return name == "MainThread" || name == "node-MainThread";
 }
+
+} // namespace portolan

@@ -2,6 +2,8 @@
 
 #include <stdexcept>
 
+namespace portolan {
+
 using namespace Qt::StringLiterals;
 
 OddProcess::OddProcess()
@@ -35,3 +37,5 @@ void OddProcess::kill()
     m_process.kill();
     m_process.waitForFinished();
 }
+
+} // namespace portolan

@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QProcess>
 
+namespace portolan {
+
 /// A process of the test's own that becomes what it is told to be; odd_process.cpp has the orders.
 class OddProcess
 {
@@ -20,3 +22,5 @@ public:
 private:
     QProcess m_process;
 };
+
+} // namespace portolan

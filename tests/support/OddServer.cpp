@@ -9,6 +9,8 @@
 
 #include <array>
 
+namespace portolan {
+
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -166,3 +168,5 @@ void OddServer::Connection::reset()
     ::setsockopt(m_socket, SOL_SOCKET, SO_LINGER, &now, sizeof now);
     ::close(std::exchange(m_socket, -1));
 }
+
+} // namespace portolan

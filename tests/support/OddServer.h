@@ -12,6 +12,8 @@
 #include <thread>
 #include <vector>
 
+namespace portolan {
+
 /// A TCP server on 127.0.0.1, or on ::1, that treats each connection as a script says, however badly behaved,
 /// and remembers what was asked of it. Each connection is served by a thread of its own; destroying the
 /// server ends them all, wherever they are in their script.
@@ -79,3 +81,5 @@ private:
     int m_number;
     int m_socket;
 };
+
+} // namespace portolan

@@ -10,6 +10,8 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+namespace portolan {
+
 /// How a stand-in was started.
 struct StartRecord
 {
@@ -74,3 +76,5 @@ private:
 
     QTemporaryDir m_folder;
 };
+
+} // namespace portolan

@@ -4,6 +4,8 @@
 
 #include <optional>
 
+namespace portolan {
+
 /// Sets or unsets an environment variable for a scope.
 class ScopedEnvironment
 {
@@ -30,3 +32,5 @@ private:
     const char *m_name;
     std::optional<QByteArray> m_before;
 };
+
+} // namespace portolan

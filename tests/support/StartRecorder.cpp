@@ -13,6 +13,8 @@
 
 #include <unistd.h>
 
+namespace portolan {
+
 namespace {
 
 QJsonArray texts(char **list)
@@ -51,8 +53,11 @@ QString statusField(const QByteArray &name)
 
 } // namespace
 
+} // namespace portolan
+
 int main(int, char **argv)
 {
+    using namespace portolan;
     const QJsonObject descriptors = openDescriptors();
     const QJsonObject record{
         {QStringLiteral("arguments"), texts(argv + 1)},

@@ -12,6 +12,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace portolan {
+
 /// A child process that waits for signals. Killed and collected at the end of the scope.
 class TestChild
 {
@@ -92,3 +94,5 @@ private:
 
     pid_t m_pid = -1;
 };
+
+} // namespace portolan

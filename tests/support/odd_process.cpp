@@ -24,6 +24,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace portolan {
+
 namespace {
 
 using Answer = std::string;
@@ -215,8 +217,11 @@ const std::map<std::string, Order> orders = {
 
 } // namespace
 
+} // namespace portolan
+
 int main()
 {
+    using namespace portolan;
     for (std::string line; std::getline(std::cin, line);) {
         std::istringstream words(line);
         const auto order = orders.find(argument(words));

@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+namespace portolan {
+
 using testing::Contains;
 using testing::Not;
 
@@ -67,3 +69,5 @@ INSTANTIATE_TEST_SUITE_P(
                     PassedOnCase{"XDG_CONFIG_HOME=/x", true}, PassedOnCase{"XDG_ACTIVATION_TOKEN=t", false},
                     PassedOnCase{"XDG_ACTIVATION_TOKEN_OF_OURS=t", true},
                     PassedOnCase{"DESKTOP_STARTUP_ID=t", false}));
+
+} // namespace portolan

@@ -1,0 +1,166 @@
+#include "Shell.h"
+
+#include "ChildProcess.h"
+#include "FileDescriptor.h"
+
+#include <QStringDecoder>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <functional>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+namespace portolan {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int maxDescriptors = 1024;
+/// How long a killed child may take to go; one that is stuck in the kernel is reaped by a later run.
+constexpr std::chrono::milliseconds goodbye{250};
+
+/// A descriptor that becomes readable when a stop is requested.
+class StopSignal
+{
+public:
+    explicit StopSignal(const std::stop_token &stop)
+        : m_event(stop.stop_possible() ? eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK) : -1)
+        , m_callback(stop, [event = m_event.get()] { eventfd_write(event, 1); })
+    {}
+
+    /// Whether a stop would be noticed.
+    [[nodiscard]] bool isHeard(const std::stop_token &stop) const
+    {
+        return m_event.isOpen() || !stop.stop_possible();
+    }
+    [[nodiscard]] int descriptor() const { return m_event.get(); }
+
+private:
+    FileDescriptor m_event;
+    std::stop_callback<std::function<void()>> m_callback;
+};
+
+struct Pipe
+{
+    FileDescriptor reader;
+    FileDescriptor writer;
+
+    static std::optional<Pipe> open()
+    {
+        int ends[2];
+        if (pipe2(ends, O_CLOEXEC) != 0)
+            return std::nullopt;
+        return Pipe{FileDescriptor(ends[0]), FileDescriptor(ends[1])};
+    }
+};
+
+/// Waits for something to read. False at the deadline or on a stop.
+bool awaitReadable(int descriptor, const QDeadlineTimer &deadline, int stop)
+{
+    while (!deadline.hasExpired()) {
+        pollfd watched[] = {{descriptor, POLLIN, 0}, {stop, POLLIN, 0}};
+        const int pause = int(std::min<qint64>(deadline.remainingTime(), INT_MAX));
+        const int ready = poll(watched, std::size(watched), pause);
+        if (ready > 0)
+            return !watched[1].revents;
+    }
+    return false;
+}
+
+/// Everything up to end of file; nothing if a limit came first.
+std::optional<QByteArray> readToEnd(int descriptor, const QDeadlineTimer &deadline, int stop, qsizetype most)
+{
+    QByteArray bytes;
+    std::array<char, 64 * 1024> buffer;
+    while (awaitReadable(descriptor, deadline, stop)) {
+        const ssize_t count = read(descriptor, buffer.data(), buffer.size());
+        if (count == 0)
+            return bytes;
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0 || bytes.size() + count > most)
+            break;
+        bytes.append(buffer.data(), count);
+    }
+    return std::nullopt;
+}
+
+QString decoded(const QByteArray &bytes)
+{
+    using Converter = QStringConverter;
+    QStringDecoder decoder(Converter::Utf8, Converter::Flag::Stateless | Converter::Flag::ConvertInitialBom);
+    const QString text = decoder(bytes);
+    return decoder.hasError() ? QString() : text;
+}
+
+/// Ours, but with texts in UTF-8 and numbers as in C, whatever the user's language.
+QList<QByteArray> toolEnvironment()
+{
+    QList<QByteArray> environment = ChildSetup::environment();
+    environment.removeIf([](const QByteArray &variable) { return variable.startsWith("LC_ALL="); });
+    environment.append("LC_ALL=C.UTF-8"_ba);
+    return environment;
+}
+
+void waitForUsersProgram(const QString &path, const QStringList &arguments, const QDeadlineTimer &deadline,
+                         int stop)
+{
+    std::optional<ChildProcess> child = ChildProcess::start({.path = path, .arguments = arguments});
+    if (child)
+        (void)child->wait(deadline, stop);
+}
+
+} // namespace
+
+QString Shell::run(const QString &path, const QStringList &arguments)
+{
+    return run(path, arguments, {}).output;
+}
+
+Shell::Result Shell::run(const QString &path, const QStringList &arguments, const Limits &limits)
+{
+    const QDeadlineTimer deadline =
+        limits.deadline ? QDeadlineTimer(*limits.deadline) : QDeadlineTimer(QDeadlineTimer::Forever);
+    const StopSignal stop(limits.stop);
+    if (!stop.isHeard(limits.stop) || limits.stop.stop_requested())
+        return {};
+    if (limits.isUsersProgram) {
+        waitForUsersProgram(path, arguments, deadline, stop.descriptor());
+        return {};
+    }
+    std::optional<Pipe> pipe = Pipe::open();
+    if (!pipe)
+        return {};
+
+    std::optional<ChildProcess> child = ChildProcess::start({
+        .path = path,
+        .arguments = arguments,
+        .environment = toolEnvironment(),
+        .standardOutput = pipe->writer.get(),
+        .maxDescriptors = maxDescriptors,
+        .diesWithCaller = true,
+    });
+    if (!child)
+        return {};
+    pipe->writer.close();
+
+    // Read first, then wait: a child that fills the pipe would never end otherwise.
+    const std::optional<QByteArray> bytes =
+        readToEnd(pipe->reader.get(), deadline, stop.descriptor(), limits.maxOutput);
+    if (bytes && child->wait(deadline, stop.descriptor()))
+        return {.output = decoded(*bytes)};
+
+    const bool timedOut = deadline.hasExpired();
+    child->killGroup();
+    [[maybe_unused]] const bool gone = child->wait(QDeadlineTimer(goodbye));
+    return {.timedOut = timedOut};
+}
+
+} // namespace portolan

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <chrono>
+#include <optional>
+#include <stop_token>
+
+namespace portolan {
+
+/// Runs a command-line tool and returns what it printed. No state; any thread; blocks the caller.
+///
+/// The child gets a process group of its own, no inherited descriptors but standard input, a soft descriptor
+/// limit of at most 1024, a UTF-8 locale with C number formats, and none of this program's own Qt variables.
+namespace Shell {
+
+/// What bounds a run. The defaults bound nothing but the size of the output.
+struct Limits
+{
+    /// How long the tool may take, from its start to its exit. After that its whole process group is killed.
+    std::optional<std::chrono::milliseconds> deadline;
+    /// Bytes of output after which the group is killed and the answer is empty.
+    qsizetype maxOutput = qsizetype(64) * 1024 * 1024;
+    /// A stop request ends the run as the deadline does.
+    std::stop_token stop;
+    /// For a program that is the user's rather than a tool of ours, run for what it does: it has the user's
+    /// own locale and descriptor limit and nowhere to print to, and a limit ends only the waiting. It
+    /// outlives this program.
+    bool isUsersProgram = false;
+};
+
+struct Result
+{
+    QString output;        ///< whole standard output; empty on any failure
+    bool timedOut = false; ///< whether the deadline ended the run
+};
+
+/// Runs the executable at the absolute `path` with `arguments` as separate argv entries and waits for it.
+/// Returns its whole standard output as UTF-8 text, or "" on any failure (cannot be started, output that is
+/// not UTF-8). Standard error is discarded; the exit status is not looked at.
+[[nodiscard]] QString run(const QString &path, const QStringList &arguments);
+
+/// As above, within `limits`; a run that a limit ends gives "".
+[[nodiscard]] Result run(const QString &path, const QStringList &arguments, const Limits &limits);
+
+} // namespace Shell
+
+} // namespace portolan

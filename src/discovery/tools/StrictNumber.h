@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QStringView>
+
+#include <optional>
+
+namespace portolan {
+
+/// Numbers as the tools print them. Qt's and C's own conversions take more: spaces, other digits, other
+/// bases.
+namespace StrictNumber {
+
+/// The whole text as a decimal integer: an optional sign, then ASCII digits only. Nothing for any other text
+/// and for a value out of range.
+[[nodiscard]] std::optional<qint32> toInt32(QStringView text);
+[[nodiscard]] std::optional<qint64> toInt64(QStringView text);
+
+/// The whole text as a finite decimal number with "." as decimal point; an exponent is allowed.
+[[nodiscard]] std::optional<double> toDouble(QStringView text);
+
+} // namespace StrictNumber
+
+} // namespace portolan

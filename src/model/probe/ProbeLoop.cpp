@@ -1,0 +1,93 @@
+#include "ProbeLoop.h"
+
+#include <iterator>
+#include <system_error>
+
+#include <pthread.h>
+#include <signal.h>
+#include <sys/eventfd.h>
+
+namespace portolan {
+
+namespace {
+
+// Probes are started a few at a time, so that the work of starting the others hardly counts into an answer's
+// time.
+constexpr int startsAtOnce = 8;
+
+// The program's signals are for its other threads. A broken TLS connection is an error here, not a SIGPIPE.
+void prepareThread()
+{
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_BLOCK, &all, nullptr);
+    pthread_setname_np(pthread_self(), "portolan-probes");
+}
+
+} // namespace
+
+ProbeLoop::~ProbeLoop()
+{
+    if (m_thread.joinable()) {
+        m_thread.request_stop();
+        wake();
+        m_thread.join();
+    }
+}
+
+QFuture<Health> ProbeLoop::probe(quint16 port)
+{
+    HealthPromise promise;
+    const QFuture<Health> outcome = promise.future();
+    const std::lock_guard lock(m_mutex);
+    if (!m_thread.joinable() && !start())
+        return outcome;
+    m_requests.push_back({port, std::move(promise)});
+    if (m_requests.size() == 1)
+        wake();
+    return outcome;
+}
+
+// Where the system cannot give what a thread takes, the next probe tries again.
+bool ProbeLoop::start()
+{
+    m_wakeFd = FileDescriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+    m_probes = std::make_unique<ProbeSet>(m_wakeFd.get());
+    if (!m_probes->isValid())
+        return false;
+    try {
+        m_thread = std::jthread([this](const std::stop_token &stop) { run(stop); });
+    } catch (const std::system_error &) {
+        return false;
+    }
+    return true;
+}
+
+void ProbeLoop::run(const std::stop_token &stop)
+{
+    prepareThread();
+    std::deque<Request> waiting;
+    while (!stop.stop_requested()) {
+        for (int i = 0; i < startsAtOnce && !waiting.empty(); ++i) {
+            m_probes->add(waiting.front().port, std::move(waiting.front().promise));
+            waiting.pop_front();
+        }
+        if (m_probes->advance(waiting.empty() ? ProbeSet::Wait::yes : ProbeSet::Wait::no))
+            std::ranges::move(takeRequests(), std::back_inserter(waiting));
+    }
+}
+
+std::deque<ProbeLoop::Request> ProbeLoop::takeRequests()
+{
+    const std::lock_guard lock(m_mutex);
+    eventfd_t count = 0;
+    eventfd_read(m_wakeFd.get(), &count);
+    return std::exchange(m_requests, {});
+}
+
+void ProbeLoop::wake() const
+{
+    eventfd_write(m_wakeFd.get(), 1);
+}
+
+} // namespace portolan

@@ -1,0 +1,15 @@
+#include "Pasteboard.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+
+namespace portolan {
+
+void Pasteboard::setText(const QString &text)
+{
+    // Replaces all formats at once. An emptied clipboard in between would make some clipboard managers put
+    // the old text back.
+    QGuiApplication::clipboard()->setText(text);
+}
+
+} // namespace portolan

@@ -1,0 +1,56 @@
+#include "XdgOpen.h"
+
+#include "DetachedProgram.h"
+
+namespace portolan {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString opener()
+{
+    return DetachedProgram::find(u"xdg-open"_s);
+}
+
+/// How xdg-open is to be given `url`; an empty text for one that is no web address.
+QString webAddress(const QUrl &url)
+{
+    const bool isWeb = url.scheme() == u"http"_s || url.scheme() == u"https"_s;
+    return isWeb && url.isValid() && !url.host().isEmpty() ? QString::fromLatin1(url.toEncoded()) : QString();
+}
+
+void open(const QString &target)
+{
+    if (const QString program = opener(); !program.isEmpty())
+        DetachedProgram::start(program, {target});
+}
+
+} // namespace
+
+bool XdgOpen::isInstalled()
+{
+    return !opener().isEmpty();
+}
+
+void XdgOpen::address(const QUrl &url)
+{
+    if (const QString address = webAddress(url); !address.isEmpty())
+        open(address);
+}
+
+bool XdgOpen::addressWatched(const QUrl &url, std::chrono::milliseconds patience)
+{
+    const QString program = opener();
+    const QString address = webAddress(url);
+    if (program.isEmpty() || address.isEmpty())
+        return false;
+    return DetachedProgram::startAndWatch(program, {address}, patience).value_or(0) == 0;
+}
+
+void XdgOpen::folder(const QString &folder)
+{
+    open(folder);
+}
+
+} // namespace portolan

@@ -1,0 +1,24 @@
+#include "ActivationToken.h"
+
+#include <QGuiApplication>
+
+namespace portolan {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+constexpr auto Variable = "XDG_ACTIVATION_TOKEN"; // where the Wayland plug-in looks for it
+}
+
+QString ActivationToken::ofThisStart()
+{
+    return qEnvironmentVariable(Variable);
+}
+
+void ActivationToken::keep(const QString &token)
+{
+    if (!token.isEmpty() && QGuiApplication::platformName().startsWith("wayland"_L1))
+        qputenv(Variable, token.toUtf8());
+}
+
+} // namespace portolan

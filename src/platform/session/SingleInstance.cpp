@@ -1,0 +1,145 @@
+#include "SingleInstance.h"
+
+#include "ActivationToken.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDeadlineTimer>
+#include <QLocalSocket>
+#include <QThread>
+
+#include <algorithm>
+
+namespace portolan {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto ServiceName = "org.portolan.portolan"_L1;
+constexpr auto ObjectPath = "/org/portolan/portolan"_L1;
+constexpr auto Interface = "org.freedesktop.Application"_L1;
+constexpr auto WindowAction = "window"_L1;
+constexpr auto TokenKey = "activation-token"_L1;
+
+// What is said over the socket: one letter each way.
+constexpr char OpenLetter = 'o';
+constexpr char WindowLetter = 'w';
+constexpr char AnswerLetter = '.';
+
+constexpr int PatienceMs = 3000;
+
+QDBusMessage toCall(StartRequest request)
+{
+    QVariantMap platformData;
+    if (const QString token = ActivationToken::ofThisStart(); !token.isEmpty())
+        platformData.insert(TokenKey, token);
+
+    const bool window = request == StartRequest::Window;
+    QDBusMessage call = QDBusMessage::createMethodCall(ServiceName, ObjectPath, Interface,
+                                                       window ? u"ActivateAction"_s : u"Activate"_s);
+    if (window)
+        call << QString(WindowAction) << QVariantList();
+    return call << platformData;
+}
+
+bool tellOverSocket(const QString &path, StartRequest request)
+{
+    const QDeadlineTimer deadline(PatienceMs);
+    QLocalSocket socket;
+    // Between the other one's lock and its socket there is a moment without anyone to talk to.
+    for (socket.connectToServer(path); !socket.waitForConnected(PatienceMs); socket.connectToServer(path)) {
+        if (deadline.hasExpired())
+            return false;
+        QThread::msleep(20);
+    }
+    socket.putChar(request == StartRequest::Window ? WindowLetter : OpenLetter);
+    return socket.waitForReadyRead(int(deadline.remainingTime()));
+}
+
+} // namespace
+
+SingleInstance::SingleInstance(const QDBusConnection &bus, const QString &runtimeFolder)
+    : m_bus(bus)
+    , m_runtimeFolder(runtimeFolder)
+{}
+
+SingleInstance::~SingleInstance() = default;
+
+SingleInstance::Outcome SingleInstance::claim(StartRequest request)
+{
+    return m_bus.isConnected() ? claimOnBus(request) : claimInFolder(request);
+}
+
+SingleInstance::Outcome SingleInstance::claimOnBus(StartRequest request)
+{
+    // Whoever gets the name must be able to answer at once.
+    m_bus.registerObject(ObjectPath, this, QDBusConnection::ExportScriptableSlots);
+    for (const QDeadlineTimer deadline(PatienceMs); !deadline.hasExpired();) {
+        if (m_bus.registerService(ServiceName))
+            return Outcome::First;
+        if (request == StartRequest::None)
+            return Outcome::Forwarded;
+        const QDBusMessage reply = m_bus.call(toCall(request), QDBus::Block, PatienceMs);
+        if (reply.type() == QDBusMessage::ReplyMessage)
+            return Outcome::Forwarded;
+        if (QDBusError(reply).type() != QDBusError::ServiceUnknown)
+            return Outcome::Unanswered;
+        // The other one has ended in between: the name is free again.
+    }
+    return Outcome::Unanswered;
+}
+
+SingleInstance::Outcome SingleInstance::claimInFolder(StartRequest request)
+{
+    const QString socket = m_runtimeFolder + "/portolan.socket"_L1;
+    m_lock.emplace(m_runtimeFolder + "/portolan.lock"_L1);
+    m_lock->setStaleLockTime(0); // only the end of its process makes a lock stale
+    if (m_lock->tryLock(0)) {
+        listen(socket);
+        return Outcome::First;
+    }
+    if (m_lock->error() != QLockFile::LockFailedError)
+        return Outcome::First; // no usable folder: nothing to tell others by
+    if (request == StartRequest::None || tellOverSocket(socket, request))
+        return Outcome::Forwarded;
+    return Outcome::Unanswered;
+}
+
+void SingleInstance::listen(const QString &socket)
+{
+    connect(&m_server, &QLocalServer::newConnection, this, [this] {
+        QLocalSocket *client = m_server.nextPendingConnection();
+        connect(client, &QLocalSocket::disconnected, client, &QObject::deleteLater);
+        connect(client, &QLocalSocket::readyRead, this, [this, client] {
+            char letter = 0;
+            client->getChar(&letter);
+            client->putChar(AnswerLetter);
+            client->disconnectFromServer();
+            Q_EMIT requested(letter == WindowLetter ? StartRequest::Window : StartRequest::Open);
+        });
+    });
+    m_server.setSocketOptions(QLocalServer::UserAccessOption);
+    QLocalServer::removeServer(socket);
+    m_server.listen(socket);
+}
+
+void SingleInstance::Activate(const QVariantMap &platformData)
+{
+    ActivationToken::keep(platformData.value(TokenKey).toString());
+    Q_EMIT requested(StartRequest::Open);
+}
+
+void SingleInstance::Open(const QStringList &, const QVariantMap &platformData)
+{
+    Activate(platformData);
+}
+
+void SingleInstance::ActivateAction(const QString &name, const QVariantList &,
+                                    const QVariantMap &platformData)
+{
+    ActivationToken::keep(platformData.value(TokenKey).toString());
+    Q_EMIT requested(name == WindowAction ? StartRequest::Window : StartRequest::Open);
+}
+
+} // namespace portolan

@@ -1,0 +1,185 @@
+#include "Autostart.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QStandardPaths>
+
+#include <algorithm>
+
+namespace portolan {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString fileName = u"portolan.desktop"_s;
+constexpr qint64 maxEntrySize = 1024 * 1024;
+
+std::optional<DesktopEntry> read(const QString &path)
+{
+    QFile file(path);
+    // Only a file of a sane size is an entry: reading a pipe or a device would not end.
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    return DesktopEntry(file.read(maxEntrySize));
+}
+
+bool isExecutable(const QString &program)
+{
+    if (QDir::isRelativePath(program))
+        return !program.contains(u'/') && !QStandardPaths::findExecutable(program).isEmpty();
+    const QFileInfo file(program);
+    return file.isFile() && file.isExecutable();
+}
+
+/// Whether there is still something for the entry to start.
+bool hasProgram(const DesktopEntry &entry)
+{
+    const auto exec = entry.value("Exec");
+    const auto tryExec = entry.value("TryExec");
+    return exec && isExecutable(DesktopEntry::programOf(*exec)) &&
+           (!tryExec || isExecutable(DesktopEntry::unescaped(*tryExec)));
+}
+
+bool isFalse(const DesktopEntry &entry, QByteArrayView key)
+{
+    return entry.value(key) == "false";
+}
+
+QStringList autostartFolders(QStringList configurationFolders)
+{
+    for (QString &folder : configurationFolders)
+        folder += u"/autostart"_s;
+    return configurationFolders;
+}
+
+/// An AppImage runs from a mount that is gone at the next login; what lasts is the image. The variables may
+/// also be another program's, inherited from it.
+QString lastingProgram()
+{
+    const QString program = QCoreApplication::applicationFilePath();
+    const QString mount = qEnvironmentVariable("APPDIR");
+    const QString image = qEnvironmentVariable("APPIMAGE");
+    const bool isOwnImage = !image.isEmpty() && !mount.isEmpty() && program.startsWith(mount + u'/');
+    return isOwnImage ? image : program;
+}
+
+} // namespace
+
+Autostart::Autostart(Session session)
+    : m_session(std::move(session))
+{}
+
+Autostart Autostart::ofThisProgram()
+{
+    QStringList folders =
+        autostartFolders(QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation));
+    QString userFolder = folders.takeFirst();
+    if (qEnvironmentVariableIsEmpty("XDG_CONFIG_HOME") && qEnvironmentVariableIsEmpty("HOME"))
+        userFolder.clear();
+    return Autostart({.userFolder = userFolder,
+                      .systemFolders = folders,
+                      .desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':', Qt::SkipEmptyParts),
+                      .program = lastingProgram()});
+}
+
+QString Autostart::userFile() const
+{
+    return m_session.userFolder + u'/' + fileName;
+}
+
+std::optional<DesktopEntry> Autostart::systemEntry() const
+{
+    for (const QString &folder : m_session.systemFolders) {
+        if (auto entry = read(folder + u'/' + fileName))
+            return entry;
+    }
+    return std::nullopt;
+}
+
+Autostart::Status Autostart::status() const
+{
+    if (m_session.userFolder.isEmpty() || m_session.program.isEmpty())
+        return Status::notFound;
+    auto entry = read(userFile());
+    if (!entry)
+        entry = systemEntry();
+    if (!entry)
+        return Status::notRegistered;
+    if (!hasProgram(*entry))
+        return Status::notFound;
+    return isTurnedOff(*entry) ? Status::requiresApproval : Status::enabled;
+}
+
+/// Each desktop has its own way to turn an entry off without removing it.
+bool Autostart::isTurnedOff(const DesktopEntry &entry) const
+{
+    const auto namesThisDesktop = [this](const QList<QByteArray> &desktops) {
+        return std::ranges::any_of(desktops, [this](const QByteArray &desktop) {
+            return m_session.desktops.contains(QString::fromUtf8(desktop));
+        });
+    };
+    return entry.isTrue("Hidden") || isFalse(entry, "X-GNOME-Autostart-enabled") ||
+           isFalse(entry, "X-MATE-Autostart-enabled") ||
+           (entry.value("OnlyShowIn") && !namesThisDesktop(entry.list("OnlyShowIn"))) ||
+           namesThisDesktop(entry.list("NotShowIn"));
+}
+
+DesktopEntry Autostart::newEntry() const
+{
+    return DesktopEntry("[Desktop Entry]\n"
+                        "Type=Application\n"
+                        "Name=Portolan\n"
+                        "Comment=Development servers in the system tray\n"
+                        "Exec=" +
+                        DesktopEntry::exec(m_session.program, {u"--background"_s}) +
+                        "\n"
+                        "TryExec=" +
+                        DesktopEntry::escaped(m_session.program) +
+                        "\n"
+                        "Icon=portolan\n"
+                        "Terminal=false\n"
+                        "StartupNotify=false\n");
+}
+
+bool Autostart::write(const DesktopEntry &entry) const
+{
+    if (!QDir().mkpath(m_session.userFolder))
+        return false;
+    QSaveFile file(userFile());
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+    file.write(entry.text());
+    return file.commit();
+}
+
+bool Autostart::add() const
+{
+    if (m_session.userFolder.isEmpty() || m_session.program.isEmpty())
+        return false;
+    const DesktopEntry fresh = newEntry();
+    DesktopEntry entry = read(userFile()).value_or(fresh);
+    for (const QByteArrayView key : {"Exec", "TryExec"})
+        entry.set(key, *fresh.value(key));
+    entry.remove("Hidden");
+    entry.set("X-GNOME-Autostart-enabled", "true");
+    if (entry.value("X-MATE-Autostart-enabled"))
+        entry.set("X-MATE-Autostart-enabled", "true");
+    return write(entry);
+}
+
+bool Autostart::remove() const
+{
+    if (!systemEntry())
+        return QFile::remove(userFile());
+    // Only an entry of the user's own overrules the system's.
+    DesktopEntry entry = read(userFile()).value_or(newEntry());
+    entry.set("Hidden", "true");
+    return write(entry);
+}
+
+} // namespace portolan

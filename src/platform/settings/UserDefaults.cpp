@@ -1,0 +1,207 @@
+#include "UserDefaults.h"
+
+#include "FileDescriptor.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QMetaType>
+#include <QSaveFile>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <optional>
+#include <thread>
+#include <utility>
+
+namespace portolan {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// Settings are a few hundred bytes; something of this size is not ours to parse.
+constexpr qint64 maxSize = qint64(1) << 20;
+constexpr QFile::Permissions ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
+
+/// Keeps two programs from merging into the same file at once. A lock on the open folder leaves nothing
+/// behind, whatever happens to its holder. It is waited for a moment only: a stopped program may hold it for
+/// ever.
+class FolderLock
+{
+public:
+    explicit FolderLock(const QString &folder)
+        : m_folder(open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    {
+        constexpr int attempts = 20;
+        for (int i = 0; i < attempts && flock(m_folder.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+             ++i)
+            std::this_thread::sleep_for(5ms);
+    }
+
+private:
+    FileDescriptor m_folder;
+};
+
+/// The JSON object in the file at `path`, an empty one where there is no file, nothing if the file holds
+/// anything else.
+std::optional<QJsonObject> readObject(const QString &path)
+{
+    const QFileInfo info(path);
+    if (!info.exists())
+        return QJsonObject();
+    // Opening a pipe would wait for its writer.
+    if (!info.isFile() || info.size() > maxSize)
+        return std::nullopt;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    const QJsonDocument document = QJsonDocument::fromJson(file.read(maxSize));
+    if (!document.isObject())
+        return std::nullopt;
+    return document.object();
+}
+
+/// Renames the file to the first free "<path>.broken-<n>"; false if that cannot be done.
+bool putAside(const QString &path)
+{
+    for (int n = 1;; ++n) {
+        const QString aside = path + u".broken-"_s + QString::number(n);
+        if (QFile::rename(path, aside))
+            return true;
+        if (!QFileInfo::exists(aside))
+            return false;
+    }
+}
+
+bool makeFolder(const QString &folder)
+{
+    if (QFileInfo::exists(folder))
+        return true;
+    return QDir().mkpath(folder) && QFile::setPermissions(folder, ownerOnly | QFile::ExeOwner);
+}
+
+bool writeObject(const QString &path, const QJsonObject &object)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    file.setPermissions(ownerOnly);
+    file.write(QJsonDocument(object).toJson());
+    return file.commit();
+}
+
+QJsonObject merged(QJsonObject below, const QJsonObject &above)
+{
+    for (auto entry = above.begin(); entry != above.end(); ++entry)
+        below.insert(entry.key(), entry.value());
+    return below;
+}
+
+UserDefaults::Presence presenceOf(const QJsonValue &value, bool isOfType)
+{
+    if (value.isUndefined() || value.isNull())
+        return UserDefaults::Presence::absent;
+    return isOfType ? UserDefaults::Presence::present : UserDefaults::Presence::wrongType;
+}
+
+bool isInteger(const QJsonValue &value)
+{
+    return value.toVariant().metaType() == QMetaType::fromType<qlonglong>();
+}
+
+} // namespace
+
+UserDefaults::UserDefaults(QString path, Access access)
+    : m_path(std::move(path))
+    , m_access(access)
+    , m_stored(readObject(m_path).value_or(QJsonObject()))
+{}
+
+QString UserDefaults::defaultPath()
+{
+    QString folder = qEnvironmentVariable("XDG_CONFIG_HOME");
+    if (!QDir::isAbsolutePath(folder))
+        folder = QDir::homePath() + u"/.config"_s;
+    return folder + u"/portolan/settings.json"_s;
+}
+
+UserDefaults::Reading<QString> UserDefaults::string(QStringView key) const
+{
+    const QJsonValue stored = value(key);
+    return {presenceOf(stored, stored.isString()), stored.toString()};
+}
+
+UserDefaults::Reading<bool> UserDefaults::boolean(QStringView key) const
+{
+    const QJsonValue stored = value(key);
+    return {presenceOf(stored, stored.isBool()), stored.toBool()};
+}
+
+UserDefaults::Reading<QList<qint64>> UserDefaults::integers(QStringView key) const
+{
+    const QJsonValue stored = value(key);
+    const QJsonArray array = stored.toArray();
+    if (!stored.isArray() || !std::all_of(array.begin(), array.end(), isInteger))
+        return {presenceOf(stored, false), {}};
+    QList<qint64> integers;
+    for (const QJsonValue &element : array)
+        integers.append(element.toInteger());
+    return {Presence::present, integers};
+}
+
+void UserDefaults::setString(QStringView key, const QString &value)
+{
+    setValue(key, value);
+}
+
+void UserDefaults::setBoolean(QStringView key, bool value)
+{
+    setValue(key, value);
+}
+
+void UserDefaults::setIntegers(QStringView key, const QList<qint64> &value)
+{
+    QJsonArray array;
+    for (const qint64 integer : value)
+        array.append(integer);
+    setValue(key, array);
+}
+
+QJsonValue UserDefaults::value(QStringView key) const
+{
+    return m_unsaved.contains(key) ? m_unsaved.value(key) : m_stored.value(key);
+}
+
+void UserDefaults::setValue(QStringView key, const QJsonValue &value)
+{
+    m_unsaved.insert(key, value);
+    if (m_access == Access::readWrite)
+        save();
+}
+
+void UserDefaults::save()
+{
+    const QString folder = QFileInfo(m_path).absolutePath();
+    if (!makeFolder(folder))
+        return;
+    const FolderLock lock(folder);
+    const std::optional<QJsonObject> onDisk = readObject(m_path);
+    const QJsonObject wanted = merged(onDisk.value_or(QJsonObject()), m_unsaved);
+    // What the file says already is not written again: loading the settings writes them all back.
+    const bool saved = onDisk == wanted || ((onDisk || putAside(m_path)) && writeObject(m_path, wanted));
+    if (!saved)
+        return;
+    m_stored = wanted;
+    m_unsaved = {};
+}
+
+} // namespace portolan

@@ -1,0 +1,99 @@
+#include "PopoverPlacement.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace portolan {
+
+namespace {
+
+// What is kept clear around the anchor when no panel is known there: about half an icon.
+constexpr int AnchorRadius = 12;
+
+enum class Edge { Top, Bottom, Left, Right };
+
+const ScreenArea &screenAt(QPoint point, const QList<ScreenArea> &screens)
+{
+    const auto found = std::ranges::find_if(
+        screens, [point](const ScreenArea &screen) { return screen.geometry.contains(point); });
+    return found != screens.end() ? *found : screens.first();
+}
+
+// The edge that `point` is nearest to, or farthest beyond; top and bottom count as nearer by `bias`.
+Edge nearestEdge(QPoint point, const QRect &area, int bias)
+{
+    const std::array<std::pair<int, Edge>, 4> distances{{
+        {point.y() - area.top() - bias, Edge::Top},
+        {area.bottom() - point.y() - bias, Edge::Bottom},
+        {point.x() - area.left(), Edge::Left},
+        {area.right() - point.x(), Edge::Right},
+    }};
+    return std::ranges::min_element(distances, {}, &std::pair<int, Edge>::first)->second;
+}
+
+// The panel's edge: the one whose reserved strip holds the anchor. A panel that reserves nothing is taken for
+// one at the nearest edge, and in a corner for a horizontal one, as most are.
+Edge panelEdge(QPoint anchor, const ScreenArea &screen)
+{
+    constexpr int cornerSize = 48;
+    return screen.available.contains(anchor) ? nearestEdge(anchor, screen.geometry, cornerSize)
+                                             : nearestEdge(anchor, screen.available, 0);
+}
+
+int clampedStart(int start, int length, int low, int high)
+{
+    return std::max(low, std::min(start, high - length));
+}
+
+} // namespace
+
+QPoint PopoverPlacement::fromDevicePixels(QPoint point, const QList<ScreenArea> &screens)
+{
+    // A screen's upper left corner is the same point in both kinds of pixels; only its extent is scaled.
+    const auto holds = [point](const ScreenArea &screen) {
+        return QRect(screen.geometry.topLeft(), screen.geometry.size() * screen.scale).contains(point);
+    };
+    const auto found = std::ranges::find_if(screens, holds);
+    const ScreenArea &screen = found != screens.end() ? *found : screens.first();
+    const QPoint origin = screen.geometry.topLeft();
+    return origin + (point - origin) / screen.scale;
+}
+
+QPoint PopoverPlacement::fallbackAnchor(const QList<ScreenArea> &screens)
+{
+    const auto &[geometry, available, scale] = screens.first();
+    const bool panelBelow = geometry.bottom() - available.bottom() > available.top() - geometry.top();
+    return panelBelow ? geometry.bottomRight() : geometry.topRight();
+}
+
+QRect PopoverPlacement::place(QPoint anchor, QSize size, const QList<ScreenArea> &screens)
+{
+    const ScreenArea &screen = screenAt(anchor, screens);
+    const QRect free = screen.available.adjusted(Gap, Gap, -Gap, -Gap);
+    const QSize fitting(size.width(), std::min(size.height(), free.height()));
+    const QRect icon(anchor - QPoint(AnchorRadius, AnchorRadius),
+                     anchor + QPoint(AnchorRadius, AnchorRadius));
+    const bool panelKnown = !screen.available.contains(anchor);
+
+    QRect frame(QPoint(anchor.x() - fitting.width() / 2, anchor.y() - fitting.height() / 2), fitting);
+    switch (panelEdge(anchor, screen)) {
+    case Edge::Top:
+        frame.moveTop(panelKnown ? free.top() : icon.bottom() + 1 + Gap);
+        break;
+    case Edge::Bottom:
+        frame.moveBottom(panelKnown ? free.bottom() : icon.top() - 1 - Gap);
+        break;
+    case Edge::Left:
+        frame.moveLeft(panelKnown ? free.left() : icon.right() + 1 + Gap);
+        break;
+    case Edge::Right:
+        frame.moveRight(panelKnown ? free.right() : icon.left() - 1 - Gap);
+        break;
+    }
+    frame.moveLeft(clampedStart(frame.left(), frame.width(), free.left(), free.right() + 1));
+    frame.moveTop(clampedStart(frame.top(), frame.height(), free.top(), free.bottom() + 1));
+    return frame;
+}
+
+} // namespace portolan

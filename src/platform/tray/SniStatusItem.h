@@ -1,0 +1,35 @@
+#pragma once
+
+#include "StatusIcon.h"
+#include "StatusMenu.h"
+#include "StatusNotifierItem.h"
+
+#include <QDBusConnection>
+#include <QDBusServiceWatcher>
+
+namespace portolan {
+
+/// The status icon by the StatusNotifierItem protocol, over `bus`. It registers with the watcher that is
+/// there and with every one that comes later.
+class SniStatusItem final : public StatusIcon
+{
+    Q_OBJECT
+
+public:
+    SniStatusItem(const QDBusConnection &bus, const StatusIconArt &art);
+    ~SniStatusItem() override;
+
+private Q_SLOTS:
+    void askForHost(); // also the watcher's signals, which are connected by name
+
+private:
+    void followWatcher();
+    void registerItem();
+
+    QDBusConnection m_bus;
+    StatusMenu m_menu;
+    StatusNotifierItem m_item;
+    QDBusServiceWatcher m_watcher;
+};
+
+} // namespace portolan

@@ -1,0 +1,82 @@
+#include "XEmbedTray.h"
+
+#include "XcbDisplay.h"
+
+#include <QGuiApplication>
+
+#include <xcb/xcb.h>
+
+namespace portolan {
+
+using namespace Qt::StringLiterals;
+
+XEmbedTray::XEmbedTray()
+{
+    const XcbDisplay display;
+    if (!display)
+        return;
+    m_manager = display.atom("MANAGER");
+    m_selection = display.atom("_NET_SYSTEM_TRAY_S" + QByteArray::number(display.screenNumber()));
+    qGuiApp->installNativeEventFilter(this);
+    look();
+}
+
+XEmbedTray::~XEmbedTray()
+{
+    if (qGuiApp)
+        qGuiApp->removeNativeEventFilter(this);
+}
+
+bool XEmbedTray::takesAlpha() const
+{
+    const XcbDisplay display;
+    return display.depthOfVisual(display.number(m_owner, display.atom("_NET_SYSTEM_TRAY_VISUAL"))) == 32;
+}
+
+void XEmbedTray::embed(QWindow &window)
+{
+    constexpr std::uint32_t requestDock = 0;
+    const XcbDisplay display;
+    m_embedded = &window;
+    display.sendMessage(m_owner, display.atom("_NET_SYSTEM_TRAY_OPCODE"),
+                        {XCB_CURRENT_TIME, requestDock, std::uint32_t(window.winId())});
+}
+
+bool XEmbedTray::nativeEventFilter(const QByteArray &, void *message, qintptr *)
+{
+    // Installed on X11 alone, where every message is an event of this type.
+    const auto *event = static_cast<const xcb_generic_event_t *>(message);
+    switch (event->response_type & ~0x80) {
+    case XCB_CLIENT_MESSAGE: {
+        const auto *announcement = reinterpret_cast<const xcb_client_message_event_t *>(event);
+        if (announcement->type == m_manager && announcement->data.data32[1] == m_selection)
+            look();
+        break;
+    }
+    case XCB_REPARENT_NOTIFY:
+        // Trays take a window that is shown any earlier for one that wants to be hidden.
+        if (m_embedded &&
+            reinterpret_cast<const xcb_reparent_notify_event_t *>(event)->window == m_embedded->winId())
+            m_embedded->show();
+        break;
+    case XCB_DESTROY_NOTIFY:
+        if (reinterpret_cast<const xcb_destroy_notify_event_t *>(event)->window == m_owner)
+            look();
+        break;
+    }
+    return false;
+}
+
+void XEmbedTray::look()
+{
+    const XcbDisplay display;
+    const xcb_window_t owner = display.selectionOwner(m_selection);
+    if (owner != XCB_WINDOW_NONE)
+        display.tellWhenDestroyed(owner);
+    if (owner == m_owner)
+        return;
+    m_owner = owner;
+    Q_EMIT changed();
+}
+
+} // namespace portolan

@@ -1,0 +1,237 @@
+#include "ChildProcess.h"
+
+#include "ChildSetup.h"
+#include "FileDescriptor.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+#include <fcntl.h>
+#include <linux/close_range.h>
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace portolan {
+
+namespace {
+
+/// Everything that the child needs, laid out before it exists: between vfork and exec it may not allocate.
+struct Launch
+{
+    const char *path;
+    char *const *arguments;
+    char *const *environment;
+    int output;
+    bool inheritsInput;
+    int null;
+    int failure;
+    rlimit descriptors;
+    bool diesWithCaller;
+    pid_t caller;
+};
+
+void closeOthersOnExec(rlim_t limit)
+{
+    if (syscall(SYS_close_range, STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC) == 0)
+        return;
+    for (int descriptor = STDERR_FILENO + 1; rlim_t(descriptor) < limit; ++descriptor)
+        fcntl(descriptor, F_SETFD, FD_CLOEXEC);
+}
+
+[[noreturn]] void failLaunch(const Launch &launch)
+{
+    const int reason = errno;
+    [[maybe_unused]] const auto written = write(launch.failure, &reason, sizeof reason);
+    _exit(127);
+}
+
+[[noreturn]] void becomeProgram(const Launch &launch)
+{
+    setpgid(0, 0);
+    if (launch.diesWithCaller) {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (getppid() != launch.caller)
+            _exit(127);
+    }
+    // Where we have no standard input, its number is free or some descriptor's of ours.
+    const int inputFlags = launch.inheritsInput ? fcntl(STDIN_FILENO, F_GETFD) : -1;
+    if (inputFlags < 0 || (inputFlags & FD_CLOEXEC))
+        dup2(launch.null, STDIN_FILENO);
+    if (dup2(launch.output, STDOUT_FILENO) < 0 || dup2(launch.null, STDERR_FILENO) < 0)
+        failLaunch(launch);
+    closeOthersOnExec(launch.descriptors.rlim_cur);
+    setrlimit(RLIMIT_NOFILE, &launch.descriptors);
+    ChildSetup::takeDefaultSignals();
+    execve(launch.path, launch.arguments, launch.environment);
+    failLaunch(launch);
+}
+
+/// A copy above the standard descriptors, which the child rearranges.
+FileDescriptor aboveStandard(int descriptor)
+{
+    return FileDescriptor(fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+}
+
+rlimit descriptorLimit(std::optional<int> most)
+{
+    rlimit limit = {RLIM_INFINITY, RLIM_INFINITY};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    if (most)
+        limit.rlim_cur = std::min<rlim_t>(limit.rlim_cur, rlim_t(*most));
+    return limit;
+}
+
+bool reportsFailure(int descriptor)
+{
+    int reason = 0;
+    ssize_t count = 0;
+    do {
+        count = read(descriptor, &reason, sizeof reason);
+    } while (count < 0 && errno == EINTR);
+    return count > 0;
+}
+
+/// Children that nobody waits for. Never destroyed: threads may still come here while the program exits.
+struct Strays
+{
+    std::mutex mutex;
+    std::vector<pid_t> pids;
+};
+
+Strays &strays()
+{
+    static auto *const all = new Strays;
+    return *all;
+}
+
+bool isGone(pid_t pid)
+{
+    const pid_t ended = waitpid(pid, nullptr, WNOHANG);
+    return ended == pid || (ended < 0 && errno == ECHILD);
+}
+
+void reapStrays()
+{
+    const std::lock_guard lock(strays().mutex);
+    std::erase_if(strays().pids, isGone);
+}
+
+} // namespace
+
+std::optional<ChildProcess> ChildProcess::start(const Program &program)
+{
+    reapStrays();
+
+    const FileDescriptor null = aboveStandard(FileDescriptor(open("/dev/null", O_RDWR | O_CLOEXEC)).get());
+    const FileDescriptor output =
+        aboveStandard(program.standardOutput < 0 ? null.get() : program.standardOutput);
+    int ends[2];
+    if (!null.isOpen() || !output.isOpen() || pipe2(ends, O_CLOEXEC) != 0)
+        return std::nullopt;
+    // Closed by a successful exec; carries the reason of one that failed.
+    const FileDescriptor failureReader(ends[0]);
+    FileDescriptor failureWriter = aboveStandard(FileDescriptor(ends[1]).get());
+    if (!failureWriter.isOpen())
+        return std::nullopt;
+
+    const QByteArray path = QFile::encodeName(program.path);
+    QList<QByteArray> arguments{path};
+    for (const QString &argument : program.arguments)
+        arguments.append(argument.toUtf8());
+    QList<QByteArray> environment = program.environment;
+    const std::vector<char *> argumentPointers = ChildSetup::pointers(arguments);
+    const std::vector<char *> environmentPointers = ChildSetup::pointers(environment);
+
+    const Launch launch{
+        .path = path.constData(),
+        .arguments = argumentPointers.data(),
+        .environment = environmentPointers.data(),
+        .output = output.get(),
+        .inheritsInput = program.standardOutput >= 0,
+        .null = null.get(),
+        .failure = failureWriter.get(),
+        .descriptors = descriptorLimit(program.maxDescriptors),
+        .diesWithCaller = program.diesWithCaller,
+        .caller = getpid(),
+    };
+    const pid_t pid = ChildSetup::startSharing(becomeProgram, launch);
+    if (pid < 0)
+        return std::nullopt;
+
+    failureWriter.close();
+    ChildProcess child(pid);
+    if (!reportsFailure(failureReader.get()))
+        return child;
+    [[maybe_unused]] const bool ended = child.wait();
+    return std::nullopt;
+}
+
+ChildProcess::ChildProcess(pid_t pid)
+    : m_pid(pid)
+{}
+
+ChildProcess::ChildProcess(ChildProcess &&other) noexcept
+    : m_pid(std::exchange(other.m_pid, -1))
+{}
+
+ChildProcess::~ChildProcess()
+{
+    if (m_pid < 0 || reap(WNOHANG))
+        return;
+    const std::lock_guard lock(strays().mutex);
+    strays().pids.push_back(m_pid);
+}
+
+bool ChildProcess::wait(QDeadlineTimer deadline, int interruption)
+{
+    if (deadline.isForever() && interruption < 0)
+        return reap(0);
+
+    // Without it (old kernels, no descriptors left) the end is looked for from time to time.
+    const FileDescriptor handle(int(syscall(SYS_pidfd_open, m_pid, 0)));
+    constexpr qint64 lookAgain = 10;
+    while (!reap(WNOHANG)) {
+        if (deadline.hasExpired())
+            return false;
+        qint64 pause = deadline.remainingTime();
+        if (!handle.isOpen())
+            pause = pause < 0 ? lookAgain : std::min(pause, lookAgain);
+        pollfd watched[] = {{handle.get(), POLLIN, 0}, {interruption, POLLIN, 0}};
+        poll(watched, std::size(watched), int(std::min<qint64>(pause, INT_MAX)));
+        if (watched[1].revents)
+            return reap(WNOHANG);
+    }
+    return true;
+}
+
+void ChildProcess::killGroup()
+{
+    // The number is the group's until the child is reaped and the group is empty, so it hits nobody else.
+    kill(-m_pid, SIGKILL);
+}
+
+bool ChildProcess::reap(int flags)
+{
+    pid_t ended = 0;
+    do {
+        ended = waitpid(m_pid, nullptr, flags);
+    } while (ended < 0 && errno == EINTR);
+    if (ended == 0)
+        return false;
+    // An error means that there is nothing to reap: with SIGCHLD ignored the kernel has done so.
+    m_pid = -1;
+    return true;
+}
+
+} // namespace portolan

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "ChildSetup.h"
+
+#include <QByteArray>
+#include <QDeadlineTimer>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+#include <sys/types.h>
+
+namespace portolan {
+
+/// A program that this one started. It leads a process group of its own, inherits no descriptor but at most
+/// standard input, has its standard error on /dev/null, and starts with default signal dispositions and an
+/// empty mask.
+class ChildProcess
+{
+public:
+    struct Program
+    {
+        QString path;          ///< absolute
+        QStringList arguments; ///< passed as they are, behind the path as argv[0]
+        QList<QByteArray> environment = ChildSetup::environment(); ///< as "NAME=value"
+        /// The descriptor that becomes its standard output, while its input is ours; -1: both are /dev/null.
+        int standardOutput = -1;
+        std::optional<int> maxDescriptors; ///< lowers its soft limit of open descriptors to at most this
+        bool diesWithCaller = false;       ///< whether it is killed when the calling thread ends
+    };
+
+    /// Starts `program` at the cost of an exec, without copying this process's memory. Nothing if that is not
+    /// possible: no such file, not executable, no descriptors or processes left.
+    [[nodiscard]] static std::optional<ChildProcess> start(const Program &program);
+
+    ChildProcess(ChildProcess &&other) noexcept;
+    ChildProcess &operator=(ChildProcess &&) = delete;
+    /// A child that was not waited for runs on and is reaped by a later start().
+    ~ChildProcess();
+
+    [[nodiscard]] pid_t pid() const { return m_pid; }
+
+    /// Waits until the child has ended, and reaps it. Returns false at the deadline, or when the descriptor
+    /// `interruption` (-1: none) becomes readable.
+    [[nodiscard]] bool wait(QDeadlineTimer deadline = QDeadlineTimer(QDeadlineTimer::Forever),
+                            int interruption = -1);
+
+    /// Ends the child and all of its group at once. Only before wait() has returned true.
+    void killGroup();
+
+private:
+    explicit ChildProcess(pid_t pid);
+    bool reap(int flags);
+
+    pid_t m_pid = -1;
+};
+
+} // namespace portolan

@@ -1,0 +1,82 @@
+#include "TerminationSignals.h"
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdint>
+#include <utility>
+
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+namespace portolan {
+
+namespace {
+
+// The one thing a signal handler can do here is to leave the number and to write to this descriptor.
+int g_event = -1;
+volatile std::sig_atomic_t g_signal = 0;
+
+constexpr std::array Signals{SIGTERM, SIGINT, SIGHUP};
+
+void tellEventLoop(int signal)
+{
+    const int error = errno;
+    g_signal = signal;
+    const std::uint64_t one = 1;
+    [[maybe_unused]] const auto written = write(g_event, &one, sizeof one);
+    errno = error;
+}
+
+int openEvent()
+{
+    g_event = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    return g_event;
+}
+
+void install(int signal, void (*handler)(int))
+{
+    struct sigaction action
+    {};
+    sigaction(signal, nullptr, &action);
+    if (action.sa_handler == SIG_IGN)
+        return;
+    action.sa_handler = handler;
+    action.sa_flags = SA_RESTART;
+    sigaction(signal, &action, nullptr);
+}
+
+} // namespace
+
+TerminationSignals::TerminationSignals()
+    : m_notifier(openEvent(), QSocketNotifier::Read)
+{
+    g_signal = 0;
+    connect(&m_notifier, &QSocketNotifier::activated, this, [this] {
+        m_notifier.setEnabled(false);
+        Q_EMIT received(g_signal);
+    });
+    for (const int signal : Signals)
+        install(signal, tellEventLoop);
+}
+
+TerminationSignals::~TerminationSignals()
+{
+    for (const int signal : Signals)
+        install(signal, SIG_DFL);
+    close(std::exchange(g_event, -1));
+}
+
+int TerminationSignals::descriptor()
+{
+    return g_event;
+}
+
+bool TerminationSignals::isPending()
+{
+    return g_signal != 0;
+}
+
+} // namespace portolan
+
+#include "moc_TerminationSignals.cpp"

@@ -1,0 +1,32 @@
+#include "AppIcon.h"
+
+#include "BrandArt.h"
+#include "Theme.h"
+
+#include <QPainter>
+
+namespace portolan {
+
+namespace {
+// In parts of the icon's side.
+constexpr qreal Corner = 0.25;
+constexpr qreal Figure = 0.66;
+} // namespace
+
+QImage AppIcon::image(int size)
+{
+    QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Theme::textStrong());
+    painter.drawRoundedRect(QRectF(image.rect()), Corner * size, Corner * size);
+
+    QRectF figure(0, 0, Figure * size, Figure * size);
+    figure.moveCenter(QRectF(image.rect()).center());
+    BrandArt::draw(&painter, figure, Theme::canvas());
+    return image;
+}
+
+} // namespace portolan

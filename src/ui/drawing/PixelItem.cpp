@@ -1,0 +1,51 @@
+#include "PixelItem.h"
+
+#include <QQuickWindow>
+#include <QSGImageNode>
+
+namespace portolan {
+
+PixelItem::PixelItem(QQuickItem *parent)
+    : QQuickItem(parent)
+{
+    setFlag(ItemHasContents);
+}
+
+QSGNode *PixelItem::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
+{
+    const qreal scale = window()->effectiveDevicePixelRatio();
+    const QSize pixels = (imageSize() * scale).toSize();
+    const QImage shown = pixels.isEmpty() ? QImage() : image(pixels, scale);
+    if (shown.isNull()) {
+        delete old;
+        return nullptr;
+    }
+
+    auto *node = static_cast<QSGImageNode *>(old);
+    if (!node) {
+        node = window()->createImageNode();
+        node->setOwnsTexture(true);
+    }
+    node->setTexture(window()->createTextureFromImage(shown));
+    // One pixel of the image is one of the window: interpolating could only blur it.
+    node->setFiltering(QSGTexture::Nearest);
+    const QSizeF size = QSizeF(pixels) / scale;
+    node->setRect(QRectF(QPointF((width() - size.width()) / 2, (height() - size.height()) / 2), size));
+    return node;
+}
+
+void PixelItem::itemChange(ItemChange change, const ItemChangeData &data)
+{
+    if (change == ItemDevicePixelRatioHasChanged)
+        update();
+    QQuickItem::itemChange(change, data);
+}
+
+void PixelItem::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry)
+{
+    if (newGeometry.size() != oldGeometry.size())
+        update();
+    QQuickItem::geometryChange(newGeometry, oldGeometry);
+}
+
+} // namespace portolan

@@ -1,0 +1,41 @@
+#include "Placement.h"
+
+#include <algorithm>
+
+namespace portolan {
+
+namespace {
+
+constexpr qreal menuGap = 4;
+constexpr qreal hintGap = 6;
+constexpr qreal hintMargin = 4;
+
+QPointF inside(const QPointF &corner, const QSizeF &size, const QRectF &bounds)
+{
+    return {std::max(bounds.left(), std::min(corner.x(), bounds.right() - size.width())),
+            std::max(bounds.top(), std::min(corner.y(), bounds.bottom() - size.height()))};
+}
+
+} // namespace
+
+QPointF Placement::menu(const QRectF &anchor, const QSizeF &size, const QRectF &bounds)
+{
+    // At the pointer there is nothing to keep a distance from.
+    const qreal gap = anchor.isEmpty() ? 0 : menuGap;
+    const bool fitsRight = anchor.left() + size.width() <= bounds.right();
+    const bool fitsBelow = anchor.bottom() + gap + size.height() <= bounds.bottom();
+    const QPointF corner(fitsRight ? anchor.left() : anchor.right() - size.width(),
+                         fitsBelow ? anchor.bottom() + gap : anchor.top() - gap - size.height());
+    return inside(corner, size, bounds);
+}
+
+QPointF Placement::hint(const QRectF &target, const QSizeF &size, const QRectF &bounds)
+{
+    const QRectF held = bounds.adjusted(hintMargin, hintMargin, -hintMargin, -hintMargin);
+    const bool fitsBelow = target.bottom() + hintGap + size.height() <= held.bottom();
+    const QPointF corner(target.center().x() - size.width() / 2,
+                         fitsBelow ? target.bottom() + hintGap : target.top() - hintGap - size.height());
+    return inside(corner, size, held);
+}
+
+} // namespace portolan

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "TintedItem.h"
+
+namespace portolan {
+
+/// The brand figure, filling the item.
+class PortolanShape : public portolan::TintedItem
+{
+    Q_OBJECT
+    QML_ELEMENT
+
+public:
+    explicit PortolanShape(QQuickItem *parent = nullptr);
+
+protected:
+    [[nodiscard]] QImage figure(const QSize &pixels, qreal scale) const override;
+};
+
+} // namespace portolan

@@ -1,0 +1,100 @@
+#include "RoundedRect.h"
+
+#include <QCache>
+#include <QPainter>
+#include <QPainterPath>
+
+namespace portolan {
+
+namespace {
+
+struct Key
+{
+    QSize size;
+    qreal radius;
+    qreal line;
+    QRgba64 color;
+    QRgba64 borderColor;
+
+    friend bool operator==(const Key &, const Key &) = default;
+    friend size_t qHash(const Key &key, size_t seed = 0)
+    {
+        return qHashMulti(seed, key.size.width(), key.size.height(), key.radius, key.line, quint64(key.color),
+                          quint64(key.borderColor));
+    }
+};
+
+QPainterPath rounded(const QRectF &rect, qreal radius)
+{
+    const qreal most = qMin(rect.width(), rect.height()) / 2;
+    QPainterPath path;
+    path.addRoundedRect(rect, qBound(0.0, radius, most), qBound(0.0, radius, most));
+    return path;
+}
+
+QImage drawn(const Key &key)
+{
+    QImage image(key.size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+
+    const QRectF outer = image.rect();
+    const QPainterPath shape = rounded(outer, key.radius);
+    painter.fillPath(shape, QColor(key.color));
+
+    const QRectF inner = outer.adjusted(key.line, key.line, -key.line, -key.line);
+    QPainterPath line = shape;
+    if (inner.isValid())
+        line.addPath(rounded(inner, key.radius - key.line));
+    painter.fillPath(line, QColor(key.borderColor));
+    return image;
+}
+
+} // namespace
+
+RoundedRect::RoundedRect(QQuickItem *parent)
+    : PixelItem(parent)
+{}
+
+void RoundedRect::setColor(const QColor &color)
+{
+    if (m_color == color)
+        return;
+    m_color = color;
+    update();
+    Q_EMIT colorChanged();
+}
+
+void RoundedRect::setBorderColor(const QColor &color)
+{
+    if (m_borderColor == color)
+        return;
+    m_borderColor = color;
+    update();
+    Q_EMIT borderColorChanged();
+}
+
+void RoundedRect::setRadius(qreal radius)
+{
+    if (m_radius == radius)
+        return;
+    m_radius = radius;
+    update();
+    Q_EMIT radiusChanged();
+}
+
+QImage RoundedRect::image(const QSize &pixels, qreal scale) const
+{
+    // The cards of a list look the same and share one image.
+    constexpr qsizetype bytes = 4 * 1024 * 1024;
+    static QCache<Key, QImage> cache(bytes);
+    const Key key{pixels, m_radius * scale, scale, m_color.rgba64(), m_borderColor.rgba64()};
+    if (const QImage *known = cache.object(key))
+        return *known;
+    const QImage image = drawn(key);
+    cache.insert(key, new QImage(image), image.sizeInBytes());
+    return image;
+}
+
+} // namespace portolan

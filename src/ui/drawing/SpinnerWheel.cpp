@@ -1,0 +1,40 @@
+#include "SpinnerWheel.h"
+
+#include <QPainter>
+
+namespace portolan {
+
+SpinnerWheel::SpinnerWheel(QQuickItem *parent)
+    : TintedItem(parent)
+{}
+
+void SpinnerWheel::setStep(int step)
+{
+    if (m_step == step)
+        return;
+    m_step = step;
+    update();
+    Q_EMIT stepChanged();
+}
+
+QImage SpinnerWheel::figure(const QSize &pixels, qreal) const
+{
+    const qreal side = qMin(pixels.width(), pixels.height());
+    const qreal thickness = side / 8;
+    QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.translate(QRectF(image.rect()).center());
+    for (int spoke = 0; spoke < spokes; ++spoke) {
+        const int age = ((m_step - spoke) % spokes + spokes) % spokes;
+        painter.setBrush(QColor::fromRgbF(0, 0, 0, float(1 - 0.12 * age)));
+        painter.drawRoundedRect(QRectF(-thickness / 2, -side / 2, thickness, side * 0.3), thickness / 2,
+                                thickness / 2);
+        painter.rotate(360.0 / spokes);
+    }
+    return image;
+}
+
+} // namespace portolan

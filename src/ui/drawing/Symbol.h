@@ -1,0 +1,48 @@
+#pragma once
+
+#include "TintedItem.h"
+
+#include <QFont>
+
+namespace portolan {
+
+/// A symbol of the set, shown as a character of a font of `size` device-independent pixels and of `weight`
+/// would be: in a square box of about 4/3 of the size, rounded to a multiple of four, so that the box is a
+/// whole number of pixels at every quarter of a scale. An unknown name shows nothing and keeps the box.
+class Symbol : public portolan::TintedItem
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QString name READ name WRITE setName NOTIFY nameChanged FINAL)
+    Q_PROPERTY(qreal size READ size WRITE setSize NOTIFY sizeChanged FINAL)
+    Q_PROPERTY(int weight READ weight WRITE setWeight NOTIFY weightChanged FINAL)
+
+public:
+    explicit Symbol(QQuickItem *parent = nullptr);
+
+    [[nodiscard]] QString name() const { return m_name; }
+    void setName(const QString &name);
+
+    [[nodiscard]] qreal size() const { return m_size; }
+    void setSize(qreal size);
+
+    /// A QFont::Weight: Normal, Medium and DemiBold differ in the width of the strokes.
+    [[nodiscard]] int weight() const { return m_weight; }
+    void setWeight(int weight);
+
+Q_SIGNALS:
+    void nameChanged();
+    void sizeChanged();
+    void weightChanged();
+
+protected:
+    [[nodiscard]] QSizeF imageSize() const override;
+    [[nodiscard]] QImage figure(const QSize &pixels, qreal scale) const override;
+
+private:
+    QString m_name;
+    qreal m_size = 13;
+    int m_weight = QFont::Normal;
+};
+
+} // namespace portolan

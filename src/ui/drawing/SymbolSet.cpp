@@ -1,0 +1,110 @@
+#include "SymbolSet.h"
+
+#include <QCache>
+#include <QDir>
+#include <QFile>
+#include <QFont>
+#include <QPainter>
+#include <QSvgRenderer>
+
+#include <cmath>
+
+namespace portolan {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const auto folder = u":/qt-project.org/imports/Portolan/symbols/"_s;
+const auto suffix = u".svg"_s;
+constexpr qreal grid = 24; // units of a symbol file across
+
+struct Key
+{
+    QString name;
+    int side;
+    qreal stroke;
+
+    friend bool operator==(const Key &, const Key &) = default;
+    friend size_t qHash(const Key &key, size_t seed = 0)
+    {
+        return qHashMulti(seed, key.name, key.side, key.stroke);
+    }
+};
+
+QByteArray source(const QString &name)
+{
+    QFile file(folder + name + suffix);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// The root element of each file tells the width of its strokes, so that one number makes them bolder or
+// finer.
+QByteArray withStroke(QByteArray svg, qreal units)
+{
+    const QByteArray usual = R"(stroke-width="2")";
+    const QByteArray wanted = "stroke-width=\"" + QByteArray::number(units) + '"';
+    return svg.replace(svg.indexOf(usual), usual.size(), wanted);
+}
+
+// What is white hides the ink below it and shows nothing itself.
+QImage inkOnly(QImage image)
+{
+    for (int y = 0; y < image.height(); ++y) {
+        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
+        for (int x = 0; x < image.width(); ++x)
+            line[x] = qRgba(0, 0, 0, qAlpha(line[x]) - qRed(line[x]));
+    }
+    return image;
+}
+
+QImage drawn(const Key &key)
+{
+    const QByteArray svg = source(key.name);
+    if (svg.isEmpty() || key.side <= 0)
+        return {};
+    QSvgRenderer renderer(withStroke(svg, key.stroke * grid / key.side));
+    QImage image(key.side, key.side, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    {
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        renderer.render(&painter);
+    }
+    return inkOnly(image);
+}
+
+} // namespace
+
+QStringList SymbolSet::names()
+{
+    QStringList names = QDir(folder).entryList({u'*' + suffix}, QDir::Files, QDir::Name);
+    for (QString &name : names)
+        name.chop(suffix.size());
+    return names;
+}
+
+qreal SymbolSet::box(qreal size)
+{
+    return qMax(4.0, std::round(size / 3) * 4);
+}
+
+qreal SymbolSet::stroke(qreal size, int weight, qreal scale)
+{
+    const qreal share = weight >= QFont::DemiBold ? 0.115 : weight >= QFont::Medium ? 0.1 : 0.08;
+    const qreal width = qMax(1.0, share * size) * scale;
+    return std::round(width * 4) / 4;
+}
+
+QImage SymbolSet::image(const QString &name, int side, qreal stroke)
+{
+    static QCache<Key, QImage> cache(500);
+    const Key key{name, side, stroke};
+    if (const QImage *known = cache.object(key))
+        return *known;
+    const QImage image = drawn(key);
+    cache.insert(key, new QImage(image));
+    return image;
+}
+
+} // namespace portolan

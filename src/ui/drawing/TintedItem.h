@@ -1,0 +1,36 @@
+#pragma once
+
+#include "PixelItem.h"
+
+#include <QColor>
+
+namespace portolan {
+
+/// An item that shows a figure of one colour.
+class TintedItem : public portolan::PixelItem
+{
+    Q_OBJECT
+    QML_ANONYMOUS
+    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged FINAL)
+
+public:
+    [[nodiscard]] QColor color() const { return m_color; }
+    void setColor(const QColor &color);
+
+Q_SIGNALS:
+    void colorChanged();
+
+protected:
+    using PixelItem::PixelItem;
+
+    /// The figure on `pixels`, of which `scale` make a device-independent one; only its alpha is used. Null
+    /// where there is nothing to show.
+    [[nodiscard]] virtual QImage figure(const QSize &pixels, qreal scale) const = 0;
+
+    [[nodiscard]] QImage image(const QSize &pixels, qreal scale) const final;
+
+private:
+    QColor m_color = Qt::black;
+};
+
+} // namespace portolan

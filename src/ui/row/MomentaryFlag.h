@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QObject>
+#include <QProperty>
+#include <QtQmlIntegration>
+
+namespace portolan {
+
+/// A flag that goes back to false by itself.
+class MomentaryFlag : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(int duration MEMBER m_duration FINAL)
+    Q_PROPERTY(bool isRaised READ isRaised NOTIFY isRaisedChanged BINDABLE bindableIsRaised FINAL)
+
+public:
+    using QObject::QObject;
+
+    [[nodiscard]] bool isRaised() const { return m_isRaised; }
+    [[nodiscard]] QBindable<bool> bindableIsRaised() const { return &m_isRaised; }
+
+    /// Sets the flag and clears it `duration` milliseconds later. Every call has a timer of its own, so
+    /// raising it again does not make it last longer: the first timer to end clears it.
+    Q_INVOKABLE void raise();
+
+Q_SIGNALS:
+    void isRaisedChanged();
+
+private:
+    int m_duration = 1100;
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(MomentaryFlag, bool, m_isRaised, false,
+                                         &MomentaryFlag::isRaisedChanged)
+};
+
+} // namespace portolan

@@ -1,0 +1,81 @@
+#include "ServicePresentation.h"
+
+#include "DisplayText.h"
+#include "Theme.h"
+
+namespace portolan {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString spokenState(const Health &health)
+{
+    switch (health.state()) {
+    case Health::State::unknown:
+        return u"not checked"_s;
+    case Health::State::healthy:
+        return u"online, "_s + ServicePresentation::responseTime(health);
+    case Health::State::checking:
+    case Health::State::unreachable:
+        break;
+    }
+    return ServicePresentation::stateLabel(health).toLower();
+}
+
+} // namespace
+
+QString ServicePresentation::address(const Service &service)
+{
+    return u"localhost:%1"_s.arg(service.port);
+}
+
+QColor ServicePresentation::accent(const Framework &framework)
+{
+    const SrgbColor accent = framework.accent();
+    return {accent.red, accent.green, accent.blue};
+}
+
+QString ServicePresentation::stateLabel(const Health &health)
+{
+    switch (health.state()) {
+    case Health::State::unknown:
+        break;
+    case Health::State::checking:
+        return u"Checking"_s;
+    case Health::State::healthy:
+        return u"Online"_s;
+    case Health::State::unreachable:
+        return u"Offline"_s;
+    }
+    return u"\u2014"_s;
+}
+
+QColor ServicePresentation::stateColor(const Health &health)
+{
+    switch (health.state()) {
+    case Health::State::unknown:
+        break;
+    case Health::State::checking:
+        return Theme::pending();
+    case Health::State::healthy:
+        return Theme::online();
+    case Health::State::unreachable:
+        return Theme::offline();
+    }
+    return Theme::textFaint();
+}
+
+QString ServicePresentation::responseTime(const Health &health)
+{
+    return health.isHealthy() ? u"%1 ms"_s.arg(health.ms()) : QString();
+}
+
+QString ServicePresentation::spoken(const Service &service, bool isPinned)
+{
+    return u"%1, %2, %3, %4%5"_s.arg(DisplayText::isolated(service.displayName), service.framework.rawValue(),
+                                     address(service), spokenState(service.health),
+                                     isPinned ? u", pinned"_s : u""_s);
+}
+
+} // namespace portolan

@@ -1,0 +1,167 @@
+#include "PortolanApp.h"
+
+#include "AppIcon.h"
+#include "BrandArt.h"
+#include "DesktopWindow.h"
+#include "PopoverPlacement.h"
+#include "PopoverWindow.h"
+#include "Screens.h"
+#include "ServiceStore.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QQuickWindow>
+
+namespace portolan {
+
+namespace {
+
+/// Qt ends a program that opens a window while no screen is plugged in.
+bool canShow()
+{
+    return QGuiApplication::primaryScreen();
+}
+
+StatusIconArt statusIconArt()
+{
+    StatusIconArt art{BrandArt::symbolicSvg(), {}};
+    for (const int size : {22, 32, 44})
+        art.images.append(AppIcon::image(size));
+    return art;
+}
+
+// A panel of this size needs no GPU: drawn in software it takes a third of the memory and a fifth of the time
+// to its first frame. The user's choice by the toolkit's own variables holds.
+void drawInSoftware()
+{
+    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !qEnvironmentVariableIsSet("QSG_RHI_BACKEND"))
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+}
+
+} // namespace
+
+PortolanApp::PortolanApp(const RootContent &content)
+    : m_content(content)
+    , m_icon(makeStatusIcon(statusIconArt()))
+{
+    connect(m_icon.get(), &StatusIcon::activated, this, &PortolanApp::clickIcon);
+    connect(m_icon.get(), &StatusIcon::openRequested, this,
+            [this] { openPopover(m_iconPosition.value_or(QCursor::pos())); });
+    connect(m_icon.get(), &StatusIcon::quitRequested, qApp, &QCoreApplication::quit);
+}
+
+PortolanApp::~PortolanApp() = default;
+
+void PortolanApp::start(StartRequest request)
+{
+    if (request == StartRequest::Window)
+        return openWindow();
+    if (request == StartRequest::None)
+        return;
+    onceHostIsKnown([this] {
+        if (!isReachable())
+            openWindow();
+    });
+}
+
+void PortolanApp::show(StartRequest request)
+{
+    if (request == StartRequest::Window)
+        return openWindow();
+    onceHostIsKnown([this] {
+        if (isReachable())
+            openPopover(m_iconPosition.value_or(PopoverPlacement::fallbackAnchor(Screens::all())));
+        else
+            openWindow();
+    });
+}
+
+bool PortolanApp::isReachable() const
+{
+    return m_icon->host() == StatusIcon::Host::Present;
+}
+
+template <typename Action>
+void PortolanApp::onceHostIsKnown(Action action)
+{
+    if (m_icon->host() != StatusIcon::Host::Unknown)
+        action();
+    else
+        connect(m_icon.get(), &StatusIcon::hostChanged, this, action, Qt::SingleShotConnection);
+}
+
+void PortolanApp::clickIcon(QPoint anchor)
+{
+    m_iconPosition =
+        anchor.isNull() ? QCursor::pos() : PopoverPlacement::fromDevicePixels(anchor, Screens::all());
+    if (m_reopenGuard.swallowsActivation(ReopenGuard::Clock::now()))
+        return;
+    if (m_popover && m_popover->isVisible())
+        m_popover->hide();
+    else
+        openPopover(*m_iconPosition);
+}
+
+void PortolanApp::openPopover(QPoint anchor)
+{
+    if (canShow())
+        popover().open(anchor);
+}
+
+void PortolanApp::openWindow()
+{
+    if (canShow())
+        window().bringToFront();
+}
+
+void PortolanApp::detach()
+{
+    openWindow();
+    m_popover->hide();
+}
+
+void PortolanApp::leaveWindow()
+{
+    // Without a status icon nothing would be left to reach the program by.
+    if (!isReachable())
+        QCoreApplication::quit();
+}
+
+QQmlEngine &PortolanApp::engine()
+{
+    if (!m_engine) {
+        drawInSoftware();
+        m_engine = std::make_unique<QQmlEngine>();
+        connect(m_engine.get(), &QQmlEngine::quit, qApp, &QCoreApplication::quit);
+    }
+    return *m_engine;
+}
+
+PopoverWindow &PortolanApp::popover()
+{
+    if (!m_popover) {
+        m_popover = std::make_unique<PopoverWindow>(engine(), m_content);
+        startWhenItAppears(*m_popover);
+        connect(m_popover.get(), &RootWindow::detachRequested, this, &PortolanApp::detach);
+        connect(m_popover.get(), &PopoverWindow::closedByFocusLoss, this,
+                [this] { m_reopenGuard.closedByFocusLoss(ReopenGuard::Clock::now()); });
+    }
+    return *m_popover;
+}
+
+DesktopWindow &PortolanApp::window()
+{
+    if (!m_window) {
+        m_window = std::make_unique<DesktopWindow>(engine(), m_content);
+        startWhenItAppears(*m_window);
+        connect(m_window.get(), &DesktopWindow::closed, this, &PortolanApp::leaveWindow);
+    }
+    return *m_window;
+}
+
+void PortolanApp::startWhenItAppears(RootWindow &window)
+{
+    connect(&window, &RootWindow::appeared, &m_content.store, &ServiceStore::start);
+}
+
+} // namespace portolan

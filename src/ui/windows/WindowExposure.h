@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QProperty>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QtQmlIntegration>
+
+namespace portolan {
+
+/// Whether anything of the window that an item is in can be seen, so that nothing moves or ticks where nobody
+/// looks.
+class WindowExposure : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QQuickItem *item READ item WRITE setItem NOTIFY itemChanged FINAL)
+    Q_PROPERTY(bool isExposed READ isExposed NOTIFY isExposedChanged BINDABLE bindableIsExposed FINAL)
+
+public:
+    using QObject::QObject;
+
+    [[nodiscard]] QQuickItem *item() const { return m_item; }
+    void setItem(QQuickItem *item);
+
+    [[nodiscard]] bool isExposed() const { return m_isExposed; }
+    [[nodiscard]] QBindable<bool> bindableIsExposed() const { return &m_isExposed; }
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+Q_SIGNALS:
+    void itemChanged();
+    void isExposedChanged();
+
+private:
+    void watch(QQuickWindow *window);
+    void update();
+
+    QPointer<QQuickItem> m_item;
+    QPointer<QQuickWindow> m_window;
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(WindowExposure, bool, m_isExposed, false,
+                                         &WindowExposure::isExposedChanged)
+};
+
+} // namespace portolan

@@ -1,0 +1,306 @@
+#include "SocketOwners.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace portolan {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Optional;
+
+/// Processes that exist in a test's head only, and a record of who was looked through.
+class FakeProcessTable : public ProcessTable
+{
+public:
+    struct Process
+    {
+        ino_t incarnation;
+        ProcessStat stat;
+        std::vector<SocketDescriptor> sockets;
+        std::optional<std::chrono::nanoseconds> runTime = 1ns;
+    };
+
+    std::map<pid_t, Process> all;
+    std::vector<pid_t> lookedThrough;
+    bool isReadable = true;
+
+    std::optional<std::vector<ProcessId>> processes() override
+    {
+        if (!isReadable)
+            return std::nullopt;
+        std::vector<ProcessId> list;
+        for (const auto &[pid, process] : all)
+            list.push_back({pid, process.incarnation});
+        return list;
+    }
+    std::optional<ProcessStat> stat(pid_t pid,
+                                    const std::optional<std::chrono::nanoseconds> & /*runTime*/) override
+    {
+        return all.contains(pid) ? std::optional(all[pid].stat) : std::nullopt;
+    }
+    std::optional<std::chrono::nanoseconds> runTime(pid_t pid) override
+    {
+        return all.contains(pid) ? all[pid].runTime : std::nullopt;
+    }
+    unsigned descriptorCount(pid_t pid) override
+    {
+        return all.contains(pid) ? unsigned(all[pid].sockets.size()) : 0;
+    }
+    unsigned readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets) override
+    {
+        lookedThrough.push_back(pid);
+        sockets = all.contains(pid) ? all[pid].sockets : std::vector<SocketDescriptor>();
+        return descriptorCount(pid);
+    }
+    bool holds(pid_t pid, const SocketDescriptor &socket) override
+    {
+        return all.contains(pid) && std::ranges::count(all[pid].sockets, socket) > 0;
+    }
+};
+
+class SocketOwnersTest : public testing::Test
+{
+protected:
+    SocketOwnersTest()
+    {
+        add(1, "init", {});
+        add(20, "node", {{3, 500}, {4, 501}});
+        add(30, "shell", {{3, 600}});
+    }
+
+    void add(pid_t pid, const std::string &name, std::vector<SocketDescriptor> sockets)
+    {
+        ++m_births;
+        table.all[pid] = {.incarnation = m_births,
+                          .stat = {.command = name, .state = 'S', .startTicks = m_births},
+                          .sockets = std::move(sockets)};
+    }
+
+    /// What the process does by itself, for which it has to run.
+    void open(pid_t pid, SocketDescriptor socket)
+    {
+        table.all[pid].sockets.push_back(socket);
+        *table.all[pid].runTime += 1ns;
+    }
+    void close(pid_t pid)
+    {
+        table.all[pid].sockets.clear();
+        *table.all[pid].runTime += 1ns;
+    }
+
+    /// What is found `after` the last time.
+    std::optional<std::vector<SocketOwner>> find(const std::vector<ino_t> &inodes,
+                                                 std::chrono::milliseconds after = 5s)
+    {
+        table.lookedThrough.clear();
+        m_now += after;
+        return owners.find(inodes, m_now);
+    }
+
+    static SocketOwner node() { return {20, "node", {{3, 500}}}; }
+
+    FakeProcessTable table;
+    SocketOwners owners{table};
+
+private:
+    ino_t m_births = 100;
+    SocketOwners::Clock::time_point m_now;
+};
+
+TEST_F(SocketOwnersTest, FirstLooksThroughEveryProcessOnce)
+{
+    EXPECT_THAT(find({500}), Optional(ElementsAre(node())));
+    EXPECT_THAT(table.lookedThrough, ElementsAre(1, 20, 30));
+}
+
+TEST_F(SocketOwnersTest, ThenLooksThroughNone)
+{
+    find({500});
+    EXPECT_THAT(find({500}), Optional(ElementsAre(node())));
+    EXPECT_THAT(table.lookedThrough, IsEmpty());
+}
+
+TEST_F(SocketOwnersTest, LooksThroughNewProcessesOnly)
+{
+    find({500});
+    add(25, "worker", {{3, 500}});
+    EXPECT_THAT(find({500}), Optional(ElementsAre(node(), SocketOwner{25, "worker", {{3, 500}}})));
+    EXPECT_THAT(table.lookedThrough, ElementsAre(25));
+}
+
+TEST_F(SocketOwnersTest, NewServerCostsNoLookAtOldProcesses)
+{
+    find({500});
+    add(40, "vite", {{20, 700}});
+    EXPECT_THAT(find({500, 700}), Optional(ElementsAre(node(), SocketOwner{40, "vite", {{20, 700}}})));
+    EXPECT_THAT(table.lookedThrough, ElementsAre(40));
+}
+
+TEST_F(SocketOwnersTest, SocketWithoutKnownOwnerIsLookedForAtThoseThatHaveRun)
+{
+    find({500});
+    open(30, {7, 700});
+    EXPECT_THAT(find({500, 700}), Optional(ElementsAre(node(), SocketOwner{30, "shell", {{7, 700}}})));
+    EXPECT_THAT(table.lookedThrough, ElementsAre(30));
+}
+
+TEST_F(SocketOwnersTest, SocketThatStillHasNoOwnerIsLookedForEverywhere)
+{
+    find({500});
+    // In place of another, by a process that runs just now and is not charged for it yet.
+    table.all[30].sockets = {{3, 700}};
+    EXPECT_THAT(find({500, 700}), Optional(ElementsAre(node(), SocketOwner{30, "shell", {{3, 700}}})));
+    EXPECT_THAT(table.lookedThrough, ElementsAre(1, 20, 30));
+}
+
+TEST_F(SocketOwnersTest, ProcessWithoutAKnownRunTimeIsAlwaysLookedThrough)
+{
+    table.all[1].runTime.reset();
+    find({500});
+    find({500}, SocketOwners::healingInterval);
+    EXPECT_THAT(table.lookedThrough, ElementsAre(1));
+}
+
+TEST_F(SocketOwnersTest, SocketThatBeginsToListenIsRememberedOfItsHolders)
+{
+    find({500});
+    EXPECT_THAT(find({500, 600}), Optional(ElementsAre(node(), SocketOwner{30, "shell", {{3, 600}}})));
+    EXPECT_THAT(table.lookedThrough, IsEmpty());
+}
+
+TEST_F(SocketOwnersTest, SocketThatNobodyHoldsIsLookedForOnce)
+{
+    EXPECT_THAT(find({900}), Optional(IsEmpty()));
+    EXPECT_THAT(find({900}), Optional(IsEmpty()));
+    EXPECT_THAT(table.lookedThrough, IsEmpty());
+    add(41, "late", {{3, 900}});
+    EXPECT_THAT(find({900}), Optional(ElementsAre(SocketOwner{41, "late", {{3, 900}}})));
+}
+
+TEST_F(SocketOwnersTest, SocketThatNobodyHoldsDoesNotHideANewOne)
+{
+    find({900});
+    EXPECT_THAT(find({500, 900}), Optional(ElementsAre(node())));
+}
+
+TEST_F(SocketOwnersTest, EndedProcessIsForgotten)
+{
+    find({500});
+    table.all.erase(20);
+    EXPECT_THAT(find({500}), Optional(IsEmpty()));
+}
+
+TEST_F(SocketOwnersTest, ZombieOwnsNothing)
+{
+    find({500});
+    table.all[20].stat.state = 'Z';
+    EXPECT_THAT(find({500}), Optional(IsEmpty()));
+}
+
+TEST_F(SocketOwnersTest, PidOfAnotherProcessIsNotTheOldOwner)
+{
+    find({500});
+    add(20, "stranger", {{3, 501}});
+    EXPECT_THAT(find({500}), Optional(IsEmpty()));
+    EXPECT_THAT(find({500, 501}), Optional(ElementsAre(SocketOwner{20, "stranger", {{3, 501}}})));
+}
+
+TEST_F(SocketOwnersTest, StartTimeTellsAnotherProcessToo)
+{
+    find({500});
+    table.all[20].stat.startTicks += 1;
+    table.all[20].sockets.clear();
+    EXPECT_THAT(find({500}), Optional(IsEmpty()));
+}
+
+TEST_F(SocketOwnersTest, ReusedPidIsLookedThroughAsNew)
+{
+    find({500});
+    add(1, "worker", {{7, 500}});
+    EXPECT_THAT(find({500}), Optional(ElementsAre(SocketOwner{1, "worker", {{7, 500}}}, node())));
+    EXPECT_THAT(table.lookedThrough, ElementsAre(1));
+}
+
+TEST_F(SocketOwnersTest, ClosedDescriptorMakesItsProcessBeLookedThrough)
+{
+    find({500});
+    table.all[20].sockets = {{9, 500}};
+    EXPECT_THAT(find({500}), Optional(ElementsAre(SocketOwner{20, "node", {{9, 500}}})));
+    EXPECT_THAT(table.lookedThrough, ElementsAre(20));
+}
+
+TEST_F(SocketOwnersTest, SocketThatNoLongerListensIsNotLookedFor)
+{
+    find({500, 501});
+    EXPECT_THAT(find({501}), Optional(ElementsAre(SocketOwner{20, "node", {{4, 501}}})));
+    EXPECT_THAT(table.lookedThrough, IsEmpty());
+}
+
+TEST_F(SocketOwnersTest, NameIsAlwaysTheCurrentOne)
+{
+    find({500});
+    table.all[20].stat.command = "next-server (v1";
+    EXPECT_THAT(find({500}), Optional(ElementsAre(SocketOwner{20, "next-server (v1", {{3, 500}}})));
+}
+
+TEST_F(SocketOwnersTest, SocketHandedToAnOldProcessIsSeenAfterTheHealingInterval)
+{
+    find({500});
+    open(1, {5, 500});
+    EXPECT_THAT(find({500}, SocketOwners::healingInterval - 1ms), Optional(ElementsAre(node())));
+    EXPECT_THAT(find({500}, 1ms), Optional(ElementsAre(SocketOwner{1, "init", {{5, 500}}}, node())));
+    EXPECT_THAT(table.lookedThrough, ElementsAre(1));
+    EXPECT_THAT(find({500}), Optional(testing::SizeIs(2)));
+    EXPECT_THAT(table.lookedThrough, IsEmpty());
+}
+
+TEST_F(SocketOwnersTest, ClosedSocketIsForgottenAfterTheHealingIntervalToo)
+{
+    find({500});
+    open(1, {5, 500});
+    find({500}, SocketOwners::healingInterval);
+    close(1);
+    EXPECT_THAT(find({500}, SocketOwners::healingInterval), Optional(ElementsAre(node())));
+}
+
+// As when it shares its table of descriptors with another process, which has run.
+TEST_F(SocketOwnersTest, ProcessThatHasSleptAndHoldsMoreIsLookedThrough)
+{
+    find({500});
+    table.all[1].sockets = {{5, 500}};
+    EXPECT_THAT(find({500}, SocketOwners::healingInterval), Optional(testing::SizeIs(2)));
+    EXPECT_THAT(table.lookedThrough, ElementsAre(1));
+}
+
+TEST_F(SocketOwnersTest, AllIsReadAgainAfterTheReadingInterval)
+{
+    table.all[1].sockets = {{5, 400}};
+    find({500});
+    table.all[1].sockets = {{5, 500}}; // in the table of another process, and as many as before
+    EXPECT_THAT(find({500}, SocketOwners::readingInterval - 1ms), Optional(ElementsAre(node())));
+    EXPECT_THAT(find({500}, SocketOwners::healingInterval), Optional(testing::SizeIs(2)));
+    EXPECT_THAT(table.lookedThrough, ElementsAre(1, 20, 30));
+}
+
+TEST_F(SocketOwnersTest, ReusedPidIsReadEvenIfItHasRunForAsLong)
+{
+    find({500});
+    add(30, "worker", {{7, 500}});
+    EXPECT_THAT(find({500}, SocketOwners::healingInterval),
+                Optional(ElementsAre(node(), SocketOwner{30, "worker", {{7, 500}}})));
+    EXPECT_THAT(table.lookedThrough, ElementsAre(30));
+}
+
+TEST_F(SocketOwnersTest, UnreadableTableIsAbsentAndForgetsNothing)
+{
+    find({500});
+    table.isReadable = false;
+    EXPECT_EQ(find({500}), std::nullopt);
+    table.isReadable = true;
+    EXPECT_THAT(find({500}), Optional(ElementsAre(node())));
+    EXPECT_THAT(table.lookedThrough, IsEmpty());
+}
+
+} // namespace portolan

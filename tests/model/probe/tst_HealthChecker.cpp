@@ -1,0 +1,820 @@
+#include "HealthChecker.h"
+#include "LocalSocket.h"
+#include "OddServer.h"
+#include "Printers.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <poll.h>
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <optional>
+#include <ostream>
+#include <thread>
+
+namespace portolan {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+using Connection = OddServer::Connection;
+
+void PrintTo(const Health &health, std::ostream *out)
+{
+    *out << "state " << int(health.state()) << ", status " << health.status() << ", " << health.ms() << " ms";
+}
+
+namespace {
+
+// The outcome of a check; nothing if it does not come at all.
+std::optional<Health> outcome(const QFuture<Health> &check)
+{
+    const auto end = Clock::now() + 60s;
+    while (!check.isFinished() && Clock::now() < end)
+        std::this_thread::sleep_for(1ms);
+    return check.isFinished() ? std::optional(check.result()) : std::nullopt;
+}
+
+std::optional<Health> outcomeOf(qint64 port)
+{
+    return outcome(HealthChecker::check(port));
+}
+
+// The status of a healthy outcome, 0 of an unreachable one, -1 of any other.
+qint64 statusOf(const std::optional<Health> &health)
+{
+    if (!health)
+        return -1;
+    return health->isHealthy() ? health->status() : *health == Health::unreachable() ? 0 : -1;
+}
+
+constexpr qint64 unreachable = 0;
+
+QByteArray redirect(const QByteArray &location)
+{
+    return "HTTP/1.1 302 Found\r\nLocation: " + location + "\r\nContent-Length: 0\r\n\r\n";
+}
+
+QByteArray address(const OddServer &server)
+{
+    return "http://127.0.0.1:" + QByteArray::number(server.port()) + '/';
+}
+
+// A script that hangs up on every request but a GET, which it answers with `response`.
+OddServer::Script answersOnlyGet(const QByteArray &response)
+{
+    return [response](Connection &connection) {
+        if (connection.readRequest() == "GET")
+            connection.send(response);
+    };
+}
+
+// A script that answers every request with `start` and then with `rest` over and over.
+OddServer::Script neverStops(const QByteArray &start, const QByteArray &rest)
+{
+    return [start, rest](Connection &connection) {
+        if (connection.readRequest().isEmpty() || !connection.send(start))
+            return;
+        while (connection.send(rest)) {
+        }
+    };
+}
+
+// Waits for the first connection to a server that listens.
+void awaitConnection(const LocalSocket &server)
+{
+    pollfd connection{.fd = server.descriptor(), .events = POLLIN, .revents = 0};
+    EXPECT_EQ(::poll(&connection, 1, 60'000), 1);
+}
+
+// What this process has used of the processors so far.
+std::chrono::microseconds processorTime()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return std::chrono::seconds(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+           std::chrono::microseconds(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec);
+}
+
+qsizetype threadCount()
+{
+    return QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+}
+
+qsizetype openDescriptorCount()
+{
+    return QDir(QStringLiteral("/proc/self/fd"))
+        .entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System)
+        .size();
+}
+
+} // namespace
+
+// One row: what a server does, what it is taken for and which requests it got for it.
+struct Manner
+{
+    const char *name;
+    OddServer::Script script;
+    qint64 status;
+    QList<QByteArray> methods;
+};
+
+static void PrintTo(const Manner &manner, std::ostream *out)
+{
+    *out << manner.name;
+}
+
+class HealthCheckerMeets : public testing::TestWithParam<Manner>
+{};
+
+TEST_P(HealthCheckerMeets, AServerThat)
+{
+    const OddServer server(GetParam().script);
+    EXPECT_EQ(statusOf(outcomeOf(server.port())), GetParam().status);
+    EXPECT_EQ(server.methods(), GetParam().methods);
+}
+
+static std::string nameOfManner(const testing::TestParamInfo<Manner> &row)
+{
+    return row.param.name;
+}
+
+static Manner answersWith(const char *name, const QByteArray &response, qint64 status)
+{
+    return {name, OddServer::answers(response), status, {"HEAD"}};
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    AnyStatus, HealthCheckerMeets,
+    testing::Values(
+        answersWith("Is200", "HTTP/1.1 200 OK\r\n\r\n", 200),
+        answersWith("Is204", "HTTP/1.1 204 No Content\r\n\r\n", 204),
+        answersWith("Is301WithoutLocation", "HTTP/1.1 301 Moved\r\n\r\n", 301),
+        answersWith("Is304", "HTTP/1.1 304 Not Modified\r\n\r\n", 304),
+        answersWith("Is400", "HTTP/1.1 400 Bad Request\r\n\r\n", 400),
+        answersWith("Is401", "HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: Basic\r\n\r\n", 401),
+        answersWith("Is404", "HTTP/1.1 404 Not Found\r\n\r\n", 404),
+        answersWith("Is405", "HTTP/1.1 405 Method Not Allowed\r\nAllow: GET\r\n\r\n", 405),
+        answersWith("Is407",
+                    "HTTP/1.1 407 Proxy Authentication Required\r\nProxy-Authenticate: Basic\r\n\r\n", 407),
+        answersWith("Is417", "HTTP/1.1 417 Expectation Failed\r\n\r\n", 417),
+        answersWith("Is500", "HTTP/1.1 500 Internal Server Error\r\n\r\n", 500),
+        answersWith("Is501", "HTTP/1.1 501 Not Implemented\r\n\r\n", 501),
+        answersWith("Is503", "HTTP/1.1 503 Service Unavailable\r\nRetry-After: 1\r\n\r\n", 503),
+        answersWith("Is599", "HTTP/1.1 599 Odd\r\n\r\n", 599)),
+    nameOfManner);
+
+INSTANTIATE_TEST_SUITE_P(
+    OddForm, HealthCheckerMeets,
+    testing::Values(
+        answersWith("SpeaksHttp10", "HTTP/1.0 200 OK\r\nServer: Old\r\n\r\n", 200),
+        answersWith("EndsItsLinesWithBareLf", "HTTP/1.1 200 OK\nServer: Odd\n\n", 200),
+        answersWith("GivesNoReason", "HTTP/1.1 200\r\n\r\n", 200),
+        answersWith("SendsABodyToAHead", "HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\nhello", 200),
+        answersWith("AnnouncesMoreThanItSends", "HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nhello", 200),
+        answersWith("FirstSays100", "HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 200 OK\r\n\r\n", 200),
+        answersWith("FirstSays103", "HTTP/1.1 103 Early Hints\r\nLink: </a>\r\n\r\nHTTP/1.1 204 No\r\n\r\n",
+                    204),
+        answersWith("SendsAnUnknownEncoding", "HTTP/1.1 200 OK\r\nContent-Encoding: odd\r\n\r\n", 200),
+        answersWith("SendsTwoLengths", "HTTP/1.1 200 OK\r\nContent-Length: 1\r\nContent-Length: 2\r\n\r\n",
+                    200),
+        answersWith("SendsAHeaderWithoutColon", "HTTP/1.1 200 OK\r\nno colon here\r\n\r\n", 200),
+        answersWith("SendsANegativeLength", "HTTP/1.1 200 OK\r\nContent-Length: -1\r\n\r\n", 200),
+        answersWith("SendsNulInAHeader", QByteArray("HTTP/1.1 200 OK\r\nA: \0b\r\n\r\n", 26), 200),
+        Manner{"HoldsTheConnectionAfterItsAnswer",
+               [](Connection &connection) {
+                   connection.readRequest();
+                   connection.send("HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\nhello");
+                   connection.hang();
+               },
+               200,
+               {"HEAD"}},
+        Manner{"DripsItsAnswerByteByByte",
+               [](Connection &connection) {
+                   connection.readRequest();
+                   for (const char byte : QByteArray("HTTP/1.1 200 OK\r\nA: b\r\n\r\n")) {
+                       connection.send(QByteArrayView(&byte, 1));
+                       connection.pause(10ms);
+                   }
+               },
+               200,
+               {"HEAD"}}),
+    nameOfManner);
+
+INSTANTIATE_TEST_SUITE_P(
+    NoHead, HealthCheckerMeets,
+    testing::Values(
+        Manner{
+            "DropsIt", answersOnlyGet("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"), 200, {"HEAD", "GET"}},
+        Manner{"ResetsIt",
+               [](Connection &connection) {
+                   if (connection.readRequest() == "HEAD")
+                       connection.reset();
+                   else
+                       connection.send("HTTP/1.1 201 Created\r\nContent-Length: 0\r\n\r\n");
+               },
+               201,
+               {"HEAD", "GET"}},
+        Manner{"AnswersItWithGarbage",
+               [](Connection &connection) {
+                   connection.send(connection.readRequest() == "HEAD" ? QByteArrayView("?!\r\n\r\n")
+                                                                      : "HTTP/1.1 404 No\r\n\r\n");
+               },
+               404,
+               {"HEAD", "GET"}},
+        Manner{
+            "AnswersTheGetWithABigBody",
+            answersOnlyGet("HTTP/1.1 200 OK\r\nContent-Length: 3000000\r\n\r\n" + QByteArray(3000000, 'x')),
+            200,
+            {"HEAD", "GET"}},
+        Manner{"AnswersTheGetInChunks",
+               answersOnlyGet("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n0\r\n\r\n"),
+               200,
+               {"HEAD", "GET"}},
+        Manner{"EndsTheBodyOfTheGetByClosing",
+               answersOnlyGet("HTTP/1.0 200 OK\r\n\r\nsome text"),
+               200,
+               {"HEAD", "GET"}},
+        Manner{"SendsMoreThanItAnnounces",
+               answersOnlyGet("HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n0123456789"),
+               200,
+               {"HEAD", "GET"}},
+        Manner{"SendsWhatOnlyClaimsToBeCompressed",
+               answersOnlyGet("HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nContent-Length: 3\r\n\r\nabc"),
+               200,
+               {"HEAD", "GET"}},
+        Manner{"SendsLessThanItAnnounces",
+               answersOnlyGet("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nhello"),
+               200,
+               {"HEAD", "GET"}},
+        Manner{"SendsBrokenChunks",
+               answersOnlyGet("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\n"),
+               200,
+               {"HEAD", "GET"}},
+        Manner{"SendsABodyWithoutEnd",
+               [](Connection &connection) {
+                   if (connection.readRequest() != "GET" || !connection.send("HTTP/1.1 200 OK\r\n\r\n"))
+                       return;
+                   while (connection.send(QByteArray(64 * 1024, 'x'))) {
+                   }
+               },
+               200,
+               {"HEAD", "GET"}},
+        Manner{"SendsAStreamOfEvents",
+               [](Connection &connection) {
+                   if (connection.readRequest() != "GET" ||
+                       !connection.send("HTTP/1.1 200 OK\r\nContent-Type: text/event-stream\r\n\r\n"))
+                       return;
+                   while (connection.send("data: x\n\n") && connection.pause(200ms)) {
+                   }
+               },
+               200,
+               {"HEAD", "GET"}}),
+    nameOfManner);
+
+static Manner isNoHttp(const char *name, OddServer::Script script)
+{
+    return {name, std::move(script), unreachable, {"HEAD", "GET"}};
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    NoHttp, HealthCheckerMeets,
+    testing::Values(
+        isNoHttp("ClosesAfterTheRequest", [](Connection &connection) { connection.readRequest(); }),
+        isNoHttp("ResetsAfterTheRequest",
+                 [](Connection &connection) {
+                     connection.readRequest();
+                     connection.reset();
+                 }),
+        isNoHttp("SpeaksHttp09", OddServer::answers("<html>hello</html>")),
+        isNoHttp("SendsGarbage", OddServer::answers(QByteArray("\0\xff\xfe\r\n\n\r\0garbage", 15))),
+        isNoHttp("SendsAnEmptyLine", OddServer::answers("\r\n\r\n")),
+        isNoHttp("AnswersLikeRedis", OddServer::answers("-ERR unknown command\r\n")),
+        isNoHttp("SpeaksOnlyTls", OddServer::answers(QByteArray("\x15\x03\x01\x00\x02\x02\x46", 7))),
+        isNoHttp("HasStatus000", OddServer::answers("HTTP/1.1 000 Odd\r\n\r\n")),
+        isNoHttp("HasANegativeStatus", OddServer::answers("HTTP/1.1 -1 Odd\r\n\r\n")),
+        isNoHttp("HasAStatusOfFiveDigits", OddServer::answers("HTTP/1.1 99999 Odd\r\n\r\n")),
+        isNoHttp("ClosesWithinItsHeaders", OddServer::answers("HTTP/1.1 200 OK\r\nServer: x\r\n")),
+        isNoHttp("ClosesAfterAnInterimResponse", OddServer::answers("HTTP/1.1 100 Continue\r\n\r\n")),
+        isNoHttp("SwitchesProtocolsUnasked",
+                 OddServer::answers("HTTP/1.1 101 Switching\r\nUpgrade: x\r\n\r\n")),
+        isNoHttp("NeverStopsSendingHeaders", neverStops("HTTP/1.1 200 OK\r\n", "X-Odd: 0123456789\r\n")),
+        isNoHttp("NeverStopsSendingOneHeader", neverStops("HTTP/1.1 200 OK\r\nX-Odd: ", "0123456789")),
+        isNoHttp("NeverStopsSayingContinue", neverStops("", "HTTP/1.1 100 Continue\r\n\r\n")),
+        isNoHttp("SendsAStatusLineOfAMegabyte",
+                 OddServer::answers("HTTP/1.1 200 " + QByteArray(1 << 20, 'O') + "\r\n\r\n"))),
+    nameOfManner);
+
+TEST(HealthChecker, IsUnreachableWhereTheServerClosesEveryConnectionAtOnce)
+{
+    const OddServer server([](Connection &) {});
+    EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
+    EXPECT_EQ(server.connections(), 2);
+}
+
+TEST(HealthChecker, IsUnreachableWhereTheServerResetsEveryConnectionAtOnce)
+{
+    const OddServer server([](Connection &connection) { connection.reset(); });
+    EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
+    EXPECT_EQ(server.connections(), 2);
+}
+
+// The prober hangs up on the greeting, so the server may never read the request.
+TEST(HealthChecker, IsUnreachableWhereTheServerGreetsInAnotherProtocol)
+{
+    for (const char *greeting : {"SSH-2.0-OpenSSH_9.2\r\n", "220 localhost ESMTP\r\n"}) {
+        const OddServer server([greeting](Connection &connection) {
+            connection.send(greeting);
+            connection.hang();
+        });
+        EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
+        EXPECT_EQ(server.connections(), 2);
+    }
+}
+
+TEST(HealthChecker, TakesAnAnswerThatComesBeforeTheRequest)
+{
+    const OddServer server([](Connection &connection) {
+        connection.send("HTTP/1.1 503 Service Unavailable\r\n\r\n");
+        connection.hang();
+    });
+    EXPECT_EQ(statusOf(outcomeOf(server.port())), 503);
+    EXPECT_EQ(server.connections(), 1);
+}
+
+TEST(HealthChecker, IsUnreachableWhereNothingListens)
+{
+    const auto closed = LocalSocket::bound("127.0.0.1");
+    EXPECT_EQ(outcomeOf(closed.port()), Health::unreachable());
+}
+
+TEST(HealthChecker, IsUnreachableOnPortZero)
+{
+    EXPECT_EQ(outcomeOf(0), Health::unreachable());
+}
+
+TEST(HealthChecker, IsUnknownWhereNoAddressCanBeMadeOfThePort)
+{
+    for (const qint64 port :
+         {qint64(-1), qint64(65536), std::numeric_limits<qint64>::min(), std::numeric_limits<qint64>::max()})
+        EXPECT_EQ(outcomeOf(port), Health::unknown()) << port;
+}
+
+TEST(HealthChecker, SendsTheseRequestsAndNothingElse)
+{
+    const OddServer server(answersOnlyGet("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
+    EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
+    const QByteArray rest = " / HTTP/1.1\r\nHost: 127.0.0.1:" + QByteArray::number(server.port()) +
+                            "\r\nUser-Agent: Portolan\r\nAccept: */*\r\n\r\n";
+    EXPECT_EQ(server.requests(), QList<QByteArray>({"HEAD" + rest, "GET" + rest}));
+}
+
+TEST(HealthChecker, CountsTheFailedHeadIntoTheTime)
+{
+    const OddServer server([](Connection &connection) {
+        if (connection.readRequest() == "HEAD")
+            connection.pause(150ms);
+        else if (connection.pause(150ms))
+            connection.send("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n");
+    });
+    const auto before = Clock::now();
+    const auto health = outcomeOf(server.port());
+    const auto elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - before);
+    EXPECT_EQ(statusOf(health), 200);
+    EXPECT_GE(health->ms(), 300);
+    EXPECT_LE(health->ms(), elapsed.count());
+}
+
+TEST(HealthChecker, ChecksAreIndependent)
+{
+    const OddServer server(OddServer::answers("HTTP/1.1 200 OK\r\nSet-Cookie: a=b\r\nContent-Length: 0\r\n"
+                                              "ETag: \"x\"\r\nCache-Control: max-age=3600\r\n\r\n"));
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
+    const QList<QByteArray> requests = server.requests();
+    EXPECT_EQ(requests, QList<QByteArray>(3, requests.first()));
+    EXPECT_EQ(server.connections(), 3);
+}
+
+TEST(HealthChecker, TakesNothingFromTheSurroundings)
+{
+    const OddServer proxy(OddServer::answers("HTTP/1.1 502 Bad Gateway\r\n\r\n"));
+    const OddServer server(
+        OddServer::answers("HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: Basic\r\n\r\n"));
+    QTemporaryDir home;
+    QFile netrc(home.filePath(QStringLiteral(".netrc")));
+    ASSERT_TRUE(netrc.open(QFile::WriteOnly));
+    netrc.write("default login me password secret\n");
+    netrc.close();
+    const QByteArray realHome = qgetenv("HOME");
+    const char *const proxies[] = {"http_proxy", "HTTP_PROXY", "all_proxy", "ALL_PROXY"};
+    qputenv("HOME", home.path().toLocal8Bit());
+    for (const char *name : proxies)
+        qputenv(name, address(proxy));
+
+    EXPECT_EQ(statusOf(outcomeOf(server.port())), 401);
+
+    for (const char *name : proxies)
+        qunsetenv(name);
+    qputenv("HOME", realHome);
+    EXPECT_EQ(proxy.connections(), 0);
+    EXPECT_EQ(server.methods(), QList<QByteArray>{"HEAD"});
+    EXPECT_FALSE(server.requests().first().contains("Authorization"));
+}
+
+// A server that redirects the first `hops` requests to itself and answers the next with 200.
+static OddServer::Script redirectsTimes(int hops)
+{
+    return [left = std::make_shared<std::atomic<int>>(hops)](Connection &connection) {
+        if (!connection.readRequest().isEmpty())
+            connection.send(left->fetch_sub(1) > 0 ? redirect("/next")
+                                                   : "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n");
+    };
+}
+
+TEST(HealthCheckerRedirect, IsFollowedToTheFinalStatus)
+{
+    const OddServer target(OddServer::answers("HTTP/1.1 404 Not Found\r\n\r\n"));
+    const OddServer server(OddServer::answers(redirect(address(target) + "login?next=/")));
+    EXPECT_EQ(statusOf(outcomeOf(server.port())), 404);
+    EXPECT_EQ(server.methods(), QList<QByteArray>{"HEAD"});
+    ASSERT_EQ(target.methods(), QList<QByteArray>{"HEAD"});
+    EXPECT_TRUE(target.requests().first().startsWith("HEAD /login?next=/ HTTP/1.1\r\n"));
+}
+
+TEST(HealthCheckerRedirect, LeadsAwayAndBack)
+{
+    const OddServer last(OddServer::answers("HTTP/1.1 204 No Content\r\n\r\n"));
+    const OddServer away(OddServer::answers(redirect(address(last) + "home")));
+    const OddServer server(OddServer::answers(
+        redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/away?x=1")));
+    EXPECT_EQ(statusOf(outcomeOf(server.port())), 204);
+    ASSERT_EQ(away.methods(), QList<QByteArray>{"HEAD"});
+    EXPECT_EQ(away.requests().first(),
+              "HEAD /away?x=1 HTTP/1.1\r\nHost: away.localhost:" + QByteArray::number(away.port()) +
+                  "\r\nUser-Agent: Portolan\r\nAccept: */*\r\n\r\n");
+    ASSERT_EQ(last.methods(), QList<QByteArray>{"HEAD"});
+    EXPECT_TRUE(last.requests().first().startsWith("HEAD /home HTTP/1.1\r\n"));
+}
+
+TEST(HealthCheckerRedirect, LeadsAGetAwayToo)
+{
+    const OddServer away([](Connection &connection) {
+        if (connection.readRequest() == "GET" && connection.send("HTTP/1.1 200 OK\r\n\r\n"))
+            while (connection.send(QByteArray(64 * 1024, 'x'))) {
+            }
+    });
+    const OddServer server(
+        OddServer::answers(redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/")));
+    EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
+    EXPECT_EQ(away.methods(), QList<QByteArray>({"HEAD", "GET"}));
+    EXPECT_EQ(server.methods(), QList<QByteArray>({"HEAD", "GET"}));
+}
+
+TEST(HealthCheckerRedirect, ToAServerThatNeverStopsIsUnreachable)
+{
+    const OddServer away(neverStops("HTTP/1.1 200 OK\r\n", "X-Odd: 0123456789\r\n"));
+    const OddServer server(
+        OddServer::answers(redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/")));
+    EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
+}
+
+TEST(HealthCheckerRedirect, PrintsNothingOfWhatIsSaidInAnotherProtocol)
+{
+    const OddServer away(OddServer::answers("HTTP/1.1 101 Switching\r\nUpgrade: x\r\n\r\nhello\n"));
+    const OddServer server(
+        OddServer::answers(redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/")));
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(away.methods(), QList<QByteArray>({"HEAD", "GET"}));
+}
+
+TEST(HealthCheckerRedirect, ToASilentServerIsUnreachableInTime)
+{
+    const auto silent = LocalSocket::listening("127.0.0.1");
+    const OddServer server(
+        OddServer::answers(redirect("http://away.localhost:" + QByteArray::number(silent.port()) + "/")));
+    const auto before = Clock::now();
+    EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
+    EXPECT_GE(Clock::now() - before, 5s);
+    EXPECT_EQ(server.methods(), QList<QByteArray>({"HEAD", "GET"}));
+}
+
+// The server listens on 127.0.0.1 alone, and the name stands for ::1 too.
+TEST(HealthCheckerRedirect, FindsLocalhostOnEitherAddress)
+{
+    const OddServer target(OddServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
+    const OddServer server(
+        OddServer::answers(redirect("http://localhost:" + QByteArray::number(target.port()) + "/")));
+    EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
+    EXPECT_EQ(target.methods(), QList<QByteArray>{"HEAD"});
+}
+
+TEST(HealthCheckerRedirect, ReachesTheIpv6AddressOfThisMachineByEitherName)
+{
+    const OddServer target(OddServer::answers("HTTP/1.1 200 OK\r\n\r\n"), OddServer::Address::ipv6);
+    if (target.port() == 0)
+        GTEST_SKIP() << "this machine has no IPv6";
+    const QByteArray port = ':' + QByteArray::number(target.port());
+    QList<QByteArray> requests;
+    for (const QByteArray &host : {QByteArray("localhost"), QByteArray("[::1]")}) {
+        const OddServer server(OddServer::answers(redirect("http://" + host + port + "/x")));
+        EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
+        requests.append("HEAD /x HTTP/1.1\r\nHost: " + host + port +
+                        "\r\nUser-Agent: Portolan\r\nAccept: */*\r\n\r\n");
+    }
+    EXPECT_EQ(target.requests(), requests);
+}
+
+TEST(HealthCheckerRedirect, ToAPortOfThisMachineWhereNothingListensIsUnreachable)
+{
+    const auto closed = LocalSocket::bound("127.0.0.1");
+    for (const QByteArray &host : {QByteArray("localhost"), QByteArray("[::1]"), QByteArray("127.0.0.1")}) {
+        const OddServer server(
+            OddServer::answers(redirect("http://" + host + ':' + QByteArray::number(closed.port()) + '/')));
+        EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
+        EXPECT_EQ(server.methods(), QList<QByteArray>({"HEAD", "GET"}));
+    }
+}
+
+TEST(HealthCheckerRedirect, IsFollowedTwentyTimes)
+{
+    const OddServer server(redirectsTimes(20));
+    EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
+    EXPECT_EQ(server.methods(), QList<QByteArray>(21, "HEAD"));
+}
+
+TEST(HealthCheckerRedirect, FailsTheRequestAfterTwenty)
+{
+    const OddServer server(redirectsTimes(21));
+    EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
+    EXPECT_EQ(server.methods(), QList<QByteArray>(21, "HEAD") << "GET");
+}
+
+TEST(HealthCheckerRedirect, LoopIsUnreachable)
+{
+    const OddServer server(OddServer::answers(redirect("/")));
+    EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
+    EXPECT_EQ(server.methods(), QList<QByteArray>(21, "HEAD") + QList<QByteArray>(21, "GET"));
+}
+
+TEST(HealthCheckerRedirect, TakesNoCookiesAlong)
+{
+    const OddServer server([](Connection &connection) {
+        connection.readRequest();
+        connection.send(
+            "HTTP/1.1 302 Found\r\nSet-Cookie: a=b; Path=/\r\nLocation: /x\r\nContent-Length: 0\r\n\r\n");
+    });
+    EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
+    for (const QByteArray &request : server.requests())
+        EXPECT_FALSE(request.contains("Cookie")) << request.toStdString();
+}
+
+TEST(HealthCheckerRedirect, TakesNoCredentialsAlong)
+{
+    const OddServer target(OddServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
+    const OddServer server(OddServer::answers(redirect("http://me:secret@" + address(target).sliced(7))));
+    EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
+    ASSERT_EQ(target.requests().size(), 1);
+    EXPECT_FALSE(target.requests().first().contains("Authorization"));
+}
+
+TEST(HealthCheckerRedirect, CannotInjectAHeader)
+{
+    const OddServer target(OddServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
+    const OddServer server(OddServer::answers(redirect(address(target) + "a%0d%0aX-Odd: 1")));
+    EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
+    ASSERT_EQ(target.requests().size(), 1);
+    EXPECT_FALSE(target.requests().first().contains("\r\nX-Odd"));
+}
+
+// Asks for a page with TLS, and leaves as soon as that is connected: while the certificates are being read.
+[[noreturn]] static void leaveWithinTls()
+{
+    const auto silent = LocalSocket::listening("127.0.0.1");
+    QFuture<Health> check;
+    {
+        const OddServer server(
+            OddServer::answers(redirect("https://127.0.0.1:" + QByteArray::number(silent.port()) + "/")));
+        check = HealthChecker::check(server.port());
+        awaitConnection(silent);
+    }
+    std::exit(0);
+}
+
+TEST(HealthCheckerDeathTest, LetsTheProgramEndWhileItIsWithinTls)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EXIT(leaveWithinTls(), testing::ExitedWithCode(0), "");
+}
+
+static qint64 statusOfARedirectAway()
+{
+    const OddServer server(OddServer::answers(redirect("https://example.invalid/")));
+    return statusOf(outcomeOf(server.port()));
+}
+
+// The program that asks is this one, started anew: what libraries it finds is settled when it starts.
+TEST(HealthCheckerDeathTest, TakesARedirectAwayForTheAnswerWhereLibcurlIsMissing)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const QTemporaryDir folder;
+    QFile noLibrary(folder.filePath(QStringLiteral("libcurl.so.4")));
+    ASSERT_TRUE(noLibrary.open(QFile::WriteOnly));
+    const QByteArray before = qgetenv("LD_LIBRARY_PATH");
+    qputenv("LD_LIBRARY_PATH", folder.path().toLocal8Bit());
+    EXPECT_EXIT(std::exit(statusOfARedirectAway() == 302 ? 0 : 1), testing::ExitedWithCode(0), "");
+    qputenv("LD_LIBRARY_PATH", before);
+}
+
+class HealthCheckerRedirectTo : public testing::TestWithParam<std::pair<const char *, QByteArray>>
+{};
+
+TEST_P(HealthCheckerRedirectTo, IsNotFollowed)
+{
+    const OddServer server(OddServer::answers(redirect(GetParam().second)));
+    EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
+    EXPECT_EQ(server.methods(), QList<QByteArray>({"HEAD", "GET"}));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Targets, HealthCheckerRedirectTo,
+    testing::Values(std::pair{"Ftp", QByteArray("ftp://127.0.0.1/")},
+                    std::pair{"File", QByteArray("file:///etc/hostname")},
+                    std::pair{"Gopher", QByteArray("gopher://127.0.0.1/")},
+                    std::pair{"Telnet", QByteArray("telnet://127.0.0.1/")},
+                    std::pair{"UnknownScheme", QByteArray("vscode://open")},
+                    std::pair{"NoAddressAtAll", QByteArray("http://:::/")},
+                    std::pair{"TlsOnAPortWithoutTls", QByteArray("https://127.0.0.1:9/")},
+                    std::pair{"HundredKilobytes", "http://127.0.0.1:9/" + QByteArray(100000, 'a')}),
+    [](const auto &row) { return std::string(row.param.first); });
+
+// Answers a HEAD after `delay` and no GET. Whether a probe of it is healthy says on which side of the idle
+// limit the delay is, provided that this machine kept to it.
+static void expectAnswerAfter(std::chrono::milliseconds delay, std::chrono::milliseconds tolerated,
+                              qint64 status)
+{
+    for (int attempt = 0; attempt < 5; ++attempt) {
+        std::atomic<bool> wasLate = false;
+        const OddServer server([&](Connection &connection) {
+            const auto end = Clock::now() + delay + tolerated;
+            if (connection.readRequest() == "HEAD" && connection.pause(delay))
+                connection.send("HTTP/1.1 200 OK\r\n\r\n");
+            wasLate = wasLate || Clock::now() > end;
+        });
+        const qint64 got = statusOf(outcomeOf(server.port()));
+        if (got == status || !wasLate) {
+            EXPECT_EQ(got, status);
+            return;
+        }
+    }
+    GTEST_SKIP() << "this machine is too busy to answer in time";
+}
+
+TEST(HealthCheckerTime, AnAnswerAfter2400MsCounts)
+{
+    expectAnswerAfter(2400ms, 50ms, 200);
+}
+
+TEST(HealthCheckerTime, AnAnswerAfter2600MsIsTooLate)
+{
+    expectAnswerAfter(2600ms, 1h, unreachable);
+}
+
+TEST(HealthCheckerTime, SilenceIsUnreachableAfterBothRequests)
+{
+    const auto silent = LocalSocket::listening("127.0.0.1");
+    const auto before = Clock::now();
+    EXPECT_EQ(outcomeOf(silent.port()), Health::unreachable());
+    EXPECT_GE(Clock::now() - before, 5s);
+}
+
+TEST(HealthCheckerTime, SilenceAfterTheStartOfAnAnswerIsUnreachable)
+{
+    const OddServer server([](Connection &connection) {
+        connection.readRequest();
+        connection.send("HTTP/1.1 200 OK\r\nServer: ");
+        connection.hang();
+    });
+    EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
+    EXPECT_EQ(server.methods(), QList<QByteArray>({"HEAD", "GET"}));
+}
+
+TEST(HealthCheckerTime, EveryByteRestartsTheIdleLimitUpToTheTotalLimit)
+{
+    const OddServer server([](Connection &connection) {
+        connection.readRequest();
+        for (const char byte : QByteArray("HTTP/1.1 200 OK\r\n\r\n")) {
+            if (!connection.send(QByteArrayView(&byte, 1)) || !connection.pause(400ms))
+                return;
+        }
+    });
+    const auto before = Clock::now();
+    EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
+    EXPECT_GE(Clock::now() - before, 6s);
+    EXPECT_EQ(server.methods(), QList<QByteArray>({"HEAD", "GET"}));
+}
+
+TEST(HealthCheckerTime, AByteInTimeExtendsTheWait)
+{
+    const OddServer server([](Connection &connection) {
+        connection.readRequest();
+        connection.send("H");
+        if (connection.pause(1400ms) && connection.send("TTP/1.1 200 OK\r\n") && connection.pause(1400ms))
+            connection.send("\r\n");
+    });
+    EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
+    EXPECT_EQ(server.methods(), QList<QByteArray>{"HEAD"});
+}
+
+TEST(HealthCheckerCrowd, TwoHundredSilentServersCostOneThreadAndHardlyAnyWork)
+{
+    const auto silent = LocalSocket::listening("127.0.0.1");
+    const auto before = processorTime();
+    const qsizetype threads = threadCount();
+    QList<QFuture<Health>> checks;
+    for (int i = 0; i < 200; ++i)
+        checks.append(HealthChecker::check(silent.port()));
+    std::this_thread::sleep_for(500ms);
+    EXPECT_LE(threadCount(), threads + 1);
+    for (const QFuture<Health> &check : checks)
+        EXPECT_EQ(outcome(check), Health::unreachable());
+    EXPECT_LT(processorTime() - before, 2s);
+}
+
+TEST(HealthCheckerCrowd, NeighboursOfHostileServersAreUnharmed)
+{
+    const OddServer good(OddServer::answers("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
+    const OddServer headers(neverStops("HTTP/1.1 200 OK\r\n", "X-Odd: 0123456789\r\n"));
+    const OddServer interim(neverStops("", "HTTP/1.1 100 Continue\r\n\r\n"));
+    const OddServer names(OddServer::answers(redirect("http://does-not-exist.invalid/")));
+    const auto silent = LocalSocket::listening("127.0.0.1");
+    const QList<quint16> hostile{headers.port(), interim.port(), names.port(), silent.port()};
+
+    QList<QFuture<Health>> bad;
+    QList<QFuture<Health>> fine;
+    for (const quint16 port : hostile)
+        bad.append(HealthChecker::check(port));
+    for (int i = 0; i < 59; ++i)
+        fine.append(HealthChecker::check(good.port()));
+    for (const QFuture<Health> &check : fine)
+        EXPECT_EQ(statusOf(outcome(check)), 200);
+    for (const QFuture<Health> &check : bad)
+        EXPECT_EQ(outcome(check), Health::unreachable());
+}
+
+TEST(HealthCheckerCrowd, ReadsTheCertificatesOfTheMachineOnce)
+{
+    const OddServer closing([](Connection &) {});
+    const OddServer server(
+        OddServer::answers(redirect("https://127.0.0.1:" + QByteArray::number(closing.port()) + "/")));
+    const auto start = processorTime();
+    EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
+    const auto first = processorTime();
+    for (int i = 0; i < 10; ++i)
+        EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
+    EXPECT_LT(processorTime() - first, 5 * (first - start));
+}
+
+TEST(HealthCheckerCrowd, ManyThreadsMayAskAtOnce)
+{
+    const OddServer server(OddServer::answers("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
+    std::atomic<int> healthy = 0;
+    {
+        std::vector<std::jthread> askers;
+        for (int i = 0; i < 8; ++i)
+            askers.emplace_back([&] {
+                for (int n = 0; n < 10; ++n)
+                    healthy += statusOf(outcomeOf(server.port())) == 200;
+            });
+    }
+    EXPECT_EQ(healthy, 80);
+}
+
+TEST(HealthCheckerCrowd, LeavesNoDescriptorBehind)
+{
+    const OddServer server(OddServer::answers("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
+    const OddServer leadingAway(
+        OddServer::answers(redirect("http://away.localhost:" + QByteArray::number(server.port()) + "/")));
+    const auto closed = LocalSocket::bound("127.0.0.1");
+    EXPECT_EQ(statusOf(outcomeOf(leadingAway.port())), 200);
+    const qsizetype before = openDescriptorCount();
+    for (int i = 0; i < 50; ++i) {
+        EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
+        EXPECT_EQ(statusOf(outcomeOf(closed.port())), unreachable);
+        EXPECT_EQ(statusOf(outcomeOf(leadingAway.port())), 200);
+    }
+    // The server closes its ends in its own time.
+    const auto end = Clock::now() + 20s;
+    while (openDescriptorCount() > before && Clock::now() < end)
+        std::this_thread::sleep_for(5ms);
+    EXPECT_LE(openDescriptorCount(), before);
+}
+
+} // namespace portolan

@@ -1,0 +1,126 @@
+#include "Eventually.h"
+#include "PrivateBus.h"
+#include "SingleInstance.h"
+
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+
+namespace portolan {
+
+using namespace Qt::StringLiterals;
+using Outcome = SingleInstance::Outcome;
+
+namespace {
+
+/// What the starts of one session share: a bus, if it has one, and a folder.
+class Session
+{
+public:
+    explicit Session(bool hasBus)
+        : m_hasBus(hasBus)
+    {}
+
+    QDBusConnection connection()
+    {
+        return m_hasBus ? m_bus.connect() : QDBusConnection(u"no such connection"_s);
+    }
+
+    QString folder() const { return m_folder.path(); }
+
+    /// What a further start gets to hear, while this one goes on running.
+    Outcome start(StartRequest request)
+    {
+        std::optional<Outcome> outcome;
+        const std::unique_ptr<QThread> program(QThread::create([&] {
+            SingleInstance second(connection(), folder());
+            outcome = second.claim(request);
+        }));
+        program->start();
+        EXPECT_TRUE(eventually([&] { return program->isFinished(); }));
+        program->wait();
+        return outcome.value();
+    }
+
+private:
+    bool m_hasBus;
+    PrivateBus m_bus;
+    QTemporaryDir m_folder;
+};
+
+} // namespace
+
+// The parameter: whether there is a session bus.
+class SingleInstances : public testing::TestWithParam<bool>
+{
+protected:
+    void expectRequests(const QList<StartRequest> &expected)
+    {
+        EXPECT_TRUE(eventually([&] { return m_requests.size() >= expected.size(); }));
+        EXPECT_EQ(m_requests, expected);
+    }
+
+    Session m_session{GetParam()};
+    SingleInstance m_first{m_session.connection(), m_session.folder()};
+    QList<StartRequest> m_requests;
+    QMetaObject::Connection m_noted =
+        QObject::connect(&m_first, &SingleInstance::requested, &m_first,
+                         [this](StartRequest request) { m_requests += request; });
+};
+
+INSTANTIATE_TEST_SUITE_P(Sessions, SingleInstances, testing::Bool(),
+                         [](const auto &test) { return test.param ? "Bus" : "NoBus"; });
+
+TEST_P(SingleInstances, TheFirstStartIsTheOne)
+{
+    EXPECT_EQ(m_first.claim(StartRequest::Open), Outcome::First);
+    EXPECT_EQ(m_requests, QList<StartRequest>()) << "it asks nothing of itself";
+}
+
+TEST_P(SingleInstances, ASecondStartHandsItsRequestOver)
+{
+    ASSERT_EQ(m_first.claim(StartRequest::None), Outcome::First);
+    EXPECT_EQ(m_session.start(StartRequest::Open), Outcome::Forwarded);
+    EXPECT_EQ(m_session.start(StartRequest::Window), Outcome::Forwarded);
+    expectRequests({StartRequest::Open, StartRequest::Window});
+}
+
+TEST_P(SingleInstances, ASecondStartInTheBackgroundAsksForNothing)
+{
+    ASSERT_EQ(m_first.claim(StartRequest::None), Outcome::First);
+    EXPECT_EQ(m_session.start(StartRequest::None), Outcome::Forwarded);
+    EXPECT_EQ(m_session.start(StartRequest::Open), Outcome::Forwarded);
+    expectRequests({StartRequest::Open});
+}
+
+TEST_P(SingleInstances, OneThatDoesNotAnswerIsNotJoinedByAnother)
+{
+    ASSERT_EQ(m_first.claim(StartRequest::None), Outcome::First);
+    // Without the event loop, which answers.
+    SingleInstance second(m_session.connection(), m_session.folder());
+    EXPECT_EQ(second.claim(StartRequest::Open), Outcome::Unanswered);
+}
+
+TEST(SingleInstanceInFolder, WithoutAUsableFolderRunsUnasked)
+{
+    SingleInstance alone(QDBusConnection(u"no such connection"_s), u"/proc/self/no-such-folder"_s);
+    EXPECT_EQ(alone.claim(StartRequest::Open), Outcome::First);
+}
+
+TEST(SingleInstanceInFolder, TheEndOfTheFirstMakesRoom)
+{
+    const QTemporaryDir folder;
+    const QDBusConnection noBus(u"no such connection"_s);
+    {
+        SingleInstance first(noBus, folder.path());
+        ASSERT_EQ(first.claim(StartRequest::Open), Outcome::First);
+    }
+    SingleInstance next(noBus, folder.path());
+    EXPECT_EQ(next.claim(StartRequest::Open), Outcome::First);
+}
+
+} // namespace portolan

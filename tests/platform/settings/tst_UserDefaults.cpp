@@ -1,0 +1,404 @@
+#include "Printers.h"
+#include "UserDefaults.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <optional>
+
+namespace portolan {
+
+using namespace Qt::StringLiterals;
+using Presence = UserDefaults::Presence;
+
+namespace {
+
+class UserDefaultsTest : public testing::Test
+{
+protected:
+    QString path() const { return m_home.filePath(u"portolan/settings.json"_s); }
+    QString folder() const { return m_home.filePath(u"portolan"_s); }
+
+    void write(const QByteArray &text) const
+    {
+        QDir().mkpath(folder());
+        QFile file(path());
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+    }
+
+    static QByteArray contentOf(const QString &file)
+    {
+        QFile opened(file);
+        return opened.open(QIODevice::ReadOnly) ? opened.readAll() : QByteArray();
+    }
+
+    QJsonObject object() const { return QJsonDocument::fromJson(contentOf(path())).object(); }
+
+    QTemporaryDir m_home;
+};
+
+/// Takes a folder's write permission, and the superuser's way around it, for a while.
+class Unwritable
+{
+public:
+    explicit Unwritable(const QString &folder)
+        : m_folder(QFile::encodeName(folder))
+    {
+        chmod(m_folder.constData(), 0555);
+        if (getuid() != 0)
+            return;
+        chmod(QFile::encodeName(QFileInfo(folder).path()).constData(), 0755);
+        m_changedUser = seteuid(65534) == 0;
+    }
+    ~Unwritable()
+    {
+        if (m_changedUser && seteuid(0) != 0)
+            abort();
+        chmod(m_folder.constData(), 0700);
+    }
+
+private:
+    QByteArray m_folder;
+    bool m_changedUser = false;
+};
+
+} // namespace
+
+TEST_F(UserDefaultsTest, NothingIsStoredAndNothingWrittenAtFirst)
+{
+    const UserDefaults defaults(path());
+    EXPECT_EQ(defaults.string(u"sortOrder").presence, Presence::absent);
+    EXPECT_EQ(defaults.integers(u"pinnedPorts").presence, Presence::absent);
+    EXPECT_EQ(defaults.boolean(u"autoRefresh").presence, Presence::absent);
+    EXPECT_FALSE(QFileInfo::exists(folder()));
+}
+
+TEST_F(UserDefaultsTest, ValuesSurviveARestartWithTheirTypes)
+{
+    {
+        UserDefaults defaults(path());
+        defaults.setString(u"sortOrder", u"uptime"_s);
+        defaults.setIntegers(u"pinnedPorts", {3000, 5173});
+        defaults.setIntegers(u"one", {3000});
+        defaults.setIntegers(u"none", {});
+        defaults.setBoolean(u"autoRefresh", false);
+    }
+    const UserDefaults defaults(path());
+    EXPECT_EQ(defaults.string(u"sortOrder").value, u"uptime"_s);
+    EXPECT_EQ(defaults.integers(u"pinnedPorts").value, QList<qint64>({3000, 5173}));
+    EXPECT_EQ(defaults.integers(u"one").value, QList<qint64>({3000}));
+    EXPECT_EQ(defaults.integers(u"none").presence, Presence::present);
+    EXPECT_EQ(defaults.integers(u"none").value, QList<qint64>());
+    EXPECT_EQ(defaults.boolean(u"autoRefresh").presence, Presence::present);
+    EXPECT_FALSE(defaults.boolean(u"autoRefresh").value);
+}
+
+struct TypedRead
+{
+    const char *name;
+    QByteArray json;
+    Presence string;
+    Presence boolean;
+    Presence integers;
+};
+
+class UserDefaultsTypes : public UserDefaultsTest, public testing::WithParamInterface<TypedRead>
+{};
+
+TEST_P(UserDefaultsTypes, TellAbsentFromWrongTyped)
+{
+    write("{\"key\": " + GetParam().json + "}");
+    const UserDefaults defaults(path());
+    EXPECT_EQ(defaults.string(u"key").presence, GetParam().string);
+    EXPECT_EQ(defaults.boolean(u"key").presence, GetParam().boolean);
+    EXPECT_EQ(defaults.integers(u"key").presence, GetParam().integers);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Values, UserDefaultsTypes,
+    testing::Values(
+        TypedRead{"null", "null", Presence::absent, Presence::absent, Presence::absent},
+        TypedRead{"text", "\"name\"", Presence::present, Presence::wrongType, Presence::wrongType},
+        TypedRead{"emptyText", "\"\"", Presence::present, Presence::wrongType, Presence::wrongType},
+        TypedRead{"true", "true", Presence::wrongType, Presence::present, Presence::wrongType},
+        TypedRead{"one", "1", Presence::wrongType, Presence::wrongType, Presence::wrongType},
+        TypedRead{"textTrue", "\"true\"", Presence::present, Presence::wrongType, Presence::wrongType},
+        TypedRead{"object", "{}", Presence::wrongType, Presence::wrongType, Presence::wrongType},
+        TypedRead{"emptyList", "[]", Presence::wrongType, Presence::wrongType, Presence::present},
+        TypedRead{"integers", "[3000, 3000, -1]", Presence::wrongType, Presence::wrongType,
+                  Presence::present},
+        TypedRead{"wholeDouble", "[3000.0]", Presence::wrongType, Presence::wrongType, Presence::present},
+        TypedRead{"fraction", "[3000.5]", Presence::wrongType, Presence::wrongType, Presence::wrongType},
+        TypedRead{"huge", "[1e300]", Presence::wrongType, Presence::wrongType, Presence::wrongType},
+        TypedRead{"textInList", "[3000, \"x\"]", Presence::wrongType, Presence::wrongType,
+                  Presence::wrongType},
+        TypedRead{"digits", "[\"3000\"]", Presence::wrongType, Presence::wrongType, Presence::wrongType},
+        TypedRead{"booleanInList", "[true]", Presence::wrongType, Presence::wrongType, Presence::wrongType},
+        TypedRead{"nested", "[[1]]", Presence::wrongType, Presence::wrongType, Presence::wrongType}),
+    [](const auto &row) { return std::string(row.param.name); });
+
+TEST_F(UserDefaultsTest, KeepsKeysItDoesNotKnow)
+{
+    write(R"({"future": {"a": [1, null, 2.5]}, "sortOrder": "port"})");
+    UserDefaults defaults(path());
+    defaults.setString(u"sortOrder", u"name"_s);
+    const QJsonObject expected{{u"future"_s, QJsonObject{{u"a"_s, QJsonArray{1, QJsonValue::Null, 2.5}}}},
+                               {u"sortOrder"_s, u"name"_s}};
+    EXPECT_EQ(object(), expected);
+}
+
+TEST_F(UserDefaultsTest, LaysItsWritesOverWhatOthersWroteMeanwhile)
+{
+    UserDefaults first(path());
+    UserDefaults second(path());
+    first.setString(u"sortOrder", u"name"_s);
+    second.setBoolean(u"autoRefresh", false);
+    first.setIntegers(u"pinnedPorts", {3000});
+    const QJsonObject expected{
+        {u"sortOrder"_s, u"name"_s}, {u"autoRefresh"_s, false}, {u"pinnedPorts"_s, QJsonArray{3000}}};
+    EXPECT_EQ(object(), expected);
+    EXPECT_EQ(first.boolean(u"autoRefresh").presence, Presence::present);
+}
+
+TEST_F(UserDefaultsTest, WritesBackAValueThatSomeoneElseTookAway)
+{
+    UserDefaults defaults(path());
+    defaults.setString(u"sortOrder", u"name"_s);
+    ASSERT_TRUE(QFile::remove(path()));
+    defaults.setString(u"sortOrder", u"name"_s);
+    EXPECT_EQ(object(), QJsonObject({{u"sortOrder"_s, u"name"_s}}));
+}
+
+TEST_F(UserDefaultsTest, FileIsTheOwnersAlone)
+{
+    UserDefaults(path()).setBoolean(u"autoRefresh", true);
+    EXPECT_EQ(QFile::permissions(path()) & (QFile::ReadGroup | QFile::ReadOther | QFile::WriteOther), 0);
+    EXPECT_EQ(QFile::permissions(folder()) & (QFile::ReadGroup | QFile::ExeOther), 0);
+    EXPECT_THAT(QDir(folder()).entryList(QDir::Files | QDir::Hidden),
+                testing::ElementsAre(u"settings.json"_s));
+}
+
+TEST_F(UserDefaultsTest, DoesNotTouchAFileThatSaysItAlready)
+{
+    write(R"({  "autoRefresh"  :  true  })");
+    UserDefaults(path()).setBoolean(u"autoRefresh", true);
+    EXPECT_EQ(contentOf(path()), R"({  "autoRefresh"  :  true  })");
+}
+
+class UserDefaultsBroken : public UserDefaultsTest, public testing::WithParamInterface<const char *>
+{};
+
+TEST_P(UserDefaultsBroken, FileIsEmptyToReadersAndKeptAsideByTheNextWrite)
+{
+    write(GetParam());
+    write(GetParam());
+    QFile older(path() + u".broken-1"_s);
+    ASSERT_TRUE(older.open(QIODevice::WriteOnly));
+    older.write("older");
+    older.close();
+
+    UserDefaults defaults(path());
+    EXPECT_EQ(defaults.boolean(u"autoRefresh").presence, Presence::absent);
+    EXPECT_EQ(contentOf(path()), GetParam());
+
+    defaults.setBoolean(u"autoRefresh", false);
+    EXPECT_EQ(object(), QJsonObject({{u"autoRefresh"_s, false}}));
+    EXPECT_EQ(contentOf(path() + u".broken-1"_s), "older");
+    EXPECT_EQ(contentOf(path() + u".broken-2"_s), GetParam());
+
+    defaults.setBoolean(u"autoRefresh", true);
+    EXPECT_FALSE(QFileInfo::exists(path() + u".broken-3"_s));
+}
+
+INSTANTIATE_TEST_SUITE_P(Contents, UserDefaultsBroken,
+                         testing::Values("{\"autoRefresh\": fal", "[1, 2]", "", "\xff\xfe", "null",
+                                         "{\"autoRefresh\": false} x"),
+                         [](const auto &row) { return std::to_string(row.index); });
+
+TEST_F(UserDefaultsTest, APipeInTheFilesPlaceIsNotOpened)
+{
+    QDir().mkpath(folder());
+    ASSERT_EQ(mkfifo(QFile::encodeName(path()).constData(), 0600), 0);
+    UserDefaults defaults(path());
+    EXPECT_EQ(defaults.boolean(u"autoRefresh").presence, Presence::absent);
+    defaults.setBoolean(u"autoRefresh", true);
+    EXPECT_EQ(object(), QJsonObject({{u"autoRefresh"_s, true}}));
+}
+
+TEST_F(UserDefaultsTest, AFolderInTheFilesPlaceIsPutAside)
+{
+    QDir().mkpath(path() + u"/inner"_s);
+    UserDefaults defaults(path());
+    defaults.setBoolean(u"autoRefresh", true);
+    EXPECT_EQ(object(), QJsonObject({{u"autoRefresh"_s, true}}));
+    EXPECT_TRUE(QFileInfo::exists(path() + u".broken-1/inner"_s));
+}
+
+TEST_F(UserDefaultsTest, WritesThroughALink)
+{
+    QDir().mkpath(folder());
+    const QString target = m_home.filePath(u"dotfiles.json"_s);
+    ASSERT_TRUE(QFile::link(target, path()));
+    UserDefaults(path()).setBoolean(u"autoRefresh", true);
+    EXPECT_TRUE(QFileInfo(path()).isSymLink());
+    EXPECT_NE(contentOf(target), QByteArray());
+    EXPECT_TRUE(UserDefaults(path()).boolean(u"autoRefresh").value);
+}
+
+TEST_F(UserDefaultsTest, AnUnwritableFolderKeepsValuesInMemoryUntilItCanBeWritten)
+{
+    write(R"({"autoRefresh": false})");
+    UserDefaults defaults(path());
+    {
+        const Unwritable unwritable(folder());
+        defaults.setString(u"sortOrder", u"name"_s);
+        defaults.setBoolean(u"autoRefresh", true);
+        EXPECT_EQ(defaults.string(u"sortOrder").value, u"name"_s);
+        EXPECT_TRUE(defaults.boolean(u"autoRefresh").value);
+    }
+    EXPECT_EQ(object(), QJsonObject({{u"autoRefresh"_s, false}}));
+    defaults.setIntegers(u"pinnedPorts", {1});
+    const QJsonObject expected{
+        {u"sortOrder"_s, u"name"_s}, {u"autoRefresh"_s, true}, {u"pinnedPorts"_s, QJsonArray{1}}};
+    EXPECT_EQ(object(), expected);
+}
+
+TEST_F(UserDefaultsTest, ABrokenFileInAnUnwritableFolderStays)
+{
+    write("broken");
+    UserDefaults defaults(path());
+    const Unwritable unwritable(folder());
+    defaults.setBoolean(u"autoRefresh", true);
+    EXPECT_EQ(contentOf(path()), "broken");
+    EXPECT_TRUE(defaults.boolean(u"autoRefresh").value);
+}
+
+TEST_F(UserDefaultsTest, AFolderThatCannotBeMadeIsHarmless)
+{
+    UserDefaults defaults(u"/proc/portolan/settings.json"_s);
+    defaults.setBoolean(u"autoRefresh", false);
+    EXPECT_EQ(defaults.boolean(u"autoRefresh"), (UserDefaults::Reading<bool>{Presence::present, false}));
+}
+
+TEST_F(UserDefaultsTest, ReadOnlyNeverTouchesTheDisk)
+{
+    UserDefaults defaults(path(), UserDefaults::Access::readOnly);
+    defaults.setString(u"sortOrder", u"name"_s);
+    EXPECT_EQ(defaults.string(u"sortOrder").value, u"name"_s);
+    EXPECT_FALSE(QFileInfo::exists(folder()));
+
+    write("broken");
+    defaults.setString(u"sortOrder", u"port"_s);
+    EXPECT_EQ(contentOf(path()), "broken");
+}
+
+TEST_F(UserDefaultsTest, TwoProgramsWritingAtOnceLoseNothing)
+{
+    constexpr int rounds = 100;
+    const auto writeAll = [this](QStringView key) {
+        UserDefaults defaults(path());
+        for (int i = 1; i <= rounds; ++i)
+            defaults.setIntegers(key, {i});
+    };
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        writeAll(u"child");
+        _exit(0);
+    }
+    writeAll(u"parent");
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_EQ(status, 0);
+    const QJsonObject expected{{u"parent"_s, QJsonArray{rounds}}, {u"child"_s, QJsonArray{rounds}}};
+    EXPECT_EQ(object(), expected);
+}
+
+TEST_F(UserDefaultsTest, AWriterKilledAtAnyMomentLeavesAWholeFile)
+{
+    QList<qint64> ports;
+    for (int i = 0; i < 2000; ++i)
+        ports.append(i);
+    write(R"({"kept": true})");
+    for (int round = 0; round < 20; ++round) {
+        const pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            UserDefaults defaults(path());
+            for (int i = 0;; ++i)
+                defaults.setIntegers(u"pinnedPorts", i % 2 ? ports : QList<qint64>());
+        }
+        usleep(1000 * (1 + round % 7));
+        kill(child, SIGKILL);
+        ASSERT_EQ(waitpid(child, nullptr, 0), child);
+
+        const UserDefaults defaults(path());
+        EXPECT_TRUE(defaults.boolean(u"kept").value);
+        EXPECT_NE(defaults.integers(u"pinnedPorts").presence, Presence::wrongType);
+        EXPECT_FALSE(QFileInfo::exists(path() + u".broken-1"_s));
+    }
+}
+
+struct ConfigHome
+{
+    const char *name;
+    std::optional<QByteArray> variable;
+    QString path;
+};
+
+class UserDefaultsPath : public testing::TestWithParam<ConfigHome>
+{
+protected:
+    void SetUp() override
+    {
+        m_home = qgetenv("HOME");
+        m_config = qEnvironmentVariableIsSet("XDG_CONFIG_HOME") ? std::optional(qgetenv("XDG_CONFIG_HOME"))
+                                                                : std::nullopt;
+        qputenv("HOME", "/home/ada");
+    }
+    void TearDown() override
+    {
+        qputenv("HOME", m_home);
+        setConfigHome(m_config);
+    }
+    static void setConfigHome(const std::optional<QByteArray> &value)
+    {
+        if (value)
+            qputenv("XDG_CONFIG_HOME", *value);
+        else
+            qunsetenv("XDG_CONFIG_HOME");
+    }
+
+private:
+    QByteArray m_home;
+    std::optional<QByteArray> m_config;
+};
+
+TEST_P(UserDefaultsPath, IsInTheConfigurationFolder)
+{
+    setConfigHome(GetParam().variable);
+    EXPECT_EQ(UserDefaults::defaultPath(), GetParam().path);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Environments, UserDefaultsPath,
+    testing::Values(ConfigHome{"absolute", "/srv/config", u"/srv/config/portolan/settings.json"_s},
+                    ConfigHome{"relative", "config", u"/home/ada/.config/portolan/settings.json"_s},
+                    ConfigHome{"empty", "", u"/home/ada/.config/portolan/settings.json"_s},
+                    ConfigHome{"unset", std::nullopt, u"/home/ada/.config/portolan/settings.json"_s}),
+    [](const auto &row) { return std::string(row.param.name); });
+
+} // namespace portolan

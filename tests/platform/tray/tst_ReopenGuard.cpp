@@ -1,0 +1,49 @@
+#include "ReopenGuard.h"
+
+#include <gtest/gtest.h>
+
+namespace portolan {
+
+using namespace std::chrono_literals;
+
+namespace {
+const ReopenGuard::Clock::time_point Now = ReopenGuard::Clock::time_point() + 24h;
+}
+
+TEST(ReopenGuard, LetsAClickOpenWhatWasNotClosedByIt)
+{
+    ReopenGuard guard;
+    EXPECT_FALSE(guard.swallowsActivation(Now));
+}
+
+TEST(ReopenGuard, SwallowsTheClickThatTookTheFocus)
+{
+    ReopenGuard guard;
+    guard.closedByFocusLoss(Now);
+    EXPECT_TRUE(guard.swallowsActivation(Now + 200ms));
+}
+
+TEST(ReopenGuard, SwallowsOnlyOnce)
+{
+    ReopenGuard guard;
+    guard.closedByFocusLoss(Now);
+    EXPECT_TRUE(guard.swallowsActivation(Now + 100ms));
+    EXPECT_FALSE(guard.swallowsActivation(Now + 150ms));
+}
+
+TEST(ReopenGuard, LetsALaterClickThrough)
+{
+    ReopenGuard guard;
+    guard.closedByFocusLoss(Now);
+    EXPECT_FALSE(guard.swallowsActivation(Now + ReopenGuard::Window));
+}
+
+TEST(ReopenGuard, CountsFromTheLastLoss)
+{
+    ReopenGuard guard;
+    guard.closedByFocusLoss(Now);
+    guard.closedByFocusLoss(Now + 1s);
+    EXPECT_TRUE(guard.swallowsActivation(Now + 1200ms));
+}
+
+} // namespace portolan

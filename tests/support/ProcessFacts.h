@@ -1,0 +1,69 @@
+#pragma once
+
+#include <QByteArray>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
+#include <QString>
+
+#include <chrono>
+#include <functional>
+#include <thread>
+
+#include <sys/types.h>
+
+namespace portolan {
+
+// What a test asks the kernel about processes.
+
+/// Waits until `condition` holds, for a generous time; whether it came to hold.
+inline bool waitUntil(const std::function<bool()> &condition)
+{
+    const QDeadlineTimer deadline(std::chrono::seconds(30));
+    while (!condition()) {
+        if (deadline.hasExpired())
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return true;
+}
+
+/// The state letter of a process ('Z': ended but not reaped), '\0' if there is none.
+inline char processState(pid_t pid)
+{
+    QFile file(QStringLiteral("/proc/%1/stat").arg(pid));
+    if (!file.open(QIODevice::ReadOnly))
+        return '\0';
+    const QByteArray facts = file.readAll();
+    const qsizetype nameEnd = facts.lastIndexOf(')');
+    return facts.size() > nameEnd + 2 ? facts[nameEnd + 2] : '\0';
+}
+
+inline bool isRunning(pid_t pid)
+{
+    const char state = processState(pid);
+    return state != '\0' && state != 'Z';
+}
+
+inline qsizetype entryCount(const QString &folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System).size();
+}
+
+inline qsizetype openDescriptors()
+{
+    return entryCount(QStringLiteral("/proc/self/fd"));
+}
+
+inline qsizetype threads()
+{
+    return entryCount(QStringLiteral("/proc/self/task"));
+}
+
+inline QByteArray contentsOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace portolan

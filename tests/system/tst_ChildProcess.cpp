@@ -1,0 +1,113 @@
+#include "ChildProcess.h"
+#include "FileDescriptor.h"
+#include "Printers.h"
+#include "ProcessFacts.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <csignal>
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace portolan {
+
+using namespace Qt::StringLiterals;
+
+static std::optional<ChildProcess> startShell(const QString &script)
+{
+    return ChildProcess::start({.path = u"/bin/sh"_s, .arguments = {u"-c"_s, script}});
+}
+
+TEST(ChildProcess, WhatCannotBeStartedIsNothing)
+{
+    EXPECT_FALSE(ChildProcess::start({.path = u"/no/such/program"_s}));
+    EXPECT_FALSE(ChildProcess::start({.path = u"/"_s}));
+    EXPECT_FALSE(ChildProcess::start({.path = QString()}));
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+    EXPECT_EQ(errno, ECHILD);
+}
+
+TEST(ChildProcess, WaitEndsWithTheChild)
+{
+    std::optional<ChildProcess> child = startShell(u"exit 3"_s);
+    ASSERT_TRUE(child);
+    const pid_t pid = child->pid();
+    EXPECT_TRUE(child->wait());
+    EXPECT_EQ(processState(pid), '\0');
+}
+
+TEST(ChildProcess, WaitEndsAtTheDeadline)
+{
+    std::optional<ChildProcess> child = startShell(u"exec sleep 1000"_s);
+    ASSERT_TRUE(child);
+    EXPECT_FALSE(child->wait(QDeadlineTimer(20)));
+    EXPECT_TRUE(isRunning(child->pid()));
+    child->killGroup();
+    EXPECT_TRUE(child->wait());
+}
+
+TEST(ChildProcess, WaitEndsWithAnInterruption)
+{
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const FileDescriptor reader(ends[0]);
+    const FileDescriptor writer(ends[1]);
+    std::optional<ChildProcess> child = startShell(u"exec sleep 1000"_s);
+    ASSERT_TRUE(child);
+    ASSERT_EQ(write(writer.get(), "x", 1), 1);
+    EXPECT_FALSE(child->wait(QDeadlineTimer(QDeadlineTimer::Forever), reader.get()));
+    child->killGroup();
+    EXPECT_TRUE(child->wait());
+}
+
+TEST(ChildProcess, RunsOnWhenNobodyWaitsAndIsReapedByALaterStart)
+{
+    pid_t left = 0;
+    {
+        const std::optional<ChildProcess> child = startShell(u"exec sleep 0.1"_s);
+        ASSERT_TRUE(child);
+        left = child->pid();
+    }
+    EXPECT_TRUE(isRunning(left));
+    ASSERT_TRUE(waitUntil([&] { return processState(left) == 'Z'; }));
+    std::optional<ChildProcess> later = startShell(u"true"_s);
+    ASSERT_TRUE(later);
+    EXPECT_EQ(processState(left), '\0');
+    EXPECT_TRUE(later->wait());
+}
+
+TEST(ChildProcess, KillReachesTheWholeGroupEvenBehindItsLeader)
+{
+    int ends[2];
+    ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+    const FileDescriptor reader(ends[0]);
+    FileDescriptor writer(ends[1]);
+    std::optional<ChildProcess> child =
+        ChildProcess::start({.path = u"/bin/sh"_s,
+                             .arguments = {u"-c"_s, u"sleep 1000 & echo $!"_s},
+                             .standardOutput = writer.get()});
+    writer.close();
+    ASSERT_TRUE(child);
+    char digits[32] = {};
+    ASSERT_GT(read(reader.get(), digits, sizeof digits - 1), 0);
+    const pid_t grandchild = pid_t(strtol(digits, nullptr, 10));
+    ASSERT_TRUE(waitUntil([&] { return processState(child->pid()) == 'Z'; }));
+    ASSERT_TRUE(isRunning(grandchild));
+    child->killGroup();
+    EXPECT_TRUE(child->wait());
+    EXPECT_TRUE(waitUntil([&] { return !isRunning(grandchild); }));
+}
+
+TEST(ChildProcess, WithoutOutputHasNoInputEither)
+{
+    std::optional<ChildProcess> child =
+        startShell(u"for end in 0 1 2; do [ /dev/null -ef /proc/self/fd/$end ] || exec sleep 1000; done"_s);
+    ASSERT_TRUE(child);
+    EXPECT_TRUE(child->wait(QDeadlineTimer(30'000)));
+    child->killGroup();
+}
+
+} // namespace portolan

@@ -1,0 +1,55 @@
+#include "Eventually.h"
+#include "Printers.h"
+#include "TerminationSignals.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+namespace portolan {
+
+class Termination : public testing::TestWithParam<int>
+{};
+
+TEST_P(Termination, ArrivesAsAQtSignal)
+{
+    TerminationSignals signals;
+    QList<int> received;
+    QObject::connect(&signals, &TerminationSignals::received, [&](int signal) { received.append(signal); });
+    EXPECT_FALSE(TerminationSignals::isPending());
+    raise(GetParam());
+    raise(GetParam());
+    EXPECT_TRUE(TerminationSignals::isPending());
+    EXPECT_TRUE(received.isEmpty()) << "handled by the event loop, not in the signal handler";
+    EXPECT_TRUE(eventually([&] { return !received.isEmpty(); }));
+    EXPECT_EQ(received, QList{GetParam()});
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, Termination, testing::Values(SIGTERM, SIGINT, SIGHUP),
+                         [](const auto &test) { return sigabbrev_np(test.param); });
+
+TEST(TerminationSignals, LeavesAnIgnoredSignalIgnored)
+{
+    const auto old = signal(SIGHUP, SIG_IGN); // as under nohup
+    {
+        const TerminationSignals signals;
+        struct sigaction current
+        {};
+        sigaction(SIGHUP, nullptr, &current);
+        EXPECT_EQ(current.sa_handler, SIG_IGN);
+    }
+    signal(SIGHUP, old);
+}
+
+TEST(TerminationSignals, GivesTheSignalsBack)
+{
+    {
+        const TerminationSignals signals;
+    }
+    struct sigaction current
+    {};
+    sigaction(SIGTERM, nullptr, &current);
+    EXPECT_EQ(current.sa_handler, SIG_DFL);
+}
+
+} // namespace portolan

@@ -1,0 +1,140 @@
+#include "RoundedRect.h"
+#include "Scene.h"
+
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+namespace portolan {
+
+// Run at several scales, see CMakeLists.txt.
+
+namespace {
+
+class RoundedRectInWindow : public testing::Test
+{
+protected:
+    RoundedRectInWindow()
+    {
+        m_rect.setColor(QColor(0, 0, 255));
+        m_rect.setBorderColor(QColor(255, 0, 0));
+        m_rect.setRadius(9);
+        // Whole pixels at every quarter of a scale.
+        m_scene.put(m_rect, {8, 4});
+        m_rect.setSize({40, 40});
+    }
+
+    [[nodiscard]] QImage shown()
+    {
+        const QRectF rect(m_rect.position() * m_scene.scale(), m_rect.size() * m_scene.scale());
+        return m_scene.pixels().copy(rect.toRect());
+    }
+
+    Scene m_scene{Qt::black};
+    RoundedRect m_rect;
+};
+
+} // namespace
+
+TEST_F(RoundedRectInWindow, HasSidesWithoutGapsAndSteps)
+{
+    for (int step = 0; step < 8; ++step) {
+        m_rect.setPosition({8.0 + step, 4.0 + step});
+        const QImage image = m_scene.pixels();
+        // Along each line through the straight part of the sides the pixels are the same.
+        const qreal scale = m_scene.scale();
+        const int from = int(std::ceil((m_rect.x() + 10) * scale));
+        const int to = int(std::floor((m_rect.x() + 28) * scale));
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = from; x < to; ++x)
+                EXPECT_EQ(image.pixel(x, y), image.pixel(from, y)) << x << ", " << y << " at step " << step;
+        }
+        const int top = int(std::ceil((m_rect.y() + 10) * scale));
+        const int bottom = int(std::floor((m_rect.y() + 28) * scale));
+        for (int x = 0; x < image.width(); ++x) {
+            for (int y = top; y < bottom; ++y)
+                EXPECT_EQ(image.pixel(x, y), image.pixel(x, top)) << x << ", " << y << " at step " << step;
+        }
+    }
+}
+
+TEST_F(RoundedRectInWindow, HasFillAndLine)
+{
+    const QImage image = shown();
+    const int middle = image.width() / 2;
+    EXPECT_EQ(image.pixelColor(middle, middle), QColor(0, 0, 255));
+    EXPECT_EQ(image.pixelColor(middle, int(m_scene.scale() + 1.5)), QColor(0, 0, 255));
+    EXPECT_EQ(image.pixelColor(middle, 1).blue() < 255, m_scene.scale() > 1);
+    EXPECT_EQ(m_scene.pixels().pixelColor(0, 0), QColor(Qt::black));
+}
+
+TEST_F(RoundedRectInWindow, HasRoundCorners)
+{
+    const QImage image = shown();
+    const int side = image.width() - 1;
+    const int inside = int(4 * m_scene.scale());
+    for (const QPoint &corner : {QPoint(0, 0), QPoint(side, 0), QPoint(0, side), QPoint(side, side)}) {
+        EXPECT_EQ(image.pixelColor(corner), QColor(Qt::black));
+        const QPoint center(side / 2, side / 2);
+        const QPoint inwards(corner.x() < center.x() ? inside : -inside,
+                             corner.y() < center.y() ? inside : -inside);
+        EXPECT_NE(image.pixelColor(corner + inwards), QColor(Qt::black));
+    }
+}
+
+TEST_F(RoundedRectInWindow, IsACapsuleWhereItsRadiusIsLarge)
+{
+    m_rect.setRadius(1000);
+    const QImage image = shown();
+    const int quarter = image.width() / 4;
+    EXPECT_EQ(image.pixelColor(1, 1), QColor(Qt::black));
+    EXPECT_EQ(image.pixelColor(quarter / 3, quarter / 3), QColor(Qt::black));
+    EXPECT_NE(image.pixelColor(image.width() / 2, 0), QColor(Qt::black));
+}
+
+TEST_F(RoundedRectInWindow, DrawsTheLineOverTheFill)
+{
+    m_rect.setColor(QColor(255, 255, 255, 51));
+    m_rect.setBorderColor(QColor(255, 255, 255, 102));
+    const QImage image = shown();
+    const int middle = image.width() / 2;
+    EXPECT_EQ(image.pixelColor(middle, middle), QColor(51, 51, 51));
+    // 0.4 of white over 0.2 of white
+    EXPECT_NEAR(image.pixelColor(middle, m_scene.scale() < 2 ? 0 : 1).red(), 133, 2);
+}
+
+TEST_F(RoundedRectInWindow, FollowsItsProperties)
+{
+    QSignalSpy color(&m_rect, &RoundedRect::colorChanged);
+    QSignalSpy border(&m_rect, &RoundedRect::borderColorChanged);
+    QSignalSpy radius(&m_rect, &RoundedRect::radiusChanged);
+    QImage last = m_scene.pixels();
+    const auto changed = [&] { return std::exchange(last, m_scene.pixels()) != last; };
+    for (int i = 0; i < 2; ++i) {
+        m_rect.setColor(Qt::green);
+        EXPECT_EQ(changed(), i == 0);
+        m_rect.setBorderColor(Qt::white);
+        EXPECT_EQ(changed(), i == 0);
+        m_rect.setRadius(3);
+        EXPECT_EQ(changed(), i == 0);
+        m_rect.setSize({20, 30});
+        EXPECT_EQ(changed(), i == 0);
+    }
+    EXPECT_EQ(color.count(), 1);
+    EXPECT_EQ(border.count(), 1);
+    EXPECT_EQ(radius.count(), 1);
+}
+
+TEST_F(RoundedRectInWindow, MayBeSmallerThanItsLine)
+{
+    for (const QSizeF &size : {QSizeF(1, 1), QSizeF(2, 10), QSizeF(0.1, 0.1), QSizeF(0, 5)}) {
+        m_rect.setSize(size);
+        m_scene.pixels();
+    }
+    // Then the line is all there is.
+    m_rect.setSize({2, 12});
+    const QImage image = shown();
+    EXPECT_EQ(image.pixelColor(0, image.height() / 2).red(), 255);
+}
+
+} // namespace portolan
