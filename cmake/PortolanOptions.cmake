@@ -8,6 +8,7 @@ set(PORTOLAN_WERROR_DEFAULT OFF)
 if(DEFINED ENV{CI})
     set(PORTOLAN_WERROR_DEFAULT ON)
 endif()
+option(PORTOLAN_PCH "Precompile the headers that most sources include" OFF)
 option(PORTOLAN_WERROR "Treat warnings as errors (default: in CI)" ${PORTOLAN_WERROR_DEFAULT})
 
 find_program(CCACHE ccache)
@@ -31,6 +32,10 @@ target_compile_definitions(portolan_options INTERFACE
     QT_DISABLE_DEPRECATED_BEFORE=0x060400
     QT_WARN_DEPRECATED_UP_TO=0x060400
 )
+if(PORTOLAN_PCH AND CCACHE)
+    # Without it ccache cannot tell what a precompiled header holds.
+    target_compile_options(portolan_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
+endif()
 # Libraries that a program links but does not use cost it start-up time.
 target_link_options(portolan_options INTERFACE -Wl,--as-needed)
 

@@ -8,6 +8,9 @@ function(portolan_library NAME)
     add_library(${NAME} STATIC ${ARG_SOURCES})
     target_include_directories(${NAME} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
     target_link_libraries(${NAME} PUBLIC ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS} portolan_options)
+    if(PORTOLAN_PCH)
+        target_precompile_headers(${NAME} REUSE_FROM portolan_pch)
+    endif()
 endfunction()
 
 # portolan_tests(NAME [GUI] SOURCES file... LINKS target... [LABELS label...])
@@ -21,6 +24,11 @@ function(portolan_tests NAME)
         set(MAIN portolan_test_gui_main)
     endif()
     target_link_libraries(${NAME} PRIVATE ${MAIN} ${ARG_LINKS} portolan_options)
+    # A test is compiled more often than it is run.
+    target_compile_options(${NAME} PRIVATE -O0)
+    if(PORTOLAN_PCH)
+        target_precompile_headers(${NAME} REUSE_FROM portolan_test_pch)
+    endif()
     target_compile_definitions(${NAME} PRIVATE
         PORTOLAN_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
     )
