@@ -44,7 +44,7 @@ bool hasProgram(const DesktopEntry &entry)
            (!tryExec || isExecutable(DesktopEntry::unescaped(*tryExec)));
 }
 
-bool isFalse(const DesktopEntry &entry, QByteArrayView key)
+bool isFalse(const DesktopEntry &entry, const QByteArray &key)
 {
     return entry.value(key) == "false";
 }
@@ -128,24 +128,7 @@ bool Autostart::isTurnedOff(const DesktopEntry &entry) const
            namesThisDesktop(entry.list("NotShowIn"));
 }
 
-DesktopEntry Autostart::newEntry() const
-{
-    return DesktopEntry("[Desktop Entry]\n"
-                        "Type=Application\n"
-                        "Name=Portolan\n"
-                        "Comment=Development servers in the system tray\n"
-                        "Exec=" +
-                        DesktopEntry::exec(m_session.program, {u"--background"_s}) +
-                        "\n"
-                        "TryExec=" +
-                        DesktopEntry::escaped(m_session.program) +
-                        "\n"
-                        "Icon=portolan\n"
-                        "Terminal=false\n"
-                        "StartupNotify=false\n");
-}
-
-bool Autostart::write(const DesktopEntry &entry) const
+bool Autostart::writeEntry(const QByteArray &lastLine) const
 {
     if (!QDir().mkpath(m_session.userFolder))
         return false;
@@ -153,7 +136,20 @@ bool Autostart::write(const DesktopEntry &entry) const
     if (!file.open(QIODevice::WriteOnly))
         return false;
     file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
-    file.write(entry.text());
+    file.write("[Desktop Entry]\n"
+               "Type=Application\n"
+               "Name=Portolan\n"
+               "Comment=Development servers in the system tray\n"
+               "Exec=" +
+               DesktopEntry::exec(m_session.program, {u"--background"_s}) +
+               "\n"
+               "TryExec=" +
+               DesktopEntry::escaped(m_session.program) +
+               "\n"
+               "Icon=portolan\n"
+               "Terminal=false\n"
+               "StartupNotify=false\n" +
+               lastLine + '\n');
     return file.commit();
 }
 
@@ -161,25 +157,13 @@ bool Autostart::add() const
 {
     if (m_session.userFolder.isEmpty() || m_session.program.isEmpty())
         return false;
-    const DesktopEntry fresh = newEntry();
-    DesktopEntry entry = read(userFile()).value_or(fresh);
-    for (const QByteArrayView key : {"Exec", "TryExec"})
-        entry.set(key, *fresh.value(key));
-    entry.remove("Hidden");
-    entry.set("X-GNOME-Autostart-enabled", "true");
-    if (entry.value("X-MATE-Autostart-enabled"))
-        entry.set("X-MATE-Autostart-enabled", "true");
-    return write(entry);
+    return writeEntry("X-GNOME-Autostart-enabled=true");
 }
 
 bool Autostart::remove() const
 {
-    if (!systemEntry())
-        return QFile::remove(userFile());
     // Only an entry of the user's own overrules the system's.
-    DesktopEntry entry = read(userFile()).value_or(newEntry());
-    entry.set("Hidden", "true");
-    return write(entry);
+    return systemEntry() ? writeEntry("Hidden=true") : QFile::remove(userFile());
 }
 
 } // namespace portolan

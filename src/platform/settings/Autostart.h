@@ -35,8 +35,8 @@ public:
 
     [[nodiscard]] Status status() const;
 
-    /// Makes the next login start the program. An entry that is there keeps what it says besides. Returns
-    /// whether the entry could be written.
+    /// Makes the next login start the program: writes the user's entry, in place of any that is there, which
+    /// is this program's own. Returns whether the entry could be written.
     bool add() const;
     /// Makes the next login not start it. Returns whether the entry could be removed.
     bool remove() const;
@@ -45,8 +45,7 @@ private:
     [[nodiscard]] QString userFile() const;
     [[nodiscard]] std::optional<DesktopEntry> systemEntry() const;
     [[nodiscard]] bool isTurnedOff(const DesktopEntry &entry) const;
-    [[nodiscard]] DesktopEntry newEntry() const;
-    [[nodiscard]] bool write(const DesktopEntry &entry) const;
+    [[nodiscard]] bool writeEntry(const QByteArray &lastLine) const;
 
     Session m_session;
 };

@@ -10,20 +10,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QByteArrayView mainGroup("[Desktop Entry]");
-
-bool isGroup(QByteArrayView line)
-{
-    return line.trimmed().startsWith('[');
-}
-
-QByteArrayView keyOf(QByteArrayView line)
-{
-    const qsizetype equals = line.indexOf('=');
-    const bool isComment = line.trimmed().startsWith('#');
-    return equals < 0 || isComment ? QByteArrayView() : line.first(equals).trimmed();
-}
-
 /// A word of Exec, before the escapes that all texts have.
 QString execWord(const QString &text)
 {
@@ -60,80 +46,34 @@ QString firstWord(QStringView commandLine)
 } // namespace
 
 DesktopEntry::DesktopEntry(const QByteArray &text)
-    : m_lines(text.split('\n'))
-{}
-
-QList<qsizetype> DesktopEntry::linesWith(QByteArrayView key) const
 {
-    QList<qsizetype> found;
     bool inMainGroup = false;
-    for (qsizetype i = 0; i < m_lines.size(); ++i) {
-        if (isGroup(m_lines[i]))
-            inMainGroup = QByteArrayView(m_lines[i]).trimmed() == mainGroup;
-        else if (inMainGroup && keyOf(m_lines[i]) == key)
-            found.append(i);
+    for (const QByteArray &line : text.split('\n')) {
+        const QByteArray content = line.trimmed();
+        const qsizetype equals = content.indexOf('=');
+        if (content.startsWith('['))
+            inMainGroup = content == "[Desktop Entry]";
+        else if (inMainGroup && equals > 0 && !content.startsWith('#'))
+            m_values.insert(content.first(equals).trimmed(), content.sliced(equals + 1).trimmed());
     }
-    return found;
 }
 
-std::optional<QByteArray> DesktopEntry::value(QByteArrayView key) const
+std::optional<QByteArray> DesktopEntry::value(const QByteArray &key) const
 {
-    const auto lines = linesWith(key);
-    if (lines.isEmpty())
-        return std::nullopt;
-    const QByteArray &line = m_lines[lines.last()];
-    return line.sliced(line.indexOf('=') + 1).trimmed();
+    const auto found = m_values.constFind(key);
+    return found == m_values.constEnd() ? std::nullopt : std::optional(*found);
 }
 
-bool DesktopEntry::isTrue(QByteArrayView key) const
+bool DesktopEntry::isTrue(const QByteArray &key) const
 {
     return value(key) == "true";
 }
 
-QList<QByteArray> DesktopEntry::list(QByteArrayView key) const
+QList<QByteArray> DesktopEntry::list(const QByteArray &key) const
 {
     QList<QByteArray> texts = value(key).value_or(QByteArray()).split(';');
     texts.removeAll(QByteArray());
     return texts;
-}
-
-void DesktopEntry::set(QByteArrayView key, const QByteArray &value)
-{
-    const QByteArray line = key.toByteArray() + '=' + value;
-    if (const auto lines = linesWith(key); !lines.isEmpty())
-        m_lines[lines.last()] = line;
-    else
-        m_lines.insert(endOfGroup(), line);
-}
-
-void DesktopEntry::remove(QByteArrayView key)
-{
-    const auto lines = linesWith(key);
-    for (auto line = lines.crbegin(); line != lines.crend(); ++line)
-        m_lines.remove(*line);
-}
-
-/// Where a new line of the main group goes: behind its last one. Begins the group if there is none.
-qsizetype DesktopEntry::endOfGroup()
-{
-    const auto isMain = [](const QByteArray &line) { return QByteArrayView(line).trimmed() == mainGroup; };
-    auto group = std::ranges::find_if(m_lines, isMain);
-    if (group == m_lines.end()) {
-        // The empty piece behind the last newline stays the last.
-        const qsizetype last = m_lines.last().isEmpty() ? m_lines.size() - 1 : m_lines.size();
-        group = m_lines.insert(last, mainGroup.toByteArray());
-        if (group + 1 == m_lines.end())
-            group = m_lines.insert(m_lines.size(), QByteArray()) - 1;
-    }
-    auto end = std::find_if(group + 1, m_lines.end(), isGroup);
-    while (QByteArrayView(*(end - 1)).trimmed().isEmpty())
-        --end;
-    return end - m_lines.begin();
-}
-
-QByteArray DesktopEntry::text() const
-{
-    return m_lines.join('\n');
 }
 
 QByteArray DesktopEntry::escaped(const QString &text)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHash>
 #include <QList>
 #include <QString>
 
@@ -8,25 +9,19 @@
 
 namespace portolan {
 
-/// The text of a desktop entry file. What is not changed stays as it is, to the byte: other groups, comments,
-/// keys that nobody here knows. Keys and values are those of the group [Desktop Entry], values as in the
-/// file.
+/// What a desktop entry file says. Keys and values are those of the group [Desktop Entry], values as they
+/// stand in the file.
 class DesktopEntry
 {
 public:
-    explicit DesktopEntry(const QByteArray &text = {});
+    explicit DesktopEntry(const QByteArray &text);
 
     /// The value of `key`; of several lines with the same key the last one counts.
-    [[nodiscard]] std::optional<QByteArray> value(QByteArrayView key) const;
+    [[nodiscard]] std::optional<QByteArray> value(const QByteArray &key) const;
     /// Whether the value of `key` is true.
-    [[nodiscard]] bool isTrue(QByteArrayView key) const;
+    [[nodiscard]] bool isTrue(const QByteArray &key) const;
     /// The texts of a ";"-separated value.
-    [[nodiscard]] QList<QByteArray> list(QByteArrayView key) const;
-
-    void set(QByteArrayView key, const QByteArray &value);
-    void remove(QByteArrayView key);
-
-    [[nodiscard]] QByteArray text() const;
+    [[nodiscard]] QList<QByteArray> list(const QByteArray &key) const;
 
     /// `text` as the value of a key of type string, and back.
     [[nodiscard]] static QByteArray escaped(const QString &text);
@@ -38,10 +33,7 @@ public:
     [[nodiscard]] static QString programOf(QByteArrayView exec);
 
 private:
-    [[nodiscard]] QList<qsizetype> linesWith(QByteArrayView key) const;
-    [[nodiscard]] qsizetype endOfGroup();
-
-    QList<QByteArray> m_lines;
+    QHash<QByteArray, QByteArray> m_values;
 };
 
 } // namespace portolan

@@ -1,7 +1,5 @@
 #include "UserDefaults.h"
 
-#include "FileDescriptor.h"
-
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -10,46 +8,19 @@
 #include <QMetaType>
 #include <QSaveFile>
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
-#include <chrono>
 #include <optional>
-#include <thread>
 #include <utility>
 
 namespace portolan {
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
 /// Settings are a few hundred bytes; something of this size is not ours to parse.
 constexpr qint64 maxSize = qint64(1) << 20;
 constexpr QFile::Permissions ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
-
-/// Keeps two programs from merging into the same file at once. A lock on the open folder leaves nothing
-/// behind, whatever happens to its holder. It is waited for a moment only: a stopped program may hold it for
-/// ever.
-class FolderLock
-{
-public:
-    explicit FolderLock(const QString &folder)
-        : m_folder(open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
-    {
-        constexpr int attempts = 20;
-        for (int i = 0; i < attempts && flock(m_folder.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
-             ++i)
-            std::this_thread::sleep_for(5ms);
-    }
-
-private:
-    FileDescriptor m_folder;
-};
 
 /// The JSON object in the file at `path`, an empty one where there is no file, nothing if the file holds
 /// anything else.
@@ -190,10 +161,8 @@ void UserDefaults::setValue(QStringView key, const QJsonValue &value)
 
 void UserDefaults::save()
 {
-    const QString folder = QFileInfo(m_path).absolutePath();
-    if (!makeFolder(folder))
+    if (!makeFolder(QFileInfo(m_path).absolutePath()))
         return;
-    const FolderLock lock(folder);
     const std::optional<QJsonObject> onDisk = readObject(m_path);
     const QJsonObject wanted = merged(onDisk.value_or(QJsonObject()), m_unsaved);
     // What the file says already is not written again: loading the settings writes them all back.

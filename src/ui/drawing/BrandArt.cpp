@@ -119,23 +119,6 @@ QIcon BrandArt::menuBarImage(int size)
     return icon;
 }
 
-QImage BrandArt::pixmap(int size, const QColor &color)
-{
-    QImage image(size, size, QImage::Format_ARGB32);
-    image.fill(Qt::transparent);
-    {
-        QPainter painter(&image);
-        draw(&painter, image.rect());
-    }
-    // Drawn in this colour, pixels at the edges would get it rounded by the painter's premultiplied
-    // arithmetic.
-    for (int y = 0; y < size; ++y) {
-        for (int x = 0; x < size; ++x)
-            image.setPixel(x, y, (image.pixel(x, y) & ~RGB_MASK) | (color.rgb() & RGB_MASK));
-    }
-    return image;
-}
-
 QByteArray BrandArt::symbolicSvg()
 {
     return R"(<svg xmlns="http://www.w3.org/2000/svg" width="16" height="16" viewBox="0 0 16 16">

@@ -2,7 +2,6 @@
 
 #include <QColor>
 #include <QIcon>
-#include <QImage>
 #include <QPainterPath>
 
 class QPainter;
@@ -22,9 +21,6 @@ bool draw(QPainter *painter, const QRectF &rect, const QColor &color = Qt::black
 /// The figure as a template for the status area, `size` device-independent pixels square: only its alpha is
 /// meant to be used (`QIcon::isMask`). Drawn anew at each size asked for, so sharp at every scale.
 [[nodiscard]] QIcon menuBarImage(int size);
-
-/// The figure in `color` on `size` x `size` transparent pixels, as ARGB32 that is not premultiplied.
-[[nodiscard]] QImage pixmap(int size, const QColor &color);
 
 /// The figure as a symbolic icon of 16 x 16 units that desktops recolour.
 [[nodiscard]] QByteArray symbolicSvg();

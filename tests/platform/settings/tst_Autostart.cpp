@@ -155,18 +155,13 @@ TEST_F(AutostartTest, WritesANewEntry)
               QStringList{u"portolan.desktop"_s});
 }
 
-TEST_F(AutostartTest, KeepsWhatAnEntrySaysBesides)
+TEST_F(AutostartTest, ReplacesAnEntryThatIsTurnedOffOrBroken)
 {
-    write(userFile(),
-          "# mine\n[Desktop Entry]\nType=Application\nName=Mine\nHidden=true\nExec=/gone --old\nX-Mine=1\n"
-          "X-GNOME-Autostart-enabled=false\nX-MATE-Autostart-enabled=false\n\n[X-Group]\nHidden=true\n");
+    write(userFile(), "[Desktop Entry]\nType=Application\nHidden=true\nExec=/gone --old\n"
+                      "X-GNOME-Autostart-enabled=false\nX-MATE-Autostart-enabled=false\n");
     EXPECT_EQ(autostart().status(), Status::notFound);
     EXPECT_TRUE(autostart().add());
     EXPECT_EQ(autostart().status(), Status::enabled);
-    EXPECT_EQ(read(userFile()),
-              "# mine\n[Desktop Entry]\nType=Application\nName=Mine\nExec=/bin/true --background\nX-Mine=1\n"
-              "X-GNOME-Autostart-enabled=true\nX-MATE-Autostart-enabled=true\nTryExec=/bin/true\n\n"
-              "[X-Group]\nHidden=true\n");
 }
 
 TEST_F(AutostartTest, RemovesTheUsersEntry)

@@ -305,28 +305,6 @@ TEST_F(UserDefaultsTest, ReadOnlyNeverTouchesTheDisk)
     EXPECT_EQ(contentOf(path()), "broken");
 }
 
-TEST_F(UserDefaultsTest, TwoProgramsWritingAtOnceLoseNothing)
-{
-    constexpr int rounds = 100;
-    const auto writeAll = [this](QStringView key) {
-        UserDefaults defaults(path());
-        for (int i = 1; i <= rounds; ++i)
-            defaults.setIntegers(key, {i});
-    };
-    const pid_t child = fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-        writeAll(u"child");
-        _exit(0);
-    }
-    writeAll(u"parent");
-    int status = -1;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    ASSERT_EQ(status, 0);
-    const QJsonObject expected{{u"parent"_s, QJsonArray{rounds}}, {u"child"_s, QJsonArray{rounds}}};
-    EXPECT_EQ(object(), expected);
-}
-
 TEST_F(UserDefaultsTest, AWriterKilledAtAnyMomentLeavesAWholeFile)
 {
     QList<qint64> ports;

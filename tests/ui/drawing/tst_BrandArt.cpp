@@ -254,27 +254,6 @@ TEST(MenuBarImage, StandsUpright)
     EXPECT_EQ(image.pixelColor(23, 72).alpha(), 0);
 }
 
-class BrandPixmap : public testing::TestWithParam<int>
-{};
-
-TEST_P(BrandPixmap, IsTheFigureInOneColour)
-{
-    const QColor color(59, 130, 246);
-    const QImage image = BrandArt::pixmap(GetParam(), color);
-    const QImage black = drawn(GetParam());
-    ASSERT_EQ(image.size(), QSize(GetParam(), GetParam()));
-    EXPECT_EQ(image.format(), QImage::Format_ARGB32);
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            const QRgb pixel = image.pixel(x, y);
-            EXPECT_EQ(qAlpha(pixel), qAlpha(black.pixel(x, y))) << x << ", " << y;
-            EXPECT_EQ(pixel & RGB_MASK, color.rgb() & RGB_MASK) << x << ", " << y;
-        }
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(Sizes, BrandPixmap, testing::Values(22, 32, 44));
-
 TEST(SymbolicSvg, ShowsTheFigure)
 {
     QSvgRenderer renderer(BrandArt::symbolicSvg());

@@ -2,9 +2,31 @@
 #include "PortolanShape.h"
 #include "Scene.h"
 
+#include <QPainter>
+
 #include <gtest/gtest.h>
 
 namespace portolan {
+
+namespace {
+
+/// The figure on `side` x `side` transparent pixels: its alpha, and `color` everywhere.
+QImage figureIn(const QColor &color, int side)
+{
+    QImage image(side, side, QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    {
+        QPainter painter(&image);
+        BrandArt::draw(&painter, image.rect());
+    }
+    for (int y = 0; y < side; ++y) {
+        for (int x = 0; x < side; ++x)
+            image.setPixel(x, y, (image.pixel(x, y) & ~RGB_MASK) | (color.rgb() & RGB_MASK));
+    }
+    return image;
+}
+
+} // namespace
 
 TEST(PortolanShape, ShowsTheFigureInItsColour)
 {
@@ -14,8 +36,7 @@ TEST(PortolanShape, ShowsTheFigureInItsColour)
     shape.setSize({14, 14});
     shape.setColor(QColor(237, 237, 237));
 
-    const int side = qRound(14 * scene.scale());
-    const QImage figure = BrandArt::pixmap(side, shape.color());
+    const QImage figure = figureIn(shape.color(), qRound(14 * scene.scale()));
     EXPECT_TRUE(scene.expected(figure, {5, 5}).contains(scene.pixels()));
 }
 

@@ -26,7 +26,6 @@ const QStringList wanted{
     u"bolt.fill"_s,
     u"checkmark"_s,
     u"chevron.left.forwardslash.chevron.right"_s,
-    u"chevron.right"_s,
     u"clock"_s,
     u"cpu"_s,
     u"cup.and.saucer.fill"_s,
