@@ -7,7 +7,7 @@
 #include "SortOrder.h"
 #include "VisibleServicesModel.h"
 
-#include <QtQml/qqmlregistration.h> // declares QML_FOREIGN
+#include <QtQml/qqml.h> // declares QML_FOREIGN and what it befriends
 
 namespace portolan {
 
