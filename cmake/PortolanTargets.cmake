@@ -13,11 +13,12 @@ function(portolan_library NAME)
     endif()
 endfunction()
 
-# portolan_tests(NAME [GUI] SOURCES file... LINKS target... [LABELS label...])
+# portolan_tests(NAME [GUI] SOURCES file... LINKS target... [LABELS label...] [LOCKS resource...])
 # One GoogleTest program for the tests of one folder, with a QGuiApplication if GUI is given and a
 # QCoreApplication otherwise; every case is a CTest test of its own. Data files: tests/FOLDER/data.
+# Tests run side by side, but for those that name the same resource in LOCKS.
 function(portolan_tests NAME)
-    cmake_parse_arguments(ARG "GUI" "" "SOURCES;LINKS;LABELS" ${ARGN})
+    cmake_parse_arguments(ARG "GUI" "" "SOURCES;LINKS;LABELS;LOCKS" ${ARGN})
     add_executable(${NAME} ${ARG_SOURCES})
     set(MAIN portolan_test_core_main)
     if(ARG_GUI)
@@ -35,11 +36,15 @@ function(portolan_tests NAME)
     if(ARG_LABELS)
         set(LABELS LABELS "${ARG_LABELS}")
     endif()
+    if(ARG_LOCKS)
+        set(LOCKS RESOURCE_LOCK "${ARG_LOCKS}")
+    endif()
     gtest_discover_tests(${NAME}
         DISCOVERY_MODE PRE_TEST
         NO_PRETTY_VALUES
         PROPERTIES
             ${LABELS}
+            ${LOCKS}
             TIMEOUT 120
             ENVIRONMENT QT_QPA_PLATFORM=offscreen
     )

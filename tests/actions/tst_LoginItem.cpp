@@ -82,11 +82,12 @@ TEST_F(LoginItemTest, IsTurnedOnAgainAfterTheDesktopTurnedItOff)
     EXPECT_TRUE(LoginItem::setEnabled(true, entry()));
 }
 
-TEST_F(LoginItemTest, StaysOffWhereTheDesktopKeepsItOff)
+TEST_F(LoginItemTest, TurnsOnWhatAnEntryForAnotherDesktopKeptOff)
 {
     write("Exec=sh\nOnlyShowIn=KDE;\n");
-    EXPECT_FALSE(LoginItem::setEnabled(true, entry()));
     EXPECT_EQ(entry().status(), Status::requiresApproval);
+    EXPECT_TRUE(LoginItem::setEnabled(true, entry()));
+    EXPECT_EQ(entry().status(), Status::enabled);
 }
 
 TEST_F(LoginItemTest, StaysOffWhereNothingCanBeWritten)
