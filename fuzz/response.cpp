@@ -14,7 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
     for (size_t i = 0; i < size; ++i)
         slow.read(bytes.substr(i, 1));
     require(head.state() == slow.state());
-    if (head.state() != ResponseHead::State::complete)
+    if (head.state() != ResponseHead::State::Complete)
         return 0;
     require(head.status() >= 200 && head.status() <= 999);
     require(head.status() == slow.status() && head.redirect() == slow.redirect());

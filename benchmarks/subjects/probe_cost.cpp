@@ -14,12 +14,13 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     if (argc < 3)
         return 2;
+    HealthChecker checker;
     std::atomic<int> healthy = 0;
     const auto probeAll = [&] {
         healthy = 0;
         std::latch pending(argc - 2);
         for (int i = 2; i < argc; ++i) {
-            HealthChecker::check(std::stoi(argv[i])).then(QtFuture::Launch::Sync, [&](Health health) {
+            checker.check(std::stoi(argv[i])).then(QtFuture::Launch::Sync, [&](Health health) {
                 healthy += health.isHealthy();
                 pending.count_down();
             });

@@ -23,7 +23,8 @@ int main(int argc, char **argv)
     const std::chrono::seconds duration(std::stoi(argv[1]));
     const QTemporaryDir settings;
     UserDefaults defaults(settings.filePath(QStringLiteral("settings.json")));
-    ServiceStore store(defaults, PortScanner::scan, HealthChecker::check);
+    HealthChecker checker;
+    ServiceStore store(defaults, PortScanner::scan, [&](qint64 port) { return checker.check(port); });
     VisibleServicesModel model;
     model.setStore(&store);
     int refreshes = 0;

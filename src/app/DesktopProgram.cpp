@@ -2,6 +2,8 @@
 
 #include "BusLoss.h"
 #include "DisplayServer.h"
+#include "HealthChecker.h"
+#include "PortScanner.h"
 #include "PortolanApp.h"
 #include "ServiceStore.h"
 #include "SingleInstance.h"
@@ -68,7 +70,8 @@ int serve(StartRequest request)
     }
 
     UserDefaults defaults;
-    ServiceStore store(defaults);
+    HealthChecker checker;
+    ServiceStore store(defaults, PortScanner::scan, [&](qint64 port) { return checker.check(port); });
     SystemServiceActions actions;
     SystemLoginItem loginItem;
     PortolanApp app({store, actions, loginItem});

@@ -1,21 +1,16 @@
 #include "Session.h"
 
+#include "PortScanner.h"
+
 #include <QFuture>
 
 namespace portolan {
 
-namespace {
-
-QFuture<Health> notProbed(qint64)
-{
-    return QtFuture::makeReadyFuture(Health::unknown());
-}
-
-} // namespace
-
 Session::Session(const CommandLine &line)
     : m_defaults(UserDefaults::defaultPath(), UserDefaults::Access::readOnly)
-    , m_store(m_defaults, PortScanner::scan, line.probe ? HealthChecker::check : notProbed)
+    , m_store(m_defaults, PortScanner::scan, [this, isProbed = line.probe](qint64 port) {
+        return isProbed ? m_checker.check(port) : QtFuture::makeReadyFuture(Health::unknown());
+    })
 {
     m_store.setAutoRefresh(false); // each command has a rhythm of its own
     m_store.setSearchText(line.search);

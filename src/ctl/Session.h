@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CommandLine.h"
+#include "HealthChecker.h"
 #include "ServiceStore.h"
 #include "UserDefaults.h"
 
@@ -17,6 +18,7 @@ public:
 
 private:
     UserDefaults m_defaults;
+    HealthChecker m_checker;
     ServiceStore m_store;
 };
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "HealthChecker.h"
 #include "PortScanner.h"
 #include "ProbePass.h"
 #include "Service.h"
@@ -72,8 +71,7 @@ public:
 
     /// Loads the settings from `defaults`, which outlives the store. Scans nothing; where auto-refresh is
     /// stored as on, its loop starts.
-    explicit ServiceStore(UserDefaults &defaults, Scanner scan = PortScanner::scan,
-                          Checker check = HealthChecker::check,
+    explicit ServiceStore(UserDefaults &defaults, Scanner scan, Checker check,
                           std::chrono::milliseconds autoRefreshInterval = usualInterval,
                           QObject *parent = nullptr);
     /// Ends everything under way. A task of `refresh()` that is still awaited finishes in here.

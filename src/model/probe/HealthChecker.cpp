@@ -1,21 +1,102 @@
 #include "HealthChecker.h"
 
-#include "HealthPromise.h"
-#include "ProbeLoop.h"
+#include "ProbeSet.h"
 
+#include <iterator>
 #include <limits>
+#include <system_error>
+
+#include <pthread.h>
+#include <signal.h>
+#include <sys/eventfd.h>
 
 namespace portolan {
 
+namespace {
+
+// Probes are started a few at a time, so that starting the others hardly adds to the time of an answer.
+constexpr int startsAtOnce = 8;
+
+// The program's signals are for its other threads, and a broken TLS connection is an error here, not a
+// SIGPIPE. Threads started from this one inherit that.
+void prepareThread()
+{
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_BLOCK, &all, nullptr);
+    pthread_setname_np(pthread_self(), "portolan-probes");
+}
+
+} // namespace
+
+HealthChecker::HealthChecker() = default;
+
+HealthChecker::~HealthChecker()
+{
+    if (m_thread.joinable()) {
+        m_thread.request_stop();
+        wake();
+        m_thread.join();
+    }
+}
+
 QFuture<Health> HealthChecker::check(qint64 port)
 {
+    HealthPromise promise;
+    const QFuture<Health> result = promise.future();
     if (port < 0 || port > std::numeric_limits<quint16>::max()) {
-        HealthPromise promise;
-        promise.keep(Health::unknown());
-        return promise.future();
+        promise.setResult(Health::unknown());
+        return result;
     }
-    static ProbeLoop loop;
-    return loop.probe(quint16(port));
+    const std::lock_guard lock(m_mutex);
+    if (!m_thread.joinable() && !start())
+        return result;
+    m_requests.push_back({quint16(port), std::move(promise)});
+    if (m_requests.size() == 1)
+        wake();
+    return result;
+}
+
+// Where the system has no thread or descriptor left, the next probe tries again.
+bool HealthChecker::start()
+{
+    m_wakeFd = FileDescriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+    m_probes = std::make_unique<ProbeSet>(m_wakeFd.get());
+    if (!m_probes->isValid())
+        return false;
+    try {
+        m_thread = std::jthread([this](const std::stop_token &stop) { run(stop); });
+    } catch (const std::system_error &) {
+        return false;
+    }
+    return true;
+}
+
+void HealthChecker::run(const std::stop_token &stop)
+{
+    prepareThread();
+    std::deque<Request> waiting;
+    while (!stop.stop_requested()) {
+        for (int i = 0; i < startsAtOnce && !waiting.empty(); ++i) {
+            m_probes->add(waiting.front().port, std::move(waiting.front().promise));
+            waiting.pop_front();
+        }
+        if (m_probes->advance(waiting.empty() ? ProbeSet::Wait::Yes : ProbeSet::Wait::No))
+            std::ranges::move(takeRequests(), std::back_inserter(waiting));
+    }
+}
+
+std::deque<HealthChecker::Request> HealthChecker::takeRequests()
+{
+    const std::lock_guard lock(m_mutex);
+    eventfd_t count = 0;
+    eventfd_read(m_wakeFd.get(), &count);
+    return std::exchange(m_requests, {});
+}
+
+void HealthChecker::wake() const
+{
+    eventfd_write(m_wakeFd.get(), 1);
 }
 
 } // namespace portolan

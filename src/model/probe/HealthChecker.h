@@ -1,20 +1,51 @@
 #pragma once
 
-#include "Health.h"
+#include "FileDescriptor.h"
+#include "HealthPromise.h"
 
-#include <QFuture>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <thread>
 
 namespace portolan {
 
-/// Asks whether something answers HTTP on a local port, with which status code and how fast.
-namespace HealthChecker {
+class ProbeSet;
 
-/// Probes http://127.0.0.1:`port`/ with a HEAD request and, where that gets no response, a GET. Any thread;
-/// returns at once. The future always finishes with a value, on a thread of the checker's own, within 3 s per
-/// request: `healthy` for any HTTP response, `unreachable` for none, `unknown` when no address can be made of
-/// `port`.
-[[nodiscard]] QFuture<Health> check(qint64 port);
+/// Asks whether something answers HTTP on a local port, with which status code and how fast. All probes run
+/// on one thread, which starts with the first of them and sleeps without a wake-up while there is none.
+class HealthChecker
+{
+public:
+    HealthChecker();
+    /// Ends the thread without waiting for any server; probes still under way finish as unreachable.
+    ~HealthChecker();
+    HealthChecker(const HealthChecker &) = delete;
+    HealthChecker &operator=(const HealthChecker &) = delete;
 
-} // namespace HealthChecker
+    /// Probes http://127.0.0.1:`port`/ with a HEAD request and, where that gets no response, a GET. Any
+    /// thread; returns at once. The future always finishes with a value, usually on the checker's thread,
+    /// within 3 s per request: `healthy` for any HTTP response, `unreachable` for none, `unknown` when `port`
+    /// is no port number.
+    [[nodiscard]] QFuture<Health> check(qint64 port);
+
+private:
+    struct Request
+    {
+        quint16 port;
+        HealthPromise promise;
+    };
+
+    [[nodiscard]] bool start();
+    void run(const std::stop_token &stop);
+    [[nodiscard]] std::deque<Request> takeRequests();
+    void wake() const;
+
+    std::mutex m_mutex;
+    std::deque<Request> m_requests; // guarded by m_mutex
+    FileDescriptor m_wakeFd;
+    std::unique_ptr<ProbeSet> m_probes;
+    std::jthread m_thread;
+};
 
 } // namespace portolan

@@ -9,7 +9,7 @@
 
 namespace portolan {
 
-/// The promise of a probe's outcome. One that is dropped is kept all the same: as unreachable.
+/// A promise of a probe's result. Destroyed without one, it finishes as unreachable.
 class HealthPromise
 {
 public:
@@ -19,16 +19,16 @@ public:
         , m_isOpen(std::exchange(other.m_isOpen, false))
     {}
     HealthPromise &operator=(HealthPromise &&) = delete;
-    ~HealthPromise() { keep(Health::unreachable()); }
+    ~HealthPromise() { setResult(Health::unreachable()); }
 
     [[nodiscard]] QFuture<Health> future() const { return m_promise.future(); }
 
-    /// Finishes the future with `outcome`, unless it is finished already.
-    void keep(Health outcome)
+    /// Finishes the future with `result`; only the first call counts.
+    void setResult(Health result)
     {
         if (!std::exchange(m_isOpen, false))
             return;
-        m_promise.addResult(outcome);
+        m_promise.addResult(result);
         m_promise.finish();
     }
 

@@ -2,7 +2,6 @@
 
 #include "FileDescriptor.h"
 #include "Probe.h"
-#include "RequestState.h"
 #include "ResponseHead.h"
 
 #include <cstdint>
@@ -12,30 +11,32 @@
 
 namespace portolan {
 
-/// One request to a port of this machine on a connection of its own, which ends with the response's header
-/// section. Never waits: whoever owns it watches its socket and calls `advance` when that is ready.
+/// One HTTP request to a port of this machine, on a connection of its own that ends with the response's
+/// header section. Never blocks: the owner watches `socket` and calls `advance` when it is ready. Any one
+/// thread.
 class LocalRequest
 {
 public:
-    /// Connects and asks, as far as that can be done at once; may have failed already.
+    /// Connects and sends, as far as that can be done at once; may have failed already.
     LocalRequest(Probe::Method method, const RequestTarget &target);
 
-    [[nodiscard]] RequestState state() const { return m_state; }
-    /// What arrived; a response once answered.
+    /// Whether there will be no response.
+    [[nodiscard]] bool hasFailed() const { return m_hasFailed; }
+    /// What has arrived so far.
     [[nodiscard]] const ResponseHead &response() const { return m_response; }
 
     [[nodiscard]] int socket() const { return m_socket.get(); }
-    /// The epoll events that there are to wait for while under way.
+    /// The epoll events to wait for.
     [[nodiscard]] std::uint32_t events() const;
-    /// Does what the socket is ready for. Whether something arrived.
+    /// Sends or receives what the socket is ready for. Whether something arrived.
     bool advance();
 
 private:
-    void connect(const sockaddr *address, socklen_t size);
-    void send();
+    [[nodiscard]] bool connect(const sockaddr *address, socklen_t size);
+    [[nodiscard]] bool send();
     bool receive();
 
-    RequestState m_state = RequestState::failed;
+    bool m_hasFailed = true;
     std::string m_unsent;
     FileDescriptor m_socket;
     ResponseHead m_response;

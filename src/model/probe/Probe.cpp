@@ -14,31 +14,31 @@ Probe::Probe(quint16 port, HealthPromise promise, Clock::time_point now)
     , m_target(port)
     , m_start(now)
 {
-    begin(Method::head, now);
+    begin(Method::Head, now);
 }
 
 Probe::Next Probe::answered(const ResponseHead &response, Clock::time_point now)
 {
-    m_status = response.status();
     if (response.redirect().empty()) {
-        end(now);
-        return Next::end;
+        const auto elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(now - m_start);
+        m_promise.setResult(Health::healthy(response.status(), elapsed.count()));
+        return Next::End;
     }
     auto target = m_target.redirected(response.redirect());
     if (!target || ++m_redirects > maxRedirects)
         return failed(now);
     m_target = std::move(*target);
-    return Next::ask;
+    return Next::Request;
 }
 
 Probe::Next Probe::failed(Clock::time_point now)
 {
-    if (m_method == Method::get) {
-        m_promise.keep(Health::unreachable());
-        return Next::end;
+    if (m_method == Method::Get) {
+        m_promise.setResult(Health::unreachable());
+        return Next::End;
     }
-    begin(Method::get, now);
-    return Next::ask;
+    begin(Method::Get, now);
+    return Next::Request;
 }
 
 void Probe::begin(Method method, Clock::time_point now)
@@ -48,12 +48,6 @@ void Probe::begin(Method method, Clock::time_point now)
     m_redirects = 0;
     m_idleDeadline = now + idleLimit;
     m_totalDeadline = now + totalLimit;
-}
-
-void Probe::end(Clock::time_point now)
-{
-    const auto elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(now - m_start);
-    m_promise.keep(Health::healthy(m_status, elapsed.count()));
 }
 
 } // namespace portolan

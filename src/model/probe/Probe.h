@@ -6,13 +6,12 @@
 
 #include <algorithm>
 #include <chrono>
-#include <optional>
 
 namespace portolan {
 
-/// One probe of one local port: a HEAD request and, where that gets no response, a GET, each with the
-/// redirects that it meets. Knows what is to be asked next, when it has waited long enough and what has come
-/// out, and keeps the promise of that; whoever drives it does the asking.
+/// What one probe of a local port requests next, how long it waits and what it results in: a HEAD request
+/// and, where that gets no response, a GET, each with the redirects that it meets. Does no input or output
+/// and reads no clock; the owner makes the requests. Any one thread.
 class Probe
 {
 public:
@@ -23,40 +22,36 @@ public:
     /// How long a request may take in all, redirects included.
     static constexpr std::chrono::milliseconds totalLimit{3000};
 
-    /// The first request goes out at `now`.
+    /// The first request starts at `now`. `promise` gets the result.
     Probe(quint16 port, HealthPromise promise, Clock::time_point now);
 
-    enum class Method { head, get };
-    /// What is to be asked, and where.
+    enum class Method { Head, Get };
+    /// The request to make.
     [[nodiscard]] Method method() const { return m_method; }
     [[nodiscard]] const RequestTarget &target() const { return m_target; }
 
     /// Something arrived for the request under way.
     void received(Clock::time_point now) { m_idleDeadline = now + idleLimit; }
-    /// When the request under way has failed for want of time.
+    /// When the request under way counts as failed.
     [[nodiscard]] Clock::time_point deadline() const { return std::min(m_idleDeadline, m_totalDeadline); }
 
     enum class Next {
-        ask, ///< what method() and target() now say
-        end, ///< the promise is kept
+        Request, ///< method() and target() say which
+        End,     ///< the promise has its result
     };
-    /// A response came.
+    /// A response to the request under way arrived.
     [[nodiscard]] Next answered(const ResponseHead &response, Clock::time_point now);
-    /// The request failed.
+    /// The request under way failed.
     [[nodiscard]] Next failed(Clock::time_point now);
-    /// The target is away from here, and there is nothing to ask there with: the redirect is the answer.
-    void settleForRedirect(Clock::time_point now) { end(now); }
 
 private:
     void begin(Method method, Clock::time_point now);
-    void end(Clock::time_point now);
 
     HealthPromise m_promise;
     quint16 m_port;
-    Method m_method = Method::head;
+    Method m_method = Method::Head;
     RequestTarget m_target;
     int m_redirects = 0;
-    int m_status = 0; // of the last response
     Clock::time_point m_start;
     Clock::time_point m_idleDeadline;
     Clock::time_point m_totalDeadline;

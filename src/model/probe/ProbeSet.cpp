@@ -1,5 +1,7 @@
 #include "ProbeSet.h"
 
+#include "OffHostClient.h"
+
 #include <algorithm>
 #include <array>
 #include <limits>
@@ -11,49 +13,49 @@ namespace portolan {
 
 namespace {
 
-// What epoll tells of besides probes.
+// What epoll reports besides requests.
 constexpr std::uint64_t wakeId = 0;
-constexpr std::uint64_t webId = 1;
-constexpr std::uint64_t firstProbeId = 2;
+constexpr std::uint64_t offHostId = 1;
+constexpr std::uint64_t firstRequestId = 2;
 
 } // namespace
 
 ProbeSet::ProbeSet(int wakeFd)
     : m_epoll(epoll_create1(EPOLL_CLOEXEC))
     , m_isValid(watch(EPOLL_CTL_ADD, wakeFd, EPOLLIN, wakeId))
-    , m_nextId(firstProbeId)
+    , m_nextId(firstRequestId)
 {}
 
 ProbeSet::~ProbeSet() = default;
 
 void ProbeSet::add(quint16 port, HealthPromise promise)
 {
-    const Id id = m_nextId++;
-    ask(id, m_probes.try_emplace(id, port, std::move(promise)).first->second);
+    startRequest(
+        m_items.try_emplace(m_nextId, Item{Probe(port, std::move(promise), Clock::now()), {}}).first);
 }
 
 bool ProbeSet::advance(Wait wait)
 {
     std::array<epoll_event, 64> events;
     const int count = epoll_wait(m_epoll.get(), events.data(), int(events.size()),
-                                 wait == Wait::yes ? waitMilliseconds() : 0);
+                                 wait == Wait::Yes ? waitMilliseconds() : 0);
     bool isWoken = false;
     for (int i = 0; i < count; ++i) {
         switch (const Id id = events[size_t(i)].data.u64) {
         case wakeId:
             isWoken = true;
             break;
-        case webId:
-            advanceWeb();
+        case offHostId:
+            takeOffHostReports();
             break;
         default:
             advanceLocal(id);
         }
     }
-    // What has arrived counts, however late this thread comes to read it.
+    // What has arrived counts, however late this thread reads it.
     const bool isAllRead = count < int(events.size());
     if (isAllRead && m_nextDeadline != Clock::time_point::max() && Clock::now() >= m_nextDeadline)
-        concludeExpired();
+        endExpired();
     return isWoken;
 }
 
@@ -71,112 +73,107 @@ bool ProbeSet::watch(int operation, int descriptor, std::uint32_t events, Id id)
     return epoll_ctl(m_epoll.get(), operation, descriptor, &event) == 0;
 }
 
-// The probe may have ended, or gone on to another connection, since the event came.
+// An event or a report may be of a request that has ended since: then there is no item of its number.
 void ProbeSet::advanceLocal(Id id)
 {
-    const auto found = m_probes.find(id);
-    if (found == m_probes.end() || !found->second.local)
+    const auto item = m_items.find(id);
+    if (item == m_items.end())
         return;
-    Item &item = found->second;
-    if (item.local->advance())
-        item.probe.received(Clock::now());
-    follow(id, item);
+    if (item->second.local->advance())
+        item->second.probe.received(Clock::now());
+    continueLocal(item);
 }
 
-void ProbeSet::advanceWeb()
+void ProbeSet::takeOffHostReports()
 {
-    m_webClient->advance();
-    std::vector<Id> asking;
-    for (auto &[id, item] : m_probes) {
-        if (item.web)
-            asking.push_back(id);
-    }
-    for (const Id id : asking) {
-        Item &item = m_probes.at(id);
-        if (item.web->takeReceived())
-            item.probe.received(Clock::now());
-        follow(id, item);
+    for (const auto &[id, report] : m_offHost->takeReports()) {
+        const auto item = m_items.find(id);
+        if (item == m_items.end())
+            continue;
+        if (!report.hasEnded)
+            item->second.probe.received(Clock::now());
+        else if (report.response.state() == ResponseHead::State::Complete)
+            endRequest(item, &report.response);
+        else
+            endRequest(item, nullptr);
     }
 }
 
-void ProbeSet::concludeExpired()
+void ProbeSet::endExpired()
 {
     const auto now = Clock::now();
     std::vector<Id> expired;
     m_nextDeadline = Clock::time_point::max();
-    for (const auto &[id, item] : m_probes) {
+    for (const auto &[id, item] : m_items) {
         if (item.probe.deadline() <= now)
             expired.push_back(id);
         else
             m_nextDeadline = std::min(m_nextDeadline, item.probe.deadline());
     }
     for (const Id id : expired)
-        conclude(id, m_probes.at(id), nullptr);
+        endRequest(m_items.find(id), nullptr);
 }
 
-// Starts the request that the probe is at.
-void ProbeSet::ask(Id id, Item &item)
+// Starts the request that the probe is at. Each has a number of its own, so that nothing is taken for the
+// report of another.
+void ProbeSet::startRequest(Items::iterator old)
 {
-    m_nextDeadline = std::min(m_nextDeadline, item.probe.deadline());
-    item.web.reset();
-    item.local.reset();
-    item.watchedEvents = 0;
-    if (item.probe.target().isLocal()) {
-        item.local.emplace(item.probe.method(), item.probe.target());
-    } else {
-        if (!startWeb()) {
-            item.probe.settleForRedirect(Clock::now());
-            remove(id);
-            return;
-        }
-        item.web.emplace(*m_webClient, item.probe.method(), item.probe.target());
-    }
-    follow(id, item);
-}
-
-// Whether there is something to ask elsewhere with.
-bool ProbeSet::startWeb()
-{
-    if (!m_webClient) {
-        m_webClient = WebClient::create();
-        if (m_webClient && !watch(EPOLL_CTL_ADD, m_webClient->descriptor(), EPOLLIN, webId))
-            m_webClient.reset();
-    }
-    return m_webClient != nullptr;
-}
-
-// Goes on from how the request stands now.
-void ProbeSet::follow(Id id, Item &item)
-{
-    const RequestState state = item.local ? item.local->state() : item.web->state();
-    if (state == RequestState::answered) {
-        conclude(id, item, item.local ? &item.local->response() : &item.web->response());
-    } else if (state == RequestState::failed) {
-        conclude(id, item, nullptr);
-    } else if (item.local && item.local->events() != item.watchedEvents) {
-        const int operation = item.watchedEvents == 0 ? EPOLL_CTL_ADD : EPOLL_CTL_MOD;
-        item.watchedEvents = item.local->events();
-        if (!watch(operation, item.local->socket(), item.watchedEvents, id))
-            conclude(id, item, nullptr);
+    auto node = m_items.extract(old);
+    const Id id = node.key() = m_nextId++;
+    const auto item = m_items.insert(std::move(node)).position;
+    auto &[probe, local, watchedEvents] = item->second;
+    m_nextDeadline = std::min(m_nextDeadline, probe.deadline());
+    local.reset();
+    watchedEvents = 0;
+    if (probe.target().isLocal()) {
+        local.emplace(probe.method(), probe.target());
+        continueLocal(item);
+    } else if (!startOffHost(id, probe)) {
+        endRequest(item, nullptr);
     }
 }
 
-// The request has ended, with a response or without.
-void ProbeSet::conclude(Id id, Item &item, const ResponseHead *response)
+bool ProbeSet::startOffHost(Id id, const Probe &probe)
 {
+    if (!m_offHost) {
+        m_offHost = OffHostClient::create();
+        if (m_offHost && !watch(EPOLL_CTL_ADD, m_offHost->descriptor(), EPOLLIN, offHostId))
+            m_offHost.reset();
+    }
+    if (m_offHost)
+        m_offHost->start(id, probe.method(), probe.target().url());
+    return m_offHost != nullptr;
+}
+
+void ProbeSet::continueLocal(Items::iterator item)
+{
+    auto &[probe, local, watchedEvents] = item->second;
+    if (local->hasFailed()) {
+        endRequest(item, nullptr);
+    } else if (local->response().state() == ResponseHead::State::Complete) {
+        endRequest(item, &local->response());
+    } else if (local->events() != watchedEvents) {
+        const int operation = watchedEvents == 0 ? EPOLL_CTL_ADD : EPOLL_CTL_MOD;
+        watchedEvents = local->events();
+        if (!watch(operation, local->socket(), watchedEvents, item->first))
+            endRequest(item, nullptr);
+    }
+}
+
+// The request has ended, with a response or without; the probe goes on to its next one or ends too.
+void ProbeSet::endRequest(Items::iterator item, const ResponseHead *response)
+{
+    auto &[probe, local, watchedEvents] = item->second;
+    if (!local && m_offHost)
+        m_offHost->cancel(item->first);
     const auto now = Clock::now();
-    const Probe::Next next = response ? item.probe.answered(*response, now) : item.probe.failed(now);
-    if (next == Probe::Next::ask) {
-        ask(id, item);
+    const Probe::Next next = response ? probe.answered(*response, now) : probe.failed(now);
+    if (next == Probe::Next::Request) {
+        startRequest(item);
         return;
     }
-    remove(id);
-}
-
-void ProbeSet::remove(Id id)
-{
-    m_probes.erase(id);
-    if (m_probes.empty())
+    m_items.erase(item);
+    if (m_items.empty())
         m_nextDeadline = Clock::time_point::max();
 }
 

@@ -4,7 +4,6 @@
 #include "HealthPromise.h"
 #include "LocalRequest.h"
 #include "Probe.h"
-#include "WebRequest.h"
 
 #include <cstdint>
 #include <memory>
@@ -13,7 +12,10 @@
 
 namespace portolan {
 
-/// The probes under way, all driven by the thread that calls `advance`. Belongs to one thread at a time.
+class OffHostClient;
+
+/// The probes under way, with one request each. Belongs to one thread at a time, which drives them by calling
+/// `advance`.
 class ProbeSet
 {
 public:
@@ -24,51 +26,46 @@ public:
     ProbeSet(const ProbeSet &) = delete;
     ProbeSet &operator=(const ProbeSet &) = delete;
 
-    /// Whether the system had what the set needs; nothing else may be called if not.
+    /// Whether the system had the descriptors that the set needs; nothing else may be called if not.
     [[nodiscard]] bool isValid() const { return m_isValid; }
 
-    /// Starts to probe `port`; `promise` finishes with the outcome, now or during some later `advance`.
+    /// Starts to probe `port`; `promise` gets the result now or during a later `advance`.
     void add(quint16 port, HealthPromise promise);
 
-    enum class Wait : bool { no, yes };
-    /// Does what there is to do, after waiting for it if asked to. Whether `wakeFd` is readable.
+    enum class Wait : bool { No, Yes };
+    /// Goes on with every probe that something has arrived for or whose time is up, after waiting for that if
+    /// asked to. Whether `wakeFd` is readable.
     [[nodiscard]] bool advance(Wait wait);
 
 private:
     using Clock = Probe::Clock;
     using Id = std::uint64_t;
 
-    /// A probe and its request under way, which is either local or on the web.
     struct Item
     {
-        Item(quint16 port, HealthPromise promise)
-            : probe(port, std::move(promise), Clock::now())
-        {}
-
         Probe probe;
-        std::optional<LocalRequest> local;
-        std::uint32_t watchedEvents = 0; // of the local request's socket
-        std::optional<WebRequest> web;
+        std::optional<LocalRequest> local; // none while the request is made by m_offHost
+        std::uint32_t watchedEvents = 0;   // of the local request's socket
     };
+    using Items = std::unordered_map<Id, Item>; // by the number of the request under way
 
     [[nodiscard]] int waitMilliseconds() const;
     bool watch(int operation, int descriptor, std::uint32_t events, Id id) const;
     void advanceLocal(Id id);
-    void advanceWeb();
-    void concludeExpired();
+    void takeOffHostReports();
+    void endExpired();
 
-    void ask(Id id, Item &item);
-    [[nodiscard]] bool startWeb();
-    void follow(Id id, Item &item);
-    void conclude(Id id, Item &item, const ResponseHead *response);
-    void remove(Id id);
+    void startRequest(Items::iterator item);
+    [[nodiscard]] bool startOffHost(Id id, const Probe &probe);
+    void continueLocal(Items::iterator item);
+    void endRequest(Items::iterator item, const ResponseHead *response);
 
     FileDescriptor m_epoll;
     bool m_isValid;
-    std::unique_ptr<WebClient> m_webClient; // from the first redirect that leads away from here
-    std::unordered_map<Id, Item> m_probes;
+    std::unique_ptr<OffHostClient> m_offHost; // from the first off-host redirect
+    Items m_items;
     Id m_nextId;
-    // Not after any probe's deadline: a deadline only moves away while its request is under way.
+    // Not after any probe's deadline: while a request is under way, its deadline only moves later.
     Clock::time_point m_nextDeadline = Clock::time_point::max();
 };
 

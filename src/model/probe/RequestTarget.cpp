@@ -12,7 +12,7 @@ namespace {
 
 constexpr quint16 defaultPort = 80;
 
-// Nothing that could end a line of the request that it becomes part of.
+// Such characters could end a line of the request that an address becomes part of.
 bool isControl(char character)
 {
     return static_cast<unsigned char>(character) < 0x20 || character == 0x7f;
@@ -52,15 +52,15 @@ std::optional<RequestTarget> RequestTarget::redirected(std::string_view location
         target.m_path = address.toEncoded(QUrl::RemoveScheme | QUrl::RemoveAuthority).toStdString();
         if (!target.m_path.starts_with('/'))
             target.m_path.insert(0, 1, '/');
-        target.m_elsewhere.clear();
+        target.m_offHostUrl.clear();
     } else {
-        target.m_elsewhere = address.toEncoded().toStdString();
+        target.m_offHostUrl = address.toEncoded().toStdString();
     }
     return target;
 }
 
-// As browsers write it: some servers redirect whoever names the port that goes without saying to the address
-// without it, for ever.
+// Without the default port, as in browsers: some servers redirect an address that names it to the one
+// without, endlessly.
 std::string RequestTarget::hostAndPort() const
 {
     std::string text(m_host);
@@ -71,7 +71,7 @@ std::string RequestTarget::hostAndPort() const
 
 std::string RequestTarget::url() const
 {
-    return isLocal() ? "http://" + hostAndPort() + m_path : m_elsewhere;
+    return isLocal() ? "http://" + hostAndPort() + m_path : m_offHostUrl;
 }
 
 } // namespace portolan

@@ -8,8 +8,8 @@
 
 namespace portolan {
 
-/// Where a request goes: to a port of this machine's own address or, where a redirect leads away from there,
-/// to an address on the web.
+/// The address of a request: plain HTTP to a port of this machine or, after an off-host redirect, any other
+/// address for HTTP. Immutable; any thread.
 class RequestTarget
 {
 public:
@@ -17,20 +17,20 @@ public:
     static constexpr std::string_view ipv6Host = "[::1]";
     static constexpr std::string_view eitherHost = "localhost";
 
-    /// The root of what a port serves at 127.0.0.1.
+    /// http://127.0.0.1:`port`/
     explicit RequestTarget(quint16 port)
         : m_port(port)
     {}
 
-    /// Where a server here leads with `location`, whole or relative; nothing when that is no address for
-    /// HTTP, with TLS or without. Its credentials and its fragment stay behind.
+    /// The target of a redirect from here to `location`, absolute or relative; nothing when that is no
+    /// address for HTTP, with TLS or without. Its credentials and its fragment are dropped.
     [[nodiscard]] std::optional<RequestTarget> redirected(std::string_view location) const;
 
-    /// Whether it is plain HTTP to one of the hosts above; only then are there a host, a port and a path.
-    [[nodiscard]] bool isLocal() const { return m_elsewhere.empty(); }
+    /// Whether it is plain HTTP to one of the hosts above; host, port and path are meaningful only then.
+    [[nodiscard]] bool isLocal() const { return m_offHostUrl.empty(); }
     [[nodiscard]] std::string_view host() const { return m_host; }
     [[nodiscard]] quint16 port() const { return m_port; }
-    /// What the Host header says.
+    /// The value of the Host header.
     [[nodiscard]] std::string hostAndPort() const;
     /// The path and the query, percent-encoded.
     [[nodiscard]] const std::string &path() const { return m_path; }
@@ -41,7 +41,7 @@ private:
     std::string_view m_host = ipv4Host;
     quint16 m_port;
     std::string m_path = "/";
-    std::string m_elsewhere; // the address where it is not local
+    std::string m_offHostUrl; // empty if local
 };
 
 } // namespace portolan

@@ -6,8 +6,10 @@ namespace portolan {
 
 namespace {
 
-// Against servers that never stop talking.
+// Against servers that send without end.
 constexpr std::size_t maxLength = 256 * 1024;
+constexpr std::size_t maxLocationLineLength = 8 * 1024;
+constexpr std::size_t maxKeptLength = maxLocationLineLength + 2; // of any line: one byte too many and a '\r'
 constexpr int maxInterimResponses = 16;
 
 constexpr std::string_view protocol = "HTTP/";
@@ -44,25 +46,17 @@ bool isFollowed(int status)
 
 ResponseHead::State ResponseHead::read(std::string_view bytes)
 {
-    while (m_state == State::incomplete && !bytes.empty()) {
+    while (m_state == State::Incomplete && !bytes.empty()) {
         const auto end = bytes.find('\n');
         const bool isWholeLine = end != bytes.npos;
-        std::string_view line = bytes.substr(0, end);
+        const std::string_view line = bytes.substr(0, end);
         bytes.remove_prefix(isWholeLine ? end + 1 : bytes.size());
         m_length += line.size() + isWholeLine;
-        if (m_length > maxLength) {
-            m_state = State::invalid;
-        } else if (!isWholeLine) {
-            m_partOfLine += line;
-            if (!m_isInSection && !canBecomeStatusLine(m_partOfLine))
-                m_state = State::invalid;
-        } else if (m_partOfLine.empty()) {
-            readLine(line);
-        } else {
-            m_partOfLine += line;
-            readLine(m_partOfLine);
-            m_partOfLine.clear();
-        }
+        m_line += line.substr(0, maxKeptLength - m_line.size());
+        if (m_length > maxLength || (!m_isInSection && !canBecomeStatusLine(m_line)))
+            m_state = State::Invalid;
+        else if (isWholeLine)
+            readLine();
     }
     return m_state;
 }
@@ -72,28 +66,29 @@ std::string_view ResponseHead::redirect() const
     return isFollowed(m_status) ? std::string_view(m_location) : std::string_view();
 }
 
-// Whoever does not speak HTTP is known by its first bytes: often it says nothing more.
+// Other protocols are recognised by their first bytes: often the server sends no more than a greeting.
 bool ResponseHead::canBecomeStatusLine(std::string_view start) const
 {
     return protocol.starts_with(start.substr(0, protocol.size()));
 }
 
-void ResponseHead::readLine(std::string_view line)
+void ResponseHead::readLine()
 {
-    if (line.ends_with('\r'))
-        line.remove_suffix(1);
+    if (m_line.ends_with('\r'))
+        m_line.pop_back();
     if (!m_isInSection)
-        readStatusLine(line);
-    else if (line.empty())
+        readStatusLine(m_line);
+    else if (m_line.empty())
         endSection();
     else
-        readHeader(line);
+        readHeader(m_line);
+    m_line.clear();
 }
 
-// "HTTP/1.1 200 OK" and what real servers make of it: another version, no reason.
+// "HTTP/1.1 200 OK", or as some servers send it, with another version or no reason.
 void ResponseHead::readStatusLine(std::string_view line)
 {
-    m_state = State::invalid;
+    m_state = State::Invalid;
     if (!line.starts_with(protocol))
         return;
     line.remove_prefix(protocol.size());
@@ -107,26 +102,29 @@ void ResponseHead::readStatusLine(std::string_view line)
         return;
     m_status = (code[0] - '0') * 100 + (code[1] - '0') * 10 + (code[2] - '0');
     m_isInSection = true;
-    m_state = State::incomplete;
+    m_state = State::Incomplete;
 }
 
-// A malformed header is passed over: browsers show such pages.
+// A malformed header is ignored, as browsers do.
 void ResponseHead::readHeader(std::string_view line)
 {
     const auto colon = line.find(':');
-    if (colon != line.npos && m_location.empty() && isName(line.substr(0, colon), "location"))
-        m_location = trimmed(line.substr(colon + 1));
+    if (colon == line.npos || !m_location.empty() || !isName(line.substr(0, colon), "location"))
+        return;
+    m_location = trimmed(line.substr(colon + 1));
+    m_isLocationTooLong = line.size() > maxLocationLineLength;
 }
 
 void ResponseHead::endSection()
 {
     m_isInSection = false;
     if (m_status >= 200) {
-        m_state = State::complete;
+        m_state = m_isLocationTooLong && isFollowed(m_status) ? State::Invalid : State::Complete;
     } else {
         m_location.clear();
+        m_isLocationTooLong = false;
         if (++m_interimResponses > maxInterimResponses)
-            m_state = State::invalid;
+            m_state = State::Invalid;
     }
 }
 

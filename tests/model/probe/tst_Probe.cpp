@@ -15,7 +15,7 @@ namespace {
 ResponseHead response(const std::string &bytes)
 {
     ResponseHead head;
-    EXPECT_EQ(head.read(bytes), ResponseHead::State::complete) << bytes;
+    EXPECT_EQ(head.read(bytes), ResponseHead::State::Complete) << bytes;
     return head;
 }
 
@@ -31,9 +31,9 @@ protected:
 
 } // namespace
 
-TEST_F(ProbeOfAPort, FirstAsksForTheHeadOfTheRoot)
+TEST_F(ProbeOfAPort, FirstRequestsTheHeadOfTheRoot)
 {
-    EXPECT_EQ(probe->method(), Probe::Method::head);
+    EXPECT_EQ(probe->method(), Probe::Method::Head);
     EXPECT_EQ(probe->target().url(), "http://127.0.0.1:3000/");
     EXPECT_EQ(probe->deadline(), start + 2500ms);
     EXPECT_FALSE(outcome.isFinished());
@@ -41,35 +41,35 @@ TEST_F(ProbeOfAPort, FirstAsksForTheHeadOfTheRoot)
 
 TEST_F(ProbeOfAPort, EndsWithAResponseWhateverItsStatus)
 {
-    EXPECT_EQ(probe->answered(response("HTTP/1.1 405 No\r\n\r\n"), start + 12'999'999ns), Next::end);
+    EXPECT_EQ(probe->answered(response("HTTP/1.1 405 No\r\n\r\n"), start + 12'999'999ns), Next::End);
     ASSERT_TRUE(outcome.isFinished());
     EXPECT_EQ(outcome.result(), Health::healthy(405, 12));
 }
 
-TEST_F(ProbeOfAPort, AsksForAllAfterAFailureAndCountsBothTimes)
+TEST_F(ProbeOfAPort, SendsAGetAfterAFailureAndCountsTheTimeOfBoth)
 {
-    EXPECT_EQ(probe->failed(start + 100ms), Next::ask);
-    EXPECT_EQ(probe->method(), Probe::Method::get);
+    EXPECT_EQ(probe->failed(start + 100ms), Next::Request);
+    EXPECT_EQ(probe->method(), Probe::Method::Get);
     EXPECT_EQ(probe->deadline(), start + 2600ms);
-    EXPECT_EQ(probe->answered(response("HTTP/1.1 200 OK\r\n\r\n"), start + 150ms), Next::end);
+    EXPECT_EQ(probe->answered(response("HTTP/1.1 200 OK\r\n\r\n"), start + 150ms), Next::End);
     EXPECT_EQ(outcome.result(), Health::healthy(200, 150));
 }
 
 TEST_F(ProbeOfAPort, IsUnreachableAfterTwoFailures)
 {
-    EXPECT_EQ(probe->failed(start + 1ms), Next::ask);
-    EXPECT_EQ(probe->failed(start + 2ms), Next::end);
+    EXPECT_EQ(probe->failed(start + 1ms), Next::Request);
+    EXPECT_EQ(probe->failed(start + 2ms), Next::End);
     EXPECT_EQ(outcome.result(), Health::unreachable());
 }
 
-TEST_F(ProbeOfAPort, IsUnreachableWhenItIsDropped)
+TEST_F(ProbeOfAPort, IsUnreachableWhenDestroyed)
 {
     probe.reset();
     ASSERT_TRUE(outcome.isFinished());
     EXPECT_EQ(outcome.result(), Health::unreachable());
 }
 
-TEST_F(ProbeOfAPort, WaitsLongerForWhoTalksButNotForEver)
+TEST_F(ProbeOfAPort, WaitsLongerWhileBytesArriveButNotIndefinitely)
 {
     probe->received(start + 400ms);
     EXPECT_EQ(probe->deadline(), start + 2900ms);
@@ -80,44 +80,45 @@ TEST_F(ProbeOfAPort, WaitsLongerForWhoTalksButNotForEver)
 TEST_F(ProbeOfAPort, FollowsRedirectsWithinTheTimeOfTheirRequest)
 {
     const ResponseHead redirect = response("HTTP/1.1 302 Found\r\nLocation: /a\r\n\r\n");
-    EXPECT_EQ(probe->answered(redirect, start + 700ms), Next::ask);
-    EXPECT_EQ(probe->method(), Probe::Method::head);
+    EXPECT_EQ(probe->answered(redirect, start + 700ms), Next::Request);
+    EXPECT_EQ(probe->method(), Probe::Method::Head);
     EXPECT_EQ(probe->target().path(), "/a");
     probe->received(start + 2s);
     EXPECT_EQ(probe->deadline(), start + 3s);
-    EXPECT_EQ(probe->answered(response("HTTP/1.1 404 No\r\n\r\n"), start + 800ms), Next::end);
+    EXPECT_EQ(probe->answered(response("HTTP/1.1 404 No\r\n\r\n"), start + 800ms), Next::End);
     EXPECT_EQ(outcome.result(), Health::healthy(404, 800));
 }
 
 TEST_F(ProbeOfAPort, FollowsTwentyRedirectsOfEachRequest)
 {
     const ResponseHead redirect = response("HTTP/1.1 302 Found\r\nLocation: /a\r\n\r\n");
-    for (const auto method : {Probe::Method::head, Probe::Method::get}) {
+    for (const auto method : {Probe::Method::Head, Probe::Method::Get}) {
         EXPECT_EQ(probe->method(), method);
         EXPECT_EQ(probe->target().path(), "/"); // from the start again
         for (int i = 0; i < 20; ++i)
-            EXPECT_EQ(probe->answered(redirect, start), Next::ask);
-        EXPECT_EQ(probe->answered(redirect, start), method == Probe::Method::head ? Next::ask : Next::end);
+            EXPECT_EQ(probe->answered(redirect, start), Next::Request);
+        EXPECT_EQ(probe->answered(redirect, start),
+                  method == Probe::Method::Head ? Next::Request : Next::End);
     }
     EXPECT_EQ(outcome.result(), Health::unreachable());
 }
 
-TEST_F(ProbeOfAPort, TakesARedirectThatLeadsNowhereForAFailure)
+TEST_F(ProbeOfAPort, CountsARedirectToNoHttpAddressAsAFailure)
 {
     const ResponseHead redirect = response("HTTP/1.1 302 Found\r\nLocation: ftp://127.0.0.1/\r\n\r\n");
-    EXPECT_EQ(probe->answered(redirect, start), Next::ask);
-    EXPECT_EQ(probe->method(), Probe::Method::get);
-    EXPECT_EQ(probe->answered(redirect, start), Next::end);
+    EXPECT_EQ(probe->answered(redirect, start), Next::Request);
+    EXPECT_EQ(probe->method(), Probe::Method::Get);
+    EXPECT_EQ(probe->answered(redirect, start), Next::End);
     EXPECT_EQ(outcome.result(), Health::unreachable());
 }
 
-TEST_F(ProbeOfAPort, SettlesForTheRedirectThatCannotBeFollowed)
+TEST_F(ProbeOfAPort, FollowsARedirectToAnotherHost)
 {
     const ResponseHead redirect = response("HTTP/1.1 307 T\r\nLocation: https://example.invalid/\r\n\r\n");
-    EXPECT_EQ(probe->answered(redirect, start), Next::ask);
+    EXPECT_EQ(probe->answered(redirect, start), Next::Request);
     EXPECT_FALSE(probe->target().isLocal());
-    probe->settleForRedirect(start + 3ms);
-    EXPECT_EQ(outcome.result(), Health::healthy(307, 3));
+    EXPECT_EQ(probe->target().url(), "https://example.invalid/");
+    EXPECT_FALSE(outcome.isFinished());
 }
 
 } // namespace portolan

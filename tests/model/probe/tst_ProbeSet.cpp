@@ -27,7 +27,7 @@ TEST(ProbeSet, CountsWhatArrivedWhileNobodyReadIt)
     std::this_thread::sleep_for(Probe::totalLimit + 100ms); // as when the program was stopped for a while
     const auto end = Clock::now() + 60s;
     while (!std::ranges::all_of(outcomes, &QFuture<Health>::isFinished) && Clock::now() < end)
-        EXPECT_FALSE(probes.advance(ProbeSet::Wait::yes));
+        EXPECT_FALSE(probes.advance(ProbeSet::Wait::Yes));
 
     for (const QFuture<Health> &outcome : outcomes)
         EXPECT_EQ(outcome.result().status(), 200);
