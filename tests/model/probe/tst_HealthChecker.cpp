@@ -144,7 +144,7 @@ qint64 sleepCount(const QString &thread)
 } // namespace
 
 // One row: what a server does, what it is taken for and which requests it got for it.
-struct Behaviour
+struct Server
 {
     const char *name;
     OddServer::Script script;
@@ -152,12 +152,12 @@ struct Behaviour
     QList<QByteArray> methods;
 };
 
-static void PrintTo(const Behaviour &manner, std::ostream *out)
+static void PrintTo(const Server &server, std::ostream *out)
 {
-    *out << manner.name;
+    *out << server.name;
 }
 
-class HealthCheckerProbes : public testing::TestWithParam<Behaviour>
+class HealthCheckerProbes : public testing::TestWithParam<Server>
 {};
 
 TEST_P(HealthCheckerProbes, AServerThat)
@@ -167,12 +167,12 @@ TEST_P(HealthCheckerProbes, AServerThat)
     EXPECT_EQ(server.methods(), GetParam().methods);
 }
 
-static std::string nameOf(const testing::TestParamInfo<Behaviour> &row)
+static std::string nameOf(const testing::TestParamInfo<Server> &row)
 {
     return row.param.name;
 }
 
-static Behaviour answersWith(const char *name, const QByteArray &response, qint64 status)
+static Server answersWith(const char *name, const QByteArray &response, qint64 status)
 {
     return {name, OddServer::answers(response), status, {"HEAD"}};
 }
@@ -214,99 +214,98 @@ INSTANTIATE_TEST_SUITE_P(
         answersWith("SendsAHeaderWithoutColon", "HTTP/1.1 200 OK\r\nno colon here\r\n\r\n", 200),
         answersWith("SendsANegativeLength", "HTTP/1.1 200 OK\r\nContent-Length: -1\r\n\r\n", 200),
         answersWith("SendsNulInAHeader", QByteArray("HTTP/1.1 200 OK\r\nA: \0b\r\n\r\n", 26), 200),
-        Behaviour{"HoldsTheConnectionAfterItsAnswer",
-                  [](Connection &connection) {
-                      connection.readRequest();
-                      connection.send("HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\nhello");
-                      connection.hang();
-                  },
-                  200,
-                  {"HEAD"}},
-        Behaviour{"DripsItsAnswerByteByByte",
-                  [](Connection &connection) {
-                      connection.readRequest();
-                      for (const char byte : QByteArray("HTTP/1.1 200 OK\r\nA: b\r\n\r\n")) {
-                          connection.send(QByteArrayView(&byte, 1));
-                          connection.pause(10ms);
-                      }
-                  },
-                  200,
-                  {"HEAD"}}),
+        Server{"HoldsTheConnectionAfterItsAnswer",
+               [](Connection &connection) {
+                   connection.readRequest();
+                   connection.send("HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\nhello");
+                   connection.hang();
+               },
+               200,
+               {"HEAD"}},
+        Server{"DripsItsAnswerByteByByte",
+               [](Connection &connection) {
+                   connection.readRequest();
+                   for (const char byte : QByteArray("HTTP/1.1 200 OK\r\nA: b\r\n\r\n")) {
+                       connection.send(QByteArrayView(&byte, 1));
+                       connection.pause(10ms);
+                   }
+               },
+               200,
+               {"HEAD"}}),
     nameOf);
 
 INSTANTIATE_TEST_SUITE_P(
     NoHead, HealthCheckerProbes,
     testing::Values(
-        Behaviour{
+        Server{
             "DropsIt", answersOnlyGet("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"), 200, {"HEAD", "GET"}},
-        Behaviour{"ResetsIt",
-                  [](Connection &connection) {
-                      if (connection.readRequest() == "HEAD")
-                          connection.reset();
-                      else
-                          connection.send("HTTP/1.1 201 Created\r\nContent-Length: 0\r\n\r\n");
-                  },
-                  201,
-                  {"HEAD", "GET"}},
-        Behaviour{"AnswersItWithGarbage",
-                  [](Connection &connection) {
-                      connection.send(connection.readRequest() == "HEAD" ? QByteArrayView("?!\r\n\r\n")
-                                                                         : "HTTP/1.1 404 No\r\n\r\n");
-                  },
-                  404,
-                  {"HEAD", "GET"}},
-        Behaviour{
+        Server{"ResetsIt",
+               [](Connection &connection) {
+                   if (connection.readRequest() == "HEAD")
+                       connection.reset();
+                   else
+                       connection.send("HTTP/1.1 201 Created\r\nContent-Length: 0\r\n\r\n");
+               },
+               201,
+               {"HEAD", "GET"}},
+        Server{"AnswersItWithGarbage",
+               [](Connection &connection) {
+                   connection.send(connection.readRequest() == "HEAD" ? QByteArrayView("?!\r\n\r\n")
+                                                                      : "HTTP/1.1 404 No\r\n\r\n");
+               },
+               404,
+               {"HEAD", "GET"}},
+        Server{
             "AnswersTheGetWithABigBody",
             answersOnlyGet("HTTP/1.1 200 OK\r\nContent-Length: 3000000\r\n\r\n" + QByteArray(3000000, 'x')),
             200,
             {"HEAD", "GET"}},
-        Behaviour{
-            "AnswersTheGetInChunks",
-            answersOnlyGet("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n0\r\n\r\n"),
-            200,
-            {"HEAD", "GET"}},
-        Behaviour{"EndsTheBodyOfTheGetByClosing",
-                  answersOnlyGet("HTTP/1.0 200 OK\r\n\r\nsome text"),
-                  200,
-                  {"HEAD", "GET"}},
-        Behaviour{"SendsMoreThanItAnnounces",
-                  answersOnlyGet("HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n0123456789"),
-                  200,
-                  {"HEAD", "GET"}},
-        Behaviour{"SendsWhatOnlyClaimsToBeCompressed",
-                  answersOnlyGet("HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nContent-Length: 3\r\n\r\nabc"),
-                  200,
-                  {"HEAD", "GET"}},
-        Behaviour{"SendsLessThanItAnnounces",
-                  answersOnlyGet("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nhello"),
-                  200,
-                  {"HEAD", "GET"}},
-        Behaviour{"SendsBrokenChunks",
-                  answersOnlyGet("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\n"),
-                  200,
-                  {"HEAD", "GET"}},
-        Behaviour{"SendsABodyWithoutEnd",
-                  [](Connection &connection) {
-                      if (connection.readRequest() != "GET" || !connection.send("HTTP/1.1 200 OK\r\n\r\n"))
-                          return;
-                      while (connection.send(QByteArray(64 * 1024, 'x'))) {
-                      }
-                  },
-                  200,
-                  {"HEAD", "GET"}},
-        Behaviour{"SendsAStreamOfEvents",
-                  [](Connection &connection) {
-                      if (connection.readRequest() != "GET" ||
-                          !connection.send("HTTP/1.1 200 OK\r\nContent-Type: text/event-stream\r\n\r\n"))
-                          return;
-                      while (connection.send("data: x\n\n") && connection.pause(200ms)) {
-                      }
-                  },
-                  200,
-                  {"HEAD", "GET"}}),
+        Server{"AnswersTheGetInChunks",
+               answersOnlyGet("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n0\r\n\r\n"),
+               200,
+               {"HEAD", "GET"}},
+        Server{"EndsTheBodyOfTheGetByClosing",
+               answersOnlyGet("HTTP/1.0 200 OK\r\n\r\nsome text"),
+               200,
+               {"HEAD", "GET"}},
+        Server{"SendsMoreThanItAnnounces",
+               answersOnlyGet("HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n0123456789"),
+               200,
+               {"HEAD", "GET"}},
+        Server{"SendsWhatOnlyClaimsToBeCompressed",
+               answersOnlyGet("HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nContent-Length: 3\r\n\r\nabc"),
+               200,
+               {"HEAD", "GET"}},
+        Server{"SendsLessThanItAnnounces",
+               answersOnlyGet("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nhello"),
+               200,
+               {"HEAD", "GET"}},
+        Server{"SendsBrokenChunks",
+               answersOnlyGet("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\n"),
+               200,
+               {"HEAD", "GET"}},
+        Server{"SendsABodyWithoutEnd",
+               [](Connection &connection) {
+                   if (connection.readRequest() != "GET" || !connection.send("HTTP/1.1 200 OK\r\n\r\n"))
+                       return;
+                   while (connection.send(QByteArray(64 * 1024, 'x'))) {
+                   }
+               },
+               200,
+               {"HEAD", "GET"}},
+        Server{"SendsAStreamOfEvents",
+               [](Connection &connection) {
+                   if (connection.readRequest() != "GET" ||
+                       !connection.send("HTTP/1.1 200 OK\r\nContent-Type: text/event-stream\r\n\r\n"))
+                       return;
+                   while (connection.send("data: x\n\n") && connection.pause(200ms)) {
+                   }
+               },
+               200,
+               {"HEAD", "GET"}}),
     nameOf);
 
-static Behaviour isNoHttp(const char *name, OddServer::Script script)
+static Server isNoHttp(const char *name, OddServer::Script script)
 {
     return {name, std::move(script), unreachable, {"HEAD", "GET"}};
 }
