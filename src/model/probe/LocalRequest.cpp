@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <utility>
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -11,18 +12,6 @@ namespace portolan {
 
 namespace {
 
-std::string text(Probe::Method method, const RequestTarget &target)
-{
-    std::string request;
-    request.reserve(128);
-    request += method == Probe::Method::Head ? "HEAD " : "GET ";
-    request += target.path();
-    request += " HTTP/1.1\r\nHost: ";
-    request += target.hostAndPort();
-    request += "\r\nUser-Agent: Portolan\r\nAccept: */*\r\n\r\n";
-    return request;
-}
-
 bool isNotYetReady(int error)
 {
     return error == EAGAIN || error == EINTR;
@@ -31,8 +20,8 @@ bool isNotYetReady(int error)
 } // namespace
 
 // "localhost" stands for both addresses; IPv6 is tried first, as browsers do. A refusal comes at once.
-LocalRequest::LocalRequest(Probe::Method method, const RequestTarget &target)
-    : m_unsent(text(method, target))
+LocalRequest::LocalRequest(const RequestTarget &target, std::string text)
+    : m_unsent(std::move(text))
 {
     if (target.host() != RequestTarget::ipv4Host) {
         sockaddr_in6 address{};

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "FileDescriptor.h"
-#include "Probe.h"
+#include "RequestTarget.h"
 #include "ResponseHead.h"
 
 #include <cstdint>
@@ -17,8 +17,8 @@ namespace portolan {
 class LocalRequest
 {
 public:
-    /// Connects and sends, as far as that can be done at once; may have failed already.
-    LocalRequest(Probe::Method method, const RequestTarget &target);
+    /// Connects to `target` and sends `text`, as far as that can be done at once; may have failed already.
+    LocalRequest(const RequestTarget &target, std::string text);
 
     /// Whether there will be no response.
     [[nodiscard]] bool hasFailed() const { return m_hasFailed; }

@@ -17,6 +17,18 @@ Probe::Probe(quint16 port, HealthPromise promise, Clock::time_point now)
     begin(Method::Head, now);
 }
 
+std::string Probe::requestText() const
+{
+    std::string text;
+    text.reserve(128);
+    text += m_method == Method::Head ? "HEAD " : "GET ";
+    text += m_target.path();
+    text += " HTTP/1.1\r\nHost: ";
+    text += m_target.hostAndPort();
+    text += "\r\nUser-Agent: Portolan\r\nAccept: */*\r\n\r\n";
+    return text;
+}
+
 Probe::Next Probe::answered(const ResponseHead &response, Clock::time_point now)
 {
     if (response.redirect().empty()) {

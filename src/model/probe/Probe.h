@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <string>
 
 namespace portolan {
 
@@ -29,6 +30,8 @@ public:
     /// The request to make.
     [[nodiscard]] Method method() const { return m_method; }
     [[nodiscard]] const RequestTarget &target() const { return m_target; }
+    /// The request as it is sent.
+    [[nodiscard]] std::string requestText() const;
 
     /// Something arrived for the request under way.
     void received(Clock::time_point now) { m_idleDeadline = now + idleLimit; }

@@ -126,23 +126,24 @@ void ProbeSet::startRequest(Items::iterator old)
     local.reset();
     watchedEvents = 0;
     if (probe.target().isLocal()) {
-        local.emplace(probe.method(), probe.target());
+        local.emplace(probe.target(), probe.requestText());
         continueLocal(item);
-    } else if (!startOffHost(id, probe)) {
+    } else if (offHost()) {
+        m_offHost->start(id, probe.target(), probe.requestText());
+    } else {
         endRequest(item, nullptr);
     }
 }
 
-bool ProbeSet::startOffHost(Id id, const Probe &probe)
+// Null where the system has no descriptor left.
+OffHostClient *ProbeSet::offHost()
 {
     if (!m_offHost) {
-        m_offHost = OffHostClient::create();
-        if (m_offHost && !watch(EPOLL_CTL_ADD, m_offHost->descriptor(), EPOLLIN, offHostId))
+        m_offHost = std::make_unique<OffHostClient>();
+        if (!watch(EPOLL_CTL_ADD, m_offHost->descriptor(), EPOLLIN, offHostId))
             m_offHost.reset();
     }
-    if (m_offHost)
-        m_offHost->start(id, probe.method(), probe.target().url());
-    return m_offHost != nullptr;
+    return m_offHost.get();
 }
 
 void ProbeSet::continueLocal(Items::iterator item)

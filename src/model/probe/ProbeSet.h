@@ -56,7 +56,7 @@ private:
     void endExpired();
 
     void startRequest(Items::iterator item);
-    [[nodiscard]] bool startOffHost(Id id, const Probe &probe);
+    [[nodiscard]] OffHostClient *offHost();
     void continueLocal(Items::iterator item);
     void endRequest(Items::iterator item, const ResponseHead *response);
 

@@ -10,25 +10,23 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr quint16 defaultPort = 80;
-
 // Such characters could end a line of the request that an address becomes part of.
 bool isControl(char character)
 {
     return static_cast<unsigned char>(character) < 0x20 || character == 0x7f;
 }
 
-/// Which of the hosts of this machine an address names; empty for any other.
-std::string_view localHost(const QUrl &address)
+constexpr quint16 defaultPort(bool isTls)
 {
-    const QString host = address.host();
-    if (host == "127.0.0.1"_L1)
-        return RequestTarget::ipv4Host;
-    if (host == "::1"_L1)
-        return RequestTarget::ipv6Host;
-    if (host == "localhost"_L1)
-        return RequestTarget::eitherHost;
-    return {};
+    return isTls ? 443 : 80;
+}
+
+// As in an address: IPv6 in brackets, names in ASCII.
+std::string encodedHost(const QUrl &address)
+{
+    return address.toEncoded(QUrl::RemoveScheme | QUrl::RemovePort | QUrl::RemovePath | QUrl::RemoveQuery)
+        .sliced(2) // the "//" before it
+        .toStdString();
 }
 
 } // namespace
@@ -40,38 +38,38 @@ std::optional<RequestTarget> RequestTarget::redirected(std::string_view location
     const QUrl base(QString::fromStdString(url()));
     const QUrl address = base.resolved(QUrl::fromEncoded({location.data(), qsizetype(location.size())}))
                              .adjusted(QUrl::RemoveUserInfo | QUrl::RemoveFragment);
-    const bool isPlain = address.scheme() == "http"_L1;
-    if (!address.isValid() || address.host().isEmpty() || (!isPlain && address.scheme() != "https"_L1))
+    const bool isTls = address.scheme() == "https"_L1;
+    if (!address.isValid() || address.host().isEmpty() || (!isTls && address.scheme() != "http"_L1))
         return std::nullopt;
 
     RequestTarget target(*this);
-    const std::string_view host = localHost(address);
-    if (isPlain && !host.empty()) {
-        target.m_host = host;
-        target.m_port = quint16(address.port(defaultPort));
-        target.m_path = address.toEncoded(QUrl::RemoveScheme | QUrl::RemoveAuthority).toStdString();
-        if (!target.m_path.starts_with('/'))
-            target.m_path.insert(0, 1, '/');
-        target.m_offHostUrl.clear();
-    } else {
-        target.m_offHostUrl = address.toEncoded().toStdString();
-    }
+    target.m_isTls = isTls;
+    target.m_host = encodedHost(address);
+    target.m_port = quint16(address.port(defaultPort(isTls)));
+    target.m_path = address.toEncoded(QUrl::RemoveScheme | QUrl::RemoveAuthority).toStdString();
+    if (!target.m_path.starts_with('/'))
+        target.m_path.insert(0, 1, '/');
     return target;
+}
+
+bool RequestTarget::isLocal() const
+{
+    return !m_isTls && (m_host == ipv4Host || m_host == ipv6Host || m_host == eitherHost);
 }
 
 // Without the default port, as in browsers: some servers redirect an address that names it to the one
 // without, endlessly.
 std::string RequestTarget::hostAndPort() const
 {
-    std::string text(m_host);
-    if (m_port != defaultPort)
+    std::string text = m_host;
+    if (m_port != defaultPort(m_isTls))
         text += ':' + std::to_string(m_port);
     return text;
 }
 
 std::string RequestTarget::url() const
 {
-    return isLocal() ? "http://" + hostAndPort() + m_path : m_offHostUrl;
+    return (m_isTls ? "https://" : "http://") + hostAndPort() + m_path;
 }
 
 } // namespace portolan

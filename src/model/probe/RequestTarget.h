@@ -26,9 +26,11 @@ public:
     /// address for HTTP, with TLS or without. Its credentials and its fragment are dropped.
     [[nodiscard]] std::optional<RequestTarget> redirected(std::string_view location) const;
 
-    /// Whether it is plain HTTP to one of the hosts above; host, port and path are meaningful only then.
-    [[nodiscard]] bool isLocal() const { return m_offHostUrl.empty(); }
-    [[nodiscard]] std::string_view host() const { return m_host; }
+    /// Whether it is plain HTTP to one of the hosts above.
+    [[nodiscard]] bool isLocal() const;
+    [[nodiscard]] bool isTls() const { return m_isTls; }
+    /// As it is written in an address, so that an IPv6 address is in brackets.
+    [[nodiscard]] const std::string &host() const { return m_host; }
     [[nodiscard]] quint16 port() const { return m_port; }
     /// The value of the Host header.
     [[nodiscard]] std::string hostAndPort() const;
@@ -38,10 +40,10 @@ public:
     [[nodiscard]] std::string url() const;
 
 private:
-    std::string_view m_host = ipv4Host;
+    bool m_isTls = false;
+    std::string m_host{ipv4Host};
     quint16 m_port;
     std::string m_path = "/";
-    std::string m_offHostUrl; // empty if local
 };
 
 } // namespace portolan
