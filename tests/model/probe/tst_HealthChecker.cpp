@@ -701,8 +701,7 @@ TEST(HealthCheckerRedirect, CannotInjectAHeader)
     EXPECT_FALSE(target.requests().first().contains("\r\nX-Odd"));
 }
 
-// Ends the checker as soon as a connection for TLS is there, while libcurl reads the certificates, and then
-// the program.
+// Ends the checker as soon as a connection for TLS is there, and then the program.
 [[noreturn]] static void exitWithinTls()
 {
     const auto silent = LocalSocket::listening("127.0.0.1");

@@ -90,14 +90,28 @@ TEST(RequestTarget, StartsAtTheRootOfAPort)
     EXPECT_EQ(target.url(), "http://127.0.0.1:5173/");
 }
 
-TEST(RequestTarget, LeavesOutThePortThatGoesWithoutSaying)
+TEST(RequestTarget, LeavesOutTheDefaultPort)
 {
     EXPECT_EQ(RequestTarget(5173).hostAndPort(), "127.0.0.1:5173");
     EXPECT_EQ(RequestTarget(80).hostAndPort(), "127.0.0.1");
     EXPECT_EQ(RequestTarget(80).redirected("/x")->url(), "http://127.0.0.1/x");
 }
 
-TEST(RequestTarget, ComesBackFromElsewhere)
+TEST(RequestTarget, SaysWhatAnOffHostRequestNeeds)
+{
+    const auto target = RequestTarget(3000).redirected("https://me@[::2]?x=1#y");
+    ASSERT_TRUE(target);
+    EXPECT_TRUE(target->isTls());
+    EXPECT_FALSE(target->isLocal());
+    EXPECT_EQ(target->host(), "[::2]");
+    EXPECT_EQ(target->port(), 443);
+    EXPECT_EQ(target->hostAndPort(), "[::2]");
+    EXPECT_EQ(target->path(), "/?x=1");
+    EXPECT_EQ(target->redirected("http://example.invalid:443/")->hostAndPort(), "example.invalid:443");
+    EXPECT_EQ(target->redirected("//\xc3\xa4.invalid/")->hostAndPort(), "xn--4ca.invalid");
+}
+
+TEST(RequestTarget, ComesBackFromAnotherHost)
 {
     const auto away = RequestTarget(3000).redirected("https://example.invalid/a/b");
     ASSERT_TRUE(away);
