@@ -1,5 +1,6 @@
 #include "DesktopProgram.h"
 
+#include "AbandonableWorker.h"
 #include "BusLoss.h"
 #include "DisplayServer.h"
 #include "PortolanApp.h"
@@ -9,6 +10,7 @@
 #include "StartOptions.h"
 #include "SystemLoginItem.h"
 #include "SystemServiceActions.h"
+#include "SystemSource.h"
 #include "TerminationSignals.h"
 #include "UserDefaults.h"
 
@@ -68,7 +70,10 @@ int serve(StartRequest request)
     }
 
     UserDefaults defaults;
-    ServiceStore store(defaults);
+    const std::unique_ptr<ProcessSource> source = SystemSource::make();
+    AbandonableWorker files;
+    ServiceStore store(
+        defaults, [&](std::stop_token stop) { return PortScanner::scan(*source, files, std::move(stop)); });
     SystemServiceActions actions;
     SystemLoginItem loginItem;
     PortolanApp app({store, actions, loginItem});

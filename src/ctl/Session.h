@@ -1,8 +1,12 @@
 #pragma once
 
+#include "AbandonableWorker.h"
 #include "CommandLine.h"
+#include "ProcessSource.h"
 #include "ServiceStore.h"
 #include "UserDefaults.h"
+
+#include <memory>
 
 namespace portolan {
 
@@ -17,6 +21,8 @@ public:
 
 private:
     UserDefaults m_defaults;
+    std::unique_ptr<ProcessSource> m_source;
+    AbandonableWorker m_files;
     ServiceStore m_store;
 };
 

@@ -181,18 +181,18 @@ QCoro::Task<> ServiceStore::refresh()
     if (m_isScanning.valueBypassingBindings())
         co_return;
     m_isScanning = true;
-    Mailbox<QList<Service>> scan(m_waits);
+    Mailbox<ScanResult> scan(m_waits);
     startScan(scan.sender());
-    std::optional<QList<Service>> found = co_await scan.next();
+    std::optional<ScanResult> found = co_await scan.next();
     if (!found)
         co_return;
-    m_services = merged(*std::move(found), m_services.valueBypassingBindings());
+    m_services = merged(std::move(found->services), m_services.valueBypassingBindings());
     m_lastUpdated = QDateTime::currentDateTimeUtc();
     m_isScanning = false;
     co_await runHealthChecks();
 }
 
-void ServiceStore::startScan(const Mailbox<QList<Service>>::Sender &result)
+void ServiceStore::startScan(const Mailbox<ScanResult>::Sender &result)
 {
     try {
         // The worker of the scan before has delivered its list, so replacing it does not wait.

@@ -63,7 +63,7 @@ class ServiceStore : public QObject
 public:
     /// Finds the services of this machine. Blocks, so it runs on a thread of its own; a stop request makes it
     /// return early.
-    using Scanner = std::function<QList<Service>(std::stop_token)>;
+    using Scanner = std::function<ScanResult(std::stop_token)>;
     /// Probes one port without blocking.
     using Checker = ProbePass::Checker;
 
@@ -72,10 +72,8 @@ public:
 
     /// Loads the settings from `defaults`, which outlives the store. Scans nothing; where auto-refresh is
     /// stored as on, its loop starts.
-    explicit ServiceStore(UserDefaults &defaults, Scanner scan = PortScanner::scan,
-                          Checker check = HealthChecker::check,
-                          std::chrono::milliseconds autoRefreshInterval = usualInterval,
-                          QObject *parent = nullptr);
+    ServiceStore(UserDefaults &defaults, Scanner scan, Checker check = HealthChecker::check,
+                 std::chrono::milliseconds autoRefreshInterval = usualInterval, QObject *parent = nullptr);
     /// Ends everything under way. A task of `refresh()` that is still awaited finishes in here.
     ~ServiceStore() override;
 
@@ -150,7 +148,7 @@ private:
     [[nodiscard]] QList<Service> computeVisible() const;
     [[nodiscard]] int computeRunningCount() const;
 
-    void startScan(const Mailbox<QList<Service>>::Sender &result);
+    void startScan(const Mailbox<ScanResult>::Sender &result);
     QCoro::Task<> runHealthChecks();
     void applyHealth(const ProbePass::Result &result);
     void startAutoRefresh();

@@ -499,7 +499,11 @@ TEST_F(RefreshCycle, ProbesAnsweredByOtherThreadsAreAllApplied)
         services.append(service(i, i));
     UserDefaults defaults(settingsPath());
     ServiceStore store(
-        defaults, [services](std::stop_token) { return services; }, check);
+        defaults,
+        [services](std::stop_token) {
+            return ScanResult{services, {}};
+        },
+        check);
     for (int round = 0; round < rounds; ++round) {
         bool done = false;
         store.refresh().then([&] { done = true; });
@@ -543,7 +547,7 @@ TEST_F(RefreshCycle, MayEndAtAnyMomentWhileOtherThreadsAnswer)
             for (int i = 1; i <= servers; ++i)
                 services.append(service(i, i));
             --scansUnderWay;
-            return services;
+            return ScanResult{services, {}};
         };
         UserDefaults defaults(settingsPath());
         auto store = std::make_unique<ServiceStore>(defaults, scan, check, 1ms);
