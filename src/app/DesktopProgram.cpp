@@ -74,7 +74,7 @@ int serve(StartRequest request)
     AbandonableWorker files;
     ServiceStore store(
         defaults, [&](std::stop_token stop) { return PortScanner::scan(*source, files, std::move(stop)); });
-    SystemServiceActions actions;
+    SystemServiceActions actions(store);
     SystemLoginItem loginItem;
     PortolanApp app({store, actions, loginItem});
     QObject::connect(&instance, &SingleInstance::requested, &app, &PortolanApp::show);

@@ -85,7 +85,7 @@ int StopCommand::run(const CommandLine &line)
     std::signal(SIGPIPE, SIG_IGN);
 
     const std::unique_ptr<ProcessSource> source = SystemSource::make();
-    const QList<Service> services = scanFor(*targets, *source).services;
+    const auto [services, identities] = scanFor(*targets, *source);
     QList<Service> chosen;
     bool isDone = true;
     for (const ServiceOperand &target : *targets) {
@@ -95,7 +95,7 @@ int StopCommand::run(const CommandLine &line)
             chosen.append(*service);
     }
 
-    isDone &= Ending::of(chosen, [&] { return scanFor(*targets, *source).services; });
+    isDone &= Ending::of(chosen, identities, [&] { return scanFor(*targets, *source).services; });
     return isDone ? 0 : 1;
 }
 

@@ -68,6 +68,12 @@ ServiceStore::~ServiceStore()
     m_waits.cancel();
 }
 
+std::optional<ProcessIdentity> ServiceStore::identityOf(const Service &service) const
+{
+    const auto found = m_identities.find(service.pid);
+    return found == m_identities.end() ? std::nullopt : std::optional(*found);
+}
+
 void ServiceStore::load()
 {
     if (const auto stored = m_defaults.string(sortOrderKey)) {
@@ -186,6 +192,7 @@ QCoro::Task<> ServiceStore::refresh()
     std::optional<ScanResult> found = co_await scan.next();
     if (!found)
         co_return;
+    m_identities = std::move(found->identities);
     m_services = merged(std::move(found->services), m_services.valueBypassingBindings());
     m_lastUpdated = QDateTime::currentDateTimeUtc();
     m_isScanning = false;

@@ -11,6 +11,7 @@
 
 #include <QBindable>
 #include <QDateTime>
+#include <QHash>
 #include <QList>
 #include <QObject>
 #include <QProperty>
@@ -21,6 +22,7 @@
 #include <array>
 #include <chrono>
 #include <functional>
+#include <optional>
 #include <stop_token>
 #include <thread>
 
@@ -80,6 +82,8 @@ public:
     /// All services, in the scan's order.
     [[nodiscard]] QList<Service> services() const { return m_services; }
     [[nodiscard]] int serviceCount() const { return int(m_services.value().size()); }
+    /// Which process the last scan saw behind the service; absent where the system does not tell.
+    [[nodiscard]] std::optional<ProcessIdentity> identityOf(const Service &service) const;
     /// Whether a scan is under way.
     [[nodiscard]] bool isScanning() const { return m_isScanning; }
     /// When the last scan was completed; invalid before.
@@ -170,6 +174,8 @@ private:
     Q_OBJECT_COMPUTED_PROPERTY(ServiceStore, QList<Service>, m_visible, &ServiceStore::computeVisible)
     Q_OBJECT_COMPUTED_PROPERTY(ServiceStore, int, m_runningCount, &ServiceStore::computeRunningCount)
     std::array<QPropertyNotifier, 4> m_derivedFrom;
+
+    QHash<qint32, ProcessIdentity> m_identities; ///< of the processes in m_services, by pid
 
     Waits m_waits;
     std::stop_source m_autoRefreshLoop{std::nostopstate};

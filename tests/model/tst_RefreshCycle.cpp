@@ -133,6 +133,22 @@ TEST_F(RefreshCycle, AMergeIsOneAnnouncementOfTheWholeList)
     EXPECT_EQ(signalled.count(), 1);
 }
 
+TEST_F(RefreshCycle, TheStoreKnowsTheProcessesThatTheLastScanSaw)
+{
+    makeStore();
+    EXPECT_EQ(m_store->identityOf(service(1, 10)), std::nullopt);
+    m_store->refresh();
+    m_scanner.finish({service(1, 10), service(1, 11), service(2, 20)}, {{1, {1, 111}}, {2, {2, 222}}});
+    ASSERT_TRUE(eventually([this] { return !m_store->isScanning(); }));
+    EXPECT_EQ(m_store->identityOf(service(1, 11)), (ProcessIdentity{1, 111}));
+    EXPECT_EQ(m_store->identityOf(service(2, 20)), (ProcessIdentity{2, 222}));
+    m_store->refresh();
+    m_scanner.finish({service(1, 10)}, {{1, {1, 333}}});
+    ASSERT_TRUE(eventually([this] { return !m_store->isScanning(); }));
+    EXPECT_EQ(m_store->identityOf(service(1, 10)), (ProcessIdentity{1, 333}));
+    EXPECT_EQ(m_store->identityOf(service(2, 20)), std::nullopt);
+}
+
 TEST_F(RefreshCycle, AKnownServiceKeepsItsHealthAndANewOneIsUnknown)
 {
     makeStore();
