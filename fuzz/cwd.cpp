@@ -1,5 +1,5 @@
 // lsof's field output of a working directory.
-#include "PortScanner_p.h"
+#include "LsofOutput.h"
 #include "PrintedName.h"
 #include "Require.h"
 

@@ -1,5 +1,5 @@
 // lsof's field output of listening sockets.
-#include "PortScanner_p.h"
+#include "LsofOutput.h"
 #include "Require.h"
 
 #include <QByteArrayView>
@@ -7,7 +7,6 @@
 namespace portolan {
 
 using PortScanner::parseListeners;
-using PortScanner::RawListener;
 
 static QString printed(const QList<RawListener> &listeners)
 {

@@ -1,4 +1,4 @@
-"""One scan, by both roads, beside what the system's own tools take for the same question."""
+"""One scan, by both process sources, beside what the system's own tools take for the same question."""
 
 import os
 import time
@@ -56,7 +56,7 @@ def measure(paths, background, servers, steady_bar):
     report.row("steady scan that looks everywhere", look, limits)
     report.row("steady scan, on average", average, limits, steady_bar)
     tools = meter.Cost(0, external.children)
-    report.row("scan with external tools", external, {"the tools": tools, **limits}, ("the tools", 1.1))
+    report.row("scan by the tool source", external, {"the tools": tools, **limits}, ("the tools", 1.1))
     print(f"a server of a steady scan: {average.cpu / servers * 1e3:.0f} us", flush=True)
 
 

@@ -1,5 +1,5 @@
 // What a scan makes of the tools' texts.
-#include "PortScanner_p.h"
+#include "LsofOutput.h"
 #include "ProcessInspector_p.h"
 #include "ProjectDetector_p.h"
 

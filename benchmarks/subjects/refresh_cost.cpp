@@ -2,9 +2,10 @@
 // refresh cost on average: scan, merge, probes, and every thirty seconds the look at everything.
 #include "../Meter.h"
 
-#include "HealthChecker.h"
+#include "AbandonableWorker.h"
 #include "PortScanner.h"
 #include "ServiceStore.h"
+#include "SystemSource.h"
 #include "UserDefaults.h"
 #include "VisibleServicesModel.h"
 
@@ -23,8 +24,12 @@ int main(int argc, char **argv)
     const std::chrono::seconds duration(std::stoi(argv[1]));
     const QTemporaryDir settings;
     UserDefaults defaults(settings.filePath(QStringLiteral("settings.json")));
+    const auto source = SystemSource::make();
+    AbandonableWorker files;
     HealthChecker checker;
-    ServiceStore store(defaults, PortScanner::scan, [&](qint64 port) { return checker.check(port); });
+    ServiceStore store(
+        defaults, [&](std::stop_token stop) { return PortScanner::scan(*source, files, std::move(stop)); },
+        [&](qint64 port) { return checker.check(port); });
     VisibleServicesModel model;
     model.setStore(&store);
     int refreshes = 0;

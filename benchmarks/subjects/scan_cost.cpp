@@ -2,7 +2,9 @@
 // what one does that comes SECONDS later.
 #include "../Meter.h"
 
+#include "AbandonableWorker.h"
 #include "PortScanner.h"
+#include "SystemSource.h"
 
 #include <QCoreApplication>
 
@@ -41,7 +43,9 @@ int main(int argc, char **argv)
     if (argc < 2)
         return 2;
     QList<Service> found;
-    const auto scan = [&found] { found = PortScanner::scan(); };
+    const auto source = SystemSource::make();
+    AbandonableWorker files;
+    const auto scan = [&] { found = PortScanner::scan(*source, files).services; };
     report("first", costOf(scan));
     std::vector<Cost> rounds;
     for (int left = std::stoi(argv[1]); left > 0; --left) {

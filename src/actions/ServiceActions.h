@@ -1,9 +1,11 @@
 #pragma once
 
+#include "ProcessIdentity.h"
 #include "Service.h"
 
 #include <chrono>
 #include <memory>
+#include <optional>
 
 namespace portolan {
 
@@ -17,11 +19,12 @@ namespace ServiceActions {
 /// How long a server has to end by itself before it is killed.
 inline constexpr std::chrono::milliseconds stopGrace(1500);
 
-/// Sends SIGTERM to the server's process now and, if it still is there after `stopGrace`, SIGKILL. Never
-/// reaches another process that has got the id since this call. A program that ends earlier leaves it at
+/// Sends SIGTERM to the server's process now and, if it still is there after `stopGrace`, SIGKILL. Signals
+/// nobody if the process that was listed, `identity`, has ended, whoever has its pid by now; where the system
+/// tells no identities, it is whoever has the pid at this call. A program that ends earlier leaves it at
 /// SIGTERM.
-void stop(const Service &service);
-/// The same to a process that is held already, whoever has its id by now.
+void stop(const Service &service, const std::optional<ProcessIdentity> &identity);
+/// The same to a process that is held already.
 void stop(std::shared_ptr<const ProcessHandle> process);
 
 /// Opens the server's address in the user's browser.

@@ -8,9 +8,9 @@
 
 namespace portolan {
 
-void ServiceActions::stop(const Service &service)
+void ServiceActions::stop(const Service &service, const std::optional<ProcessIdentity> &identity)
 {
-    stop(std::make_shared<ProcessHandle>(service.pid));
+    stop(std::make_shared<ProcessHandle>(identity ? ProcessHandle(*identity) : ProcessHandle(service.pid)));
 }
 
 void ServiceActions::stop(std::shared_ptr<const ProcessHandle> process)

@@ -1,5 +1,6 @@
 #include "DesktopProgram.h"
 
+#include "AbandonableWorker.h"
 #include "BusLoss.h"
 #include "DisplayServer.h"
 #include "HealthChecker.h"
@@ -11,6 +12,7 @@
 #include "StartOptions.h"
 #include "SystemLoginItem.h"
 #include "SystemServiceActions.h"
+#include "SystemSource.h"
 #include "TerminationSignals.h"
 #include "UserDefaults.h"
 
@@ -70,9 +72,13 @@ int serve(StartRequest request)
     }
 
     UserDefaults defaults;
+    const std::unique_ptr<ProcessSource> source = SystemSource::make();
+    AbandonableWorker files;
     HealthChecker checker;
-    ServiceStore store(defaults, PortScanner::scan, [&](qint64 port) { return checker.check(port); });
-    SystemServiceActions actions;
+    ServiceStore store(
+        defaults, [&](std::stop_token stop) { return PortScanner::scan(*source, files, std::move(stop)); },
+        [&](qint64 port) { return checker.check(port); });
+    SystemServiceActions actions(store);
     SystemLoginItem loginItem;
     PortolanApp app({store, actions, loginItem});
     QObject::connect(&instance, &SingleInstance::requested, &app, &PortolanApp::show);

@@ -39,14 +39,17 @@ struct Stopping
     Clock::time_point since;
 };
 
-std::vector<Stopping> held(const QList<Service> &services)
+std::vector<Stopping> held(const QList<Service> &services, const QHash<qint32, ProcessIdentity> &identities)
 {
     std::vector<Stopping> all;
     for (const Service &service : services) {
         const auto same =
             std::ranges::find(all, service.pid, [](const Stopping &o) { return o.service.pid; });
+        const auto identity = identities.find(service.pid);
         all.push_back({service, same != all.end() ? same->process
-                                                  : std::make_shared<const ProcessHandle>(service.pid)});
+                                : identity != identities.end()
+                                    ? std::make_shared<const ProcessHandle>(*identity)
+                                    : std::make_shared<const ProcessHandle>(service.pid)});
     }
     return all;
 }
@@ -106,11 +109,12 @@ bool reportEnds(std::vector<Stopping> stopping)
 
 } // namespace
 
-bool Ending::of(const QList<Service> &services, const std::function<QList<Service>()> &lookAgain)
+bool Ending::of(const QList<Service> &services, const QHash<qint32, ProcessIdentity> &identities,
+                const std::function<QList<Service>()> &lookAgain)
 {
     if (services.isEmpty())
         return true;
-    std::vector<Stopping> stopping = held(services);
+    std::vector<Stopping> stopping = held(services, identities);
     const QList<Service> listed = lookAgain();
     const auto ended = taken(stopping, [](const Stopping &one) { return one.process->waitForEnd(0ms); });
     const auto strange = taken(stopping, [&](const Stopping &one) {

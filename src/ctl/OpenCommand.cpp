@@ -1,9 +1,11 @@
 #include "OpenCommand.h"
 
+#include "AbandonableWorker.h"
 #include "Output.h"
 #include "PortScanner.h"
 #include "Program.h"
 #include "ServiceOperand.h"
+#include "SystemSource.h"
 #include "TerminalText.h"
 #include "XdgOpen.h"
 
@@ -27,7 +29,9 @@ int OpenCommand::run(const CommandLine &line)
         Output::complain(u"'%1' is no port"_s.arg(TerminalText::harmless(operand)));
         return Program::usageError;
     }
-    const QList<Service> services = PortScanner::scanPorts({target->port});
+    const std::unique_ptr<ProcessSource> source = SystemSource::make();
+    AbandonableWorker files;
+    const QList<Service> services = PortScanner::scanPorts(*source, files, {target->port}).services;
     if (services.isEmpty()) {
         Output::complain(u"no server on port %1"_s.arg(target->port));
         return 1;

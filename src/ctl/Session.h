@@ -1,9 +1,13 @@
 #pragma once
 
+#include "AbandonableWorker.h"
 #include "CommandLine.h"
 #include "HealthChecker.h"
+#include "ProcessSource.h"
 #include "ServiceStore.h"
 #include "UserDefaults.h"
+
+#include <memory>
 
 namespace portolan {
 
@@ -18,6 +22,8 @@ public:
 
 private:
     UserDefaults m_defaults;
+    std::unique_ptr<ProcessSource> m_source;
+    AbandonableWorker m_files;
     HealthChecker m_checker;
     ServiceStore m_store;
 };

@@ -1,10 +1,12 @@
 #include "StopCommand.h"
 
+#include "AbandonableWorker.h"
 #include "Ending.h"
 #include "Output.h"
 #include "PortScanner.h"
 #include "Program.h"
 #include "ServiceOperand.h"
+#include "SystemSource.h"
 #include "TerminalText.h"
 
 #include <algorithm>
@@ -33,12 +35,13 @@ std::optional<QList<ServiceOperand>> targetsOf(const QStringList &operands)
     return targets;
 }
 
-QList<Service> scanFor(const QList<ServiceOperand> &targets)
+ScanResult scanFor(const QList<ServiceOperand> &targets, ProcessSource &source)
 {
     QSet<qint64> ports;
     for (const ServiceOperand &target : targets)
         ports.insert(target.port);
-    return PortScanner::scanPorts(ports);
+    AbandonableWorker files;
+    return PortScanner::scanPorts(source, files, ports);
 }
 
 QString choiceOf(const QList<Service> &services)
@@ -81,7 +84,8 @@ int StopCommand::run(const CommandLine &line)
     // A reader that goes away does not save a server that has been told to end.
     std::signal(SIGPIPE, SIG_IGN);
 
-    const QList<Service> services = scanFor(*targets);
+    const std::unique_ptr<ProcessSource> source = SystemSource::make();
+    const auto [services, identities] = scanFor(*targets, *source);
     QList<Service> chosen;
     bool isDone = true;
     for (const ServiceOperand &target : *targets) {
@@ -91,7 +95,7 @@ int StopCommand::run(const CommandLine &line)
             chosen.append(*service);
     }
 
-    isDone &= Ending::of(chosen, [&] { return scanFor(*targets); });
+    isDone &= Ending::of(chosen, identities, [&] { return scanFor(*targets, *source).services; });
     return isDone ? 0 : 1;
 }
 

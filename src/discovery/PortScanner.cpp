@@ -1,22 +1,11 @@
 #include "PortScanner.h"
 #include "PortScanner_p.h"
 
-#include "ExpendableWorker.h"
-#include "ForEachIndex.h"
-#include "PrintedName.h"
-#include "ProcessInspector.h"
-#include "StrictNumber.h"
-#include "ToolAnswer.h"
-#include "ToolQuestions.h"
-
-#include <QHash>
-#include <QSet>
-#include <QStringList>
+#include "AbandonableWorker.h"
+#include "ProcessSource.h"
 
 #include <algorithm>
 #include <array>
-#include <atomic>
-#include <thread>
 #include <utility>
 
 namespace portolan {
@@ -25,7 +14,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-using PortScanner::RawListener;
 using PortScanner::ScanOptions;
 using Folders = QHash<qint32, std::optional<QString>>;
 
@@ -47,50 +35,9 @@ constexpr std::array devCommandPrefixes{
     "turbo"_L1, "watchman"_L1, "rustc"_L1,   "cargo"_L1,
 };
 
-constexpr std::array localHosts{"*"_L1, "127.0.0.1"_L1, "[::1]"_L1, "localhost"_L1, "[::]"_L1};
-
-/// After so many time-outs of one kind of run in a scan, the rest of that kind is not tried: as with files.
-constexpr int maxTimeOuts = ExpendableWorker::maxTimeOuts;
-
 bool contains(const auto &list, QStringView text)
 {
     return std::ranges::any_of(list, [&](QLatin1StringView entry) { return text == entry; });
-}
-
-/// What `tool` prints for `question` about each of `pids`, in their order; "" where it failed.
-///
-/// The runs go side by side, but the outcome is that of one after the other: what was already under way when
-/// the last time-out that is tolerated came counts as not run.
-QStringList outputs(const QString &tool, QStringList (&question)(qint32), const QList<qint32> &pids,
-                    const ScanOptions &options)
-{
-    const Shell::Limits limits{.deadline = options.toolDeadline, .stop = options.stop};
-    // What is answered in this process takes less time than a thread takes to start.
-    const int workers = ToolAnswer::isImmediate(tool) ? 1 : options.workers;
-    std::vector<Shell::Result> results(size_t(pids.size()));
-    std::atomic<int> timeOuts = 0;
-    forEachIndex(pids.size(), workers, [&](qsizetype index) {
-        if (timeOuts >= maxTimeOuts || options.stop.stop_requested())
-            return;
-        Shell::Result &result = results[size_t(index)];
-        result = ToolAnswer::to(tool, question(pids[index]), limits);
-        timeOuts += result.timedOut;
-    });
-
-    QStringList texts;
-    int timeOutsSoFar = 0;
-    for (Shell::Result &result : results) {
-        texts.append(timeOutsSoFar < maxTimeOuts ? std::move(result.output) : QString());
-        timeOutsSoFar += result.timedOut;
-    }
-    return texts;
-}
-
-QList<RawListener> listeners(const ScanOptions &options)
-{
-    const Shell::Limits limits{.deadline = options.listingDeadline, .stop = options.stop};
-    return PortScanner::parseListeners(
-        ToolAnswer::to(options.lsof, ToolQuestions::listeners(), limits).output);
 }
 
 /// The first of each process and port, as far as the port is asked for.
@@ -99,10 +46,8 @@ QList<RawListener> wantedListeners(const QList<RawListener> &listeners, const Sc
     QSet<std::pair<qint32, qint64>> seen;
     QList<RawListener> distinct;
     for (const RawListener &listener : listeners) {
-        if (options.ports && !options.ports->contains(listener.port))
-            continue;
         const std::pair key(listener.pid, listener.port);
-        if (seen.contains(key))
+        if (seen.contains(key) || (options.ports && !options.ports->contains(listener.port)))
             continue;
         seen.insert(key);
         distinct.append(listener);
@@ -110,140 +55,86 @@ QList<RawListener> wantedListeners(const QList<RawListener> &listeners, const Sc
     return distinct;
 }
 
-Folders workingFolders(const QList<RawListener> &listeners, const ScanOptions &options)
+Folders workingFolders(const QList<RawListener> &listeners, ProcessSource &source,
+                       const std::stop_token &stop)
 {
-    Folders folders;
+    QSet<qint32> seen;
     QList<qint32> pids;
     for (const RawListener &listener : listeners) {
-        if (folders.contains(listener.pid))
-            continue;
-        folders.insert(listener.pid, std::nullopt);
-        pids.append(listener.pid);
+        if (!seen.contains(listener.pid))
+            pids.append(listener.pid);
+        seen.insert(listener.pid);
     }
-    const QStringList answers = outputs(options.lsof, ToolQuestions::workingDirectory, pids, options);
+    std::vector<std::optional<QString>> answers = source.workingFolders(pids, stop);
+    Folders folders;
     for (qsizetype i = 0; i < pids.size(); ++i)
-        folders[pids[i]] = PortScanner::parseCwd(pids[i], answers[i]);
+        folders.insert(pids[i], std::move(answers[size_t(i)]));
     return folders;
 }
 
-QList<Service> devServers(const QList<RawListener> &listeners, const Folders &folders, const QString &home)
+ScanResult devServers(const QList<RawListener> &listeners, const Folders &folders, const QString &home)
 {
-    QList<Service> services;
+    ScanResult found;
     for (const RawListener &listener : listeners) {
         const std::optional<QString> folder = folders.value(listener.pid);
-        if (PortScanner::isDevServer(listener.command, folder, home))
-            services.append({.pid = listener.pid,
-                             .port = listener.port,
-                             .command = listener.command,
-                             .folderPath = folder});
+        if (!PortScanner::isDevServer(listener.command, folder, home))
+            continue;
+        found.services.append(
+            {.pid = listener.pid, .port = listener.port, .command = listener.command, .folderPath = folder});
+        if (listener.identity)
+            found.identities.insert(listener.pid, *listener.identity);
     }
-    return services;
+    return found;
 }
 
-void detectProjects(QList<Service> &services, const ScanOptions &options)
+void readStats(QList<Service> &services, ProcessSource &source, const std::stop_token &stop)
+{
+    QList<qint32> pids;
+    for (const Service &service : std::as_const(services))
+        pids.append(service.pid);
+    const std::vector<std::optional<ProcessStats>> answers = source.stats(pids, stop);
+    for (qsizetype i = 0; i < services.size(); ++i)
+        services[i].stats = answers[size_t(i)];
+}
+
+void detectProjects(QList<Service> &services, AbandonableWorker &files, const ScanOptions &options)
 {
     std::vector<ProjectDetector::Subject> subjects;
     for (const Service &service : std::as_const(services))
         subjects.push_back({service.command, service.folderPath});
-    ExpendableWorker files(options.folderDeadline, options.stop);
-    std::vector<ProjectDetector::Project> projects = ProjectDetector::detect(subjects, files);
+    std::vector<ProjectDetector::Project> projects =
+        ProjectDetector::detect(subjects, files, {options.folderDeadline, options.stop});
     for (qsizetype i = 0; i < services.size(); ++i) {
         services[i].displayName = std::move(projects[size_t(i)].displayName);
         services[i].framework = projects[size_t(i)].framework;
     }
 }
 
-void readStats(QList<Service> &services, const ScanOptions &options)
-{
-    QList<qint32> pids;
-    for (const Service &service : std::as_const(services))
-        pids.append(service.pid);
-    const QStringList answers = outputs(options.ps, ToolQuestions::stats, pids, options);
-    for (qsizetype i = 0; i < services.size(); ++i)
-        services[i].stats = ProcessInspector::parse(answers[i]);
-}
-
 } // namespace
 
-int PortScanner::ScanOptions::defaultWorkers()
-{
-    return std::clamp(int(std::thread::hardware_concurrency()), 1, 4);
-}
-
-QList<Service> PortScanner::scan(std::stop_token stop)
+ScanResult PortScanner::scan(ProcessSource &source, AbandonableWorker &files, std::stop_token stop)
 {
     ScanOptions options;
     options.stop = std::move(stop);
-    return scan(options);
+    return scan(source, files, options);
 }
 
-QList<Service> PortScanner::scanPorts(const QSet<qint64> &ports)
+ScanResult PortScanner::scanPorts(ProcessSource &source, AbandonableWorker &files, const QSet<qint64> &ports)
 {
     ScanOptions options;
     options.ports = ports;
-    return scan(options);
+    return scan(source, files, options);
 }
 
-QList<Service> PortScanner::scan(const ScanOptions &options)
+ScanResult PortScanner::scan(ProcessSource &source, AbandonableWorker &files, const ScanOptions &options)
 {
-    const QList<RawListener> distinct = wantedListeners(listeners(options), options);
-    QList<Service> services = devServers(distinct, workingFolders(distinct, options), options.home);
-    readStats(services, options);
-    detectProjects(services, options);
-    std::ranges::stable_sort(services, {}, &Service::port);
-    return services;
-}
-
-QList<RawListener> PortScanner::parseListeners(const QString &output)
-{
-    QList<RawListener> listeners;
-    std::optional<qint32> pid;
-    QString command;
-    for (QStringView line : QStringView(output).tokenize(u'\n', Qt::SkipEmptyParts)) {
-        const QStringView value = line.sliced(1);
-        switch (line.front().unicode()) {
-        case 'p':
-            pid = StrictNumber::toInt32(value);
-            command.clear();
-            break;
-        case 'c':
-            command = value.toString();
-            break;
-        case 'n':
-            if (const std::optional<qint64> number = port(value); pid && number)
-                listeners.append({*pid, command, *number});
-            break;
-        default:
-            break;
-        }
-    }
-    return listeners;
-}
-
-std::optional<qint64> PortScanner::port(QStringView fromName)
-{
-    const qsizetype colon = fromName.lastIndexOf(u':');
-    if (colon < 0 || !contains(localHosts, fromName.first(colon)))
-        return std::nullopt;
-    return StrictNumber::toInt64(fromName.sliced(colon + 1));
-}
-
-std::optional<QString> PortScanner::resolveCwd(qint32 pid)
-{
-    return parseCwd(pid, ToolAnswer::to(ToolPaths::lsof(), ToolQuestions::workingDirectory(pid)).output);
-}
-
-std::optional<QString> PortScanner::parseCwd(qint32 pid, const QString &output)
-{
-    for (QStringView line : QStringView(output).tokenize(u'\n', Qt::SkipEmptyParts)) {
-        if (!line.startsWith(u'n'))
-            continue;
-        const QStringView name = line.sliced(1);
-        // Not a folder but lsof's complaint about what it could not look up: "/proc/42/cwd (readlink: ...)".
-        const bool isComplaint = name.startsWith(u"/proc/") && name.startsWith(u"/proc/%1/cwd ("_s.arg(pid));
-        return isComplaint ? std::nullopt : std::optional(PrintedName::plain(name.toString()));
-    }
-    return std::nullopt;
+    const QList<RawListener> distinct = wantedListeners(source.listeners(options.stop), options);
+    const Folders folders = workingFolders(distinct, source, options.stop);
+    ScanResult found = devServers(distinct, folders, options.home);
+    readStats(found.services, source, options.stop);
+    detectProjects(found.services, files, options);
+    std::ranges::stable_sort(found.services, {}, &Service::port);
+    return found;
 }
 
 bool PortScanner::isDevServer(const QString &command, const std::optional<QString> &folder,

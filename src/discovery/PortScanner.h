@@ -1,7 +1,9 @@
 #pragma once
 
+#include "ProcessIdentity.h"
 #include "Service.h"
 
+#include <QHash>
 #include <QList>
 #include <QSet>
 
@@ -9,16 +11,27 @@
 
 namespace portolan {
 
+class AbandonableWorker;
+class ProcessSource;
+
+/// What a scan found.
+struct ScanResult
+{
+    QList<Service> services;                   ///< sorted by port
+    QHash<qint32, ProcessIdentity> identities; ///< of their processes by pid, as far as the system tells
+};
+
 /// Discovery's single entry point.
 namespace PortScanner {
 
-/// The development servers that listen on this machine now, sorted by port. Blocks while the tools run, so
-/// never on the main thread; any number of scans may run at once. Never fails: an empty list means nothing
-/// was found. A stop request makes it return early with a list that means nothing.
-[[nodiscard]] QList<Service> scan(std::stop_token stop = {});
+/// The development servers that listen on this machine now, as `source` knows it; project files are read on
+/// `files`. Blocks, so never on the main thread; any number of scans may run at once. Never fails: an empty
+/// list means that nothing was found. A stop request makes it return early with a list that means nothing.
+[[nodiscard]] ScanResult scan(ProcessSource &source, AbandonableWorker &files, std::stop_token stop = {});
 
-/// Those of them that listen on one of `ports`, at the price of those alone.
-[[nodiscard]] QList<Service> scanPorts(const QSet<qint64> &ports);
+/// Those of them that listen on one of `ports`; about others nothing is asked.
+[[nodiscard]] ScanResult scanPorts(ProcessSource &source, AbandonableWorker &files,
+                                   const QSet<qint64> &ports);
 
 } // namespace PortScanner
 

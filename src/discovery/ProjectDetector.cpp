@@ -1,7 +1,6 @@
 #include "ProjectDetector.h"
 #include "ProjectDetector_p.h"
 
-#include "ExpendableWorker.h"
 #include "ProjectFolder.h"
 
 #include <QFile>
@@ -132,24 +131,25 @@ ProjectDetector::Project detectFromCommand(const QString &command, const std::op
 
 ProjectDetector::Project ProjectDetector::detect(const QString &command, const std::optional<QString> &folder)
 {
-    ExpendableWorker files(deadline);
-    return detect({{command, folder}}, files).front();
+    AbandonableWorker files;
+    return detect({{command, folder}}, files, {deadline}).front();
 }
 
 std::vector<ProjectDetector::Project> ProjectDetector::detect(const std::vector<Subject> &subjects,
-                                                              ExpendableWorker &files)
+                                                              AbandonableWorker &files,
+                                                              const AbandonableWorker::Limits &limits)
 {
     const auto hasFolder = [](const Subject &subject) {
         return subject.folder && !subject.folder->isEmpty();
     };
-    std::vector<ExpendableWorker::Task<Project>> tasks;
+    std::vector<AbandonableWorker::Task<Project>> tasks;
     for (const Subject &subject : subjects) {
         if (hasFolder(subject))
             tasks.push_back({*subject.folder, [command = subject.command, path = *subject.folder] {
                                  return detectFromFiles(command, path);
                              }});
     }
-    std::vector<std::optional<Project>> found = files.run(std::move(tasks));
+    std::vector<std::optional<Project>> found = files.run(std::move(tasks), limits);
     std::vector<Project> results;
     results.reserve(subjects.size());
     for (auto next = found.begin(); const Subject &subject : subjects) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "AbandonableWorker.h"
 #include "Framework.h"
 
 #include <QString>
@@ -9,8 +10,6 @@
 #include <vector>
 
 namespace portolan {
-
-class ExpendableWorker;
 
 /// What to call a listening process, and what kind of project it belongs to.
 namespace ProjectDetector {
@@ -38,8 +37,9 @@ struct Subject
     std::optional<QString> folder;
 };
 
-/// As above for each of `subjects`, in their order, with all access to files on `files`.
-[[nodiscard]] std::vector<Project> detect(const std::vector<Subject> &subjects, ExpendableWorker &files);
+/// As above for each of `subjects`, in their order, with all access to files on `files` within `limits`.
+[[nodiscard]] std::vector<Project> detect(const std::vector<Subject> &subjects, AbandonableWorker &files,
+                                          const AbandonableWorker::Limits &limits);
 
 } // namespace ProjectDetector
 

@@ -68,6 +68,12 @@ ServiceStore::~ServiceStore()
     m_waits.cancel();
 }
 
+std::optional<ProcessIdentity> ServiceStore::identityOf(const Service &service) const
+{
+    const auto found = m_identities.find(service.pid);
+    return found == m_identities.end() ? std::nullopt : std::optional(*found);
+}
+
 void ServiceStore::load()
 {
     if (const auto stored = m_defaults.string(sortOrderKey)) {
@@ -181,18 +187,19 @@ QCoro::Task<> ServiceStore::refresh()
     if (m_isScanning.valueBypassingBindings())
         co_return;
     m_isScanning = true;
-    Mailbox<QList<Service>> scan(m_waits);
+    Mailbox<ScanResult> scan(m_waits);
     startScan(scan.sender());
-    std::optional<QList<Service>> found = co_await scan.next();
+    std::optional<ScanResult> found = co_await scan.next();
     if (!found)
         co_return;
-    m_services = merged(*std::move(found), m_services.valueBypassingBindings());
+    m_identities = std::move(found->identities);
+    m_services = merged(std::move(found->services), m_services.valueBypassingBindings());
     m_lastUpdated = QDateTime::currentDateTimeUtc();
     m_isScanning = false;
     co_await runHealthChecks();
 }
 
-void ServiceStore::startScan(const Mailbox<QList<Service>>::Sender &result)
+void ServiceStore::startScan(const Mailbox<ScanResult>::Sender &result)
 {
     try {
         // The worker of the scan before has delivered its list, so replacing it does not wait.

@@ -10,6 +10,7 @@
 
 #include <QBindable>
 #include <QDateTime>
+#include <QHash>
 #include <QList>
 #include <QObject>
 #include <QProperty>
@@ -20,6 +21,7 @@
 #include <array>
 #include <chrono>
 #include <functional>
+#include <optional>
 #include <stop_token>
 #include <thread>
 
@@ -62,7 +64,7 @@ class ServiceStore : public QObject
 public:
     /// Finds the services of this machine. Blocks, so it runs on a thread of its own; a stop request makes it
     /// return early.
-    using Scanner = std::function<QList<Service>(std::stop_token)>;
+    using Scanner = std::function<ScanResult(std::stop_token)>;
     /// Probes one port without blocking.
     using Checker = ProbePass::Checker;
 
@@ -71,15 +73,16 @@ public:
 
     /// Loads the settings from `defaults`, which outlives the store. Scans nothing; where auto-refresh is
     /// stored as on, its loop starts.
-    explicit ServiceStore(UserDefaults &defaults, Scanner scan, Checker check,
-                          std::chrono::milliseconds autoRefreshInterval = usualInterval,
-                          QObject *parent = nullptr);
+    ServiceStore(UserDefaults &defaults, Scanner scan, Checker check,
+                 std::chrono::milliseconds autoRefreshInterval = usualInterval, QObject *parent = nullptr);
     /// Ends everything under way. A task of `refresh()` that is still awaited finishes in here.
     ~ServiceStore() override;
 
     /// All services, in the scan's order.
     [[nodiscard]] QList<Service> services() const { return m_services; }
     [[nodiscard]] int serviceCount() const { return int(m_services.value().size()); }
+    /// Which process the last scan saw behind the service; absent where the system does not tell.
+    [[nodiscard]] std::optional<ProcessIdentity> identityOf(const Service &service) const;
     /// Whether a scan is under way.
     [[nodiscard]] bool isScanning() const { return m_isScanning; }
     /// When the last scan was completed; invalid before.
@@ -148,7 +151,7 @@ private:
     [[nodiscard]] QList<Service> computeVisible() const;
     [[nodiscard]] int computeRunningCount() const;
 
-    void startScan(const Mailbox<QList<Service>>::Sender &result);
+    void startScan(const Mailbox<ScanResult>::Sender &result);
     QCoro::Task<> runHealthChecks();
     void applyHealth(const ProbePass::Result &result);
     void startAutoRefresh();
@@ -170,6 +173,8 @@ private:
     Q_OBJECT_COMPUTED_PROPERTY(ServiceStore, QList<Service>, m_visible, &ServiceStore::computeVisible)
     Q_OBJECT_COMPUTED_PROPERTY(ServiceStore, int, m_runningCount, &ServiceStore::computeRunningCount)
     std::array<QPropertyNotifier, 4> m_derivedFrom;
+
+    QHash<qint32, ProcessIdentity> m_identities; ///< of the processes in m_services, by pid
 
     Waits m_waits;
     std::stop_source m_autoRefreshLoop{std::nostopstate};

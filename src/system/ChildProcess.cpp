@@ -9,7 +9,6 @@
 #include <cerrno>
 #include <climits>
 #include <csignal>
-#include <mutex>
 #include <utility>
 #include <vector>
 
@@ -102,37 +101,10 @@ bool reportsFailure(int descriptor)
     return count > 0;
 }
 
-/// Children that nobody waits for. Never destroyed: threads may still come here while the program exits.
-struct Strays
-{
-    std::mutex mutex;
-    std::vector<pid_t> pids;
-};
-
-Strays &strays()
-{
-    static auto *const all = new Strays;
-    return *all;
-}
-
-bool isGone(pid_t pid)
-{
-    const pid_t ended = waitpid(pid, nullptr, WNOHANG);
-    return ended == pid || (ended < 0 && errno == ECHILD);
-}
-
-void reapStrays()
-{
-    const std::lock_guard lock(strays().mutex);
-    std::erase_if(strays().pids, isGone);
-}
-
 } // namespace
 
 std::optional<ChildProcess> ChildProcess::start(const Program &program)
 {
-    reapStrays();
-
     const FileDescriptor null = aboveStandard(FileDescriptor(open("/dev/null", O_RDWR | O_CLOEXEC)).get());
     const FileDescriptor output =
         aboveStandard(program.standardOutput < 0 ? null.get() : program.standardOutput);
@@ -187,10 +159,8 @@ ChildProcess::ChildProcess(ChildProcess &&other) noexcept
 
 ChildProcess::~ChildProcess()
 {
-    if (m_pid < 0 || reap(WNOHANG))
-        return;
-    const std::lock_guard lock(strays().mutex);
-    strays().pids.push_back(m_pid);
+    if (m_pid >= 0)
+        reap(WNOHANG);
 }
 
 bool ChildProcess::wait(QDeadlineTimer deadline, int interruption)

@@ -37,7 +37,7 @@ public:
 
     ChildProcess(ChildProcess &&other) noexcept;
     ChildProcess &operator=(ChildProcess &&) = delete;
-    /// A child that was not waited for runs on and is reaped by a later start().
+    /// A child that has not ended runs on; nothing of this program will reap it.
     ~ChildProcess();
 
     [[nodiscard]] pid_t pid() const { return m_pid; }

@@ -4,7 +4,6 @@
 #include <cerrno>
 #include <charconv>
 #include <cstring>
-#include <ctime>
 #include <limits>
 
 #include <dirent.h>
@@ -45,13 +44,6 @@ bool ProcFs::isReadable()
     struct statfs system;
     return statfs("/proc", &system) == 0 && system.f_type == PROC_SUPER_MAGIC &&
            NumberedEntries("/proc").isOpen();
-}
-
-bool ProcFs::isProcess(pid_t pid)
-{
-    constexpr pid_t most = 1 << 22; // the kernel's own limit; a clock has no room for much more
-    clockid_t clock = {};
-    return pid > 0 && pid <= most && clock_getcpuclockid(pid, &clock) != ESRCH;
 }
 
 std::optional<std::string_view> ProcFs::readInto(std::span<char> buffer, const char *path)

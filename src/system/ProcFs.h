@@ -31,9 +31,6 @@ private:
 /// Whether /proc is there and may be listed.
 [[nodiscard]] bool isReadable();
 
-/// Whether `pid` names a process, not one of the further threads of one.
-[[nodiscard]] bool isProcess(pid_t pid);
-
 /// The start of the file at `path`, as far as one read into `buffer` goes; absent when it cannot be read.
 [[nodiscard]] std::optional<std::string_view> readInto(std::span<char> buffer, const char *path);
 /// The whole file at `path`; absent when it cannot be read.

@@ -1,8 +1,5 @@
 #include "ProcessHandle.h"
 
-#include "ProcFs.h"
-#include "ProcessStat.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
@@ -35,19 +32,10 @@ bool waitReadable(int fd, Clock::time_point end)
     return ready > 0;
 }
 
-/// When the process that has `pid` now was started.
-std::optional<unsigned long long> startOf(qint32 pid)
-{
-    char text[1024];
-    const auto line = ProcFs::readInto(text, ProcFs::Path(pid, "stat").text());
-    const auto stat = line ? parseProcessStat(*line) : std::nullopt;
-    return stat ? std::optional(stat->startTicks) : std::nullopt;
-}
-
-bool waitGone(qint32 pid, unsigned long long start, Clock::time_point end)
+bool waitGone(const ProcessIdentity &process, Clock::time_point end)
 {
     constexpr std::chrono::milliseconds pause(10);
-    while (startOf(pid) == start) {
+    while (ProcessIdentity::of(process.pid) == process) {
         if (Clock::now() >= end)
             return false;
         std::this_thread::sleep_for(pause);
@@ -64,25 +52,33 @@ ProcessHandle::ProcessHandle(qint32 pid)
     m_pidfd = FileDescriptor(int(syscall(SYS_pidfd_open, pid, 0)));
     const bool noSuchProcess = !m_pidfd.isOpen() && (errno == ESRCH || errno == EINVAL);
     if (!m_pidfd.isOpen() && !noSuchProcess)
-        m_start = startOf(pid);
-    m_pid = m_pidfd.isOpen() || m_start ? pid : 0;
+        m_identity = ProcessIdentity::of(pid);
+}
+
+ProcessHandle::ProcessHandle(const ProcessIdentity &identity)
+    : ProcessHandle(identity.pid)
+{
+    // Compared after the process is held: if the pid is still that of the one looked for, it was then too.
+    if (ProcessIdentity::of(identity.pid) == identity)
+        return;
+    m_pidfd.close();
+    m_identity.reset();
 }
 
 bool ProcessHandle::send(int signal) const
 {
-    if (m_pid == 0)
-        return false;
-    if (!m_pidfd.isOpen())
-        return startOf(m_pid) == m_start && kill(m_pid, signal) == 0;
-    return syscall(SYS_pidfd_send_signal, m_pidfd.get(), signal, nullptr, 0) == 0;
+    if (m_pidfd.isOpen())
+        return syscall(SYS_pidfd_send_signal, m_pidfd.get(), signal, nullptr, 0) == 0;
+    return m_identity && ProcessIdentity::of(m_identity->pid) == m_identity &&
+           kill(m_identity->pid, signal) == 0;
 }
 
 bool ProcessHandle::waitForEnd(std::chrono::milliseconds limit) const
 {
-    if (m_pid == 0)
-        return true;
     const auto end = Clock::now() + limit;
-    return m_pidfd.isOpen() ? waitReadable(m_pidfd.get(), end) : waitGone(m_pid, *m_start, end);
+    if (m_pidfd.isOpen())
+        return waitReadable(m_pidfd.get(), end);
+    return !m_identity || waitGone(*m_identity, end);
 }
 
 } // namespace portolan

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "FileDescriptor.h"
+#include "ProcessIdentity.h"
 
 #include <QtGlobal>
 
 #include <chrono>
 #include <optional>
-#include <utility>
 
 namespace portolan {
 
@@ -20,18 +20,8 @@ public:
     /// for groups).
     explicit ProcessHandle(qint32 pid);
 
-    ProcessHandle(ProcessHandle &&other) noexcept
-        : m_pid(std::exchange(other.m_pid, 0))
-        , m_pidfd(std::move(other.m_pidfd))
-        , m_start(other.m_start)
-    {}
-    ProcessHandle &operator=(ProcessHandle &&other) noexcept
-    {
-        std::swap(m_pid, other.m_pid);
-        std::swap(m_pidfd, other.m_pidfd);
-        std::swap(m_start, other.m_start);
-        return *this;
-    }
+    /// Holds the process `identity`, and none if it has ended, whoever has its pid by now.
+    explicit ProcessHandle(const ProcessIdentity &identity);
 
     /// Sends `signal`; 0 sends nothing and only asks. Returns whether the process is there and takes signals
     /// from this user; one that has ended is there until its parent has collected it.
@@ -41,9 +31,8 @@ public:
     [[nodiscard]] bool waitForEnd(std::chrono::milliseconds limit) const;
 
 private:
-    qint32 m_pid = 0;                          ///< 0: holds none
-    FileDescriptor m_pidfd;                    ///< not open with a pid: no pidfd to be had
-    std::optional<unsigned long long> m_start; ///< what tells it apart then: in clock ticks since boot
+    FileDescriptor m_pidfd;
+    std::optional<ProcessIdentity> m_identity; ///< in place of a pidfd
 };
 
 } // namespace portolan

@@ -14,13 +14,13 @@ int main(int argc, char **argv)
         return 2;
     Service service;
     service.pid = QByteArrayView(argv[1]).toInt();
-    ServiceActions::stop(service);
+    ServiceActions::stop(service, {});
     if (argc > 2)
         return 0;
 
     // What is stopped later is killed later.
     TestChild last(TestChild::ignoresTerm);
     service.pid = last.pid();
-    ServiceActions::stop(service);
+    ServiceActions::stop(service, {});
     return last.collect() == SIGKILL ? 0 : 1;
 }

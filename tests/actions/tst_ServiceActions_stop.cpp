@@ -22,11 +22,16 @@ Service serviceOf(const TestChild &child)
     return service;
 }
 
+std::optional<ProcessIdentity> identityOf(const TestChild &child)
+{
+    return ProcessIdentity::of(child.pid());
+}
+
 /// Stops a process that has to be killed, and so returns when all earlier stops are over.
 void finishEarlierStops()
 {
     TestChild last(TestChild::ignoresTerm);
-    ServiceActions::stop(serviceOf(last));
+    ServiceActions::stop(serviceOf(last), identityOf(last));
     ASSERT_EQ(last.collect(), SIGKILL);
 }
 
@@ -41,7 +46,7 @@ int runStopper(const QStringList &arguments, const QStringList &wrapper = {})
 TEST(Stop, EndsAServerThatListensToSigterm)
 {
     TestChild server(TestChild::endsOnTerm);
-    ServiceActions::stop(serviceOf(server));
+    ServiceActions::stop(serviceOf(server), identityOf(server));
     EXPECT_EQ(server.collect(), SIGTERM);
 }
 
@@ -49,7 +54,7 @@ TEST(Stop, KillsAServerThatDoesNotButGivesItItsTime)
 {
     TestChild server(TestChild::ignoresTerm);
     const auto begin = std::chrono::steady_clock::now();
-    ServiceActions::stop(serviceOf(server));
+    ServiceActions::stop(serviceOf(server), identityOf(server));
     EXPECT_EQ(server.collect(), SIGKILL);
     EXPECT_GE(std::chrono::steady_clock::now() - begin, ServiceActions::stopGrace);
     EXPECT_EQ(ServiceActions::stopGrace, std::chrono::milliseconds(1500));
@@ -59,17 +64,36 @@ TEST(Stop, DoesNothingToAServerThatIsGone)
 {
     TestChild server(TestChild::endsOnTerm);
     const Service service = serviceOf(server);
+    const auto identity = identityOf(server);
     kill(server.pid(), SIGKILL);
     EXPECT_EQ(server.collect(), SIGKILL);
-    ServiceActions::stop(service);
+    ServiceActions::stop(service, identity);
+    ServiceActions::stop(service, {});
     finishEarlierStops();
+}
+
+TEST(Stop, NeverSignalsAStrangerThatGotTheServersIdBeforeTheStop)
+{
+    TestChild server(TestChild::endsOnTerm);
+    const Service service = serviceOf(server);
+    const auto identity = identityOf(server);
+    ASSERT_TRUE(identity);
+    kill(server.pid(), SIGKILL);
+    server.collect();
+
+    const auto stranger = TestChild::withPidLater(service.pid, TestChild::endsOnTerm);
+    if (!stranger)
+        GTEST_SKIP() << "choosing a process id needs the right to (clone3 with set_tid): " << strerror(errno);
+    ServiceActions::stop(service, identity);
+    finishEarlierStops();
+    EXPECT_TRUE(stranger->isAlive());
 }
 
 TEST(Stop, NeverKillsAStrangerThatGotTheServersId)
 {
     TestChild server(TestChild::endsOnTerm);
     const pid_t pid = server.pid();
-    ServiceActions::stop(serviceOf(server));
+    ServiceActions::stop(serviceOf(server), identityOf(server));
     ASSERT_EQ(server.collect(), SIGTERM);
 
     const auto stranger = TestChild::withPid(pid, TestChild::ignoresTerm);

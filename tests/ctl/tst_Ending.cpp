@@ -21,11 +21,12 @@ struct Outcome
 };
 
 /// Ends `services`, of which `listed` still are listed on a second look.
-Outcome end(const QList<Service> &services, const std::function<QList<Service>()> &listed)
+Outcome end(const QList<Service> &services, const std::function<QList<Service>()> &listed,
+            const QHash<qint32, ProcessIdentity> &identities = {})
 {
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
-    const bool haveEnded = Ending::of(services, listed);
+    const bool haveEnded = Ending::of(services, identities, listed);
     return {haveEnded, testing::internal::GetCapturedStdout(), testing::internal::GetCapturedStderr()};
 }
 
@@ -99,6 +100,23 @@ TEST(Ending, NeverReachesAServerThatGotTheIdOfTheOneThatWasListed)
     });
     if (!newcomer)
         GTEST_SKIP() << "choosing a process id needs the right to (clone3 with set_tid): " << strerror(errno);
+    EXPECT_TRUE(outcome.haveEnded);
+    EXPECT_EQ(outcome.output, described(server) + " had ended already.\n");
+    EXPECT_TRUE(newcomer->isAlive());
+}
+
+TEST(Ending, NeverReachesAServerThatGotTheIdSinceTheScan)
+{
+    TestChild child(TestChild::endsOnTerm);
+    const Service server = serverOf(child.pid());
+    const auto identity = ProcessIdentity::of(child.pid());
+    ASSERT_TRUE(identity);
+    kill(server.pid, SIGTERM);
+    child.collect();
+    const auto newcomer = TestChild::withPidLater(server.pid, TestChild::endsOnTerm);
+    if (!newcomer)
+        GTEST_SKIP() << "choosing a process id needs the right to (clone3 with set_tid): " << strerror(errno);
+    const Outcome outcome = end({server}, [&] { return QList{server}; }, {{server.pid, *identity}});
     EXPECT_TRUE(outcome.haveEnded);
     EXPECT_EQ(outcome.output, described(server) + " had ended already.\n");
     EXPECT_TRUE(newcomer->isAlive());

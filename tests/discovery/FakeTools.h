@@ -1,7 +1,7 @@
 #pragma once
 
-#include "PortScanner_p.h"
 #include "ProcessFacts.h"
+#include "ToolSource.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -69,13 +69,12 @@ public:
         QFile::remove(path(QStringLiteral("ps-calls")));
     }
 
-    /// Options with these tools and a home folder that holds nothing of the machine's.
-    [[nodiscard]] PortScanner::ScanOptions options() const
+    /// A source that asks these tools.
+    [[nodiscard]] ToolSource::Options options() const
     {
-        PortScanner::ScanOptions options;
+        ToolSource::Options options;
         options.lsof = lsof();
         options.ps = ps();
-        options.home = QStringLiteral("/fake-home/ada");
         return options;
     }
 

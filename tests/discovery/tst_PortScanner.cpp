@@ -1,6 +1,8 @@
 // The scan against tools that do what the test tells them.
+#include "AbandonableWorker.h"
 #include "FakeTools.h"
 #include "HungMount.h"
+#include "PortScanner_p.h"
 #include "Printers.h"
 
 #include <QDir>
@@ -14,7 +16,6 @@ namespace portolan {
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
-using PortScanner::scan;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
@@ -37,15 +38,30 @@ QStringList statsSummary(const QList<Service> &services)
     return lines;
 }
 
+/// What the outcome of a scan depends on.
+struct Options
+{
+    ToolSource::Options tools;
+    PortScanner::ScanOptions scan;
+};
+
+QList<Service> scan(const Options &options)
+{
+    ToolSource source(options.tools);
+    AbandonableWorker files;
+    return PortScanner::scan(source, files, options.scan).services;
+}
+
 class Scan : public testing::Test
 {
 protected:
-    /// With a deadline that only what hangs for ever can miss, and one that it soon does.
-    PortScanner::ScanOptions options(int workers) const
+    /// With deadlines that only what hangs can miss, and a home folder that holds nothing of the machine's.
+    Options options(int workers) const
     {
-        PortScanner::ScanOptions options = tools.options();
-        options.workers = workers;
-        options.toolDeadline = 3s;
+        Options options{tools.options(), {}};
+        options.tools.workers = workers;
+        options.tools.deadline = 3s;
+        options.scan.home = u"/fake-home/ada"_s;
         return options;
     }
 
@@ -55,7 +71,7 @@ protected:
 class ScanWorkers : public Scan, public testing::WithParamInterface<int>
 {
 protected:
-    PortScanner::ScanOptions options() const { return Scan::options(GetParam()); }
+    Options options() const { return Scan::options(GetParam()); }
 };
 
 } // namespace
@@ -96,13 +112,13 @@ TEST_P(ScanWorkers, AsksNothingAboutPortsThatAreNotWanted)
     tools.addServer(42, "node", "*:3000", "/a");
     tools.addServer(43, "node", "*:3001", "/b");
     tools.addServer(44, "node", "*:3000", "/c");
-    PortScanner::ScanOptions wanted = options();
-    wanted.ports = {3000, 80};
+    Options wanted = options();
+    wanted.scan.ports = {3000, 80};
     EXPECT_THAT(summary(scan(wanted)), ElementsAre(u"42-3000 node /a"_s, u"44-3000 node /c"_s));
     EXPECT_THAT(tools.lsofCalls(), UnorderedElementsAre(u"-nP -iTCP -sTCP:LISTEN -FpcnPT"_s,
                                                         u"-a -p 42 -d cwd -Fn"_s, u"-a -p 44 -d cwd -Fn"_s));
     EXPECT_EQ(tools.psCalls().size(), 2);
-    wanted.ports->clear();
+    wanted.scan.ports->clear();
     EXPECT_THAT(scan(wanted), IsEmpty());
 }
 
@@ -204,10 +220,10 @@ TEST_P(ScanWorkers, OutputThatIsNotUtf8IsNone)
 TEST_P(ScanWorkers, WithoutToolsThereIsNothingOrLess)
 {
     tools.addServer(1, "node", "*:3000", "/x");
-    PortScanner::ScanOptions without = options();
-    without.ps = u"/no/such/ps"_s;
+    Options without = options();
+    without.tools.ps = u"/no/such/ps"_s;
     EXPECT_THAT(statsSummary(scan(without)), ElementsAre(u"1-3000 none"_s));
-    without.lsof = u"/no/such/lsof"_s;
+    without.tools.lsof = u"/no/such/lsof"_s;
     EXPECT_THAT(scan(without), IsEmpty());
 }
 
@@ -215,8 +231,8 @@ TEST_P(ScanWorkers, AHangingListingIsEmpty)
 {
     tools.addServer(1, "node", "*:3000", "/x");
     tools.onListing("printf '%s\\n' p1 cnode 'n*:3000'; exec sleep 1000");
-    PortScanner::ScanOptions hurried = options();
-    hurried.listingDeadline = 300ms;
+    Options hurried = options();
+    hurried.tools.listingDeadline = 300ms;
     EXPECT_THAT(scan(hurried), IsEmpty());
 }
 
@@ -256,8 +272,8 @@ TEST_P(ScanWorkers, ADeadMountCostsTwoDeadlinesAndTheNextScanTriesAgain)
         tools.addServer(pid, "node", "*:300" + QByteArray::number(pid), "/x");
         tools.onPs(pid, "exec sleep 1000");
     }
-    PortScanner::ScanOptions hurried = options();
-    hurried.toolDeadline = 250ms;
+    Options hurried = options();
+    hurried.tools.deadline = 250ms;
     for (int tick = 0; tick < 2; ++tick) {
         tools.forgetCalls();
         EXPECT_EQ(scan(hurried).size(), 9);
@@ -272,9 +288,9 @@ TEST_P(ScanWorkers, AStopEndsTheScan)
     tools.addServer(2, "node", "*:3001", "/x");
     tools.onCwd(1, "echo $$ > pid; exec sleep 1000");
     std::stop_source stop;
-    PortScanner::ScanOptions stopped = options();
-    stopped.toolDeadline = 1h;
-    stopped.stop = stop.get_token();
+    Options stopped = options();
+    stopped.tools.deadline = 1h;
+    stopped.scan.stop = stop.get_token();
     std::jthread stopper([&] {
         waitUntil([&] { return !contentsOf(tools.path(u"pid"_s)).isEmpty(); });
         stop.request_stop();
@@ -297,12 +313,12 @@ TEST_F(Scan, SideBySideGivesWhatOneAfterTheOtherGives)
         tools.onCwd(pid, delay() + (random.bounded(3) ? "echo n/fake-home/ada/" + number : "exit 1"_ba));
         tools.onPs(pid, delay() + (random.bounded(4) ? "echo " + number + " 1.5 1024" : "exit 1"_ba));
     }
-    PortScanner::ScanOptions patient = options(1);
-    patient.toolDeadline = 1h;
+    Options patient = options(1);
+    patient.tools.deadline = 1h;
     const QList<Service> expected = scan(patient);
     ASSERT_GT(expected.size(), 10);
     for (const int workers : {2, 3, 4, 8}) {
-        patient.workers = workers;
+        patient.tools.workers = workers;
         EXPECT_EQ(scan(patient), expected) << workers;
     }
 }
@@ -311,12 +327,16 @@ TEST_F(Scan, SeveralScansAtOnceDoNotDisturbEachOther)
 {
     for (int pid = 1; pid <= 6; ++pid)
         tools.addServer(pid, "node", "*:300" + QByteArray::number(pid), "/x");
-    const QList<Service> expected = scan(options(1));
+    const Options shared = options(2);
+    ToolSource source(shared.tools);
+    AbandonableWorker files;
+    const auto scanShared = [&] { return PortScanner::scan(source, files, shared.scan).services; };
+    const QList<Service> expected = scanShared();
     std::vector<QList<Service>> results(4);
     {
         std::vector<std::jthread> threads;
         for (QList<Service> &result : results)
-            threads.emplace_back([&] { result = scan(options(2)); });
+            threads.emplace_back([&] { result = scanShared(); });
     }
     for (const QList<Service> &result : results)
         EXPECT_EQ(result, expected);
@@ -354,10 +374,12 @@ TEST_F(Scan, FoldersOnADeadMountAreListedByName)
     for (int pid = 1; pid <= 4; ++pid)
         tools.addServer(pid, "node", "*:300" + QByteArray::number(pid),
                         QFile::encodeName(mount->path()) + "/shop" + QByteArray::number(pid));
-    PortScanner::ScanOptions hurried = options(2);
-    hurried.folderDeadline = 200ms;
+    Options hurried = options(2);
+    hurried.scan.folderDeadline = 200ms;
+    ToolSource source(hurried.tools);
+    AbandonableWorker files;
     for (int tick = 0; tick < 6; ++tick) {
-        const QList<Service> services = scan(hurried);
+        const QList<Service> services = PortScanner::scan(source, files, hurried.scan).services;
         ASSERT_EQ(services.size(), 4);
         for (const Service &service : services) {
             EXPECT_EQ(service.displayName, u"shop%1"_s.arg(service.pid));

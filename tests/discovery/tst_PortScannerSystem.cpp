@@ -1,10 +1,13 @@
-// The scan against real listening sockets, with the built-in tools and with the system's own.
+// The scan of real listening sockets, by both process sources.
+#include "AbandonableWorker.h"
 #include "FileDescriptor.h"
 #include "HungMount.h"
+#include "KernelSource.h"
+#include "LsofOutput.h"
 #include "PortScanner_p.h"
 #include "Printers.h"
 #include "ProcessFacts.h"
-#include "RealTools.h"
+#include "ToolSource.h"
 
 #include <gmock/gmock.h>
 
@@ -117,22 +120,31 @@ private:
     bool m_listens = false;
 };
 
-enum class Road { builtin, external };
+enum class Source { kernel, tools };
 
-/// The system, by one of the roads, with the folder that the tests run in taken for the home folder: the name
-/// of a test program is none that is accepted by itself.
-PortScanner::ScanOptions systemOptions(Road road)
+std::unique_ptr<ProcessSource> make(Source source, std::chrono::milliseconds deadline = 10min)
 {
-    static const RealTools tools;
-    PortScanner::ScanOptions options;
-    if (road == Road::external) {
-        options.lsof = tools.lsof();
-        options.ps = tools.ps();
-    }
-    options.home = QDir::currentPath();
+    if (source == Source::kernel)
+        return std::make_unique<KernelSource>();
+    ToolSource::Options options;
     options.listingDeadline = 10min;
-    options.toolDeadline = 10min;
-    return options;
+    options.deadline = deadline;
+    return std::make_unique<ToolSource>(options);
+}
+
+/// With the folder that the tests run in taken for the home folder: the name of a test program is none that
+/// is accepted by itself.
+QList<Service> scan(ProcessSource &source, const QString &home = QDir::currentPath())
+{
+    AbandonableWorker files;
+    PortScanner::ScanOptions options;
+    options.home = home;
+    return PortScanner::scan(source, files, options).services;
+}
+
+QList<Service> scan(Source source)
+{
+    return scan(*make(source));
 }
 
 QList<Service> ownServices(const QList<Service> &services)
@@ -183,25 +195,25 @@ struct HostCase
     bool listed;
 };
 
-class RealListener : public testing::TestWithParam<std::tuple<HostCase, Road>>
+class RealListener : public testing::TestWithParam<std::tuple<HostCase, Source>>
 {};
 
-class RealScan : public testing::TestWithParam<Road>
+class RealScan : public testing::TestWithParam<Source>
 {};
 
 TEST_P(RealListener, IsListedIfItsHostIsLocalOrAny)
 {
-    const auto &[host, road] = GetParam();
+    const auto &[host, source] = GetParam();
     const Listener listener(host.host, host.stack);
     if (!listener.isOpen())
         GTEST_SKIP() << host.host << " is not to be had here";
-    const QList<qint64> ports = ownPorts(PortScanner::scan(systemOptions(road)));
+    const QList<qint64> ports = ownPorts(scan(source));
     EXPECT_EQ(ports.count(listener.port()), host.listed ? 1 : 0);
 }
 
-static std::string nameOf(Road road)
+static std::string nameOf(Source source)
 {
-    return road == Road::builtin ? "builtin" : "external";
+    return source == Source::kernel ? "kernel" : "tools";
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -212,10 +224,10 @@ INSTANTIATE_TEST_SUITE_P(
                                      HostCase{"any6", "::", Stack::oneFamily, true},
                                      HostCase{"dual", "::", Stack::both, true},
                                      HostCase{"otherLoopback", "127.0.0.2", Stack::oneFamily, false}),
-                     testing::Values(Road::builtin, Road::external)),
+                     testing::Values(Source::kernel, Source::tools)),
     [](const auto &row) { return std::get<0>(row.param).name + ('_' + nameOf(std::get<1>(row.param))); });
 
-INSTANTIATE_TEST_SUITE_P(Roads, RealScan, testing::Values(Road::builtin, Road::external),
+INSTANTIATE_TEST_SUITE_P(Sources, RealScan, testing::Values(Source::kernel, Source::tools),
                          [](const auto &row) { return nameOf(row.param); });
 
 TEST_P(RealScan, AConcreteInterfaceIsNotListed)
@@ -225,13 +237,13 @@ TEST_P(RealScan, AConcreteInterfaceIsNotListed)
         GTEST_SKIP() << "this machine has no interface but its loopback";
     const Listener listener(address.c_str());
     ASSERT_TRUE(listener.isOpen());
-    EXPECT_FALSE(ownPorts(PortScanner::scan(systemOptions(GetParam()))).contains(listener.port()));
+    EXPECT_FALSE(ownPorts(scan(GetParam())).contains(listener.port()));
 }
 
 TEST_P(RealScan, FillsThisProcess)
 {
     const Listener listener("127.0.0.1");
-    const QList<Service> own = ownServices(PortScanner::scan(systemOptions(GetParam())));
+    const QList<Service> own = ownServices(scan(GetParam()));
     ASSERT_EQ(own.size(), 1);
     EXPECT_EQ(own[0].port, listener.port());
     EXPECT_EQ(own[0].folderPath, QDir::currentPath());
@@ -248,7 +260,7 @@ TEST_P(RealScan, BothFamiliesOnOnePortAreOneService)
     const Listener v6("::", Stack::oneFamily, v4.port());
     if (!v6.isOpen())
         GTEST_SKIP() << "no IPv6 here";
-    EXPECT_EQ(ownPorts(PortScanner::scan(systemOptions(GetParam()))), QList<qint64>{v4.port()});
+    EXPECT_EQ(ownPorts(scan(GetParam())), QList<qint64>{v4.port()});
 }
 
 TEST_P(RealScan, TwoProcessesOnOnePortAreTwoServices)
@@ -258,7 +270,7 @@ TEST_P(RealScan, TwoProcessesOnOnePortAreTwoServices)
     const ForkedServer other("node", "127.0.0.1", port);
     ASSERT_TRUE(other.listens());
     QList<qint32> pids;
-    for (const Service &service : PortScanner::scan(systemOptions(GetParam()))) {
+    for (const Service &service : scan(GetParam())) {
         if (service.port == port)
             pids.append(service.pid);
     }
@@ -271,9 +283,7 @@ TEST_P(RealScan, ADevelopersCommandIsListedWhateverItsFolder)
     const ForkedServer node("node", "::1", 0);
     if (!node.listens())
         GTEST_SKIP() << "no IPv6 here";
-    PortScanner::ScanOptions options = systemOptions(GetParam());
-    options.home = u"/fake-home/ada"_s;
-    const QList<Service> services = PortScanner::scan(options);
+    const QList<Service> services = scan(*make(GetParam()), u"/fake-home/ada"_s);
     EXPECT_THAT(ownServices(services), testing::IsEmpty());
     EXPECT_TRUE(std::ranges::any_of(services, [&](const Service &service) {
         return service.pid == node.pid() && service.command == u"node"_s &&
@@ -285,7 +295,7 @@ TEST(SystemScan, AServerWhoseNameWasCutInsideABracketIsListed)
 {
     const ForkedServer next("next-server (v15.3.2)", "127.0.0.1", 0);
     ASSERT_TRUE(next.listens());
-    const QList<Service> services = PortScanner::scan();
+    const QList<Service> services = scan(Source::kernel);
     const auto found = std::ranges::find(services, next.pid(), &Service::pid);
     ASSERT_NE(found, services.end());
     EXPECT_EQ(found->command, u"next-server (v1"_s);
@@ -299,19 +309,37 @@ TEST_P(RealScan, WhatEndedIsGone)
     {
         const Listener listener("127.0.0.1");
         port = listener.port();
-        EXPECT_TRUE(ownPorts(PortScanner::scan(systemOptions(GetParam()))).contains(port));
+        EXPECT_TRUE(ownPorts(scan(GetParam())).contains(port));
     }
-    EXPECT_FALSE(ownPorts(PortScanner::scan(systemOptions(GetParam()))).contains(port));
+    EXPECT_FALSE(ownPorts(scan(GetParam())).contains(port));
 }
 
-TEST(SystemScan, ThePublicEntryUsesTheSystem)
+TEST_P(RealScan, SaysWhichProcessesItSaw)
 {
     const ForkedServer node("node", "127.0.0.1", 0);
     ASSERT_TRUE(node.listens());
-    const QList<Service> services = PortScanner::scan();
-    EXPECT_TRUE(std::ranges::is_sorted(services, {}, &Service::port));
-    EXPECT_TRUE(
-        std::ranges::any_of(services, [&](const Service &service) { return service.pid == node.pid(); }));
+    const auto source = make(GetParam());
+    AbandonableWorker files;
+    const ScanResult found = PortScanner::scan(*source, files);
+    EXPECT_TRUE(std::ranges::is_sorted(found.services, {}, &Service::port));
+    EXPECT_TRUE(std::ranges::any_of(found.services,
+                                    [&](const Service &service) { return service.pid == node.pid(); }));
+    ASSERT_TRUE(found.identities.contains(node.pid()));
+    EXPECT_EQ(found.identities[node.pid()], ProcessIdentity::of(node.pid()));
+}
+
+TEST(SystemScan, OfCertainPortsFindsNoOthers)
+{
+    const ForkedServer node("node", "127.0.0.1", 0);
+    const ForkedServer other("node", "127.0.0.1", 0);
+    KernelSource source;
+    AbandonableWorker files;
+    qint64 port = 0;
+    for (const Service &service : PortScanner::scan(source, files).services)
+        port = service.pid == node.pid() ? service.port : port;
+    const QList<Service> services = PortScanner::scanPorts(source, files, {port}).services;
+    ASSERT_EQ(services.size(), 1);
+    EXPECT_EQ(services[0].pid, node.pid());
 }
 
 TEST(SystemScan, ResolvesTheWorkingDirectoryOfAProcess)
@@ -327,9 +355,7 @@ TEST_P(RealScan, WithADeadMountTheListComesAllTheSame)
         GTEST_SKIP() << "mounting is not permitted here";
     const ForkedServer node("node", "127.0.0.1", 0);
     ASSERT_TRUE(node.listens());
-    PortScanner::ScanOptions options = systemOptions(GetParam());
-    options.toolDeadline = 1s;
-    const QList<Service> services = PortScanner::scan(options);
+    const QList<Service> services = scan(*make(GetParam(), 1s));
     EXPECT_TRUE(
         std::ranges::any_of(services, [&](const Service &service) { return service.pid == node.pid(); }));
     EXPECT_TRUE(waitpid(-1, nullptr, WNOHANG) == 0) << "the server is the only child";

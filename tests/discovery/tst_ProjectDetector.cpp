@@ -1,4 +1,4 @@
-#include "ExpendableWorker.h"
+#include "AbandonableWorker.h"
 #include "FakeTools.h"
 #include "HungMount.h"
 #include "Printers.h"
@@ -444,10 +444,9 @@ TEST(DetectOnADeadMount, GivesTheFoldersNameInTime)
         GTEST_SKIP() << "mounting is not permitted here";
     const QString shop = mount->path() + u"/shop"_s;
     const qsizetype before = threads();
-    for (int scan = 0; scan < 5; ++scan) {
-        ExpendableWorker files(300ms);
-        EXPECT_EQ(detect({{u"node"_s, shop}}, files).front(), (Project{u"shop"_s, Framework::node}));
-    }
+    AbandonableWorker files;
+    for (int scan = 0; scan < 5; ++scan)
+        EXPECT_EQ(detect({{u"node"_s, shop}}, files, {300ms}).front(), (Project{u"shop"_s, Framework::node}));
     EXPECT_TRUE(waitUntil([&] { return threads() == before + 1; })) << "one stuck thread, never more";
 
     mount->release();
@@ -461,9 +460,9 @@ TEST(DetectOnADeadMount, ALinkIntoOneIsNoBetter)
     if (!mount)
         GTEST_SKIP() << "mounting is not permitted here";
     ASSERT_TRUE(QFile::link(mount->path() + u"/package.json"_s, project.filePath(u"package.json"_s)));
-    ExpendableWorker files(300ms);
+    AbandonableWorker files;
     const std::vector<Project> results =
-        detect({{u"node"_s, project.path()}, {u"node"_s, u"/no/such/place"_s}}, files);
+        detect({{u"node"_s, project.path()}, {u"node"_s, u"/no/such/place"_s}}, files, {300ms});
     EXPECT_EQ(results.at(0).framework, Framework::node);
     EXPECT_EQ(results.at(1), (Project{u"place"_s, Framework::node}));
 }

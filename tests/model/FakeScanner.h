@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Service.h"
+#include "PortScanner.h"
 
 #include <QList>
 
@@ -19,16 +19,16 @@ class FakeScanner
 {
 public:
     /// To be given to the store; shares its state with this object.
-    std::function<QList<Service>(std::stop_token)> function() const
+    std::function<ScanResult(std::stop_token)> function() const
     {
         return [state = m_state](std::stop_token stop) { return state->scan(std::move(stop)); };
     }
 
-    /// Ends the scan under way, or the next one, with `services`.
-    void finish(const QList<Service> &services)
+    /// Ends the scan under way, or the next one, with `services`, whose processes are `identities`.
+    void finish(const QList<Service> &services, const QHash<qint32, ProcessIdentity> &identities = {})
     {
         const std::lock_guard lock(m_state->mutex);
-        m_state->found = services;
+        m_state->found = ScanResult{services, identities};
         m_state->changed.notify_all();
     }
 
@@ -40,18 +40,18 @@ public:
 private:
     struct State
     {
-        QList<Service> scan(std::stop_token stop)
+        ScanResult scan(std::stop_token stop)
         {
             std::unique_lock lock(mutex);
             ++begun;
             if (!changed.wait(lock, stop, [this] { return found.has_value(); }))
                 ++stopped;
-            return std::exchange(found, std::nullopt).value_or(QList<Service>());
+            return std::exchange(found, std::nullopt).value_or(ScanResult());
         }
 
         std::mutex mutex;
         std::condition_variable_any changed;
-        std::optional<QList<Service>> found;
+        std::optional<ScanResult> found;
         std::atomic<int> begun = 0;
         std::atomic<int> stopped = 0;
     };

@@ -133,6 +133,22 @@ TEST_F(RefreshCycle, AMergeIsOneAnnouncementOfTheWholeList)
     EXPECT_EQ(signalled.count(), 1);
 }
 
+TEST_F(RefreshCycle, TheStoreKnowsTheProcessesThatTheLastScanSaw)
+{
+    makeStore();
+    EXPECT_EQ(m_store->identityOf(service(1, 10)), std::nullopt);
+    m_store->refresh();
+    m_scanner.finish({service(1, 10), service(1, 11), service(2, 20)}, {{1, {1, 111}}, {2, {2, 222}}});
+    ASSERT_TRUE(eventually([this] { return !m_store->isScanning(); }));
+    EXPECT_EQ(m_store->identityOf(service(1, 11)), (ProcessIdentity{1, 111}));
+    EXPECT_EQ(m_store->identityOf(service(2, 20)), (ProcessIdentity{2, 222}));
+    m_store->refresh();
+    m_scanner.finish({service(1, 10)}, {{1, {1, 333}}});
+    ASSERT_TRUE(eventually([this] { return !m_store->isScanning(); }));
+    EXPECT_EQ(m_store->identityOf(service(1, 10)), (ProcessIdentity{1, 333}));
+    EXPECT_EQ(m_store->identityOf(service(2, 20)), std::nullopt);
+}
+
 TEST_F(RefreshCycle, AKnownServiceKeepsItsHealthAndANewOneIsUnknown)
 {
     makeStore();
@@ -499,7 +515,11 @@ TEST_F(RefreshCycle, ProbesAnsweredByOtherThreadsAreAllApplied)
         services.append(service(i, i));
     UserDefaults defaults(settingsPath());
     ServiceStore store(
-        defaults, [services](std::stop_token) { return services; }, check);
+        defaults,
+        [services](std::stop_token) {
+            return ScanResult{services, {}};
+        },
+        check);
     for (int round = 0; round < rounds; ++round) {
         bool done = false;
         store.refresh().then([&] { done = true; });
@@ -543,7 +563,7 @@ TEST_F(RefreshCycle, MayEndAtAnyMomentWhileOtherThreadsAnswer)
             for (int i = 1; i <= servers; ++i)
                 services.append(service(i, i));
             --scansUnderWay;
-            return services;
+            return ScanResult{services, {}};
         };
         UserDefaults defaults(settingsPath());
         auto store = std::make_unique<ServiceStore>(defaults, scan, check, 1ms);

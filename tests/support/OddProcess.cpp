@@ -6,12 +6,17 @@ namespace portolan {
 
 using namespace Qt::StringLiterals;
 
-OddProcess::OddProcess()
+OddProcess::OddProcess(const QString &program)
 {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process.start(QStringLiteral(PORTOLAN_ODD_PROCESS), QStringList());
+    m_process.start(program, QStringList());
     if (!m_process.waitForStarted())
         throw std::runtime_error("odd_process does not start");
+}
+
+QString OddProcess::program()
+{
+    return QStringLiteral(PORTOLAN_ODD_PROCESS);
 }
 
 OddProcess::~OddProcess()

@@ -9,9 +9,12 @@ namespace portolan {
 class OddProcess
 {
 public:
-    OddProcess();
+    /// Runs `program`, which is odd_process or a copy of it.
+    explicit OddProcess(const QString &program = OddProcess::program());
     ~OddProcess();
     Q_DISABLE_COPY_MOVE(OddProcess)
+
+    [[nodiscard]] static QString program();
 
     [[nodiscard]] int pid() const { return int(m_process.processId()); }
     /// Has an order carried out and returns the answer; throws when that fails.

@@ -8,7 +8,9 @@
 #include <optional>
 
 #include <linux/sched.h>
+#include <sched.h>
 #include <sys/syscall.h>
+#include <sys/times.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -40,6 +42,15 @@ public:
     {
         TestChild child(behaviour, pid);
         return child.m_pid == pid ? std::optional(std::move(child)) : std::nullopt;
+    }
+
+    /// The same, in a later clock tick than now: the kernel notes the start of a process in ticks.
+    [[nodiscard]] static std::optional<TestChild> withPidLater(pid_t pid, Behaviour behaviour)
+    {
+        const clock_t now = times(nullptr);
+        while (times(nullptr) <= now + 1)
+            sched_yield();
+        return withPid(pid, behaviour);
     }
 
     [[nodiscard]] pid_t pid() const { return m_pid; }

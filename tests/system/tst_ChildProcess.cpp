@@ -2,6 +2,7 @@
 #include "FileDescriptor.h"
 #include "Printers.h"
 #include "ProcessFacts.h"
+#include "UnreapedChildren.h"
 
 #include <gtest/gtest.h>
 
@@ -63,20 +64,32 @@ TEST(ChildProcess, WaitEndsWithAnInterruption)
     EXPECT_TRUE(child->wait());
 }
 
-TEST(ChildProcess, RunsOnWhenNobodyWaitsAndIsReapedByALaterStart)
+TEST(ChildProcess, RunsOnWhenNobodyWaits)
 {
     pid_t left = 0;
     {
-        const std::optional<ChildProcess> child = startShell(u"exec sleep 0.1"_s);
+        const std::optional<ChildProcess> child = startShell(u"exec sleep 1000"_s);
         ASSERT_TRUE(child);
         left = child->pid();
     }
     EXPECT_TRUE(isRunning(left));
-    ASSERT_TRUE(waitUntil([&] { return processState(left) == 'Z'; }));
-    std::optional<ChildProcess> later = startShell(u"true"_s);
-    ASSERT_TRUE(later);
-    EXPECT_EQ(processState(left), '\0');
-    EXPECT_TRUE(later->wait());
+    kill(left, SIGKILL);
+    EXPECT_EQ(waitpid(left, nullptr, 0), left);
+}
+
+TEST(UnreapedChildren, AreReapedOnceTheyHaveEnded)
+{
+    std::optional<ChildProcess> child = startShell(u"exec sleep 1000"_s);
+    ASSERT_TRUE(child);
+    const pid_t pid = child->pid();
+    UnreapedChildren unreaped;
+    unreaped.add(*std::move(child));
+    unreaped.reap();
+    EXPECT_TRUE(isRunning(pid));
+    kill(pid, SIGKILL);
+    ASSERT_TRUE(waitUntil([&] { return processState(pid) == 'Z'; }));
+    unreaped.reap();
+    EXPECT_EQ(processState(pid), '\0');
 }
 
 TEST(ChildProcess, KillReachesTheWholeGroupEvenBehindItsLeader)

@@ -5,15 +5,13 @@
 
 #include <cerrno>
 #include <cstddef>
-#include <ctime>
+#include <cstring>
 #include <limits>
-#include <thread>
 
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
-#include <sys/times.h>
 
 namespace portolan {
 
@@ -60,16 +58,12 @@ int checkWithoutPidfds()
     const bool wasSignalled = process.send(SIGTERM) && child.collect() == SIGTERM;
     const bool isGone = !process.send(0) && process.waitForEnd(20ms);
     const bool spareGroups = !ProcessHandle(0).send(0) && !ProcessHandle(-1).send(0);
-    return wasThere && wasSignalled && isGone && spareGroups ? 0 : 1;
-}
-
-/// Lets pass the clock tick that the kernel notes as the time of a start.
-void awaitNextTick()
-{
-    const auto tick = [] { return std::clock_t(times(nullptr)); };
-    const std::clock_t now = tick();
-    while (tick() <= now + 1)
-        std::this_thread::yield();
+    TestChild second(TestChild::endsOnTerm);
+    const ProcessIdentity identity = ProcessIdentity::of(second.pid()).value_or(ProcessIdentity());
+    const bool sparesOthers =
+        !ProcessHandle(ProcessIdentity{identity.pid, identity.startTicks + 1}).send(SIGKILL);
+    const bool findsIdentity = ProcessHandle(identity).send(SIGTERM) && second.collect() == SIGTERM;
+    return wasThere && wasSignalled && isGone && spareGroups && sparesOthers && findsIdentity ? 0 : 1;
 }
 
 /// 0 if without pidfds a process is told from one that gets its id.
@@ -82,8 +76,7 @@ int checkNewcomerWithoutPidfds()
     const ProcessHandle process(pid);
     if (!process.send(SIGTERM) || child.collect() != SIGTERM)
         return 1;
-    awaitNextTick();
-    const auto newcomer = TestChild::withPid(pid, TestChild::endsOnTerm);
+    const auto newcomer = TestChild::withPidLater(pid, TestChild::endsOnTerm);
     if (!newcomer)
         return notPermitted;
     const bool isReached = process.send(0) || process.send(SIGKILL) || !newcomer->isAlive();
@@ -145,6 +138,27 @@ TEST(ProcessHandle, NeverReachesANewcomerWithTheSameId)
         GTEST_SKIP() << "choosing a process id needs the right to (clone3 with set_tid): " << strerror(errno);
     ASSERT_TRUE(ProcessHandle(pid).send(0)) << "the id is in use again";
     EXPECT_FALSE(process.send(SIGKILL));
+    EXPECT_TRUE(newcomer->isAlive());
+}
+
+TEST(ProcessHandle, HoldsTheProcessOfAnIdentityAlone)
+{
+    TestChild child(TestChild::endsOnTerm);
+    const auto identity = ProcessIdentity::of(child.pid());
+    ASSERT_TRUE(identity);
+    EXPECT_TRUE(ProcessHandle(*identity).send(0));
+    const ProcessHandle other(ProcessIdentity{identity->pid, identity->startTicks + 1});
+    EXPECT_FALSE(other.send(SIGKILL));
+    EXPECT_TRUE(other.waitForEnd(0ms));
+    EXPECT_TRUE(child.isAlive());
+
+    kill(child.pid(), SIGTERM);
+    child.collect();
+    const auto newcomer = TestChild::withPidLater(identity->pid, TestChild::endsOnTerm);
+    if (!newcomer)
+        GTEST_SKIP() << "choosing a process id needs the right to (clone3 with set_tid): " << strerror(errno);
+    EXPECT_FALSE(ProcessHandle(*identity).send(SIGKILL));
+    EXPECT_TRUE(ProcessHandle(*identity).waitForEnd(0ms));
     EXPECT_TRUE(newcomer->isAlive());
 }
 

@@ -18,6 +18,18 @@
 
 namespace portolan {
 
+bool ListeningSocket::isOnAcceptedHost() const
+{
+    constexpr std::uint8_t mappedPrefix[] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xff, 0xff};
+    constexpr std::uint8_t loopback4[] = {127, 0, 0, 1};
+    constexpr std::uint8_t loopback6[] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1};
+    const bool isMapped = isIpv6 && std::ranges::equal(std::span(address).first(12), mappedPrefix);
+    const bool isIpv4 = !isIpv6 || isMapped;
+    const auto bytes = std::span(address).subspan(isMapped ? 12 : 0, isIpv4 ? 4 : 16);
+    return std::ranges::all_of(bytes, [](std::uint8_t byte) { return byte == 0; }) ||
+           (isIpv4 ? std::ranges::equal(bytes, loopback4) : std::ranges::equal(bytes, loopback6));
+}
+
 namespace {
 
 constexpr unsigned listenState = TCP_LISTEN;

@@ -18,6 +18,9 @@ struct ListeningSocket
     std::uint16_t port = 0;
     std::uint32_t pending = 0; ///< connections that nobody has accepted yet
 
+    /// Whether it is bound to all addresses or to the loopback address, be that as IPv4 in IPv6.
+    [[nodiscard]] bool isOnAcceptedHost() const;
+
     friend bool operator==(const ListeningSocket &, const ListeningSocket &) = default;
 };
 

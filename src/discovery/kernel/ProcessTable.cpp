@@ -3,8 +3,6 @@
 #include "ProcFs.h"
 
 #include <charconv>
-#include <mutex>
-#include <unordered_map>
 
 #include <ctime>
 
@@ -22,39 +20,6 @@ std::optional<ino_t> socketInode(std::string_view link)
         return std::nullopt;
     return inode;
 }
-
-/// What processes were like when they last ran. Any thread.
-class LastStats
-{
-public:
-    std::optional<ProcessStat> find(pid_t pid, std::chrono::nanoseconds runTime)
-    {
-        const std::lock_guard lock(m_mutex);
-        const auto last = m_all.find(pid);
-        return last != m_all.end() && last->second.runTime == runTime ? std::optional(last->second.stat)
-                                                                      : std::nullopt;
-    }
-
-    void keep(pid_t pid, std::chrono::nanoseconds runTime, const ProcessStat &stat)
-    {
-        const std::lock_guard lock(m_mutex);
-        if (m_all.size() >= most)
-            m_all.clear(); // of processes that are gone, for the greater part
-        m_all.insert_or_assign(pid, Last{runTime, stat});
-    }
-
-private:
-    static constexpr size_t most = 2000;
-
-    struct Last
-    {
-        std::chrono::nanoseconds runTime;
-        ProcessStat stat;
-    };
-
-    std::mutex m_mutex;
-    std::unordered_map<pid_t, Last> m_all;
-};
 
 } // namespace
 
@@ -82,14 +47,17 @@ std::optional<std::chrono::nanoseconds> KernelProcessTable::runTime(pid_t pid)
 std::optional<ProcessStat> KernelProcessTable::stat(pid_t pid,
                                                     const std::optional<std::chrono::nanoseconds> &runTime)
 {
-    static LastStats lastStats;
-    if (auto last = runTime ? lastStats.find(pid, *runTime) : std::nullopt)
-        return last;
+    const auto last = m_lastStats.find(pid);
+    if (runTime && last != m_lastStats.end() && last->second.runTime == *runTime)
+        return last->second.stat;
     char buffer[1024];
     const auto text = ProcFs::readInto(buffer, ProcFs::Path(pid, "stat").text());
     auto stat = text ? parseProcessStat(*text) : std::nullopt;
-    if (runTime && stat)
-        lastStats.keep(pid, *runTime, *stat);
+    if (runTime && stat) {
+        if (m_lastStats.size() >= maxLastStats)
+            m_lastStats.clear(); // most are of processes that are gone
+        m_lastStats.insert_or_assign(pid, LastStat{*runTime, *stat});
+    }
     return stat;
 }
 

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <compare>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 #include <sys/types.h>
@@ -56,7 +57,7 @@ namespace ProcFs {
 class Descriptors;
 }
 
-/// The real one, read from /proc. Any thread.
+/// The real one, read from /proc. One thread at a time.
 ///
 /// A process that has not run since it was last asked about has neither used time, changed its name nor
 /// ended, and is not read again.
@@ -75,6 +76,18 @@ public:
     /// reading them, and then those that there are besides.
     static void readSockets(ProcFs::Descriptors &descriptors, unsigned unlisted,
                             std::vector<SocketDescriptor> &sockets);
+
+private:
+    /// What a process was like when it had run for so long.
+    struct LastStat
+    {
+        std::chrono::nanoseconds runTime;
+        ProcessStat stat;
+    };
+
+    static constexpr size_t maxLastStats = 2000;
+
+    std::unordered_map<pid_t, LastStat> m_lastStats;
 };
 
 } // namespace portolan

@@ -12,14 +12,14 @@ std::optional<std::vector<SocketOwner>> SocketOwners::find(const std::vector<ino
     if (!processes)
         return std::nullopt;
 
-    bool everywhere = !m_lookedEverywhere || now - *m_lookedEverywhere >= healingInterval;
-    if (!everywhere) {
+    bool needsRescan = !m_rescanned || now - *m_rescanned >= rescanInterval;
+    if (!needsRescan) {
         verifyKnown(*processes, inodes);
-        lookAtNew(*processes, inodes);
-        everywhere = hasOwnerless(inodes);
+        readNew(*processes, inodes);
+        needsRescan = hasOwnerless(inodes);
     }
-    if (everywhere)
-        lookEverywhere(*processes, inodes, now);
+    if (needsRescan)
+        rescan(*processes, inodes, now);
     m_ownerless = withoutOwner(inodes);
     m_processes = std::move(*processes);
     return owners();
@@ -27,7 +27,7 @@ std::optional<std::vector<SocketOwner>> SocketOwners::find(const std::vector<ino
 
 void SocketOwners::verifyKnown(const std::vector<ProcessId> &processes, const std::vector<ino_t> &inodes)
 {
-    // Looking at a process again may forget it: step on first.
+    // Reading a process again may erase it from the map: step on first.
     for (auto next = m_known.begin(); next != m_known.end();) {
         auto &[pid, known] = *next++;
         const ProcessId process{pid, known.incarnation};
@@ -35,7 +35,7 @@ void SocketOwners::verifyKnown(const std::vector<ProcessId> &processes, const st
             m_seen.erase(process);
             m_known.erase(pid);
         } else if (!holdsAll(pid, known, inodes)) {
-            lookAt(process, inodes);
+            read(process, inodes);
         }
     }
 }
@@ -59,36 +59,36 @@ bool SocketOwners::holdsAll(pid_t pid, Known &known, const std::vector<ino_t> &i
                                [&](const SocketDescriptor &socket) { return m_table.holds(pid, socket); });
 }
 
-void SocketOwners::lookAtNew(const std::vector<ProcessId> &processes, const std::vector<ino_t> &inodes)
+void SocketOwners::readNew(const std::vector<ProcessId> &processes, const std::vector<ino_t> &inodes)
 {
     std::vector<ProcessId> added;
     std::ranges::set_difference(processes, m_processes, std::back_inserter(added));
     for (const ProcessId &process : added)
-        lookAt(process, inodes);
+        read(process, inodes);
 }
 
-void SocketOwners::lookEverywhere(const std::vector<ProcessId> &processes, const std::vector<ino_t> &inodes,
-                                  Clock::time_point now)
+void SocketOwners::rescan(const std::vector<ProcessId> &processes, const std::vector<ino_t> &inodes,
+                          Clock::time_point now)
 {
-    m_lookedEverywhere = now;
-    if (!m_readEverything || now - *m_readEverything >= readingInterval) {
-        m_readEverything = now;
+    m_rescanned = now;
+    if (!m_rereadAll || now - *m_rereadAll >= rereadInterval) {
+        m_rereadAll = now;
         m_seen.clear();
     }
     forgetGone(processes);
     m_known.clear();
-    std::vector<ProcessId> asleep;
+    std::vector<ProcessId> idle;
     for (const ProcessId &process : processes) {
-        if (hasSlept(process)) {
-            recognize(process, inodes);
-            asleep.push_back(process);
+        if (hasNotRun(process)) {
+            updateKnown(process, inodes);
+            idle.push_back(process);
         } else {
-            lookAt(process, inodes);
+            read(process, inodes);
         }
     }
     // One that has just woken up is charged for it a moment later.
     if (hasOwnerless(inodes))
-        std::ranges::for_each(asleep, [&](const ProcessId &process) { lookAt(process, inodes); });
+        std::ranges::for_each(idle, [&](const ProcessId &process) { read(process, inodes); });
 }
 
 void SocketOwners::forgetGone(const std::vector<ProcessId> &processes)
@@ -97,16 +97,16 @@ void SocketOwners::forgetGone(const std::vector<ProcessId> &processes)
                   [&](const auto &seen) { return !std::ranges::binary_search(processes, seen.first); });
 }
 
-void SocketOwners::lookAt(const ProcessId &process, const std::vector<ino_t> &inodes)
+void SocketOwners::read(const ProcessId &process, const std::vector<ino_t> &inodes)
 {
     Seen &seen = m_seen[process];
     seen.runTime = m_table.runTime(process.pid); // first: what it does meanwhile will count as later
     seen.descriptorCount = m_table.readSockets(process.pid, seen.sockets);
-    recognize(process, inodes);
+    updateKnown(process, inodes);
 }
 
-/// Keeps or forgets the process by what it was last seen to hold.
-void SocketOwners::recognize(const ProcessId &process, const std::vector<ino_t> &inodes)
+/// Adds the process to the known owners, or removes it, by what it held when it was read.
+void SocketOwners::updateKnown(const ProcessId &process, const std::vector<ino_t> &inodes)
 {
     const Seen &seen = m_seen[process];
     std::vector<SocketDescriptor> wanted;
@@ -120,8 +120,8 @@ void SocketOwners::recognize(const ProcessId &process, const std::vector<ino_t> 
         m_known.erase(process.pid);
 }
 
-/// Whether the process has done nothing since it was last looked at.
-bool SocketOwners::hasSlept(const ProcessId &process) const
+/// Whether the process has done nothing since it was read.
+bool SocketOwners::hasNotRun(const ProcessId &process) const
 {
     const auto seen = m_seen.find(process);
     return seen != m_seen.end() && seen->second.runTime &&
@@ -129,7 +129,7 @@ bool SocketOwners::hasSlept(const ProcessId &process) const
            m_table.descriptorCount(process.pid) == seen->second.descriptorCount;
 }
 
-/// Whether a socket has no owner that was never looked for everywhere.
+/// Whether a socket without an owner has not been part of a rescan.
 bool SocketOwners::hasOwnerless(const std::vector<ino_t> &inodes) const
 {
     return !std::ranges::includes(m_ownerless, withoutOwner(inodes));
@@ -151,7 +151,7 @@ std::vector<SocketOwner> SocketOwners::owners() const
     std::vector<SocketOwner> owners;
     owners.reserve(m_known.size());
     for (const auto &[pid, known] : m_known)
-        owners.push_back({pid, known.stat.command, known.descriptors});
+        owners.push_back({pid, known.stat.command, known.descriptors, known.stat.startTicks});
     return owners;
 }
 

@@ -2,6 +2,7 @@
 
 #include "ChildProcess.h"
 #include "FileDescriptor.h"
+#include "UnreapedChildren.h"
 
 #include <QStringDecoder>
 
@@ -23,8 +24,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int maxDescriptors = 1024;
-/// How long a killed child may take to go; one that is stuck in the kernel is reaped by a later run.
-constexpr std::chrono::milliseconds goodbye{250};
+/// How long to wait for the end of a killed child, which one that is stuck in the kernel outlasts.
+constexpr std::chrono::milliseconds killGracePeriod{250};
 
 /// A descriptor that becomes readable when a stop is requested.
 class StopSignal
@@ -159,7 +160,8 @@ Shell::Result Shell::run(const QString &path, const QStringList &arguments, cons
 
     const bool timedOut = deadline.hasExpired();
     child->killGroup();
-    [[maybe_unused]] const bool gone = child->wait(QDeadlineTimer(goodbye));
+    if (!child->wait(QDeadlineTimer(killGracePeriod)) && limits.unreaped)
+        limits.unreaped->add(*std::move(child));
     return {.timedOut = timedOut};
 }
 

@@ -9,6 +9,8 @@
 
 namespace portolan {
 
+class UnreapedChildren;
+
 /// Runs a command-line tool and returns what it printed. No state; any thread; blocks the caller.
 ///
 /// The child gets a process group of its own, no inherited descriptors but standard input, a soft descriptor
@@ -28,6 +30,8 @@ struct Limits
     /// own locale and descriptor limit and nowhere to print to, and a limit ends only the waiting. It
     /// outlives this program.
     bool isUsersProgram = false;
+    /// Takes a killed child that does not end in time; without it nobody reaps such a child.
+    UnreapedChildren *unreaped = nullptr;
 };
 
 struct Result

@@ -146,4 +146,37 @@ TEST(ListeningSockets, ManyFitThroughTheNetlinkBuffer)
         EXPECT_TRUE(entryOf(list, socket.inode()));
 }
 
+struct HostRow
+{
+    const char *name;
+    bool isIpv6;
+    std::array<std::uint8_t, 16> address;
+    bool isAccepted;
+};
+
+class ListeningSocketHost : public testing::TestWithParam<HostRow>
+{};
+
+TEST_P(ListeningSocketHost, IsAcceptedIfAllAddressesOrTheLoopback)
+{
+    const ListeningSocket socket{.isIpv6 = GetParam().isIpv6, .address = GetParam().address, .port = 3000};
+    EXPECT_EQ(socket.isOnAcceptedHost(), GetParam().isAccepted);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Hosts, ListeningSocketHost,
+    testing::Values(
+        HostRow{"any", false, {}, true}, HostRow{"any6", true, {}, true},
+        HostRow{"loopback", false, {127, 0, 0, 1}, true},
+        HostRow{"otherLoopback", false, {127, 0, 0, 2}, false},
+        HostRow{"host", false, {192, 168, 1, 5}, false},
+        HostRow{"loopback6", true, {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1}, true},
+        HostRow{"mapped", true, {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 255, 255, 127, 0, 0, 1}, true},
+        HostRow{"mappedOther", true, {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 255, 255, 127, 0, 0, 2}, false},
+        HostRow{"mappedAny", true, {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 255, 255, 0, 0, 0, 0}, true},
+        HostRow{"compatible", true, {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 127, 0, 0, 1}, false},
+        HostRow{"startsAsLoopback", true, {127, 0, 0, 1}, false},
+        HostRow{"linkLocal", true, {0xfe, 0x80, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1}, false}),
+    [](const auto &row) { return row.param.name; });
+
 } // namespace portolan

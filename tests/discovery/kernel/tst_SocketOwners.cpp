@@ -10,7 +10,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Optional;
 
-/// Processes that exist in a test's head only, and a record of who was looked through.
+/// Processes that exist in a test only, and a record of which were read.
 class FakeProcessTable : public ProcessTable
 {
 public:
@@ -23,7 +23,7 @@ public:
     };
 
     std::map<pid_t, Process> all;
-    std::vector<pid_t> lookedThrough;
+    std::vector<pid_t> read;
     bool isReadable = true;
 
     std::optional<std::vector<ProcessId>> processes() override
@@ -50,7 +50,7 @@ public:
     }
     unsigned readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets) override
     {
-        lookedThrough.push_back(pid);
+        read.push_back(pid);
         sockets = all.contains(pid) ? all[pid].sockets : std::vector<SocketDescriptor>();
         return descriptorCount(pid);
     }
@@ -94,12 +94,16 @@ protected:
     std::optional<std::vector<SocketOwner>> find(const std::vector<ino_t> &inodes,
                                                  std::chrono::milliseconds after = 5s)
     {
-        table.lookedThrough.clear();
+        table.read.clear();
         m_now += after;
         return owners.find(inodes, m_now);
     }
 
-    static SocketOwner node() { return {20, "node", {{3, 500}}}; }
+    SocketOwner owner(pid_t pid, const std::string &name, std::vector<SocketDescriptor> sockets)
+    {
+        return {pid, name, std::move(sockets), table.all[pid].stat.startTicks};
+    }
+    SocketOwner node() { return owner(20, "node", {{3, 500}}); }
 
     FakeProcessTable table;
     SocketOwners owners{table};
@@ -109,74 +113,74 @@ private:
     SocketOwners::Clock::time_point m_now;
 };
 
-TEST_F(SocketOwnersTest, FirstLooksThroughEveryProcessOnce)
+TEST_F(SocketOwnersTest, FirstReadsEveryProcessOnce)
 {
     EXPECT_THAT(find({500}), Optional(ElementsAre(node())));
-    EXPECT_THAT(table.lookedThrough, ElementsAre(1, 20, 30));
+    EXPECT_THAT(table.read, ElementsAre(1, 20, 30));
 }
 
-TEST_F(SocketOwnersTest, ThenLooksThroughNone)
+TEST_F(SocketOwnersTest, ThenReadsNone)
 {
     find({500});
     EXPECT_THAT(find({500}), Optional(ElementsAre(node())));
-    EXPECT_THAT(table.lookedThrough, IsEmpty());
+    EXPECT_THAT(table.read, IsEmpty());
 }
 
-TEST_F(SocketOwnersTest, LooksThroughNewProcessesOnly)
+TEST_F(SocketOwnersTest, ReadsNewProcessesOnly)
 {
     find({500});
     add(25, "worker", {{3, 500}});
-    EXPECT_THAT(find({500}), Optional(ElementsAre(node(), SocketOwner{25, "worker", {{3, 500}}})));
-    EXPECT_THAT(table.lookedThrough, ElementsAre(25));
+    EXPECT_THAT(find({500}), Optional(ElementsAre(node(), owner(25, "worker", {{3, 500}}))));
+    EXPECT_THAT(table.read, ElementsAre(25));
 }
 
-TEST_F(SocketOwnersTest, NewServerCostsNoLookAtOldProcesses)
+TEST_F(SocketOwnersTest, NewServerCostsNoReadingOfOldProcesses)
 {
     find({500});
     add(40, "vite", {{20, 700}});
-    EXPECT_THAT(find({500, 700}), Optional(ElementsAre(node(), SocketOwner{40, "vite", {{20, 700}}})));
-    EXPECT_THAT(table.lookedThrough, ElementsAre(40));
+    EXPECT_THAT(find({500, 700}), Optional(ElementsAre(node(), owner(40, "vite", {{20, 700}}))));
+    EXPECT_THAT(table.read, ElementsAre(40));
 }
 
-TEST_F(SocketOwnersTest, SocketWithoutKnownOwnerIsLookedForAtThoseThatHaveRun)
+TEST_F(SocketOwnersTest, SocketWithoutKnownOwnerIsLookedForInProcessesThatHaveRun)
 {
     find({500});
     open(30, {7, 700});
-    EXPECT_THAT(find({500, 700}), Optional(ElementsAre(node(), SocketOwner{30, "shell", {{7, 700}}})));
-    EXPECT_THAT(table.lookedThrough, ElementsAre(30));
+    EXPECT_THAT(find({500, 700}), Optional(ElementsAre(node(), owner(30, "shell", {{7, 700}}))));
+    EXPECT_THAT(table.read, ElementsAre(30));
 }
 
-TEST_F(SocketOwnersTest, SocketThatStillHasNoOwnerIsLookedForEverywhere)
+TEST_F(SocketOwnersTest, SocketThatStillHasNoOwnerIsLookedForInAllProcesses)
 {
     find({500});
     // In place of another, by a process that runs just now and is not charged for it yet.
     table.all[30].sockets = {{3, 700}};
-    EXPECT_THAT(find({500, 700}), Optional(ElementsAre(node(), SocketOwner{30, "shell", {{3, 700}}})));
-    EXPECT_THAT(table.lookedThrough, ElementsAre(1, 20, 30));
+    EXPECT_THAT(find({500, 700}), Optional(ElementsAre(node(), owner(30, "shell", {{3, 700}}))));
+    EXPECT_THAT(table.read, ElementsAre(1, 20, 30));
 }
 
-TEST_F(SocketOwnersTest, ProcessWithoutAKnownRunTimeIsAlwaysLookedThrough)
+TEST_F(SocketOwnersTest, ProcessWithoutAKnownRunTimeIsAlwaysRead)
 {
     table.all[1].runTime.reset();
     find({500});
-    find({500}, SocketOwners::healingInterval);
-    EXPECT_THAT(table.lookedThrough, ElementsAre(1));
+    find({500}, SocketOwners::rescanInterval);
+    EXPECT_THAT(table.read, ElementsAre(1));
 }
 
 TEST_F(SocketOwnersTest, SocketThatBeginsToListenIsRememberedOfItsHolders)
 {
     find({500});
-    EXPECT_THAT(find({500, 600}), Optional(ElementsAre(node(), SocketOwner{30, "shell", {{3, 600}}})));
-    EXPECT_THAT(table.lookedThrough, IsEmpty());
+    EXPECT_THAT(find({500, 600}), Optional(ElementsAre(node(), owner(30, "shell", {{3, 600}}))));
+    EXPECT_THAT(table.read, IsEmpty());
 }
 
 TEST_F(SocketOwnersTest, SocketThatNobodyHoldsIsLookedForOnce)
 {
     EXPECT_THAT(find({900}), Optional(IsEmpty()));
     EXPECT_THAT(find({900}), Optional(IsEmpty()));
-    EXPECT_THAT(table.lookedThrough, IsEmpty());
+    EXPECT_THAT(table.read, IsEmpty());
     add(41, "late", {{3, 900}});
-    EXPECT_THAT(find({900}), Optional(ElementsAre(SocketOwner{41, "late", {{3, 900}}})));
+    EXPECT_THAT(find({900}), Optional(ElementsAre(owner(41, "late", {{3, 900}}))));
 }
 
 TEST_F(SocketOwnersTest, SocketThatNobodyHoldsDoesNotHideANewOne)
@@ -204,7 +208,7 @@ TEST_F(SocketOwnersTest, PidOfAnotherProcessIsNotTheOldOwner)
     find({500});
     add(20, "stranger", {{3, 501}});
     EXPECT_THAT(find({500}), Optional(IsEmpty()));
-    EXPECT_THAT(find({500, 501}), Optional(ElementsAre(SocketOwner{20, "stranger", {{3, 501}}})));
+    EXPECT_THAT(find({500, 501}), Optional(ElementsAre(owner(20, "stranger", {{3, 501}}))));
 }
 
 TEST_F(SocketOwnersTest, StartTimeTellsAnotherProcessToo)
@@ -215,82 +219,82 @@ TEST_F(SocketOwnersTest, StartTimeTellsAnotherProcessToo)
     EXPECT_THAT(find({500}), Optional(IsEmpty()));
 }
 
-TEST_F(SocketOwnersTest, ReusedPidIsLookedThroughAsNew)
+TEST_F(SocketOwnersTest, ReusedPidIsReadAsNew)
 {
     find({500});
     add(1, "worker", {{7, 500}});
-    EXPECT_THAT(find({500}), Optional(ElementsAre(SocketOwner{1, "worker", {{7, 500}}}, node())));
-    EXPECT_THAT(table.lookedThrough, ElementsAre(1));
+    EXPECT_THAT(find({500}), Optional(ElementsAre(owner(1, "worker", {{7, 500}}), node())));
+    EXPECT_THAT(table.read, ElementsAre(1));
 }
 
-TEST_F(SocketOwnersTest, ClosedDescriptorMakesItsProcessBeLookedThrough)
+TEST_F(SocketOwnersTest, ClosedDescriptorMakesItsProcessBeRead)
 {
     find({500});
     table.all[20].sockets = {{9, 500}};
-    EXPECT_THAT(find({500}), Optional(ElementsAre(SocketOwner{20, "node", {{9, 500}}})));
-    EXPECT_THAT(table.lookedThrough, ElementsAre(20));
+    EXPECT_THAT(find({500}), Optional(ElementsAre(owner(20, "node", {{9, 500}}))));
+    EXPECT_THAT(table.read, ElementsAre(20));
 }
 
 TEST_F(SocketOwnersTest, SocketThatNoLongerListensIsNotLookedFor)
 {
     find({500, 501});
-    EXPECT_THAT(find({501}), Optional(ElementsAre(SocketOwner{20, "node", {{4, 501}}})));
-    EXPECT_THAT(table.lookedThrough, IsEmpty());
+    EXPECT_THAT(find({501}), Optional(ElementsAre(owner(20, "node", {{4, 501}}))));
+    EXPECT_THAT(table.read, IsEmpty());
 }
 
 TEST_F(SocketOwnersTest, NameIsAlwaysTheCurrentOne)
 {
     find({500});
     table.all[20].stat.command = "next-server (v1";
-    EXPECT_THAT(find({500}), Optional(ElementsAre(SocketOwner{20, "next-server (v1", {{3, 500}}})));
+    EXPECT_THAT(find({500}), Optional(ElementsAre(owner(20, "next-server (v1", {{3, 500}}))));
 }
 
-TEST_F(SocketOwnersTest, SocketHandedToAnOldProcessIsSeenAfterTheHealingInterval)
+TEST_F(SocketOwnersTest, SocketHandedToAnOldProcessIsSeenAfterTheRescanInterval)
 {
     find({500});
     open(1, {5, 500});
-    EXPECT_THAT(find({500}, SocketOwners::healingInterval - 1ms), Optional(ElementsAre(node())));
-    EXPECT_THAT(find({500}, 1ms), Optional(ElementsAre(SocketOwner{1, "init", {{5, 500}}}, node())));
-    EXPECT_THAT(table.lookedThrough, ElementsAre(1));
+    EXPECT_THAT(find({500}, SocketOwners::rescanInterval - 1ms), Optional(ElementsAre(node())));
+    EXPECT_THAT(find({500}, 1ms), Optional(ElementsAre(owner(1, "init", {{5, 500}}), node())));
+    EXPECT_THAT(table.read, ElementsAre(1));
     EXPECT_THAT(find({500}), Optional(testing::SizeIs(2)));
-    EXPECT_THAT(table.lookedThrough, IsEmpty());
+    EXPECT_THAT(table.read, IsEmpty());
 }
 
-TEST_F(SocketOwnersTest, ClosedSocketIsForgottenAfterTheHealingIntervalToo)
+TEST_F(SocketOwnersTest, ClosedSocketIsForgottenAfterTheRescanIntervalToo)
 {
     find({500});
     open(1, {5, 500});
-    find({500}, SocketOwners::healingInterval);
+    find({500}, SocketOwners::rescanInterval);
     close(1);
-    EXPECT_THAT(find({500}, SocketOwners::healingInterval), Optional(ElementsAre(node())));
+    EXPECT_THAT(find({500}, SocketOwners::rescanInterval), Optional(ElementsAre(node())));
 }
 
 // As when it shares its table of descriptors with another process, which has run.
-TEST_F(SocketOwnersTest, ProcessThatHasSleptAndHoldsMoreIsLookedThrough)
+TEST_F(SocketOwnersTest, ProcessThatHasNotRunAndHoldsMoreIsRead)
 {
     find({500});
     table.all[1].sockets = {{5, 500}};
-    EXPECT_THAT(find({500}, SocketOwners::healingInterval), Optional(testing::SizeIs(2)));
-    EXPECT_THAT(table.lookedThrough, ElementsAre(1));
+    EXPECT_THAT(find({500}, SocketOwners::rescanInterval), Optional(testing::SizeIs(2)));
+    EXPECT_THAT(table.read, ElementsAre(1));
 }
 
-TEST_F(SocketOwnersTest, AllIsReadAgainAfterTheReadingInterval)
+TEST_F(SocketOwnersTest, AllIsReadAgainAfterTheRereadInterval)
 {
     table.all[1].sockets = {{5, 400}};
     find({500});
     table.all[1].sockets = {{5, 500}}; // in the table of another process, and as many as before
-    EXPECT_THAT(find({500}, SocketOwners::readingInterval - 1ms), Optional(ElementsAre(node())));
-    EXPECT_THAT(find({500}, SocketOwners::healingInterval), Optional(testing::SizeIs(2)));
-    EXPECT_THAT(table.lookedThrough, ElementsAre(1, 20, 30));
+    EXPECT_THAT(find({500}, SocketOwners::rereadInterval - 1ms), Optional(ElementsAre(node())));
+    EXPECT_THAT(find({500}, SocketOwners::rescanInterval), Optional(testing::SizeIs(2)));
+    EXPECT_THAT(table.read, ElementsAre(1, 20, 30));
 }
 
 TEST_F(SocketOwnersTest, ReusedPidIsReadEvenIfItHasRunForAsLong)
 {
     find({500});
     add(30, "worker", {{7, 500}});
-    EXPECT_THAT(find({500}, SocketOwners::healingInterval),
-                Optional(ElementsAre(node(), SocketOwner{30, "worker", {{7, 500}}})));
-    EXPECT_THAT(table.lookedThrough, ElementsAre(30));
+    EXPECT_THAT(find({500}, SocketOwners::rescanInterval),
+                Optional(ElementsAre(node(), owner(30, "worker", {{7, 500}}))));
+    EXPECT_THAT(table.read, ElementsAre(30));
 }
 
 TEST_F(SocketOwnersTest, UnreadableTableIsAbsentAndForgetsNothing)
@@ -300,7 +304,7 @@ TEST_F(SocketOwnersTest, UnreadableTableIsAbsentAndForgetsNothing)
     EXPECT_EQ(find({500}), std::nullopt);
     table.isReadable = true;
     EXPECT_THAT(find({500}), Optional(ElementsAre(node())));
-    EXPECT_THAT(table.lookedThrough, IsEmpty());
+    EXPECT_THAT(table.read, IsEmpty());
 }
 
 } // namespace portolan

@@ -1,10 +1,9 @@
 #include "ProcessInspector.h"
 #include "ProcessInspector_p.h"
 
+#include "Shell.h"
 #include "StrictNumber.h"
-#include "ToolAnswer.h"
-#include "ToolPaths.h"
-#include "ToolQuestions.h"
+#include "ToolCommands.h"
 
 #include <QVarLengthArray>
 
@@ -35,7 +34,7 @@ qint64 multipliedAndAdded(qint64 a, qint64 factor, qint64 b)
 
 std::optional<ProcessStats> ProcessInspector::stats(qint32 pid)
 {
-    return parse(ToolAnswer::to(ToolPaths::ps(), ToolQuestions::stats(pid)).output);
+    return parse(Shell::run(ToolCommands::ps(), ToolCommands::stats(pid)));
 }
 
 std::optional<ProcessStats> ProcessInspector::parse(const QString &output)

@@ -1,12 +1,13 @@
 #pragma once
 
-#include <string>
+#include "ProcessStats.h"
 
 namespace portolan {
 
-namespace Ps {
+/// What is calculated from the kernel's figures of a process, with the rounding of ps. Pure functions.
+namespace KernelStats {
 
-/// What the three columns are made of. Times are in clock ticks.
+/// Times are in clock ticks.
 struct Figures
 {
     unsigned long long cpuTicks = 0;
@@ -16,12 +17,11 @@ struct Figures
     long ticksPerSecond = 100;
 };
 
-/// The line that ps prints for them, with its line break.
-[[nodiscard]] std::string line(const Figures &figures);
+[[nodiscard]] ProcessStats of(const Figures &figures);
 
-/// Clock ticks since boot for a time that the kernel prints with two decimals, rounded as ps does.
+/// Clock ticks since boot for a time in hundredths of a second.
 [[nodiscard]] unsigned long long ticksSinceBoot(long long centiseconds, long ticksPerSecond);
 
-} // namespace Ps
+} // namespace KernelStats
 
 } // namespace portolan

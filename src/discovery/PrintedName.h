@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QByteArrayView>
+#include <QString>
+
+namespace portolan {
+
+/// Names as lsof prints them in a UTF-8 locale: in one line, with an escape in place of every byte that is
+/// not part of a printable character. Pure functions.
+namespace PrintedName {
+
+/// How `name` is printed.
+[[nodiscard]] QString of(QByteArrayView name);
+
+/// The name that was printed as `printed`. What is no escape stays, also a control character in its caret
+/// form ("^["): a caret may just as well be one.
+[[nodiscard]] QString plain(const QString &printed);
+
+} // namespace PrintedName
+
+} // namespace portolan

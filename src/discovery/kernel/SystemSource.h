@@ -1,0 +1,18 @@
+#pragma once
+
+#include "ProcessSource.h"
+
+#include <memory>
+
+namespace portolan {
+
+/// The process source of this machine.
+namespace SystemSource {
+
+/// The kernel's tables; the tools with PORTOLAN_TOOLS=external in the environment, and where /proc cannot be
+/// read.
+[[nodiscard]] std::unique_ptr<ProcessSource> make();
+
+} // namespace SystemSource
+
+} // namespace portolan

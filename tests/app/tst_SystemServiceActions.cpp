@@ -1,0 +1,112 @@
+// The panel's Stop with everything real: sockets, scans by both process sources, processes and signals.
+#include "SystemServiceActions.h"
+
+#include "AbandonableWorker.h"
+#include "Eventually.h"
+#include "KernelSource.h"
+#include "LocalSocket.h"
+#include "PortScanner_p.h"
+#include "ServiceStore.h"
+#include "TestChild.h"
+#include "ToolSource.h"
+#include "UserDefaults.h"
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <functional>
+#include <memory>
+
+namespace portolan {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct SourceRow
+{
+    const char *name;
+    std::function<std::unique_ptr<ProcessSource>()> make;
+};
+
+class StopByThePanel : public testing::TestWithParam<SourceRow>
+{
+protected:
+    /// Every server counts, whatever its name and folder.
+    ScanResult scan()
+    {
+        PortScanner::ScanOptions options;
+        options.home = u"/"_s;
+        options.ports = {m_port};
+        return PortScanner::scan(*m_source, m_files, options);
+    }
+
+    bool refresh()
+    {
+        m_store.refresh();
+        return eventually([this] { return !m_store.isScanning(); });
+    }
+
+    /// A child that alone holds a listening socket.
+    TestChild startServer()
+    {
+        const LocalSocket socket = LocalSocket::listening("127.0.0.1");
+        m_port = socket.port();
+        return TestChild(TestChild::endsOnTerm);
+    }
+
+    QTemporaryDir m_folder;
+    UserDefaults m_defaults{m_folder.filePath(u"settings.json"_s)};
+    std::unique_ptr<ProcessSource> m_source = GetParam().make();
+    AbandonableWorker m_files;
+    qint64 m_port = 0;
+    ServiceStore m_store{m_defaults, [this](const std::stop_token &) { return scan(); },
+                         [](qint64) { return QtFuture::makeReadyFuture(Health::unreachable()); }};
+    SystemServiceActions m_actions{m_store};
+};
+
+} // namespace
+
+TEST_P(StopByThePanel, EndsTheServer)
+{
+    TestChild server = startServer();
+    ASSERT_TRUE(refresh());
+    ASSERT_EQ(m_store.serviceCount(), 1);
+    m_actions.stop(m_store.services().front());
+    EXPECT_EQ(server.collect(), SIGTERM);
+    ASSERT_TRUE(refresh());
+    EXPECT_EQ(m_store.serviceCount(), 0);
+}
+
+TEST_P(StopByThePanel, SignalsNobodyWhenThePidHasGoneToAnotherProcess)
+{
+    TestChild server = startServer();
+    ASSERT_TRUE(refresh());
+    ASSERT_EQ(m_store.serviceCount(), 1);
+    const Service listed = m_store.services().front();
+    ASSERT_EQ(listed.pid, server.pid());
+    kill(server.pid(), SIGKILL);
+    server.collect();
+    const auto stranger = TestChild::withPidLater(listed.pid, TestChild::endsOnTerm);
+    if (!stranger)
+        GTEST_SKIP() << "choosing a process id needs the right to (clone3 with set_tid): " << strerror(errno);
+
+    m_actions.stop(listed);
+    EXPECT_TRUE(stranger->isAlive());
+    ASSERT_TRUE(refresh());
+    EXPECT_EQ(m_store.serviceCount(), 0);
+    // What is stopped later is killed later: by then the stranger would have been.
+    TestChild last(TestChild::ignoresTerm);
+    ServiceActions::stop({.pid = last.pid()}, {});
+    EXPECT_EQ(last.collect(), SIGKILL);
+    EXPECT_TRUE(stranger->isAlive());
+}
+
+INSTANTIATE_TEST_SUITE_P(Sources, StopByThePanel,
+                         testing::Values(SourceRow{"kernel", [] { return std::make_unique<KernelSource>(); }},
+                                         SourceRow{"tools", [] { return std::make_unique<ToolSource>(); }}),
+                         [](const auto &row) { return row.param.name; });
+
+} // namespace portolan
