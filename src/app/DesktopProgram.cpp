@@ -30,23 +30,18 @@ namespace {
 
 enum ExitStatus { Success = 0, Failure = 1, UsageError = 2 };
 
-int print(const QString &text)
-{
-    return std::fputs(qUtf8Printable(text), stdout) >= 0 && std::fflush(stdout) == 0 ? Success : Failure;
-}
-
-int complain(const QString &message, ExitStatus status)
+int fail(const QString &message, ExitStatus status = Failure)
 {
     std::fprintf(stderr, "portolan: %s\n", qUtf8Printable(message));
     return status;
 }
 
-QStringList argumentsOf(int argc, char **argv)
+int print(const StartOptions::Reply &reply)
 {
-    QStringList arguments;
-    for (int i = 1; i < argc; ++i)
-        arguments.append(QString::fromLocal8Bit(argv[i]));
-    return arguments;
+    if (reply.isError)
+        return fail(reply.text, UsageError);
+    return std::fputs(qUtf8Printable(reply.text), stdout) >= 0 && std::fflush(stdout) == 0 ? Success
+                                                                                           : Failure;
 }
 
 void describe(QGuiApplication &application)
@@ -68,7 +63,7 @@ int serve(StartRequest request)
     case SingleInstance::Outcome::Forwarded:
         return Success;
     case SingleInstance::Outcome::Unanswered:
-        return complain(u"another one runs but does not answer"_s, Failure);
+        return fail(u"another one runs but does not answer"_s);
     }
 
     UserDefaults defaults;
@@ -98,18 +93,13 @@ int serve(StartRequest request)
 int DesktopProgram::run(int argc, char **argv)
 {
     StandardStreams::reserve();
-    const auto parsed = StartOptions::parse(argumentsOf(argc, argv));
-    if (const auto *error = std::get_if<StartOptions::Error>(&parsed))
-        return complain(error->message, UsageError);
-    const auto &options = std::get<StartOptions>(parsed);
-    if (options.purpose == StartOptions::Purpose::PrintHelp)
-        return print(StartOptions::helpText());
-    if (options.purpose == StartOptions::Purpose::PrintVersion)
-        return print(u"portolan " PORTOLAN_VERSION "\n"_s);
+    const auto parsed = StartOptions::parse(argc, argv);
+    if (const auto *reply = std::get_if<StartOptions::Reply>(&parsed))
+        return print(*reply);
 
     std::optional<QByteArray> platform = DisplayServer::platformPlugin();
     if (!platform)
-        return complain(u"there is no display to show itself on"_s, Failure);
+        return fail(u"there is no display to show itself on"_s);
     // Qt is told of the platform as if it were an option: a variable would reach every program started from
     // here. The user's own options are not Qt's.
     QByteArray option("-platform");
@@ -119,7 +109,7 @@ int DesktopProgram::run(int argc, char **argv)
     QLoggingCategory::setFilterRules(u"qt.qpa.*.warning=false"_s);
     QGuiApplication application(wordCount, words.data());
     describe(application);
-    return serve(options.request);
+    return serve(std::get<StartRequest>(parsed));
 }
 
 } // namespace portolan

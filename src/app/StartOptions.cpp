@@ -1,5 +1,7 @@
 #include "StartOptions.h"
 
+#include <CLI/CLI.hpp>
+
 #include <algorithm>
 
 namespace portolan {
@@ -8,47 +10,38 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// What was typed may be anything, and a terminal may obey it.
-QString printable(QString text)
+// Control characters that were typed must not reach the terminal.
+StartOptions::Reply refusal(QString message)
 {
     std::ranges::replace_if(
-        text, [](QChar character) { return !character.isPrint(); }, u'?');
-    return text;
+        message, [](QChar character) { return !character.isPrint(); }, u'?');
+    return {.text = message, .isError = true};
 }
 
 } // namespace
 
-std::variant<StartOptions, StartOptions::Error> StartOptions::parse(const QStringList &arguments)
+std::variant<StartRequest, StartOptions::Reply> StartOptions::parse(int argc, const char *const *argv)
 {
-    StartOptions options;
-    for (const QString &argument : arguments) {
-        if (argument == "--help"_L1 || argument == "-h"_L1) {
-            options.purpose = Purpose::PrintHelp;
-            break;
-        }
-        if (argument == "--version"_L1) {
-            options.purpose = Purpose::PrintVersion;
-            break;
-        }
-        const bool window = argument == "--window"_L1;
-        if (!window && argument != "--background"_L1)
-            return Error{u"unknown option '%1'"_s.arg(printable(argument))};
-        const StartRequest request = window ? StartRequest::Window : StartRequest::None;
-        if (options.request != StartRequest::Open && options.request != request)
-            return Error{u"'--background' and '--window' exclude each other"_s};
-        options.request = request;
+    CLI::App app("Shows the dev servers of this machine in the desktop's status area.", "portolan");
+    app.set_help_flag("-h,--help", "print this and exit");
+    app.set_version_flag("--version", "portolan " PORTOLAN_VERSION, "print the version and exit");
+    const CLI::Option *background = app.add_flag("--background", "start silently, as at login");
+    CLI::Option *window = app.add_flag("--window", "open the list in a window");
+    window->excludes("--background");
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::CallForHelp &) {
+        return Reply{.text = QString::fromStdString(app.help())};
+    } catch (const CLI::CallForVersion &version) {
+        return Reply{.text = QString::fromUtf8(version.what()) + u'\n'};
+    } catch (const CLI::ExtrasError &) {
+        return refusal(u"unknown option '%1'"_s.arg(QString::fromStdString(app.remaining().front())));
+    } catch (const CLI::ParseError &error) {
+        return refusal(QString::fromUtf8(error.what()));
     }
-    return options;
-}
-
-QString StartOptions::helpText()
-{
-    return u"Shows the dev servers of this machine in the desktop's status area.\n\n"
-           "Usage: portolan [OPTION]\n\n"
-           "  --background    start silently, as at login\n"
-           "  --window        open the list in a window\n"
-           "  --help, -h      print this and exit\n"
-           "  --version       print the version and exit\n"_s;
+    if (background->as<bool>())
+        return StartRequest::None;
+    return window->as<bool>() ? StartRequest::Window : StartRequest::Open;
 }
 
 } // namespace portolan

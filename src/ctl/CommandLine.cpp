@@ -2,8 +2,11 @@
 
 #include "TerminalText.h"
 
-#include <algorithm>
+#include <CLI/CLI.hpp>
+
 #include <array>
+#include <string>
+#include <vector>
 
 namespace portolan {
 
@@ -11,151 +14,156 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-using Error = CommandLine::Error;
-using Result = std::variant<CommandLine, Error>;
+using Command = CommandLine::Command;
 
-struct OptionRow
-{
-    QLatin1StringView name;
-    CommandShape::Option option;
-    QLatin1StringView value; // what its value is called; empty for an option without one
-};
-
-constexpr std::array<OptionRow, 4> options{{
-    {"--json"_L1, CommandShape::Json, {}},
-    {"--no-probe"_L1, CommandShape::NoProbe, {}},
-    {"--search"_L1, CommandShape::Search, "a text"_L1},
-    {"--sort"_L1, CommandShape::Sort, "port, name, status or uptime"_L1},
-}};
-
-// A piece of the command line as messages show it: what was typed may be anything.
-QString quoted(QStringView text)
-{
-    return u'\'' + TerminalText::harmless(text) + u'\'';
-}
-
-/// Reads one command line from left to right.
-class Reader
+/// The options and commands of portolanctl, and what was given of them.
+class Parser
 {
 public:
-    Reader(const QStringList &arguments, std::span<const CommandShape> commands)
-        : m_arguments(arguments)
-        , m_commands(commands)
-    {}
-
-    Result read()
+    Parser()
     {
-        while (!m_error && m_next < m_arguments.size() && !m_line.help && !m_line.version) {
-            const QString argument = m_arguments[m_next++];
-            if (m_operandsOnly || !argument.startsWith(u'-') || argument == "-"_L1)
-                readWord(argument);
-            else if (argument == "--"_L1)
-                m_operandsOnly = true;
-            else
-                readOption(argument);
+        m_app.set_help_flag("-h,--help", "print this and exit");
+        m_app.set_version_flag("--version", "portolanctl " PORTOLAN_VERSION, "print the version and exit");
+        m_app.require_subcommand(0, 1);
+        m_app.get_formatter()->label("SUBCOMMAND", "COMMAND");
+        const std::vector<CLI::Option *> listOptions = addListOptions(&m_app);
+
+        addListOptions(
+            add(Command::List, "list", "the servers of this machine, once; also without a command"));
+        addListOptions(add(Command::Watch, "watch", "the same list, kept up to date until q or Control-C"));
+        CLI::App *stop = add(Command::Stop, "stop", "stop the servers on these ports or with these ids");
+        stop->add_option("PORT|ID", m_operands, "a port, or an id: process-port")->type_name("")->required();
+        CLI::App *open = add(Command::Open, "open", "open the server on this port in the browser");
+        open->add_option("PORT", m_operand, "a port")->type_name("")->required();
+        for (CLI::Option *option : listOptions) {
+            stop->excludes(option);
+            open->excludes(option);
         }
-        if (!m_line.help && !m_line.version)
-            checkWhole();
-        if (m_error)
-            return *m_error;
+    }
+
+    /// Throws a CLI::ParseError where the help or the version is asked for or the arguments are refused.
+    CommandLine parse(int argc, const char *const *argv)
+    {
+        m_app.parse(reversed(argc, argv));
+        m_line.command = command().value_or(Command::List);
+        m_line.sort = SortOrder::fromRawValue(QString::fromStdString(m_sort));
+        m_line.search = QString::fromStdString(m_search);
+        m_line.probe = !m_skipProbe;
+        if (m_line.command == Command::Open)
+            m_operands = {m_operand};
+        for (const std::string &operand : m_operands)
+            readOperand(operand);
         return m_line;
     }
 
+    [[nodiscard]] QString help() const { return QString::fromStdString(m_app.help()); }
+
+    /// What is wrong with the first argument that nothing takes.
+    [[nodiscard]] QString unexpectedArgument() const
+    {
+        const QString argument = QString::fromStdString(m_app.remaining(true).front());
+        if (const auto given = command())
+            return u"'%1' does not take '%2'"_s.arg(
+                QString::fromStdString(m_commands[size_t(*given)]->get_name()), argument);
+        return (argument.startsWith(u'-') ? u"unknown option '%1'"_s : u"unknown command '%1'"_s)
+            .arg(argument);
+    }
+
 private:
-    void fail(const QString &message) { m_error = m_error.value_or(Error{message}); }
-
-    void readWord(const QString &word)
+    CLI::App *add(Command command, const char *name, const char *summary)
     {
-        if (m_command) {
-            m_line.operands.append(word);
-            return;
-        }
-        const auto found = std::ranges::find(m_commands, word, &CommandShape::name);
-        if (found == m_commands.end())
-            return fail(u"unknown command %1"_s.arg(quoted(word)));
-        m_command = &*found;
-        m_line.command = word;
+        return m_commands[size_t(command)] = m_app.add_subcommand(name, summary)->group("Commands");
     }
 
-    void readOption(const QString &argument)
+    std::vector<CLI::Option *> addListOptions(CLI::App *command)
     {
-        const qsizetype equals = argument.indexOf(u'=');
-        const QString written = argument.left(equals);
-        const QString name = written == "-h"_L1 ? u"--help"_s : written;
-        const std::optional<QString> value =
-            equals < 0 ? std::nullopt : std::optional(argument.sliced(equals + 1));
-        if (name == "--help"_L1 || name == "--version"_L1) {
-            if (value)
-                return fail(u"option '%1' takes no value"_s.arg(name));
-            (name == "--help"_L1 ? m_line.help : m_line.version) = true;
-            return;
-        }
-        const auto row = std::ranges::find(options, name, &OptionRow::name);
-        if (row == options.end())
-            return fail(u"unknown option %1"_s.arg(quoted(name)));
-        m_given.append(row);
-        if (row->value.isEmpty())
-            return value ? fail(u"option '%1' takes no value"_s.arg(name)) : apply(row->option, {});
-        if (!value && m_next == m_arguments.size())
-            return fail(u"option '%1' needs a value: %2"_s.arg(name, row->value));
-        apply(row->option, value ? *value : m_arguments[m_next++]);
+        std::vector<std::string> orders;
+        for (const SortOrder order : SortOrder::allCases())
+            orders.push_back(order.rawValue().toStdString());
+        return {
+            command->add_flag("--json", m_line.json,
+                              "print an array of JSON objects; with watch, one array per line and refresh"),
+            command->add_flag("--no-probe", m_skipProbe, "do not ask the servers whether they answer"),
+            command
+                ->add_option("--search", m_search,
+                             "only servers with TEXT in their name, port, folder or framework")
+                ->take_last(),
+            command
+                ->add_option("--sort", m_sort, "by port, name, status or uptime instead of the stored order")
+                ->option_text("ORDER")
+                ->check(CLI::IsMember(orders))
+                ->take_last(),
+        };
     }
 
-    void apply(CommandShape::Option option, const QString &value)
+    // CLI11 takes the arguments in reverse order, and an option that ends in "=" for one whose value comes
+    // next.
+    static std::vector<std::string> reversed(int argc, const char *const *argv)
     {
-        switch (option) {
-        case CommandShape::Json:
-            m_line.json = true;
-            break;
-        case CommandShape::NoProbe:
-            m_line.probe = false;
-            break;
-        case CommandShape::Search:
-            m_line.search = value;
-            break;
-        case CommandShape::Sort:
-            m_line.sort = SortOrder::fromRawValue(value);
-            if (!m_line.sort)
-                fail(u"option '--sort' takes port, name, status or uptime, not %1"_s.arg(quoted(value)));
-            break;
+        std::vector<std::string> arguments;
+        for (int i = argc - 1; i > 0; --i) {
+            const std::string argument = argv[i];
+            if (argument == "--search=")
+                arguments.insert(arguments.end(), {"", "--search"});
+            else
+                arguments.push_back(argument);
         }
+        return arguments;
     }
 
-    // What can be judged only when the command is known; the first command is the one meant where none is
-    // named.
-    void checkWhole()
+    [[nodiscard]] std::optional<Command> command() const
     {
-        const CommandShape &command = m_command ? *m_command : m_commands.front();
-        for (const OptionRow *row : m_given) {
-            if (!command.options.testFlag(row->option))
-                fail(u"'%1' does not take option '%2'"_s.arg(command.name, row->name));
+        for (size_t i = 0; i < m_commands.size(); ++i) {
+            if (m_commands[i]->count() > 0)
+                return Command(i);
         }
-        const qsizetype count = m_line.operands.size();
-        const bool takesNone = command.operands == CommandShape::Operands::none;
-        if (count == 0 && !takesNone)
-            fail(u"'%1' needs an operand: %2"_s.arg(command.name, command.operandName));
-        if (count > 0 && takesNone)
-            fail(u"'%1' takes no operand: %2"_s.arg(command.name, quoted(m_line.operands.front())));
-        if (count > 1 && command.operands == CommandShape::Operands::one)
-            fail(u"'%1' takes one operand only: %2"_s.arg(command.name, quoted(m_line.operands[1])));
+        return std::nullopt;
     }
 
-    const QStringList &m_arguments;
-    const std::span<const CommandShape> m_commands;
-    qsizetype m_next = 0;
-    bool m_operandsOnly = false;
-    const CommandShape *m_command = nullptr;
-    QList<const OptionRow *> m_given;
+    void readOperand(const std::string &text)
+    {
+        const auto operand = ServiceOperand::parse(QString::fromStdString(text));
+        if (m_line.command == Command::Open && (!operand || operand->pid))
+            throw CLI::ValidationError("'" + text + "' is no port");
+        if (!operand)
+            throw CLI::ValidationError("'" + text + "' is neither a port nor an id such as 4242-3000");
+        m_line.operands.append(*operand);
+    }
+
+    CLI::App m_app{"Shows the dev servers of this machine.", "portolanctl"};
+    std::array<CLI::App *, 4> m_commands{};
     CommandLine m_line;
-    std::optional<Error> m_error;
+    bool m_skipProbe = false;
+    std::string m_search;
+    std::string m_sort;
+    std::string m_operand;
+    std::vector<std::string> m_operands;
 };
+
+CommandLine::Reply refusal(const QString &message)
+{
+    return {.text = TerminalText::harmless(message), .isError = true};
+}
 
 } // namespace
 
-std::variant<CommandLine, CommandLine::Error> CommandLine::parse(const QStringList &arguments,
-                                                                 std::span<const CommandShape> commands)
+std::variant<CommandLine, CommandLine::Reply> CommandLine::parse(int argc, const char *const *argv)
 {
-    return Reader(arguments, commands).read();
+    Parser parser;
+    try {
+        return parser.parse(argc, argv);
+    } catch (const CLI::CallForHelp &) {
+        return Reply{.text = parser.help()};
+    } catch (const CLI::CallForVersion &version) {
+        return Reply{.text = QString::fromUtf8(version.what()) + u'\n'};
+    } catch (const CLI::ExtrasError &) {
+        return refusal(parser.unexpectedArgument());
+    } catch (const CLI::ArgumentMismatch &) {
+        // Only a last argument can lack its value: others take the one behind them.
+        return refusal(u"option '%1' needs a value"_s.arg(QString::fromLocal8Bit(argv[argc - 1])));
+    } catch (const CLI::ParseError &error) {
+        return refusal(QString::fromUtf8(error.what()));
+    }
 }
 
 } // namespace portolan

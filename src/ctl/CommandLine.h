@@ -1,44 +1,23 @@
 #pragma once
 
+#include "ServiceOperand.h"
 #include "SortOrder.h"
 
-#include <QFlags>
+#include <QList>
 #include <QString>
-#include <QStringList>
 
 #include <optional>
-#include <span>
 #include <variant>
 
 namespace portolan {
 
-/// What a command takes on the command line.
-struct CommandShape
-{
-    enum Option : quint8 {
-        Json = 1,
-        NoProbe = 2,
-        Search = 4,
-        Sort = 8,
-    };
-    Q_DECLARE_FLAGS(Options, Option)
-
-    enum class Operands : quint8 { none, one, some };
-
-    QLatin1StringView name;
-    Options options;
-    Operands operands = Operands::none;
-    QLatin1StringView operandName; ///< as messages call it, e.g. "PORT"
-};
-Q_DECLARE_OPERATORS_FOR_FLAGS(CommandShape::Options)
-
 /// What the user asked for.
 struct CommandLine
 {
-    QString command; ///< the name of one of the commands; empty when none was named
-    QStringList operands;
-    bool help = false;
-    bool version = false;
+    enum class Command : quint8 { List, Watch, Stop, Open };
+
+    Command command = Command::List;
+    QList<ServiceOperand> operands; ///< at least one for Stop; exactly one, a port, for Open
     bool json = false;
     bool probe = true;
     QString search;
@@ -46,16 +25,16 @@ struct CommandLine
 
     friend bool operator==(const CommandLine &, const CommandLine &) = default;
 
-    /// Why a command line makes no sense: one line for the user.
-    struct Error
+    /// What is printed instead of running a command: the help, the version, or one line that says why the
+    /// command line is refused. Control characters in what was typed are made visible.
+    struct Reply
     {
-        QString message;
+        QString text;
+        bool isError = false;
     };
 
-    /// Reads `arguments` (without the program's name). A pure function. Reading ends at --help (-h) and
-    /// --version, whatever follows.
-    [[nodiscard]] static std::variant<CommandLine, Error> parse(const QStringList &arguments,
-                                                                std::span<const CommandShape> commands);
+    /// Reads the arguments of main().
+    [[nodiscard]] static std::variant<CommandLine, Reply> parse(int argc, const char *const *argv);
 };
 
 } // namespace portolan

@@ -2,20 +2,36 @@
 
 #include "CommandLine.h"
 
-#include <span>
-
 namespace portolan {
 
-/// What portolanctl can do: one row per command.
-struct Command
-{
-    CommandShape shape;
-    QLatin1StringView summary;
-    /// Does it; a QCoreApplication exists. Returns the program's exit status.
-    int (*run)(const CommandLine &line);
-};
+/// What portolanctl can do: one function per command, each in a source of its own (ListCommand.cpp and so
+/// on). They need a QCoreApplication and return the program's exit status.
+namespace Commands {
 
-/// All commands, in the order in which the help names them; the first is done where none is named.
-[[nodiscard]] std::span<const Command> commands();
+/// Scans, probes and prints once.
+[[nodiscard]] int list(const CommandLine &line);
+/// Shows the list and keeps it up to date until the user ends it.
+[[nodiscard]] int watch(const CommandLine &line);
+/// Stops the servers that the operands mean, waits until they have ended, and reports it.
+[[nodiscard]] int stop(const CommandLine &line);
+/// Opens a server in the browser; reports it where that fails soon.
+[[nodiscard]] int open(const CommandLine &line);
+
+} // namespace Commands
+
+/// Exit statuses of the program.
+namespace ExitStatus {
+
+constexpr int success = 0;
+constexpr int failure = 1;
+constexpr int usageError = 2;
+
+/// What a command returns that `signal` has ended; the program then dies of that signal.
+[[nodiscard]] constexpr int endedBy(int signal)
+{
+    return 128 + signal;
+}
+
+} // namespace ExitStatus
 
 } // namespace portolan

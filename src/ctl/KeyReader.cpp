@@ -14,7 +14,7 @@ struct Row
     Key key;
 };
 
-// Terminals differ in home and end, and send the shorter ones with an O to programs that ask for it.
+// Terminals differ in Home and End, and in application mode send the short sequences with an O.
 constexpr std::array rows{
     Row{"q", Key::quit},           Row{"Q", Key::quit},       Row{"k", Key::up},
     Row{"\x1b[A", Key::up},        Row{"\x1bOA", Key::up},    Row{"j", Key::down},
@@ -32,7 +32,7 @@ std::optional<Key> keyOf(QByteArrayView sent)
 
 constexpr char escape = '\x1b';
 
-/// Whether `sequence` goes on: after its introducer, up to a letter or the like.
+/// Whether `sequence` lacks its final character, such as a letter.
 bool isIncomplete(QByteArrayView sequence)
 {
     if (sequence.size() == 2)
@@ -54,7 +54,7 @@ std::optional<Key> KeyReader::read(char character)
     if (isIncomplete(m_sequence))
         return std::nullopt;
     const QByteArray sent = std::exchange(m_sequence, {});
-    // Behind an Escape that was a key of its own comes another key.
+    // The Escape was a key of its own, and another key follows.
     return keyOf(sent.size() == 2 ? sent.last(1) : sent);
 }
 

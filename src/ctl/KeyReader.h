@@ -6,18 +6,18 @@
 
 namespace portolan {
 
-/// What a key means to the living list.
+/// What a key means to the live view.
 enum class Key : quint8 { quit, up, down, pageUp, pageDown, home, end };
 
-/// Makes keys of the characters that a terminal sends for them.
+/// Reads keys from the characters and escape sequences that a terminal sends for them.
 class KeyReader
 {
 public:
-    /// The key that `character` completes. Nothing where more has to come, and for other keys.
+    /// The key that `character` completes. Nothing where the sequence is incomplete, and for other keys.
     [[nodiscard]] std::optional<Key> read(char character);
 
 private:
-    QByteArray m_sequence; ///< what came from an Escape on
+    QByteArray m_sequence; ///< the escape sequence read so far, from its Escape on
 };
 
 } // namespace portolan

@@ -1,8 +1,6 @@
-#include "ListCommand.h"
+#include "Commands.h"
 
-#include "EmptyText.h"
 #include "Output.h"
-#include "Program.h"
 #include "ProgressLine.h"
 #include "ServiceJson.h"
 #include "ServiceTable.h"
@@ -16,20 +14,18 @@
 
 namespace portolan {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
-// Refreshes the store once, with a line on the terminal meanwhile. The number of the signal that ended the
-// wait, or 0.
+/// Refreshes the store once, with a line on the terminal meanwhile. The number of the signal that ended the
+/// wait, or 0.
 int refresh(ServiceStore &store)
 {
     ProgressLine progress;
-    const auto say = [&] {
-        progress.setText(ListCommand::progressText(store.isScanning(), store.services()));
+    const auto showProgress = [&] {
+        progress.setText(ProgressLine::text(store.isScanning(), store.services()));
     };
-    const auto onScan = store.bindableIsScanning().addNotifier(say);
-    const auto onServices = store.bindableServices().addNotifier(say);
+    const auto onScan = store.bindableIsScanning().addNotifier(showProgress);
+    const auto onServices = store.bindableServices().addNotifier(showProgress);
 
     QEventLoop loop;
     const TerminationSignals signals;
@@ -38,41 +34,33 @@ int refresh(ServiceStore &store)
     return loop.exec();
 }
 
+QByteArray json(const ServiceStore &store)
+{
+    return ServiceJson::of(store.visible(), store.pinnedPorts(), ServiceJson::Layout::indented);
+}
+
 QByteArray table(const ServiceStore &store)
 {
     const QList<Service> services = store.visible();
-    const bool isTerminal = Output::isTerminal();
-    if (isTerminal && services.isEmpty())
-        return (emptyText(!store.services().isEmpty(), Output::size().columns, Output::ink()) + u'\n')
-            .toUtf8();
-    ServiceTable::Look look{.ink = Output::ink()};
-    if (isTerminal)
+    ServiceTable::Look look{.colors = Output::colors()};
+    if (Output::isTerminal()) {
         look.columns = Output::size().columns;
+        if (services.isEmpty())
+            return (ServiceTable::emptyText(!store.services().isEmpty(), look) + u'\n').toUtf8();
+    }
     return ServiceTable::of(services, store.pinnedPorts(), look).toUtf8();
 }
 
 } // namespace
 
-int ListCommand::run(const CommandLine &line)
+int Commands::list(const CommandLine &line)
 {
     Session session(line);
-    ServiceStore &store = session.store();
-    if (const int signal = refresh(store))
-        return Program::endedBy(signal);
-    return Output::write(line.json ? ServiceJson::of(store.visible(), store.pinnedPorts(),
-                                                     ServiceJson::Layout::indented)
-                                   : table(store))
-               ? 0
-               : 1;
-}
-
-QString ListCommand::progressText(bool isScanning, const QList<Service> &services)
-{
-    if (isScanning)
-        return u"Looking for servers…"_s;
-    const auto answered = std::ranges::count_if(
-        services, [](const Service &service) { return service.health.state() != Health::State::unknown; });
-    return u"Asking the servers… %1 of %2"_s.arg(answered).arg(services.size());
+    const ServiceStore &store = session.store();
+    if (const int signal = refresh(session.store()))
+        return ExitStatus::endedBy(signal);
+    const bool isWritten = Output::write(line.json ? json(store) : table(store));
+    return isWritten ? ExitStatus::success : ExitStatus::failure;
 }
 
 } // namespace portolan

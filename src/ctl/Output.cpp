@@ -18,9 +18,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// A reader that has stopped reading, or a terminal held by Control-S, would keep write() for ever. What
-// poll() lets pass, a pipe takes without waiting up to PIPE_BUF bytes. False when the program is asked to end
-// first.
+// A reader that has stopped reading, or a terminal stopped by Control-S, would block write() indefinitely.
+// When poll() reports a pipe writable, it takes up to PIPE_BUF bytes without blocking. False when the program
+// is asked to end first.
 bool awaitWritable()
 {
     pollfd watched[] = {{STDOUT_FILENO, POLLOUT, 0}, {TerminationSignals::descriptor(), POLLIN, 0}};
@@ -36,7 +36,7 @@ bool Output::isTerminal()
     return isatty(STDOUT_FILENO) == 1;
 }
 
-bool Output::isAddressable()
+bool Output::canMoveCursor()
 {
     const QByteArray term = qgetenv("TERM");
     return isTerminal() && !term.isEmpty() && term != "dumb";
@@ -50,14 +50,15 @@ Output::Size Output::size()
     return {.columns = window.ws_col, .rows = window.ws_row};
 }
 
-Ink Output::ink()
+TerminalColors Output::colors()
 {
     if (!isTerminal())
-        return Ink();
-    return Ink(Ink::depthOfTerminal(qgetenv("TERM"), qgetenv("COLORTERM"), qgetenv("NO_COLOR")));
+        return {};
+    return TerminalColors(
+        TerminalColors::depthOfTerminal(qgetenv("TERM"), qgetenv("COLORTERM"), qgetenv("NO_COLOR")));
 }
 
-void Output::complain(const QString &message)
+void Output::printError(const QString &message)
 {
     std::fprintf(stderr, "portolanctl: %s\n", qUtf8Printable(message));
 }
@@ -67,13 +68,13 @@ bool Output::write(QByteArrayView bytes)
     while (!bytes.isEmpty()) {
         if (!awaitWritable())
             return false;
-        const size_t piece = std::min<size_t>(size_t(bytes.size()), PIPE_BUF);
-        const ssize_t written = ::write(STDOUT_FILENO, bytes.data(), piece);
+        const size_t size = std::min<size_t>(size_t(bytes.size()), PIPE_BUF);
+        const ssize_t written = ::write(STDOUT_FILENO, bytes.data(), size);
         if (written < 0 && (errno == EINTR || errno == EAGAIN))
             continue;
         if (written < 0) {
             if (errno != EPIPE)
-                complain(u"cannot write: "_s + QString::fromLocal8Bit(std::strerror(errno)));
+                printError(u"cannot write: "_s + QString::fromLocal8Bit(std::strerror(errno)));
             return false;
         }
         bytes = bytes.sliced(written);

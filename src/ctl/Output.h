@@ -1,12 +1,12 @@
 #pragma once
 
-#include "Ink.h"
+#include "TerminalColors.h"
 
 #include <QByteArrayView>
 
 namespace portolan {
 
-/// What standard output is connected to, and writing to it.
+/// What standard output is connected to, and writing to it and to standard error.
 namespace Output {
 
 struct Size
@@ -19,20 +19,20 @@ struct Size
 
 /// Whether standard output is a terminal.
 [[nodiscard]] bool isTerminal();
-/// Whether it is one that can erase and go back.
-[[nodiscard]] bool isAddressable();
+/// Whether it is one that can erase text and move its cursor.
+[[nodiscard]] bool canMoveCursor();
 /// How large it is now.
 [[nodiscard]] Size size();
 /// Colours for what is written to it: none where it is no terminal or the user wants none.
-[[nodiscard]] Ink ink();
+[[nodiscard]] TerminalColors colors();
 
-/// Says on standard error what went wrong, in the program's name. What in `message` is a stranger's has to be
-/// harmless.
-void complain(const QString &message);
+/// Writes `message` to standard error after the program's name. Parts of it that come from elsewhere have to
+/// be harmless (see TerminalText).
+void printError(const QString &message);
 
-/// Writes all of `bytes` to standard output, waiting for whoever reads there, but no longer than until the
-/// user asks the program to end. Where that fails, says why on standard error (unless just nobody reads any
-/// more) and returns false.
+/// Writes all of `bytes` to standard output, waiting for its reader, but no longer than until the user asks
+/// the program to end. On failure writes why to standard error, unless the reader has closed the pipe, and
+/// returns false.
 [[nodiscard]] bool write(QByteArrayView bytes);
 
 } // namespace Output

@@ -3,6 +3,7 @@
 #include "Output.h"
 #include "TerminalText.h"
 
+#include <algorithm>
 #include <chrono>
 
 namespace portolan {
@@ -11,13 +12,28 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 ProgressLine::ProgressLine()
-    : m_ink(Output::ink())
+    : m_colors(Output::colors())
 {
-    if (!Output::isAddressable())
+    if (!Output::canMoveCursor())
         return;
     m_delay.setSingleShot(true);
     m_delay.callOnTimeout([this] { draw(); });
     m_delay.start(150ms);
+}
+
+ProgressLine::~ProgressLine()
+{
+    if (m_isDrawn)
+        (void)Output::write("\r\x1b[K");
+}
+
+QString ProgressLine::text(bool isScanning, const QList<Service> &services)
+{
+    if (isScanning)
+        return u"Looking for servers…"_s;
+    const auto answered = std::ranges::count_if(
+        services, [](const Service &service) { return service.health.state() != Health::State::unknown; });
+    return u"Asking the servers… %1 of %2"_s.arg(answered).arg(services.size());
 }
 
 void ProgressLine::setText(const QString &text)
@@ -27,18 +43,11 @@ void ProgressLine::setText(const QString &text)
         draw();
 }
 
-void ProgressLine::clear()
-{
-    m_delay.stop();
-    if (std::exchange(m_isDrawn, false))
-        (void)Output::write("\r\x1b[K");
-}
-
 void ProgressLine::draw()
 {
     m_isDrawn = true;
     const QString text = TerminalText::elided(m_text, Output::size().columns - 1);
-    (void)Output::write(("\r"_L1 + m_ink(Tone::faint, text) + "\x1b[K"_L1).toUtf8());
+    (void)Output::write(("\r"_L1 + m_colors.styled(TextStyle::Faint, text) + "\x1b[K"_L1).toUtf8());
 }
 
 } // namespace portolan

@@ -1,29 +1,31 @@
 #pragma once
 
-#include "Ink.h"
+#include "Service.h"
+#include "TerminalColors.h"
 
 #include <QString>
 #include <QTimer>
 
 namespace portolan {
 
-/// One line on the terminal that says what is being waited for. It appears only when the wait is long enough
-/// to be noticed, and leaves no trace.
+/// One line on the terminal that says what a scan is waiting for. It appears only when the wait is long
+/// enough to be noticed, and is erased at the end. Where standard output cannot erase it, it never appears.
 class ProgressLine
 {
 public:
-    /// A line that never appears where standard output is no terminal that can erase it.
     ProgressLine();
-    ~ProgressLine() { clear(); }
+    ~ProgressLine();
     Q_DISABLE_COPY_MOVE(ProgressLine)
 
+    /// What is said while `services` are known and `isScanning` or their probes are under way.
+    [[nodiscard]] static QString text(bool isScanning, const QList<Service> &services);
+
     void setText(const QString &text);
-    void clear();
 
 private:
     void draw();
 
-    Ink m_ink;
+    TerminalColors m_colors;
     QString m_text;
     bool m_isDrawn = false;
     QTimer m_delay;

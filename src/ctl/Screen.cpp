@@ -15,11 +15,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QByteArrayView enter = "\x1b[?1049h\x1b[?25l"; // a screen of our own, without cursor
+constexpr QByteArrayView enter = "\x1b[?1049h\x1b[?25l"; // the alternate screen, without cursor
 constexpr QByteArrayView leave = "\x1b[?25h\x1b[?1049l";
 
-/// Of another size of the terminal, and of having been stopped.
-sigset_t ownSignals()
+/// Those of a resized terminal, and of having been continued after a stop.
+sigset_t watchedSignals()
 {
     sigset_t signals;
     sigemptyset(&signals);
@@ -30,7 +30,7 @@ sigset_t ownSignals()
 
 FileDescriptor openSignals()
 {
-    const sigset_t signals = ownSignals();
+    const sigset_t signals = watchedSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     return FileDescriptor(signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
 }
@@ -54,17 +54,18 @@ Screen::~Screen()
     if (m_modeBefore)
         tcsetattr(STDIN_FILENO, TCSAFLUSH, &*m_modeBefore);
     m_signals.setEnabled(false);
-    const sigset_t signals = ownSignals();
+    const sigset_t signals = watchedSignals();
     pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
 }
 
-bool Screen::show(const QString &picture)
+bool Screen::show(const QString &text)
 {
-    if (picture == m_shown)
+    if (text == m_shown)
         return true;
-    m_shown = picture;
-    // Erased before it is written: behind a line that fills the terminal the cursor is on its last character.
-    QStringList lines = picture.split(u'\n');
+    m_shown = text;
+    // Each line is erased before it is written: after a line as wide as the terminal the cursor is still on
+    // its last character.
+    QStringList lines = text.split(u'\n');
     const QString last = lines.takeLast();
     QString output = u"\x1b[H"_s;
     for (const QString &line : std::as_const(lines))
@@ -78,8 +79,8 @@ void Screen::takeTerminal()
     (void)Output::write(enter);
 }
 
-// Keys come one by one and unseen. Control-Z and Control-\ do nothing: they would leave the shell with this
-// screen.
+// Keys are read one by one and without echo. Control-Z and Control-\ do nothing: they would leave the shell
+// on the alternate screen.
 void Screen::startReadingKeys()
 {
     termios mode{};
@@ -115,7 +116,7 @@ void Screen::readSignals()
     if (wasStopped)
         takeTerminal();
     m_shown.clear();
-    Q_EMIT lostPicture();
+    Q_EMIT redrawNeeded();
 }
 
 } // namespace portolan

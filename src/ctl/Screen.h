@@ -13,8 +13,7 @@
 
 namespace portolan {
 
-/// The whole terminal as a picture that is replaced at will. The terminal is as it was before once this is
-/// gone.
+/// The whole terminal, showing one text at a time. The destructor restores the terminal.
 class Screen : public QObject
 {
     Q_OBJECT
@@ -23,16 +22,16 @@ public:
     Screen();
     ~Screen() override;
 
-    /// Whether there are keys to read: standard input is a terminal.
+    /// Whether keys can be read: standard input is a terminal.
     [[nodiscard]] bool readsKeys() const { return m_modeBefore.has_value(); }
 
-    /// Shows `picture`: lines separated by line feeds, no more and no wider than the terminal. Writes nothing
+    /// Shows `text`: lines separated by line feeds, no more and no wider than the terminal. Writes nothing
     /// when that is shown already. False when the terminal takes no more output.
-    [[nodiscard]] bool show(const QString &picture);
+    [[nodiscard]] bool show(const QString &text);
 
 Q_SIGNALS:
-    /// The terminal has no picture any more: it has another size, or was somebody else's for a while.
-    void lostPicture();
+    /// The text has to be shown again: the terminal has been resized, or another program has used it.
+    void redrawNeeded();
     /// The user typed a character.
     void typed(char character);
 

@@ -67,8 +67,8 @@ bool isHarmless(QChar character)
     return TerminalText::harmless(QStringView(&character, 1)) == character;
 }
 
-// Qt escapes the control characters that JSON forbids and leaves the others as they are.
-QByteArray withHarmlessTexts(const QByteArray &json)
+// QJsonDocument escapes the control characters that JSON forbids, and no others.
+QByteArray withEscapedCharacters(const QByteArray &json)
 {
     QString result;
     for (const QChar character : QString::fromUtf8(json)) {
@@ -92,7 +92,7 @@ QByteArray ServiceJson::of(const QList<Service> &services, const QSet<qint64> &p
         QJsonDocument(array).toJson(isOneLine ? QJsonDocument::Compact : QJsonDocument::Indented);
     if (isOneLine)
         json += '\n';
-    return withHarmlessTexts(json);
+    return withEscapedCharacters(json);
 }
 
 } // namespace portolan

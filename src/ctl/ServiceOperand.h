@@ -12,7 +12,7 @@ namespace portolan {
 struct ServiceOperand
 {
     qint64 port = 0;
-    std::optional<qint32> pid; ///< absent: whichever process listens there
+    std::optional<qint32> pid; ///< absent: any process that listens there
 
     /// Reads a port ("3000") or an id ("4242-3000"); nothing if `operand` is neither.
     [[nodiscard]] static std::optional<ServiceOperand> parse(QStringView operand);

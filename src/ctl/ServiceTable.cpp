@@ -19,32 +19,33 @@ struct ColumnStyle
 {
     QLatin1StringView header;
     Qt::AlignmentFlag alignment;
-    Tone tone;
+    TextStyle style;
 };
 
 constexpr std::array<ColumnStyle, columnCount> styles{{
-    {""_L1, Qt::AlignLeft, Tone::accent},
-    {"PORT"_L1, Qt::AlignRight, Tone::plain},
-    {"NAME"_L1, Qt::AlignLeft, Tone::strong},
-    {"FRAMEWORK"_L1, Qt::AlignLeft, Tone::plain},
-    {"STATUS"_L1, Qt::AlignLeft, Tone::plain},
-    {"UPTIME"_L1, Qt::AlignRight, Tone::plain},
-    {"CPU"_L1, Qt::AlignRight, Tone::plain},
-    {"MEMORY"_L1, Qt::AlignRight, Tone::plain},
-    {"PID"_L1, Qt::AlignRight, Tone::faint},
-    {"FOLDER"_L1, Qt::AlignLeft, Tone::faint},
+    {""_L1, Qt::AlignLeft, TextStyle::Accent},
+    {"PORT"_L1, Qt::AlignRight, TextStyle::Plain},
+    {"NAME"_L1, Qt::AlignLeft, TextStyle::Strong},
+    {"FRAMEWORK"_L1, Qt::AlignLeft, TextStyle::Plain},
+    {"STATUS"_L1, Qt::AlignLeft, TextStyle::Plain},
+    {"UPTIME"_L1, Qt::AlignRight, TextStyle::Plain},
+    {"CPU"_L1, Qt::AlignRight, TextStyle::Plain},
+    {"MEMORY"_L1, Qt::AlignRight, TextStyle::Plain},
+    {"PID"_L1, Qt::AlignRight, TextStyle::Faint},
+    {"FOLDER"_L1, Qt::AlignLeft, TextStyle::Faint},
 }};
 
-// What goes first where there is not enough room, and what the long texts are never cut below before that.
-constexpr std::array dispensable{Pid, Memory, Cpu, Folder, Uptime, ServerKind};
-constexpr int shortestName = 12;
-constexpr int shortestFolder = 16;
-// The same for terminals that hardly have room for anything. The port goes last.
-constexpr std::array lastDispensable{Mark, Name, Status};
-constexpr int stillAName = 6;
-constexpr int stillAStatus = 7; // "Offline"
+// The columns left out where there is not enough room, in this order, and the widths that long texts are cut
+// to before that.
+constexpr std::array optionalColumns{Pid, Memory, Cpu, Folder, Uptime, ServerKind};
+constexpr int minNameWidth = 12;
+constexpr int minFolderWidth = 16;
+// The same for very narrow terminals. The port is always shown.
+constexpr std::array lastOptionalColumns{Mark, Name, Status};
+constexpr int narrowNameWidth = 6;
+constexpr int narrowStatusWidth = 7; // "Offline"
 
-constexpr int usualStatus = 18; // "Online 200 · 12 ms"
+constexpr int usualStatusWidth = 18; // "Online 200 · 12 ms"
 
 constexpr int gap = 2;
 constexpr QStringView nothing = u"—";
@@ -68,19 +69,19 @@ QString statusText(const Health &health)
     return nothing.toString();
 }
 
-Tone statusTone(const Health &health)
+TextStyle statusStyle(const Health &health)
 {
     switch (health.state()) {
     case Health::State::healthy:
-        return Tone::online;
+        return TextStyle::Online;
     case Health::State::unreachable:
-        return Tone::offline;
+        return TextStyle::Offline;
     case Health::State::checking:
-        return Tone::pending;
+        return TextStyle::Pending;
     case Health::State::unknown:
         break;
     }
-    return Tone::faint;
+    return TextStyle::Faint;
 }
 
 Row rowOf(const Service &service, bool isPinned)
@@ -125,15 +126,15 @@ void shorten(int &width, int excess, int least)
 Widths fittedWidths(Widths widths, int columns)
 {
     const auto excess = [&] { return lineWidth(widths) - columns; };
-    shorten(widths[Folder], excess(), shortestFolder);
-    shorten(widths[Name], excess(), shortestName);
-    for (const Column column : dispensable) {
+    shorten(widths[Folder], excess(), minFolderWidth);
+    shorten(widths[Name], excess(), minNameWidth);
+    for (const Column column : optionalColumns) {
         if (excess() > 0)
             widths[column] = 0;
     }
-    shorten(widths[Name], excess(), stillAName);
-    shorten(widths[Status], excess(), stillAStatus);
-    for (const Column column : lastDispensable) {
+    shorten(widths[Name], excess(), narrowNameWidth);
+    shorten(widths[Status], excess(), narrowStatusWidth);
+    for (const Column column : lastOptionalColumns) {
         if (excess() > 0)
             widths[column] = 0;
     }
@@ -147,11 +148,11 @@ QString fitted(size_t column, const QString &text, int width)
                             : TerminalText::elided(text, width);
 }
 
-template <typename ToneOf>
-QString line(const Row &row, const Widths &widths, const Ink &ink, ToneOf toneOf)
+template <typename StyleOf>
+QString line(const Row &row, const Widths &widths, const TerminalColors &colors, StyleOf styleOf)
 {
     QString result;
-    int owed = 0; // space that is only written when something follows
+    int padding = 0; // spaces, written only when something follows
     for (size_t column = 0; column < columnCount; ++column) {
         const int width = widths[column];
         if (width == 0)
@@ -159,12 +160,12 @@ QString line(const Row &row, const Widths &widths, const Ink &ink, ToneOf toneOf
         const QString text = fitted(column, row[column], width);
         const int missing = width - TerminalText::width(text);
         if (styles[column].alignment == Qt::AlignRight)
-            owed += missing;
+            padding += missing;
         if (!text.isEmpty()) {
-            result += QString(owed, u' ') + ink(toneOf(column), text);
-            owed = 0;
+            result += QString(padding, u' ') + colors.styled(styleOf(column), text);
+            padding = 0;
         }
-        owed += gap + (styles[column].alignment == Qt::AlignRight ? 0 : missing);
+        padding += gap + (styles[column].alignment == Qt::AlignRight ? 0 : missing);
     }
     return result + u'\n';
 }
@@ -178,19 +179,29 @@ QString ServiceTable::of(const QList<Service> &services, const QSet<qint64> &pin
         rows.append(rowOf(service, pinnedPorts.contains(service.port)));
     Widths widths = naturalWidths(rows);
     if (look.isSteady)
-        widths[Status] = std::max(widths[Status], usualStatus);
+        widths[Status] = std::max(widths[Status], usualStatusWidth);
     if (look.columns)
         widths = fittedWidths(widths, *look.columns);
 
     Row header;
     std::ranges::transform(styles, header.begin(), &ColumnStyle::header);
-    QString table = line(header, widths, look.ink, [](size_t) { return Tone::faint; });
+    QString table = line(header, widths, look.colors, [](size_t) { return TextStyle::Faint; });
     for (qsizetype i = 0; i < rows.size(); ++i) {
-        table += line(rows[i], widths, look.ink, [&](size_t column) {
-            return column == Status ? statusTone(services[i].health) : styles[column].tone;
+        table += line(rows[i], widths, look.colors, [&](size_t column) {
+            return column == Status ? statusStyle(services[i].health) : styles[column].style;
         });
     }
     return table;
+}
+
+QString ServiceTable::emptyText(bool isSearching, const Look &look)
+{
+    const QString title = isSearching ? u"No matches"_s : u"Nothing running"_s;
+    const QString hint = isSearching ? u" · Try a different name or port."_s
+                                     : u" · Start a dev server and it appears here automatically."_s;
+    const bool fits = !look.columns || title.size() + hint.size() <= *look.columns;
+    return look.colors.styled(TextStyle::Strong, title) +
+           (fits ? look.colors.styled(TextStyle::Faint, hint) : QString());
 }
 
 } // namespace portolan

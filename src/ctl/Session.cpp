@@ -17,7 +17,7 @@ Session::Session(const CommandLine &line)
               return isProbed ? m_checker.check(port) : QtFuture::makeReadyFuture(Health::unknown());
           })
 {
-    m_store.setAutoRefresh(false); // each command has a rhythm of its own
+    m_store.setAutoRefresh(false); // each command refreshes at times of its own
     m_store.setSearchText(line.search);
     if (line.sort)
         m_store.setSortOrder(*line.sort);

@@ -11,8 +11,8 @@
 
 namespace portolan {
 
-/// The store that a command works on: with the user's settings, which are read and never written, and with
-/// what the command line says about search, order and probing.
+/// The store of one command: with the user's settings, which are read and never written, and with the search
+/// text, order and probing that the command line asks for.
 class Session
 {
 public:

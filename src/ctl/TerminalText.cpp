@@ -29,8 +29,8 @@ char32_t harmlessCharacter(char32_t character)
     return Characters::isShowable(character) ? character : replacement;
 }
 
-// The C library knows how wide characters are, but only by the locale: here one of the calling thread,
-// whatever the program's is.
+// wcwidth() knows how wide characters are, but only in a UTF-8 locale. One is set for the calling thread
+// here, as the program's own locale may be another.
 class WidthLocale
 {
 public:
@@ -52,7 +52,7 @@ private:
     locale_t m_previous;
 };
 
-// The longest piece at the front of `text` that fits and divides no character as a reader sees it.
+// The longest start of `text` that fits and ends between two grapheme clusters.
 QStringView front(QStringView text, int columns)
 {
     QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text.data(), text.size());
@@ -66,7 +66,7 @@ QStringView front(QStringView text, int columns)
     return text.first(end);
 }
 
-// The same at the back.
+// The same at the end.
 QStringView back(QStringView text, int columns)
 {
     QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text.data(), text.size());

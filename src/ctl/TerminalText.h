@@ -5,11 +5,12 @@
 
 namespace portolan {
 
-/// Texts of strangers (names, commands, folders) made fit for a terminal. Pure functions.
+/// Texts from outside the program (names, commands, folders) made safe for a terminal and cut to its width.
+/// Pure functions.
 namespace TerminalText {
 
-/// `text` with everything in it that a terminal would obey or that would reorder or hide its neighbours
-/// replaced by something visible: control characters by their pictures, the others by U+FFFD.
+/// `text` with everything that a terminal would interpret, or that would reorder or hide other text, replaced
+/// by something visible: control characters by their Unicode control pictures, the others by U+FFFD.
 [[nodiscard]] QString harmless(QStringView text);
 
 /// How many columns a terminal takes to show the harmless `text`.
@@ -18,7 +19,7 @@ namespace TerminalText {
 /// The harmless `text` cut at its end to at most `columns`, with an ellipsis where something is missing.
 [[nodiscard]] QString elided(QStringView text, int columns);
 
-/// The same, cut in the middle, where a path tells least; more of its end is kept than of its start.
+/// The same, cut in the middle; more of the end is kept than of the start, as the end of a path tells more.
 [[nodiscard]] QString elidedInTheMiddle(QStringView text, int columns);
 
 } // namespace TerminalText

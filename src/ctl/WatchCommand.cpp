@@ -1,8 +1,7 @@
-#include "WatchCommand.h"
+#include "Commands.h"
 
 #include "KeyReader.h"
 #include "Output.h"
-#include "Program.h"
 #include "Screen.h"
 #include "ServiceJson.h"
 #include "Session.h"
@@ -23,13 +22,13 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// Output that was given up because the user wants an end has not failed.
+// A write that was given up because the user asked the program to end has not failed.
 int statusAfterFailedWrite()
 {
-    return TerminationSignals::isPending() ? 0 : 1;
+    return TerminationSignals::isPending() ? ExitStatus::success : ExitStatus::failure;
 }
 
-// Redraws once for all the changes that come at the same time.
+// Changes that come at the same time cause one redraw.
 int watchOnScreen(ServiceStore &store)
 {
     QEventLoop loop;
@@ -48,13 +47,13 @@ int watchOnScreen(ServiceStore &store)
                                           .lastUpdated = store.lastUpdated(),
                                           .first = first,
                                           .readsKeys = screen.readsKeys()};
-        if (!screen.show(WatchFrame::of(content, Output::size(), Output::ink())))
+        if (!screen.show(WatchFrame::of(content, Output::size(), Output::colors())))
             loop.exit(statusAfterFailedWrite());
     });
     const auto redrawSoon = [&] { redraw.start(0ms); };
     QObject::connect(&store, &ServiceStore::visibleChanged, &redraw, redrawSoon);
     QObject::connect(&store, &ServiceStore::lastUpdatedChanged, &redraw, redrawSoon);
-    QObject::connect(&screen, &Screen::lostPicture, &redraw, redrawSoon);
+    QObject::connect(&screen, &Screen::redrawNeeded, &redraw, redrawSoon);
     QObject::connect(&screen, &Screen::typed, &loop, [&](char character) {
         const auto key = keys.read(character);
         if (key == Key::quit)
@@ -71,7 +70,7 @@ int watchOnScreen(ServiceStore &store)
     return loop.exec();
 }
 
-// One line per refresh, after its last probe.
+// Prints one line per refresh, after its last probe.
 int watchAsJson(ServiceStore &store)
 {
     QEventLoop loop;
@@ -94,11 +93,11 @@ int watchAsJson(ServiceStore &store)
 
 } // namespace
 
-int WatchCommand::run(const CommandLine &line)
+int Commands::watch(const CommandLine &line)
 {
-    if (!line.json && !Output::isAddressable()) {
-        Output::complain(u"'watch' needs a terminal, or option '--json'"_s);
-        return Program::usageError;
+    if (!line.json && !Output::canMoveCursor()) {
+        Output::printError(u"'watch' needs a terminal, or option '--json'"_s);
+        return ExitStatus::usageError;
     }
     Session session(line);
     return line.json ? watchAsJson(session.store()) : watchOnScreen(session.store());

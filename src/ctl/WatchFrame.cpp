@@ -1,6 +1,5 @@
 #include "WatchFrame.h"
 
-#include "EmptyText.h"
 #include "ServiceTable.h"
 #include "TerminalText.h"
 
@@ -12,26 +11,26 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-bool hasAir(Output::Size size) // above the footer
+bool hasBlankLine(Output::Size size) // above the footer
 {
     return size.rows > 2;
 }
 
-/// How many lines the list can take.
-qsizetype room(Output::Size size)
+/// How many lines the list can have.
+qsizetype listHeight(Output::Size size)
 {
-    return size.rows - (hasAir(size) ? 2 : 1);
+    return size.rows - (hasBlankLine(size) ? 2 : 1);
 }
 
 bool fits(qsizetype services, Output::Size size)
 {
-    return services + 1 <= room(size);
+    return services + 1 <= listHeight(size);
 }
 
-/// How many services are shown where not all fit: between the header and what is said about the others.
+/// How many services are shown where not all fit: between the header and the line about the others.
 qsizetype shownAtOnce(Output::Size size)
 {
-    return std::max<qsizetype>(0, room(size) - 2);
+    return std::max<qsizetype>(0, listHeight(size) - 2);
 }
 
 qsizetype lastFirst(qsizetype services, Output::Size size)
@@ -47,31 +46,31 @@ QString othersText(qsizetype above, qsizetype below)
 }
 
 /// As much of `table` as fits, from the service `first` on.
-QStringList cut(const QStringList &table, qsizetype first, Output::Size size, const Ink &ink)
+QStringList cut(const QStringList &table, qsizetype first, Output::Size size, const TerminalColors &colors)
 {
     const qsizetype services = table.size() - 1;
     const qsizetype above = std::clamp<qsizetype>(first, 0, lastFirst(services, size));
     QStringList lines = table.mid(1 + above, shownAtOnce(size));
     const QString others = othersText(above, services - above - lines.size());
     lines.prepend(table.first());
-    lines.append(ink(Tone::faint, TerminalText::elided(others, size.columns)));
-    return lines.last(std::min(lines.size(), room(size)));
+    lines.append(colors.styled(TextStyle::Faint, TerminalText::elided(others, size.columns)));
+    return lines.last(std::min(lines.size(), listHeight(size)));
 }
 
-QStringList listLines(const WatchFrame::Content &content, Output::Size size, const Ink &ink)
+QStringList listLines(const WatchFrame::Content &content, Output::Size size, const TerminalColors &colors)
 {
-    if (!content.lastUpdated.isValid() || room(size) == 0)
+    if (!content.lastUpdated.isValid() || listHeight(size) == 0)
         return {};
+    const ServiceTable::Look look{.columns = size.columns, .colors = colors, .isSteady = true};
     if (content.services.isEmpty())
-        return {emptyText(content.isSearching, size.columns, ink)};
-    QString table = ServiceTable::of(content.services, content.pinnedPorts,
-                                     {.columns = size.columns, .ink = ink, .isSteady = true});
+        return {ServiceTable::emptyText(content.isSearching, look)};
+    QString table = ServiceTable::of(content.services, content.pinnedPorts, look);
     table.chop(1);
     const QStringList lines = table.split(u'\n');
-    return fits(content.services.size(), size) ? lines : cut(lines, content.first, size, ink);
+    return fits(content.services.size(), size) ? lines : cut(lines, content.first, size, colors);
 }
 
-QString footer(const WatchFrame::Content &content, Output::Size size, const Ink &ink)
+QString footer(const WatchFrame::Content &content, Output::Size size, const TerminalColors &colors)
 {
     const QString state = content.lastUpdated.isValid()
                               ? u"Updated "_s + content.lastUpdated.toLocalTime().toString(u"HH:mm:ss"_s)
@@ -80,17 +79,17 @@ QString footer(const WatchFrame::Content &content, Output::Size size, const Ink 
     const bool scrolls = !content.services.isEmpty() && !fits(content.services.size(), size);
     if (content.readsKeys && scrolls)
         keys.prepend(u" · ↑ ↓ to scroll"_s);
-    return ink(Tone::faint, TerminalText::elided(state + keys, size.columns));
+    return colors.styled(TextStyle::Faint, TerminalText::elided(state + keys, size.columns));
 }
 
 } // namespace
 
-QString WatchFrame::of(const Content &content, Output::Size size, const Ink &ink)
+QString WatchFrame::of(const Content &content, Output::Size size, const TerminalColors &colors)
 {
-    QStringList lines = listLines(content, size, ink);
-    if (!lines.isEmpty() && hasAir(size))
+    QStringList lines = listLines(content, size, colors);
+    if (!lines.isEmpty() && hasBlankLine(size))
         lines.append(QString());
-    lines.append(footer(content, size, ink));
+    lines.append(footer(content, size, colors));
     return lines.join(u'\n');
 }
 

@@ -1,6 +1,57 @@
-#include "Program.h"
+#include "Commands.h"
+#include "Output.h"
+#include "StandardStreams.h"
+
+#include <QCoreApplication>
+
+#include <csignal>
+
+using namespace portolan;
+
+namespace {
+
+int run(const CommandLine &line)
+{
+    switch (line.command) {
+    case CommandLine::Command::List:
+        return Commands::list(line);
+    case CommandLine::Command::Watch:
+        return Commands::watch(line);
+    case CommandLine::Command::Stop:
+        return Commands::stop(line);
+    case CommandLine::Command::Open:
+        return Commands::open(line);
+    }
+    Q_UNREACHABLE();
+}
+
+int print(const CommandLine::Reply &reply)
+{
+    if (!reply.isError)
+        return Output::write(reply.text.toUtf8()) ? ExitStatus::success : ExitStatus::failure;
+    Output::printError(reply.text);
+    return ExitStatus::usageError;
+}
+
+// Libraries write no messages to standard error: it is for the user's own mistakes.
+void dropMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
+
+} // namespace
 
 int main(int argc, char **argv)
 {
-    return portolan::Program::run(argc, argv);
+    StandardStreams::reserve();
+    const auto parsed = CommandLine::parse(argc, argv);
+    if (const auto *reply = std::get_if<CommandLine::Reply>(&parsed))
+        return print(*reply);
+
+    qInstallMessageHandler(dropMessage);
+    const QCoreApplication application(argc, argv);
+    const int status = run(std::get<CommandLine>(parsed));
+    // A shell ends its loop only when it sees that the program died of the user's Control-C.
+    if (status > ExitStatus::endedBy(0)) {
+        std::signal(status - ExitStatus::endedBy(0), SIG_DFL);
+        std::raise(status - ExitStatus::endedBy(0));
+    }
+    return status;
 }

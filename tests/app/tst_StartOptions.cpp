@@ -3,17 +3,27 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 namespace portolan {
 
 using namespace Qt::StringLiterals;
 
-using Purpose = StartOptions::Purpose;
+namespace {
+
+auto parse(std::vector<const char *> arguments)
+{
+    arguments.insert(arguments.begin(), "portolan");
+    return StartOptions::parse(int(arguments.size()), arguments.data());
+}
+
+} // namespace
 
 struct GoodStart
 {
     const char *name;
-    QStringList arguments;
-    StartOptions options;
+    std::vector<const char *> arguments;
+    StartRequest request;
 };
 
 class StartOptionsRead : public testing::TestWithParam<GoodStart>
@@ -21,32 +31,51 @@ class StartOptionsRead : public testing::TestWithParam<GoodStart>
 
 TEST_P(StartOptionsRead, It)
 {
-    const auto result = StartOptions::parse(GetParam().arguments);
-    ASSERT_TRUE(std::holds_alternative<StartOptions>(result));
-    EXPECT_TRUE(std::get<StartOptions>(result) == GetParam().options);
+    const auto result = parse(GetParam().arguments);
+    ASSERT_TRUE(std::holds_alternative<StartRequest>(result));
+    EXPECT_EQ(std::get<StartRequest>(result), GetParam().request);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, StartOptionsRead,
+                         testing::Values(GoodStart{"Nothing", {}, StartRequest::Open},
+                                         GoodStart{"Background", {"--background"}, StartRequest::None},
+                                         GoodStart{"Window", {"--window"}, StartRequest::Window},
+                                         GoodStart{"NoWindow", {"--window=false"}, StartRequest::Open},
+                                         GoodStart{"Twice", {"--window", "--window"}, StartRequest::Window}),
+                         [](const auto &row) { return row.param.name; });
+
+struct Question
+{
+    const char *name;
+    std::vector<const char *> arguments;
+    QString answer; ///< a part of what is printed
+};
+
+class StartOptionsAnswer : public testing::TestWithParam<Question>
+{};
+
+TEST_P(StartOptionsAnswer, It)
+{
+    const auto result = parse(GetParam().arguments);
+    ASSERT_TRUE(std::holds_alternative<StartOptions::Reply>(result));
+    EXPECT_FALSE(std::get<StartOptions::Reply>(result).isError);
+    EXPECT_TRUE(std::get<StartOptions::Reply>(result).text.contains(GetParam().answer));
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Rows, StartOptionsRead,
-    testing::Values(GoodStart{"Nothing", {}, {Purpose::Run, StartRequest::Open}},
-                    GoodStart{"Background", {u"--background"_s}, {Purpose::Run, StartRequest::None}},
-                    GoodStart{"Window", {u"--window"_s}, {Purpose::Run, StartRequest::Window}},
-                    GoodStart{"Twice", {u"--window"_s, u"--window"_s}, {Purpose::Run, StartRequest::Window}},
-                    GoodStart{"Help", {u"--help"_s}, {Purpose::PrintHelp, StartRequest::Open}},
-                    GoodStart{"ShortHelp", {u"-h"_s}, {Purpose::PrintHelp, StartRequest::Open}},
-                    GoodStart{"Version", {u"--version"_s}, {Purpose::PrintVersion, StartRequest::Open}},
-                    GoodStart{"HelpBeforeNonsense",
-                              {u"--help"_s, u"--nonsense"_s},
-                              {Purpose::PrintHelp, StartRequest::Open}},
-                    GoodStart{"HelpAfterWindow",
-                              {u"--window"_s, u"--help"_s},
-                              {Purpose::PrintHelp, StartRequest::Window}}),
+    Rows, StartOptionsAnswer,
+    testing::Values(Question{"Help", {"--help"}, u"Usage: portolan [OPTIONS]\n"_s},
+                    Question{"ShortHelp", {"-h"}, u"Usage: portolan [OPTIONS]\n"_s},
+                    Question{"Version", {"--version"}, u"portolan " PORTOLAN_VERSION "\n"_s},
+                    Question{"HelpBeforeNonsense", {"--help", "--nonsense"}, u"Usage: "_s},
+                    Question{"HelpAfterNonsense", {"--nonsense", "--help"}, u"Usage: "_s},
+                    Question{"HelpAfterWindow", {"--window", "--help"}, u"Usage: "_s}),
     [](const auto &row) { return row.param.name; });
 
 struct BadStart
 {
     const char *name;
-    QStringList arguments;
+    std::vector<const char *> arguments;
     QString message;
 };
 
@@ -55,25 +84,24 @@ class StartOptionsRefuse : public testing::TestWithParam<BadStart>
 
 TEST_P(StartOptionsRefuse, It)
 {
-    const auto result = StartOptions::parse(GetParam().arguments);
-    ASSERT_TRUE(std::holds_alternative<StartOptions::Error>(result));
-    EXPECT_EQ(std::get<StartOptions::Error>(result).message, GetParam().message);
+    const auto result = parse(GetParam().arguments);
+    ASSERT_TRUE(std::holds_alternative<StartOptions::Reply>(result));
+    EXPECT_TRUE(std::get<StartOptions::Reply>(result).isError);
+    EXPECT_EQ(std::get<StartOptions::Reply>(result).text, GetParam().message);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Rows, StartOptionsRefuse,
     testing::Values(
-        BadStart{"UnknownOption", {u"--quiet"_s}, u"unknown option '--quiet'"_s},
-        BadStart{"Abbreviation", {u"--back"_s}, u"unknown option '--back'"_s},
-        BadStart{"Word", {u"open"_s}, u"unknown option 'open'"_s},
-        BadStart{"Empty", {QString()}, u"unknown option ''"_s},
-        BadStart{"Value", {u"--window=1"_s}, u"unknown option '--window=1'"_s},
-        BadStart{"OptionOfTheToolkit", {u"-style"_s}, u"unknown option '-style'"_s},
-        BadStart{"ControlCharacters", {u"\x1b[2J\n.\x07"_s}, u"unknown option '?[2J?.?'"_s},
-        BadStart{"Contradiction",
-                 {u"--background"_s, u"--window"_s},
-                 u"'--background' and '--window' exclude each other"_s},
-        BadStart{"NonsenseBeforeHelp", {u"--nonsense"_s, u"--help"_s}, u"unknown option '--nonsense'"_s}),
+        BadStart{"UnknownOption", {"--quiet"}, u"unknown option '--quiet'"_s},
+        BadStart{"Abbreviation", {"--back"}, u"unknown option '--back'"_s},
+        BadStart{"Word", {"open"}, u"unknown option 'open'"_s},
+        BadStart{"Empty", {""}, u"unknown option ''"_s},
+        BadStart{"Value", {"--window=maybe"}, u"Could not convert: --window = maybe"_s},
+        BadStart{"OptionOfTheToolkit", {"-style"}, u"unknown option '-style'"_s},
+        BadStart{"ControlCharacters", {"\x1b[2J\n.\x07"}, u"unknown option '?[2J?.?'"_s},
+        BadStart{"ControlCharactersInAValue", {"--window=\x1b[2J"}, u"Could not convert: --window = ?[2J"_s},
+        BadStart{"Contradiction", {"--background", "--window"}, u"--window excludes --background"_s}),
     [](const auto &row) { return row.param.name; });
 
 } // namespace portolan

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
+#include <vector>
 
 namespace portolan {
 
@@ -11,18 +11,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-using Shape = CommandShape;
+using Command = CommandLine::Command;
 
-constexpr std::array shapes{
-    Shape{"list"_L1, Shape::Json | Shape::NoProbe | Shape::Search | Shape::Sort},
-    Shape{"watch"_L1, Shape::Json},
-    Shape{"stop"_L1, {}, Shape::Operands::some, "PORT|ID"_L1},
-    Shape{"open"_L1, {}, Shape::Operands::one, "PORT"_L1},
-};
-
-auto parse(const QStringList &arguments)
+auto parse(std::vector<const char *> arguments)
 {
-    return CommandLine::parse(arguments, shapes);
+    arguments.insert(arguments.begin(), "portolanctl");
+    return CommandLine::parse(int(arguments.size()), arguments.data());
 }
 
 } // namespace
@@ -30,7 +24,7 @@ auto parse(const QStringList &arguments)
 struct GoodLine
 {
     const char *name;
-    QStringList arguments;
+    std::vector<const char *> arguments;
     CommandLine line;
 };
 
@@ -41,51 +35,45 @@ TEST_P(CommandLineReads, It)
 {
     const auto result = parse(GetParam().arguments);
     ASSERT_TRUE(std::holds_alternative<CommandLine>(result))
-        << std::get<CommandLine::Error>(result).message.toStdString();
+        << std::get<CommandLine::Reply>(result).text.toStdString();
     EXPECT_EQ(std::get<CommandLine>(result), GetParam().line);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Rows, CommandLineReads,
     testing::Values(
-        GoodLine{"Nothing", {}, {}}, GoodLine{"Command", {u"watch"_s}, {.command = u"watch"_s}},
-        GoodLine{"OptionWithoutCommand", {u"--json"_s}, {.json = true}},
-        GoodLine{"Json", {u"list"_s, u"--json"_s}, {.command = u"list"_s, .json = true}},
-        GoodLine{"OptionBeforeCommand", {u"--json"_s, u"watch"_s}, {.command = u"watch"_s, .json = true}},
-        GoodLine{"NoProbe", {u"list"_s, u"--no-probe"_s}, {.command = u"list"_s, .probe = false}},
-        GoodLine{"Search",
-                 {u"list"_s, u"--search"_s, u"my shop"_s},
-                 {.command = u"list"_s, .search = u"my shop"_s}},
-        GoodLine{"SearchForAnOption",
-                 {u"list"_s, u"--search"_s, u"--json"_s},
-                 {.command = u"list"_s, .search = u"--json"_s}},
-        GoodLine{
-            "SearchWithEquals", {u"list"_s, u"--search=a=b"_s}, {.command = u"list"_s, .search = u"a=b"_s}},
-        GoodLine{"EmptySearch", {u"list"_s, u"--search="_s}, {.command = u"list"_s}},
-        GoodLine{
-            "Sort", {u"list"_s, u"--sort"_s, u"uptime"_s}, {.command = u"list"_s, .sort = SortOrder::uptime}},
-        GoodLine{"LastSortCounts",
-                 {u"list"_s, u"--sort=name"_s, u"--sort=status"_s},
-                 {.command = u"list"_s, .sort = SortOrder::status}},
+        GoodLine{"Nothing", {}, {}}, GoodLine{"List", {"list"}, {}},
+        GoodLine{"Watch", {"watch"}, {.command = Command::Watch}},
+        GoodLine{"OptionWithoutCommand", {"--json"}, {.json = true}},
+        GoodLine{"Json", {"list", "--json"}, {.json = true}},
+        GoodLine{"FlagTwice", {"--json", "list", "--json"}, {.json = true}},
+        GoodLine{"OptionBeforeCommand", {"--json", "watch"}, {.command = Command::Watch, .json = true}},
+        GoodLine{"NoProbe", {"list", "--no-probe"}, {.probe = false}},
+        GoodLine{"Search", {"list", "--search", "my shop"}, {.search = u"my shop"_s}},
+        GoodLine{"SearchForAnOption", {"list", "--search", "--json"}, {.search = u"--json"_s}},
+        GoodLine{"SearchWithEquals", {"list", "--search=a=b"}, {.search = u"a=b"_s}},
+        GoodLine{"SearchBeyondAscii", {"--search=日本"}, {.search = u"日本"_s}},
+        GoodLine{"EmptySearch", {"list", "--search="}, {}},
+        GoodLine{"EmptySearchBeforeAnOption", {"list", "--search=", "--json"}, {.json = true}},
+        GoodLine{"Sort", {"list", "--sort", "uptime"}, {.sort = SortOrder::uptime}},
+        GoodLine{"LastSortCounts", {"list", "--sort=name", "--sort=status"}, {.sort = SortOrder::status}},
+        GoodLine{"SortOfTheCommandCounts", {"--sort=name", "list", "--sort=port"}, {.sort = SortOrder::port}},
         GoodLine{"Operands",
-                 {u"stop"_s, u"3000"_s, u"42-3001"_s},
-                 {.command = u"stop"_s, .operands = {u"3000"_s, u"42-3001"_s}}},
-        GoodLine{"OperandLikeAnOption",
-                 {u"open"_s, u"--"_s, u"--3000"_s},
-                 {.command = u"open"_s, .operands = {u"--3000"_s}}},
-        GoodLine{"Help", {u"--help"_s}, {.help = true}}, GoodLine{"ShortHelp", {u"-h"_s}, {.help = true}},
-        GoodLine{"ShortHelpOfACommand", {u"watch"_s, u"-h"_s}, {.command = u"watch"_s, .help = true}},
-        GoodLine{"HelpOfACommandThatLacksAnOperand",
-                 {u"stop"_s, u"--help"_s},
-                 {.command = u"stop"_s, .help = true}},
-        GoodLine{"HelpBeforeNonsense", {u"--help"_s, u"--nonsense"_s}, {.help = true}},
-        GoodLine{"Version", {u"--version"_s}, {.version = true}}),
+                 {"stop", "3000", "42-3001"},
+                 {.command = Command::Stop, .operands = {{.port = 3000}, {.port = 3001, .pid = 42}}}},
+        GoodLine{"Open", {"open", "3000"}, {.command = Command::Open, .operands = {{.port = 3000}}}},
+        GoodLine{"OperandsAfterTwoDashes",
+                 {"stop", "--", "3000", "3001"},
+                 {.command = Command::Stop, .operands = {{.port = 3000}, {.port = 3001}}}},
+        GoodLine{"CommandAfterTwoDashes",
+                 {"--", "stop", "3000"},
+                 {.command = Command::Stop, .operands = {{.port = 3000}}}}),
     [](const auto &row) { return std::string(row.param.name); });
 
 struct BadLine
 {
     const char *name;
-    QStringList arguments;
+    std::vector<const char *> arguments;
     QString message;
 };
 
@@ -95,40 +83,82 @@ class CommandLineRefuses : public testing::TestWithParam<BadLine>
 TEST_P(CommandLineRefuses, It)
 {
     const auto result = parse(GetParam().arguments);
-    ASSERT_TRUE(std::holds_alternative<CommandLine::Error>(result));
-    EXPECT_EQ(std::get<CommandLine::Error>(result).message, GetParam().message);
+    ASSERT_TRUE(std::holds_alternative<CommandLine::Reply>(result));
+    EXPECT_TRUE(std::get<CommandLine::Reply>(result).isError);
+    EXPECT_EQ(std::get<CommandLine::Reply>(result).text, GetParam().message);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Rows, CommandLineRefuses,
     testing::Values(
-        BadLine{"UnknownCommand", {u"lst"_s}, u"unknown command 'lst'"_s},
-        BadLine{"EmptyCommand", {u""_s}, u"unknown command ''"_s},
-        BadLine{"CommandInCapitals", {u"List"_s}, u"unknown command 'List'"_s},
-        BadLine{"UnknownOption", {u"list"_s, u"--jsn"_s}, u"unknown option '--jsn'"_s},
-        BadLine{"UnknownOptionWithValue", {u"--a=b"_s}, u"unknown option '--a'"_s},
-        BadLine{"ShortOption", {u"list"_s, u"-j"_s}, u"unknown option '-j'"_s},
-        BadLine{"ShortOptionsInOne", {u"list"_s, u"-hh"_s}, u"unknown option '-hh'"_s},
-        BadLine{"AbbreviatedOption", {u"list"_s, u"--js"_s}, u"unknown option '--js'"_s},
-        BadLine{"NonsenseBeforeHelp", {u"--nonsense"_s, u"--help"_s}, u"unknown option '--nonsense'"_s},
-        BadLine{"ValueForAFlag", {u"list"_s, u"--json=1"_s}, u"option '--json' takes no value"_s},
-        BadLine{"ValueForHelp", {u"--help=list"_s}, u"option '--help' takes no value"_s},
-        BadLine{"NoSearchText", {u"list"_s, u"--search"_s}, u"option '--search' needs a value: a text"_s},
-        BadLine{"NoOrder",
-                {u"list"_s, u"--sort"_s},
-                u"option '--sort' needs a value: port, name, status or uptime"_s},
-        BadLine{"UnknownOrder",
-                {u"list"_s, u"--sort"_s, u"Port"_s},
-                u"option '--sort' takes port, name, status or uptime, not 'Port'"_s},
-        BadLine{"OptionOfAnotherCommand",
-                {u"watch"_s, u"--no-probe"_s},
-                u"'watch' does not take option '--no-probe'"_s},
-        BadLine{"Operand", {u"list"_s, u"3000"_s}, u"'list' takes no operand: '3000'"_s},
-        BadLine{"Dash", {u"list"_s, u"-"_s}, u"'list' takes no operand: '-'"_s},
-        BadLine{"NoOperand", {u"stop"_s}, u"'stop' needs an operand: PORT|ID"_s},
-        BadLine{"TwoOperands", {u"open"_s, u"1"_s, u"2"_s}, u"'open' takes one operand only: '2'"_s},
-        BadLine{"EscapeSequence", {u"\x1b[31m"_s}, u"unknown command '␛[31m'"_s},
-        BadLine{"LineBreak", {u"--a\nb"_s}, u"unknown option '--a␊b'"_s}),
+        BadLine{"UnknownCommand", {"lst"}, u"unknown command 'lst'"_s},
+        BadLine{"EmptyCommand", {""}, u"unknown command ''"_s},
+        BadLine{"CommandInCapitals", {"List"}, u"unknown command 'List'"_s},
+        BadLine{"UnknownOption", {"--jsn"}, u"unknown option '--jsn'"_s},
+        BadLine{"UnknownOptionWithValue", {"--a=b"}, u"unknown option '--a=b'"_s},
+        BadLine{"UnknownOptionOfACommand", {"list", "--jsn"}, u"'list' does not take '--jsn'"_s},
+        BadLine{"ShortOption", {"list", "-j"}, u"'list' does not take '-j'"_s},
+        BadLine{"AbbreviatedOption", {"list", "--js"}, u"'list' does not take '--js'"_s},
+        BadLine{"ValueForAFlag", {"list", "--json=maybe"}, u"Could not convert: --json = maybe"_s},
+        BadLine{"NoSearchText", {"list", "--search"}, u"option '--search' needs a value"_s},
+        BadLine{"NoOrder", {"list", "--sort"}, u"option '--sort' needs a value"_s},
+        BadLine{
+            "UnknownOrder", {"list", "--sort", "Port"}, u"--sort: Port not in {port,name,status,uptime}"_s},
+        BadLine{"OptionOfAnotherCommand", {"stop", "--json", "1"}, u"'stop' does not take '--json'"_s},
+        BadLine{"OptionBeforeTheWrongCommand", {"--json", "stop", "1"}, u"stop excludes --json"_s},
+        BadLine{"Operand", {"list", "3000"}, u"'list' does not take '3000'"_s},
+        BadLine{"Dash", {"list", "-"}, u"'list' does not take '-'"_s},
+        BadLine{"SecondCommand", {"list", "watch"}, u"'list' does not take 'watch'"_s},
+        BadLine{"NoOperand", {"stop"}, u"PORT|ID is required"_s},
+        BadLine{"NoPort", {"open"}, u"PORT is required"_s},
+        BadLine{"TwoOperands", {"open", "1", "2"}, u"'open' does not take '2'"_s},
+        BadLine{"OperandThatIsNoPort", {"open", "shop"}, u"'shop' is no port"_s},
+        BadLine{"IdToOpen", {"open", "42-3000"}, u"'42-3000' is no port"_s},
+        BadLine{"OperandLikeAnOption", {"open", "--", "--3000"}, u"'--3000' is no port"_s},
+        BadLine{"OperandLikeACommand",
+                {"stop", "1", "list"},
+                u"'list' is neither a port nor an id such as 4242-3000"_s},
+        BadLine{
+            "NegativePort", {"stop", "-3000"}, u"'-3000' is neither a port nor an id such as 4242-3000"_s},
+        BadLine{"EscapeSequence", {"\x1b[31m"}, u"unknown command '␛[31m'"_s},
+        BadLine{"LineBreak", {"--a\nb"}, u"unknown option '--a␊b'"_s},
+        BadLine{"EscapeSequenceAsAnOrder",
+                {"--sort", "\x1b[31m"},
+                u"--sort: ␛[31m not in {port,name,status,uptime}"_s},
+        BadLine{"EscapeSequenceAsAnOperand", {"open", "\x1b[31m"}, u"'␛[31m' is no port"_s}),
+    [](const auto &row) { return std::string(row.param.name); });
+
+struct Question
+{
+    const char *name;
+    std::vector<const char *> arguments;
+    QString answer; ///< a part of what is printed
+};
+
+class CommandLineAnswers : public testing::TestWithParam<Question>
+{};
+
+TEST_P(CommandLineAnswers, It)
+{
+    const auto result = parse(GetParam().arguments);
+    ASSERT_TRUE(std::holds_alternative<CommandLine::Reply>(result));
+    const auto &reply = std::get<CommandLine::Reply>(result);
+    EXPECT_FALSE(reply.isError);
+    EXPECT_TRUE(reply.text.contains(GetParam().answer)) << reply.text.toStdString();
+    EXPECT_TRUE(reply.text.endsWith(u'\n'));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, CommandLineAnswers,
+    testing::Values(Question{"Help", {"--help"}, u"Usage: portolanctl [OPTIONS] [COMMAND]\n"_s},
+                    Question{"ShortHelp", {"-h"}, u"Usage: portolanctl [OPTIONS] [COMMAND]\n"_s},
+                    Question{"HelpOfACommand", {"watch", "-h"}, u"Usage: portolanctl watch [OPTIONS]\n"_s},
+                    Question{"HelpOfACommandThatLacksAnOperand",
+                             {"stop", "--help"},
+                             u"Usage: portolanctl stop [OPTIONS] PORT|ID...\n"_s},
+                    Question{"HelpBeforeNonsense", {"--help", "--nonsense"}, u"Usage: "_s},
+                    Question{"HelpAfterNonsense", {"--nonsense", "--help"}, u"Usage: "_s},
+                    Question{"Version", {"--version"}, u"portolanctl " PORTOLAN_VERSION "\n"_s}),
     [](const auto &row) { return std::string(row.param.name); });
 
 } // namespace portolan

@@ -136,9 +136,10 @@ TEST(ServiceTable, KeepsTheNameAndTheStateWhereThereIsHardlyRoom)
     EXPECT_EQ(lines({shop()}, {}, {.columns = 4}).last(), u"3000"_s);
 }
 
-TEST(ServiceTable, ColoursStatesAndNothingWithoutInk)
+TEST(ServiceTable, ColoursStatesAndNothingWithoutColours)
 {
-    const QStringList table = lines({shop(), api(), stranger()}, {}, {.ink = Ink(Ink::Depth::sixteen)});
+    const QStringList table =
+        lines({shop(), api(), stranger()}, {}, {.colors = TerminalColors(TerminalColors::Depth::Sixteen)});
     EXPECT_TRUE(table[0].contains(u"\x1b[2mPORT\x1b[0m"_s));
     EXPECT_TRUE(table[1].contains(u"\x1b[32mOnline 200 · 12 ms\x1b[0m"_s));
     EXPECT_TRUE(table[2].contains(u"\x1b[31mOffline\x1b[0m"_s));

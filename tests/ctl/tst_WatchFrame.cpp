@@ -14,7 +14,7 @@ const QDateTime noon(QDate(2024, 5, 1), QTime(12, 0, 5));
 
 QStringList frame(const WatchFrame::Content &content, int rows = 24, int columns = 120)
 {
-    return WatchFrame::of(content, {.columns = columns, .rows = rows}, Ink()).split(u'\n');
+    return WatchFrame::of(content, {.columns = columns, .rows = rows}, TerminalColors()).split(u'\n');
 }
 
 QList<Service> manyServices()

@@ -1,4 +1,4 @@
-#include "Ending.h"
+#include "StopReport.h"
 
 #include "Output.h"
 #include "ProcessHandle.h"
@@ -20,10 +20,10 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// How long a killed process may take to go.
-constexpr std::chrono::milliseconds killLimit = 2s;
-/// How long to look at one of several.
-constexpr std::chrono::milliseconds turn = 5ms;
+/// How long a killed process may take to end.
+constexpr std::chrono::milliseconds killTimeout = 2s;
+/// How long to wait for one of several before waiting for the next.
+constexpr std::chrono::milliseconds pollInterval = 5ms;
 
 QString described(const Service &service)
 {
@@ -31,7 +31,7 @@ QString described(const Service &service)
                                              QString::number(service.pid), QString::number(service.port));
 }
 
-/// A server that is to end.
+/// A server being stopped.
 struct Stopping
 {
     Service service;
@@ -39,7 +39,8 @@ struct Stopping
     Clock::time_point since;
 };
 
-std::vector<Stopping> held(const QList<Service> &services, const QHash<qint32, ProcessIdentity> &identities)
+std::vector<Stopping> openHandles(const QList<Service> &services,
+                                  const QHash<qint32, ProcessIdentity> &identities)
 {
     std::vector<Stopping> all;
     for (const Service &service : services) {
@@ -54,9 +55,9 @@ std::vector<Stopping> held(const QList<Service> &services, const QHash<qint32, P
     return all;
 }
 
-/// Moves those that `isTaken` is true of out of `all`.
+/// Removes those that `isTaken` is true of from `all` and returns them.
 template <typename Predicate>
-std::vector<Stopping> taken(std::vector<Stopping> &all, Predicate isTaken)
+std::vector<Stopping> takeOut(std::vector<Stopping> &all, Predicate isTaken)
 {
     const auto part = std::ranges::stable_partition(all, std::not_fn(isTaken));
     std::vector<Stopping> result(std::make_move_iterator(part.begin()), std::make_move_iterator(part.end()));
@@ -64,7 +65,7 @@ std::vector<Stopping> taken(std::vector<Stopping> &all, Predicate isTaken)
     return result;
 }
 
-void tell(std::vector<Stopping> &all)
+void sendStop(std::vector<Stopping> &all)
 {
     for (auto one = all.begin(); one != all.end(); ++one) {
         if (std::none_of(all.begin(), one, [&](const Stopping &o) { return o.process == one->process; }))
@@ -73,10 +74,10 @@ void tell(std::vector<Stopping> &all)
     }
 }
 
-/// Waits for at most `patience` and says so when the server has ended.
-bool reportEnd(const Stopping &stopping, std::chrono::milliseconds patience)
+/// Waits for the end of the server for at most `timeout` and reports it.
+bool reportEnd(const Stopping &stopping, std::chrono::milliseconds timeout)
 {
-    if (!stopping.process->waitForEnd(patience))
+    if (!stopping.process->waitForEnd(timeout))
         return false;
     const std::chrono::duration<double> time = Clock::now() - stopping.since;
     (void)Output::write(
@@ -85,50 +86,50 @@ bool reportEnd(const Stopping &stopping, std::chrono::milliseconds patience)
     return true;
 }
 
-/// Says so of a server that lives on because it takes no signals from this user.
-bool reportImmune(const Stopping &stopping)
+/// Reports a server that cannot be stopped because it takes no signals from this user.
+bool reportForbidden(const Stopping &stopping)
 {
     if (stopping.process->send(0) || stopping.process->waitForEnd(0ms))
         return false;
-    Output::complain(described(stopping.service) + u" belongs to another user"_s);
+    Output::printError(described(stopping.service) + u" belongs to another user"_s);
     return true;
 }
 
-/// Reports each as its end comes. Whether that came for all.
+/// Reports each when it has ended. Returns whether all have.
 bool reportEnds(std::vector<Stopping> stopping)
 {
-    const auto end = Clock::now() + ServiceActions::stopGrace + killLimit;
+    const auto end = Clock::now() + ServiceActions::stopGrace + killTimeout;
     std::erase_if(stopping, [](const Stopping &one) { return reportEnd(one, 0ms); });
-    const auto immune = std::erase_if(stopping, reportImmune);
+    const auto forbidden = std::erase_if(stopping, reportForbidden);
     while (!stopping.empty() && Clock::now() < end)
-        std::erase_if(stopping, [](const Stopping &one) { return reportEnd(one, turn); });
+        std::erase_if(stopping, [](const Stopping &one) { return reportEnd(one, pollInterval); });
     for (const Stopping &one : stopping)
-        Output::complain(described(one.service) + u" still runs"_s);
-    return immune == 0 && stopping.empty();
+        Output::printError(described(one.service) + u" still runs"_s);
+    return forbidden == 0 && stopping.empty();
 }
 
 } // namespace
 
-bool Ending::of(const QList<Service> &services, const QHash<qint32, ProcessIdentity> &identities,
-                const std::function<QList<Service>()> &lookAgain)
+bool StopReport::stopAll(const QList<Service> &services, const QHash<qint32, ProcessIdentity> &identities,
+                         const std::function<QList<Service>()> &rescan)
 {
     if (services.isEmpty())
         return true;
-    std::vector<Stopping> stopping = held(services, identities);
-    const QList<Service> listed = lookAgain();
-    const auto ended = taken(stopping, [](const Stopping &one) { return one.process->waitForEnd(0ms); });
-    const auto strange = taken(stopping, [&](const Stopping &one) {
+    std::vector<Stopping> stopping = openHandles(services, identities);
+    const QList<Service> listed = rescan();
+    const auto ended = takeOut(stopping, [](const Stopping &one) { return one.process->waitForEnd(0ms); });
+    const auto unlisted = takeOut(stopping, [&](const Stopping &one) {
         return std::ranges::find(listed, one.service.id(), &Service::id) == listed.end();
     });
-    // All are told before a word is written: a terminal that is held would hold up the signals.
-    tell(stopping);
+    // All signals are sent before anything is written: a terminal stopped by Control-S would delay them.
+    sendStop(stopping);
     for (const Stopping &one : ended)
         (void)Output::write(u"%1 had ended already.\n"_s.arg(described(one.service)).toUtf8());
-    for (const Stopping &one : strange)
-        Output::complain(described(one.service) + u" listens there no more and is left alone"_s);
+    for (const Stopping &one : unlisted)
+        Output::printError(described(one.service) + u" no longer listens there and is not stopped"_s);
     for (const Stopping &one : stopping)
         (void)Output::write(u"Stopping %1…\n"_s.arg(described(one.service)).toUtf8());
-    return reportEnds(std::move(stopping)) && strange.empty();
+    return reportEnds(std::move(stopping)) && unlisted.empty();
 }
 
 } // namespace portolan

@@ -1,6 +1,6 @@
-#include "Ending.h"
 #include "Printers.h"
 #include "SampleServices.h"
+#include "StopReport.h"
 #include "TestChild.h"
 
 #include <gmock/gmock.h>
@@ -20,13 +20,13 @@ struct Outcome
     std::string error;
 };
 
-/// Ends `services`, of which `listed` still are listed on a second look.
-Outcome end(const QList<Service> &services, const std::function<QList<Service>()> &listed,
-            const QHash<qint32, ProcessIdentity> &identities = {})
+/// Stops `services`, of which `listed` are those that a second scan lists.
+Outcome stop(const QList<Service> &services, const std::function<QList<Service>()> &listed,
+             const QHash<qint32, ProcessIdentity> &identities = {})
 {
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
-    const bool haveEnded = Ending::of(services, identities, listed);
+    const bool haveEnded = StopReport::stopAll(services, identities, listed);
     return {haveEnded, testing::internal::GetCapturedStdout(), testing::internal::GetCapturedStderr()};
 }
 
@@ -44,18 +44,18 @@ std::string described(const Service &service)
 
 } // namespace
 
-TEST(Ending, StopsWhatStillIsListed)
+TEST(StopReport, StopsWhatIsStillListed)
 {
     TestChild child(TestChild::endsOnTerm);
     const Service server = serverOf(child.pid());
-    const Outcome outcome = end({server}, [&] { return QList{server}; });
+    const Outcome outcome = stop({server}, [&] { return QList{server}; });
     EXPECT_TRUE(outcome.haveEnded);
     EXPECT_THAT(outcome.output, MatchesRegex("Stopping .*\nStopped .* after [0-9]+\\.[0-9] s\\.\n"));
     EXPECT_EQ(outcome.error, "");
     EXPECT_EQ(child.collect(), SIGTERM);
 }
 
-TEST(Ending, SaysWhatHadEndedBefore)
+TEST(StopReport, ReportsWhatHadEndedBefore)
 {
     TestChild collected(TestChild::endsOnTerm);
     const Service one = serverOf(collected.pid());
@@ -67,31 +67,31 @@ TEST(Ending, SaysWhatHadEndedBefore)
     siginfo_t ended = {};
     ASSERT_EQ(waitid(P_PID, id_t(other.pid), &ended, WEXITED | WNOWAIT), 0);
 
-    const Outcome outcome = end({one, other}, [] { return QList<Service>(); });
+    const Outcome outcome = stop({one, other}, [] { return QList<Service>(); });
     EXPECT_TRUE(outcome.haveEnded);
     EXPECT_EQ(outcome.output,
               described(one) + " had ended already.\n" + described(other) + " had ended already.\n");
     EXPECT_EQ(outcome.error, "");
 }
 
-TEST(Ending, LeavesAloneWhatListensNoMore)
+TEST(StopReport, DoesNotStopWhatNoLongerListens)
 {
     TestChild child(TestChild::endsOnTerm);
     const Service server = serverOf(child.pid());
-    const Outcome outcome = end({server}, [] { return QList<Service>(); });
+    const Outcome outcome = stop({server}, [] { return QList<Service>(); });
     EXPECT_FALSE(outcome.haveEnded);
     EXPECT_EQ(outcome.output, "");
     EXPECT_EQ(outcome.error,
-              "portolanctl: " + described(server) + " listens there no more and is left alone\n");
+              "portolanctl: " + described(server) + " no longer listens there and is not stopped\n");
     EXPECT_TRUE(child.isAlive());
 }
 
-TEST(Ending, NeverReachesAServerThatGotTheIdOfTheOneThatWasListed)
+TEST(StopReport, NeverReachesAServerThatGotTheIdOfTheOneThatWasListed)
 {
     TestChild child(TestChild::endsOnTerm);
     const Service server = serverOf(child.pid());
     std::optional<TestChild> newcomer;
-    const Outcome outcome = end({server}, [&] {
+    const Outcome outcome = stop({server}, [&] {
         kill(server.pid, SIGTERM);
         child.collect();
         if (auto successor = TestChild::withPid(server.pid, TestChild::endsOnTerm))
@@ -105,7 +105,7 @@ TEST(Ending, NeverReachesAServerThatGotTheIdOfTheOneThatWasListed)
     EXPECT_TRUE(newcomer->isAlive());
 }
 
-TEST(Ending, NeverReachesAServerThatGotTheIdSinceTheScan)
+TEST(StopReport, NeverReachesAServerThatGotTheIdSinceTheScan)
 {
     TestChild child(TestChild::endsOnTerm);
     const Service server = serverOf(child.pid());
@@ -116,21 +116,21 @@ TEST(Ending, NeverReachesAServerThatGotTheIdSinceTheScan)
     const auto newcomer = TestChild::withPidLater(server.pid, TestChild::endsOnTerm);
     if (!newcomer)
         GTEST_SKIP() << "choosing a process id needs the right to (clone3 with set_tid): " << strerror(errno);
-    const Outcome outcome = end({server}, [&] { return QList{server}; }, {{server.pid, *identity}});
+    const Outcome outcome = stop({server}, [&] { return QList{server}; }, {{server.pid, *identity}});
     EXPECT_TRUE(outcome.haveEnded);
     EXPECT_EQ(outcome.output, described(server) + " had ended already.\n");
     EXPECT_TRUE(newcomer->isAlive());
 }
 
-TEST(Ending, LooksNotAgainForNothing)
+TEST(StopReport, DoesNotScanAgainForNothing)
 {
-    bool looked = false;
-    const Outcome outcome = end({}, [&] {
-        looked = true;
+    bool hasScanned = false;
+    const Outcome outcome = stop({}, [&] {
+        hasScanned = true;
         return QList<Service>();
     });
     EXPECT_TRUE(outcome.haveEnded);
-    EXPECT_FALSE(looked);
+    EXPECT_FALSE(hasScanned);
 }
 
 } // namespace portolan

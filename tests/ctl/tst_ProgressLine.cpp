@@ -1,5 +1,5 @@
-#include "ListCommand.h"
 #include "Printers.h"
+#include "ProgressLine.h"
 #include "SampleServices.h"
 
 #include <gtest/gtest.h>
@@ -8,12 +8,12 @@ namespace portolan {
 
 using namespace Qt::StringLiterals;
 
-TEST(ListCommand, SaysWhatItWaitsFor)
+TEST(ProgressLine, SaysWhatItWaitsFor)
 {
     Service unasked = SampleServices::shop();
     unasked.health = Health::unknown();
-    EXPECT_EQ(ListCommand::progressText(true, {}), u"Looking for servers…"_s);
-    EXPECT_EQ(ListCommand::progressText(false, {unasked, SampleServices::shop(), SampleServices::api()}),
+    EXPECT_EQ(ProgressLine::text(true, {}), u"Looking for servers…"_s);
+    EXPECT_EQ(ProgressLine::text(false, {unasked, SampleServices::shop(), SampleServices::api()}),
               u"Asking the servers… 2 of 3"_s);
 }
 

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace portolan {
+
+/// How a piece of text stands out on a terminal.
+enum class TextStyle : quint8 {
+    Plain,
+    Strong, ///< what the reader looks for
+    Faint,  ///< less important
+    Accent,
+    Online,
+    Pending,
+    Offline,
+};
+
+/// Colours texts for a terminal, with as many colours as it has.
+class TerminalColors
+{
+public:
+    enum class Depth : quint8 { None, Sixteen, Palette256, TrueColor };
+
+    /// No colours.
+    TerminalColors() = default;
+    explicit TerminalColors(Depth depth)
+        : m_depth(depth)
+    {}
+
+    /// What a terminal can show, by the environment variables TERM, COLORTERM and NO_COLOR.
+    [[nodiscard]] static Depth depthOfTerminal(const QByteArray &term, const QByteArray &colorTerm,
+                                               const QByteArray &noColor);
+
+    /// `text` with the escape sequences of `style`; `text` itself without colours.
+    [[nodiscard]] QString styled(TextStyle style, const QString &text) const;
+
+private:
+    Depth m_depth = Depth::None;
+};
+
+} // namespace portolan
