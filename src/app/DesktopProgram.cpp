@@ -1,6 +1,6 @@
 #include "DesktopProgram.h"
 
-#include "BusLoss.h"
+#include "BusWatcher.h"
 #include "DisplayServer.h"
 #include "PortolanApp.h"
 #include "ServiceStore.h"
@@ -77,8 +77,8 @@ int serve(StartRequest request)
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, qApp, &QCoreApplication::quit);
 
-    const BusLoss busLoss(bus);
-    QObject::connect(&busLoss, &BusLoss::occurred, qApp, &QCoreApplication::quit);
+    const BusWatcher busWatcher(bus);
+    QObject::connect(&busWatcher, &BusWatcher::disconnected, qApp, &QCoreApplication::quit);
 
     app.start(request);
     return QCoreApplication::exec();

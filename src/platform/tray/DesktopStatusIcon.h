@@ -1,6 +1,6 @@
 #pragma once
 
-#include "SniStatusItem.h"
+#include "SniStatusIcon.h"
 #include "XEmbedStatusIcon.h"
 #include "XEmbedTray.h"
 
@@ -22,7 +22,7 @@ private:
     void passOn(StatusIcon &icon);
 
     StatusIconArt m_art;
-    SniStatusItem m_item;
+    SniStatusIcon m_item;
     std::optional<XEmbedTray> m_tray; // watched only while there is no notifier host
     std::optional<XEmbedStatusIcon> m_embedded;
 };

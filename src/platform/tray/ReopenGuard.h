@@ -13,13 +13,13 @@ public:
     using Clock = std::chrono::steady_clock;
 
     /// How long after a loss of focus an activation is still taken for the same click.
-    static constexpr std::chrono::milliseconds Window{300};
+    static constexpr std::chrono::milliseconds Interval{300};
 
     /// The popover closed because it lost the focus.
     void closedByFocusLoss(Clock::time_point now);
     /// Whether the activation at `now` belongs to the click that closed the popover. True at most once per
     /// loss.
-    [[nodiscard]] bool swallowsActivation(Clock::time_point now);
+    [[nodiscard]] bool shouldIgnore(Clock::time_point now);
 
 private:
     std::optional<Clock::time_point> m_focusLostAt;

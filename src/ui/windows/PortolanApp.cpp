@@ -94,7 +94,7 @@ void PortolanApp::clickIcon(QPoint anchor)
 {
     m_iconPosition =
         anchor.isNull() ? QCursor::pos() : PopoverPlacement::fromDevicePixels(anchor, Screens::all());
-    if (m_reopenGuard.swallowsActivation(ReopenGuard::Clock::now()))
+    if (m_reopenGuard.shouldIgnore(ReopenGuard::Clock::now()))
         return;
     if (m_popover && m_popover->isVisible())
         m_popover->hide();

@@ -13,29 +13,29 @@ const ReopenGuard::Clock::time_point Now = ReopenGuard::Clock::time_point() + 24
 TEST(ReopenGuard, LetsAClickOpenWhatWasNotClosedByIt)
 {
     ReopenGuard guard;
-    EXPECT_FALSE(guard.swallowsActivation(Now));
+    EXPECT_FALSE(guard.shouldIgnore(Now));
 }
 
 TEST(ReopenGuard, SwallowsTheClickThatTookTheFocus)
 {
     ReopenGuard guard;
     guard.closedByFocusLoss(Now);
-    EXPECT_TRUE(guard.swallowsActivation(Now + 200ms));
+    EXPECT_TRUE(guard.shouldIgnore(Now + 200ms));
 }
 
 TEST(ReopenGuard, SwallowsOnlyOnce)
 {
     ReopenGuard guard;
     guard.closedByFocusLoss(Now);
-    EXPECT_TRUE(guard.swallowsActivation(Now + 100ms));
-    EXPECT_FALSE(guard.swallowsActivation(Now + 150ms));
+    EXPECT_TRUE(guard.shouldIgnore(Now + 100ms));
+    EXPECT_FALSE(guard.shouldIgnore(Now + 150ms));
 }
 
 TEST(ReopenGuard, LetsALaterClickThrough)
 {
     ReopenGuard guard;
     guard.closedByFocusLoss(Now);
-    EXPECT_FALSE(guard.swallowsActivation(Now + ReopenGuard::Window));
+    EXPECT_FALSE(guard.shouldIgnore(Now + ReopenGuard::Interval));
 }
 
 TEST(ReopenGuard, CountsFromTheLastLoss)
@@ -43,7 +43,7 @@ TEST(ReopenGuard, CountsFromTheLastLoss)
     ReopenGuard guard;
     guard.closedByFocusLoss(Now);
     guard.closedByFocusLoss(Now + 1s);
-    EXPECT_TRUE(guard.swallowsActivation(Now + 1200ms));
+    EXPECT_TRUE(guard.shouldIgnore(Now + 1200ms));
 }
 
 } // namespace portolan

@@ -6,16 +6,16 @@
 namespace portolan {
 
 /// Tells that the session bus has gone, as it does when the session ends. Main thread only.
-class BusLoss : public QObject
+class BusWatcher : public QObject
 {
     Q_OBJECT
 
 public:
     /// Watches `bus`, of which nothing is told if it is not connected.
-    explicit BusLoss(QDBusConnection bus);
+    explicit BusWatcher(QDBusConnection bus);
 
 Q_SIGNALS:
-    void occurred();
+    void disconnected();
 };
 
 } // namespace portolan

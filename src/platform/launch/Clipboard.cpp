@@ -1,11 +1,11 @@
-#include "Pasteboard.h"
+#include "Clipboard.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
 
 namespace portolan {
 
-void Pasteboard::setText(const QString &text)
+void Clipboard::setText(const QString &text)
 {
     // Replaces all formats at once. An emptied clipboard in between would make some clipboard managers put
     // the old text back.

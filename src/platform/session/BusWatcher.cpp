@@ -1,14 +1,14 @@
-#include "BusLoss.h"
+#include "BusWatcher.h"
 
 namespace portolan {
 
 using namespace Qt::StringLiterals;
 
-BusLoss::BusLoss(QDBusConnection bus)
+BusWatcher::BusWatcher(QDBusConnection bus)
 {
     // The last that arrives on a connection, made up on this side of it.
     bus.connect({}, u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s, u"Disconnected"_s,
-                this, SIGNAL(occurred()));
+                this, SIGNAL(disconnected()));
 }
 
 } // namespace portolan

@@ -1,4 +1,4 @@
-#include "BusLoss.h"
+#include "BusWatcher.h"
 #include "Eventually.h"
 #include "PrivateBus.h"
 
@@ -6,12 +6,12 @@
 
 namespace portolan {
 
-TEST(BusLoss, IsToldOnceTheBusHasGone)
+TEST(BusWatcher, IsToldOnceTheBusHasGone)
 {
     PrivateBus bus;
-    const BusLoss loss(bus.connect());
+    const BusWatcher loss(bus.connect());
     int occurrences = 0;
-    QObject::connect(&loss, &BusLoss::occurred, [&] { ++occurrences; });
+    QObject::connect(&loss, &BusWatcher::disconnected, [&] { ++occurrences; });
 
     bus.stop();
 

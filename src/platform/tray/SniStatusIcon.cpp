@@ -1,4 +1,4 @@
-#include "SniStatusItem.h"
+#include "SniStatusIcon.h"
 
 #include "StatusIconTheme.h"
 
@@ -38,7 +38,7 @@ QDBusMessage hostQuestion()
 
 } // namespace
 
-SniStatusItem::SniStatusItem(const QDBusConnection &bus, const StatusIconArt &art)
+SniStatusIcon::SniStatusIcon(const QDBusConnection &bus, const StatusIconArt &art)
     : m_bus(bus)
     , m_menu(menuLabels())
     , m_item(StatusIconTheme::IconName, StatusIconTheme::pathWithIcon(art.symbolicSvg), art.images,
@@ -57,13 +57,13 @@ SniStatusItem::SniStatusItem(const QDBusConnection &bus, const StatusIconArt &ar
         setHost(Host::Absent); // calls without a bus are never answered
 }
 
-SniStatusItem::~SniStatusItem()
+SniStatusIcon::~SniStatusIcon()
 {
     m_bus.unregisterObject(ItemPath);
     m_bus.unregisterObject(MenuPath);
 }
 
-void SniStatusItem::followWatcher()
+void SniStatusIcon::followWatcher()
 {
     connect(&m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString &, const QString &, const QString &owner) {
@@ -76,7 +76,7 @@ void SniStatusItem::followWatcher()
         m_bus.connect(WatcherService, WatcherPath, WatcherService, signal, this, SLOT(askForHost()));
 }
 
-void SniStatusItem::registerItem()
+void SniStatusIcon::registerItem()
 {
     auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(registration(m_bus.baseService())), this);
     connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending] {
@@ -88,7 +88,7 @@ void SniStatusItem::registerItem()
     });
 }
 
-void SniStatusItem::askForHost()
+void SniStatusIcon::askForHost()
 {
     auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(hostQuestion()), this);
     connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending] {

@@ -11,13 +11,13 @@ namespace portolan {
 
 /// The status icon by the StatusNotifierItem protocol, over `bus`. It registers with the watcher that is
 /// there and with every one that comes later.
-class SniStatusItem final : public StatusIcon
+class SniStatusIcon final : public StatusIcon
 {
     Q_OBJECT
 
 public:
-    SniStatusItem(const QDBusConnection &bus, const StatusIconArt &art);
-    ~SniStatusItem() override;
+    SniStatusIcon(const QDBusConnection &bus, const StatusIconArt &art);
+    ~SniStatusIcon() override;
 
 private Q_SLOTS:
     void askForHost(); // also the watcher's signals, which are connected by name

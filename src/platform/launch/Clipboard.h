@@ -5,12 +5,12 @@
 namespace portolan {
 
 /// What the user pastes from: the desktop's clipboard.
-namespace Pasteboard {
+namespace Clipboard {
 
 /// Replaces whatever the clipboard holds by `text`. Main thread of a QGuiApplication; on Wayland only inside
 /// the handling of the user's click or key.
 void setText(const QString &text);
 
-} // namespace Pasteboard
+} // namespace Clipboard
 
 } // namespace portolan

@@ -2,7 +2,7 @@
 #include "FakeStatusNotifierWatcher.h"
 #include "Printers.h"
 #include "PrivateBus.h"
-#include "SniStatusItem.h"
+#include "SniStatusIcon.h"
 
 #include <QDBusMessage>
 #include <QDBusPendingReply>
@@ -81,7 +81,7 @@ protected:
     QDBusConnection m_program = m_bus.connect();
     QDBusConnection m_panel = m_bus.connect();
     std::optional<FakeStatusNotifierWatcher> m_watcher;
-    std::optional<SniStatusItem> m_icon;
+    std::optional<SniStatusIcon> m_icon;
 };
 
 TEST_F(SniStatus, RegistersItsConnection)
