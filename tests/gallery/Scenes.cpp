@@ -41,7 +41,7 @@ QList<GalleryScene> galleryScenes()
         {.name = u"scanning-again"_s, .services = five, .knowledge = Knowledge::Rescan},
         {.name = u"search-focused"_s, .services = five, .keys = u"k"_s},
         {.name = u"searching"_s, .services = five, .searchText = u"da"_s, .keys = u"k"_s},
-        {.name = u"hint"_s, .services = five, .pointer = onCopyButton, .patience = 1000},
+        {.name = u"tool-tip"_s, .services = five, .pointer = onCopyButton, .patience = 1000},
         {.name = u"menu-by-keyboard"_s, .services = five, .keys = u"kttdmd"_s},
         {.name = u"no-match"_s, .services = five, .searchText = u"elsewhere"_s},
         {.name = u"nothing-running"_s},

@@ -62,7 +62,7 @@ ViewTest {
         const button = make();
         mouseClick(button);
         compare(clicks.count, 1);
-        compare(button.hint, "Refresh");
+        compare(button.toolTip, "Refresh");
         compare(Look.spoken(button), "Button: Refresh");
     }
 }

@@ -257,7 +257,7 @@ ViewTest {
         const buttons = Look.all(actions, "PlainButton");
         compare(buttons.map(b => frame(b, actions)), ["0 0 26 26", "30 0 26 26", "60 0 26 26", "90 0 26 26"]);
         compare(buttons.map(b => b.name), ["Open", "Copy URL", "Stop", "More"]);
-        compare(buttons.map(b => b.hint), ["Open", "Copy URL", "Stop", ""]);
+        compare(buttons.map(b => b.toolTip), ["Open", "Copy URL", "Stop", ""]);
         compare(Look.symbol(row, "stop.fill").color, Theme.offline);
         const more = Look.symbol(row, "ellipsis");
         compare(more.size, 12);
@@ -401,7 +401,7 @@ ViewTest {
     function test_long_names_are_cut_and_long_folders_in_the_middle() {
         const [row] = make({ name: "n".repeat(300), folder: "/srv/" + "d".repeat(300) });
         const details = Look.first(row, "ServiceDetails");
-        const cut = Look.all(details, "ExactText").filter(text => text.truncated);
+        const cut = Look.all(details, "ScaledText").filter(text => text.truncated);
         compare(cut.map(text => text.elide), [Text.ElideRight, Text.ElideMiddle]);
     }
 

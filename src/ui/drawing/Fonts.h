@@ -10,7 +10,7 @@ namespace portolan {
 /// the same pixels. Main thread.
 ///
 /// Whole sizes are a font's `pixelSize`. Fractional ones can only be told as its `pointSizeF`, and Qt draws
-/// them rounded to whole pixels all the same; ExactText makes up the difference.
+/// them rounded to whole pixels all the same; ScaledText makes up the difference.
 class Fonts : public QObject
 {
     Q_OBJECT

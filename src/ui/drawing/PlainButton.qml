@@ -7,7 +7,7 @@ Item {
 
     required property string name
 
-    property string hint
+    property string toolTip
     property real radius: 7
     property bool isByPointer: false // while it is clicked: what with
     readonly property bool hovering: hover.hovered
@@ -50,8 +50,8 @@ Item {
         z: 1
     }
 
-    HoverHint {
-        text: root.hint
+    ToolTip {
+        text: root.toolTip
         resting: hover.hovered && !pointer.pressed
     }
 }

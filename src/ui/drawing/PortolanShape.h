@@ -14,7 +14,7 @@ public:
     explicit PortolanShape(QQuickItem *parent = nullptr);
 
 protected:
-    [[nodiscard]] QImage figure(const QSize &pixels, qreal scale) const override;
+    [[nodiscard]] QImage mask(const QSize &pixels, qreal scale) const override;
 };
 
 } // namespace portolan

@@ -54,7 +54,7 @@ QImage drawn(const Key &key)
 } // namespace
 
 RoundedRect::RoundedRect(QQuickItem *parent)
-    : PixelItem(parent)
+    : ImageItem(parent)
 {}
 
 void RoundedRect::setColor(const QColor &color)

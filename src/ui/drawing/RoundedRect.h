@@ -1,6 +1,6 @@
 #pragma once
 
-#include "PixelItem.h"
+#include "ImageItem.h"
 
 #include <QColor>
 
@@ -9,7 +9,7 @@ namespace portolan {
 /// A rounded rectangle with a line of one device-independent pixel along the inside of its edge, drawn over
 /// the fill. Where a window's scale is not a whole number, Rectangle leaves gaps and steps between its
 /// corners and sides; this is one image.
-class RoundedRect : public portolan::PixelItem
+class RoundedRect : public portolan::ImageItem
 {
     Q_OBJECT
     QML_ELEMENT

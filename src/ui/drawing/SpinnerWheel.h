@@ -25,7 +25,7 @@ Q_SIGNALS:
     void stepChanged();
 
 protected:
-    [[nodiscard]] QImage figure(const QSize &pixels, qreal scale) const override;
+    [[nodiscard]] QImage mask(const QSize &pixels, qreal scale) const override;
 
 private:
     int m_step = 0;

@@ -37,7 +37,7 @@ Q_SIGNALS:
 
 protected:
     [[nodiscard]] QSizeF imageSize() const override;
-    [[nodiscard]] QImage figure(const QSize &pixels, qreal scale) const override;
+    [[nodiscard]] QImage mask(const QSize &pixels, qreal scale) const override;
 
 private:
     QString m_name;

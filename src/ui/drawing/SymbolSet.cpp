@@ -48,7 +48,7 @@ QByteArray withStroke(QByteArray svg, qreal units)
 }
 
 // What is white hides the ink below it and shows nothing itself.
-QImage inkOnly(QImage image)
+QImage withoutKnockouts(QImage image)
 {
     for (int y = 0; y < image.height(); ++y) {
         auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
@@ -71,7 +71,7 @@ QImage drawn(const Key &key)
         painter.setRenderHint(QPainter::Antialiasing);
         renderer.render(&painter);
     }
-    return inkOnly(image);
+    return withoutKnockouts(image);
 }
 
 } // namespace

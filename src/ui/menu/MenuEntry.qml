@@ -37,7 +37,7 @@ Item {
         color: Theme.textStrong
     }
 
-    ExactText {
+    ScaledText {
         id: label
 
         x: root.isIndented ? 27 : 10

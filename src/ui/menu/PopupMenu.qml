@@ -105,7 +105,7 @@ FocusScope {
     RoundedRect {
         id: panel
 
-        readonly property point corner: Placement.menu(root.place, Qt.size(panel.width, panel.height), Qt.rect(4, 4, root.width - 8, root.height - 8))
+        readonly property point corner: OverlayPlacement.menu(root.place, Qt.size(panel.width, panel.height), Qt.rect(4, 4, root.width - 8, root.height - 8))
 
         x: Math.round(panel.corner.x)
         y: Math.round(panel.corner.y)

@@ -29,7 +29,7 @@ PopupMenu {
         store: root.store
         order: root.store.sortOrders[3]
     }
-    MenuGap {}
+    MenuSpacer {}
     MenuEntry {
         text: "Auto-refresh"
         isCheckable: true

@@ -8,7 +8,7 @@ PlainButton {
     required property string symbol
     required property string label
 
-    readonly property color ink: root.hovering ? Theme.textStrong : Theme.textMuted
+    readonly property color foreground: root.hovering ? Theme.textStrong : Theme.textMuted
 
     implicitWidth: content.width + 20
     implicitHeight: 28
@@ -33,7 +33,7 @@ PlainButton {
             name: root.symbol
             size: 11
             weight: Font.DemiBold
-            color: root.ink
+            color: root.foreground
         }
 
         Text {
@@ -41,7 +41,7 @@ PlainButton {
             text: root.label
             textFormat: Text.PlainText
             font: Fonts.system(12, Font.Medium)
-            color: root.ink
+            color: root.foreground
         }
     }
 }

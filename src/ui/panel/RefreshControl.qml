@@ -17,7 +17,7 @@ Item {
         opacity: root.store.isScanning ? 0 : 1
         symbol: "arrow.clockwise"
         label: "Refresh"
-        hint: root.store.isScanning ? "" : button.label
+        toolTip: root.store.isScanning ? "" : button.label
         Accessible.ignored: root.store.isScanning
         onClicked: root.store.refreshNow()
     }

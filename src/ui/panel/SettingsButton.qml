@@ -15,7 +15,7 @@ PlainButton {
     implicitWidth: 28
     implicitHeight: 28
     name: "Settings"
-    hint: root.menu ? "" : "Settings"
+    toolTip: root.menu ? "" : "Settings"
     Accessible.role: Accessible.ButtonMenu
     onClicked: root.menu = menuComponent.createObject(root, {
         owner: root,

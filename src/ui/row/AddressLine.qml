@@ -13,7 +13,7 @@ Item {
 
     implicitHeight: Math.max(where.height, dot.height, process.height)
 
-    ExactText {
+    ScaledText {
         id: where
 
         width: Math.min(where.implicitWidth, root.room)

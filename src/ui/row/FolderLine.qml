@@ -19,7 +19,7 @@ Item {
         color: Theme.textFaint
     }
 
-    ExactText {
+    ScaledText {
         id: path
 
         x: icon.width + 4

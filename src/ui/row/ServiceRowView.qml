@@ -58,7 +58,7 @@ Item {
             root.menu.close();
     }
 
-    MomentaryFlag {
+    TimedFlag {
         id: copyFeedback
 
         duration: 1100
@@ -68,7 +68,7 @@ Item {
         id: hover
     }
 
-    RowGround {
+    RowBackground {
         anchors.fill: parent
         isActive: root.isActive
     }

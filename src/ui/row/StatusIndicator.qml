@@ -20,7 +20,7 @@ Column {
             color: root.stateColor
         }
 
-        ExactText {
+        ScaledText {
             anchors.verticalCenter: parent.verticalCenter
             text: ServicePresentation.stateLabel(root.health)
             font: Fonts.system(11.5, Font.Medium)

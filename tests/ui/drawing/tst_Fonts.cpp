@@ -33,13 +33,13 @@ qreal outlineWidth(QFont font, qreal size, const QString &text)
     return QFontMetricsF(font).horizontalAdvance(text) * size / large;
 }
 
-class ExactText : public testing::Test
+class ScaledText : public testing::Test
 {
 protected:
     std::unique_ptr<QQuickItem> make(const QString &text, const QFont &font)
     {
         QQmlComponent component(&m_engine);
-        component.setData("import Portolan; ExactText {}", QUrl());
+        component.setData("import Portolan; ScaledText {}", QUrl());
         std::unique_ptr<QObject> object(
             component.createWithInitialProperties({{u"text"_s, text}, {u"font"_s, font}}));
         EXPECT_TRUE(object) << component.errorString().toStdString();
@@ -124,7 +124,7 @@ TEST(Fonts, FiguresAreOfOneWidth)
         EXPECT_EQ(metrics.horizontalAdvance(digit), metrics.horizontalAdvance(u'0')) << digit.digitValue();
 }
 
-TEST_F(ExactText, TakesTheRoomOfItsFraction)
+TEST_F(ScaledText, TakesTheRoomOfItsFraction)
 {
     for (const qreal size : {8.5, 10.5, 11.5, 13.5}) {
         const auto item = make(pangram, Fonts::system(size));
@@ -134,7 +134,7 @@ TEST_F(ExactText, TakesTheRoomOfItsFraction)
     }
 }
 
-TEST_F(ExactText, IsNotCutShortInItsOwnRoom)
+TEST_F(ScaledText, IsNotCutShortInItsOwnRoom)
 {
     QString text;
     for (const QChar character : pangram) {
@@ -147,7 +147,7 @@ TEST_F(ExactText, IsNotCutShortInItsOwnRoom)
     }
 }
 
-TEST_F(ExactText, IsCutShortInLess)
+TEST_F(ScaledText, IsCutShortInLess)
 {
     const auto item = make(pangram, Fonts::system(13.5));
     item->setProperty("elide", Qt::ElideRight);

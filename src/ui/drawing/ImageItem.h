@@ -8,13 +8,13 @@ namespace portolan {
 
 /// An item that shows one image pixel for pixel: the image is drawn at the window's scale for just the pixels
 /// that it covers, so that it is sharp at every scale and costs the renderer one copied image.
-class PixelItem : public QQuickItem
+class ImageItem : public QQuickItem
 {
     Q_OBJECT
     QML_ANONYMOUS
 
 protected:
-    explicit PixelItem(QQuickItem *parent = nullptr);
+    explicit ImageItem(QQuickItem *parent = nullptr);
 
     /// The size of what is shown, which stands in the middle of the item.
     [[nodiscard]] virtual QSizeF imageSize() const { return size(); }

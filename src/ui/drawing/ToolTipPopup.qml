@@ -9,7 +9,7 @@ RoundedRect {
     required property string text
 
     readonly property rect covered: root.target.mapToItem(null, 0, 0, root.target.width, root.target.height)
-    readonly property point place: Placement.hint(root.covered, Qt.size(root.width, root.height), Qt.rect(0, 0, root.parent.width, root.parent.height))
+    readonly property point place: OverlayPlacement.toolTip(root.covered, Qt.size(root.width, root.height), Qt.rect(0, 0, root.parent.width, root.parent.height))
 
     parent: root.target.Window.contentItem
     x: Math.round(root.place.x)

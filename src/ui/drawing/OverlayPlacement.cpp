@@ -1,4 +1,4 @@
-#include "Placement.h"
+#include "OverlayPlacement.h"
 
 #include <algorithm>
 
@@ -7,8 +7,8 @@ namespace portolan {
 namespace {
 
 constexpr qreal menuGap = 4;
-constexpr qreal hintGap = 6;
-constexpr qreal hintMargin = 4;
+constexpr qreal toolTipGap = 6;
+constexpr qreal toolTipMargin = 4;
 
 QPointF inside(const QPointF &corner, const QSizeF &size, const QRectF &bounds)
 {
@@ -18,7 +18,7 @@ QPointF inside(const QPointF &corner, const QSizeF &size, const QRectF &bounds)
 
 } // namespace
 
-QPointF Placement::menu(const QRectF &anchor, const QSizeF &size, const QRectF &bounds)
+QPointF OverlayPlacement::menu(const QRectF &anchor, const QSizeF &size, const QRectF &bounds)
 {
     // At the pointer there is nothing to keep a distance from.
     const qreal gap = anchor.isEmpty() ? 0 : menuGap;
@@ -29,12 +29,13 @@ QPointF Placement::menu(const QRectF &anchor, const QSizeF &size, const QRectF &
     return inside(corner, size, bounds);
 }
 
-QPointF Placement::hint(const QRectF &target, const QSizeF &size, const QRectF &bounds)
+QPointF OverlayPlacement::toolTip(const QRectF &target, const QSizeF &size, const QRectF &bounds)
 {
-    const QRectF held = bounds.adjusted(hintMargin, hintMargin, -hintMargin, -hintMargin);
-    const bool fitsBelow = target.bottom() + hintGap + size.height() <= held.bottom();
+    const QRectF held = bounds.adjusted(toolTipMargin, toolTipMargin, -toolTipMargin, -toolTipMargin);
+    const bool fitsBelow = target.bottom() + toolTipGap + size.height() <= held.bottom();
     const QPointF corner(target.center().x() - size.width() / 2,
-                         fitsBelow ? target.bottom() + hintGap : target.top() - hintGap - size.height());
+                         fitsBelow ? target.bottom() + toolTipGap
+                                   : target.top() - toolTipGap - size.height());
     return inside(corner, size, held);
 }
 

@@ -8,7 +8,7 @@
 namespace portolan {
 
 /// Where menus and hints go: near what they belong to, and inside what has to hold them.
-class Placement : public QObject
+class OverlayPlacement : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
@@ -21,10 +21,10 @@ public:
     Q_INVOKABLE [[nodiscard]] static QPointF menu(const QRectF &anchor, const QSizeF &size,
                                                   const QRectF &bounds);
 
-    /// The top left corner of a hint of `size` to the control `target`: centred below it, above where there
-    /// is no room, and inside `bounds`.
-    Q_INVOKABLE [[nodiscard]] static QPointF hint(const QRectF &target, const QSizeF &size,
-                                                  const QRectF &bounds);
+    /// The top left corner of a tool tip of `size` to the control `target`: centred below it, above where
+    /// there is no room, and inside `bounds`.
+    Q_INVOKABLE [[nodiscard]] static QPointF toolTip(const QRectF &target, const QSizeF &size,
+                                                     const QRectF &bounds);
 };
 
 } // namespace portolan

@@ -1,10 +1,10 @@
-#include "MomentaryFlag.h"
+#include "TimedFlag.h"
 
 #include <QTimer>
 
 namespace portolan {
 
-void MomentaryFlag::raise()
+void TimedFlag::raise()
 {
     m_isRaised = true;
     QTimer::singleShot(m_duration, Qt::PreciseTimer, this, [this] { m_isRaised = false; });

@@ -1,17 +1,17 @@
-#include "PixelItem.h"
+#include "ImageItem.h"
 
 #include <QQuickWindow>
 #include <QSGImageNode>
 
 namespace portolan {
 
-PixelItem::PixelItem(QQuickItem *parent)
+ImageItem::ImageItem(QQuickItem *parent)
     : QQuickItem(parent)
 {
     setFlag(ItemHasContents);
 }
 
-QSGNode *PixelItem::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
+QSGNode *ImageItem::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
 {
     const qreal scale = window()->effectiveDevicePixelRatio();
     const QSize pixels = (imageSize() * scale).toSize();
@@ -34,14 +34,14 @@ QSGNode *PixelItem::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
     return node;
 }
 
-void PixelItem::itemChange(ItemChange change, const ItemChangeData &data)
+void ImageItem::itemChange(ItemChange change, const ItemChangeData &data)
 {
     if (change == ItemDevicePixelRatioHasChanged)
         update();
     QQuickItem::itemChange(change, data);
 }
 
-void PixelItem::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry)
+void ImageItem::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry)
 {
     if (newGeometry.size() != oldGeometry.size())
         update();

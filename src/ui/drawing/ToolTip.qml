@@ -8,15 +8,14 @@ Item {
     required property string text
     required property bool resting
 
-    property HintBubble bubble
-    readonly property bool isShown: root.bubble !== null
+    property ToolTipPopup popup
 
     function hide() {
-        if (!root.bubble)
+        if (!root.popup)
             return;
-        root.bubble.visible = false;
-        root.bubble.destroy();
-        root.bubble = null;
+        root.popup.visible = false;
+        root.popup.destroy();
+        root.popup = null;
     }
 
     onRestingChanged: root.hide()
@@ -25,15 +24,15 @@ Item {
     Timer {
         interval: 600
         running: root.resting && root.text !== ""
-        onTriggered: root.bubble = bubbleComponent.createObject(root, {
+        onTriggered: root.popup = popupComponent.createObject(root, {
             target: root.parent,
             text: root.text
-        }) as HintBubble
+        }) as ToolTipPopup
     }
 
     Component {
-        id: bubbleComponent
+        id: popupComponent
 
-        HintBubble {}
+        ToolTipPopup {}
     }
 }

@@ -6,7 +6,7 @@ import PortolanTest
 ViewTest {
     id: root
 
-    name: "HoverHint"
+    name: "ToolTip"
 
     Component {
         id: component
@@ -17,14 +17,14 @@ ViewTest {
         }
     }
 
-    function bubble() {
-        return Look.first(root.Window.contentItem, "HintBubble");
+    function popup() {
+        return Look.first(root.Window.contentItem, "ToolTipPopup");
     }
 
     function shown(properties) {
         const button = createTemporaryObject(component, root, properties);
         point(button);
-        tryVerify(bubble, 2000);
+        tryVerify(popup, 2000);
         return button;
     }
 
@@ -32,37 +32,37 @@ ViewTest {
         const start = Date.now();
         shown();
         verify(Date.now() - start >= 590);
-        compare(Look.texts(bubble()), ["Refresh"]);
-        compare(Look.spoken(bubble()), "ToolTip: Refresh");
+        compare(Look.texts(popup()), ["Refresh"]);
+        compare(Look.spoken(popup()), "ToolTip: Refresh");
     }
 
     function test_looks() {
         shown({ x: 100, y: 100 });
-        const text = Look.text(bubble(), "Refresh");
+        const text = Look.text(popup(), "Refresh");
         compare(Look.style(text), "11 400 system #ededed");
-        compare(bubble().width, text.width + 16);
-        compare(bubble().height, text.height + 8);
-        compare(bubble().y, 100 + 28 + 6);
-        fuzzyCompare(centre(bubble(), root).x, 114, 0.5);
+        compare(popup().width, text.width + 16);
+        compare(popup().height, text.height + 8);
+        compare(popup().y, 100 + 28 + 6);
+        fuzzyCompare(centre(popup(), root).x, 114, 0.5);
     }
 
     function test_goes_with_the_pointer() {
         shown();
         leave();
-        verify(!bubble());
+        verify(!popup());
     }
 
     function test_goes_at_a_press() {
         const button = shown();
         mousePress(button);
-        verify(!bubble());
+        verify(!popup());
         mouseRelease(button);
     }
 
     function test_goes_with_its_control() {
         const button = shown();
         button.destroy();
-        tryVerify(() => !bubble());
+        tryVerify(() => !popup());
     }
 
     function test_stays_in_the_window_data() {
@@ -75,15 +75,15 @@ ViewTest {
 
     function test_stays_in_the_window(data) {
         shown({ x: data.x, y: data.y });
-        verify(bubble().x >= 4 && bubble().x + bubble().width <= root.Window.width - 4);
-        verify(bubble().y >= 4 && bubble().y + bubble().height <= root.Window.height - 4);
+        verify(popup().x >= 4 && popup().x + popup().width <= root.Window.width - 4);
+        verify(popup().y >= 4 && popup().y + popup().height <= root.Window.height - 4);
     }
 
     function test_is_plain_and_cut() {
         shown({ label: "<b>" + "W".repeat(500) });
-        const text = Look.first(bubble(), "QQuickText");
+        const text = Look.first(popup(), "QQuickText");
         compare(text.textFormat, Text.PlainText);
         verify(text.truncated);
-        verify(bubble().width <= root.Window.width);
+        verify(popup().width <= root.Window.width);
     }
 }

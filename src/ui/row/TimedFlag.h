@@ -7,7 +7,7 @@
 namespace portolan {
 
 /// A flag that goes back to false by itself.
-class MomentaryFlag : public QObject
+class TimedFlag : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
@@ -29,8 +29,7 @@ Q_SIGNALS:
 
 private:
     int m_duration = 1100;
-    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(MomentaryFlag, bool, m_isRaised, false,
-                                         &MomentaryFlag::isRaisedChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(TimedFlag, bool, m_isRaised, false, &TimedFlag::isRaisedChanged)
 };
 
 } // namespace portolan
