@@ -1,11 +1,11 @@
 // Whole scans with the built-in tools beside scans with the real ones, over servers of every kind: the lists
 // may differ in nothing but the servers whose names lsof misreads, which it loses or gives another's name.
 #include "LsofNames.h"
-#include "OddProcess.h"
 #include "PortScanner_p.h"
 #include "Printers.h"
 #include "ProcessFacts.h"
 #include "RealTools.h"
+#include "TestProcess.h"
 
 #include <QTemporaryDir>
 
@@ -92,17 +92,17 @@ QByteArray nameOf(qint32 pid)
 class Population
 {
 public:
-    OddProcess &add()
+    TestProcess &add()
     {
-        auto process = std::make_unique<OddProcess>();
-        OddProcess &added = *process;
+        auto process = std::make_unique<TestProcess>();
+        TestProcess &added = *process;
         m_processes[added.pid()] = std::move(process);
         added.tell("listen 127.0.0.1");
         return added;
     }
     void remove(qint32 pid) { m_processes.erase(pid); }
 
-    OddProcess &any(std::mt19937 &random)
+    TestProcess &any(std::mt19937 &random)
     {
         return *std::next(m_processes.begin(), long(random() % m_processes.size()))->second;
     }
@@ -113,7 +113,7 @@ public:
     [[nodiscard]] auto end() const { return m_processes.end(); }
 
 private:
-    std::map<qint32, std::unique_ptr<OddProcess>> m_processes;
+    std::map<qint32, std::unique_ptr<TestProcess>> m_processes;
 };
 
 /// The roads' lists of one population; what they disagree in is looked at a few times, since servers come and
@@ -165,7 +165,7 @@ private:
         if (said == builtin.end())
             return before.contains(id) && after.contains(id) ? id + u" is missing\n"_s : QString();
         if (isMisreadByLsof(name) || isThreadName(name)) {
-            const QString right = isThreadName(name) ? u"odd_process"_s : QString::fromUtf8(name);
+            const QString right = isThreadName(name) ? u"test_process"_s : QString::fromUtf8(name);
             return said->second.command == right ? QString() : id + u" has not its own name\n"_s;
         }
         if (!before.contains(id) || !after.contains(id))
@@ -187,7 +187,7 @@ class BothRoadsOver : public BothRoads, public testing::WithParamInterface<unsig
 
 TEST_F(BothRoads, AgreeOnAddressesSocketsThreadsAndSharedSockets)
 {
-    OddProcess &process = m_population.add();
+    TestProcess &process = m_population.add();
     for (const char *order :
          {"listen 0.0.0.0", "listen ::1", "listen ::", "listen :: v6only", "listen ::ffff:127.0.0.1",
           "listen 127.0.0.2", "thread", "copy 50", "fork", "zombie"})
@@ -259,7 +259,7 @@ TEST_P(BothRoadsOver, AChangingPopulationAgree)
         while (m_population.size() < 8)
             m_population.add();
         for (int changes = 0; changes < 6; ++changes) {
-            OddProcess &process = m_population.any(random);
+            TestProcess &process = m_population.any(random);
             process.tell("listen 127.0.0.1"); // so that there is one to close, copy and move
             process.tell(orders[random() % std::size(orders)]);
         }

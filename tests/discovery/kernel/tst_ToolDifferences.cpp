@@ -1,8 +1,8 @@
 // The built-in tools beside the real ones, over processes of every kind: they may differ in nothing but where
 // lsof is wrong, which is in the names of processes alone.
 #include "LsofNames.h"
-#include "OddProcess.h"
 #include "Printers.h"
+#include "TestProcess.h"
 #include "ToolRuns.h"
 
 #include <QDir>
@@ -177,7 +177,7 @@ bool isRoot()
 
 TEST(ToolDifferences, NoneInAddressesAndSockets)
 {
-    OddProcess process;
+    TestProcess process;
     for (const char *host :
          {"127.0.0.1", "127.0.0.2", "127.255.255.254", "0.0.0.0", "::1", "::", "::ffff:127.0.0.1"})
         process.tell(QByteArray("listen ") + host);
@@ -187,14 +187,14 @@ TEST(ToolDifferences, NoneInAddressesAndSockets)
     process.tell("move 250");
     EXPECT_EQ(listingDifference(), "");
     const Record record = builtinRecord(process.pid());
-    EXPECT_EQ(record.name, "odd_process");
+    EXPECT_EQ(record.name, "test_process");
     EXPECT_EQ(record.sockets.count("\nn"), 9);
     EXPECT_EQ(record.sockets.count("TQR=1"), 2);
 }
 
 TEST(ToolDifferences, NoneAsSocketsComeAndGo)
 {
-    OddProcess process;
+    TestProcess process;
     const char *orders[] = {"listen 127.0.0.1", "move 200", "listen ::", "connect", "fork",          "close",
                             "listen ::1",       "close",    "thread",    "zombie",  "listen 0.0.0.0"};
     for (const char *order : orders) {
@@ -205,7 +205,7 @@ TEST(ToolDifferences, NoneAsSocketsComeAndGo)
 
 TEST(ToolDifferences, NoneInSharedSockets)
 {
-    OddProcess process;
+    TestProcess process;
     process.tell("listen 127.0.0.1");
     EXPECT_EQ(listingDifference(), "");
     std::vector<int> owners = {process.pid()};
@@ -248,9 +248,9 @@ TEST(ToolDifferences, NoneInNames)
         names.push_back(character);
     }
 
-    std::vector<std::unique_ptr<OddProcess>> processes;
+    std::vector<std::unique_ptr<TestProcess>> processes;
     for (int i = 0; i < 24; ++i) {
-        processes.push_back(std::make_unique<OddProcess>());
+        processes.push_back(std::make_unique<TestProcess>());
         processes.back()->tell("listen 127.0.0.1");
     }
     for (size_t start = 0; start < names.size(); start += processes.size()) {
@@ -267,7 +267,7 @@ class NameThatLsofMisreads : public testing::TestWithParam<QByteArray>
 TEST_P(NameThatLsofMisreads, IsPrintedAsItIs)
 {
     const QByteArray name = GetParam();
-    OddProcess process;
+    TestProcess process;
     process.tell("listen 127.0.0.1");
     process.tell("listen ::1");
     const Record unnamed = builtinRecord(process.pid());
@@ -287,11 +287,11 @@ INSTANTIATE_TEST_SUITE_P(Names, NameThatLsofMisreads,
 
 TEST(ToolDifferences, ThreadNameGivesWayToTheExecutable)
 {
-    OddProcess process;
+    TestProcess process;
     process.tell("listen 127.0.0.1");
     for (const char *name : {"MainThread", "node-MainThread"}) {
         process.tell(renaming(name));
-        EXPECT_EQ(builtinRecord(process.pid()).name, "odd_process");
+        EXPECT_EQ(builtinRecord(process.pid()).name, "test_process");
         EXPECT_EQ(listingDifference(), "");
     }
 }
@@ -299,7 +299,7 @@ TEST(ToolDifferences, ThreadNameGivesWayToTheExecutable)
 TEST(ToolDifferences, NoneInWorkingDirectories)
 {
     const QTemporaryDir scratch;
-    OddProcess process;
+    TestProcess process;
     const auto difference = [&] { return answerDifference(Invocation::workingDirectory(process.pid())); };
     EXPECT_EQ(difference(), "");
     for (const char *name : {"plain", " a b ", "a\nb", "a\tb\\c", "caf\xc3\xa9", "caf\xe9", "(a",
@@ -321,8 +321,8 @@ TEST(ToolDifferences, NoneInWorkingDirectories)
 
 TEST(ToolDifferences, NoneInFigures)
 {
-    OddProcess idle;
-    OddProcess busy;
+    TestProcess idle;
+    TestProcess busy;
     for (const char *time : {"10", "30", "100", "300"}) {
         busy.tell(QByteArray("compute ") + time);
         EXPECT_EQ(answerDifference(Invocation::stats(busy.pid())), "");
@@ -335,12 +335,12 @@ TEST(ToolDifferences, NoneInFigures)
 /// Process ids that name no process that lives.
 TEST(ToolDifferences, NoneInWhatIsNoLivingProcess)
 {
-    OddProcess process;
+    TestProcess process;
     const int zombie = process.tell("zombie").toInt();
     const int thread = process.tell("thread").toInt();
     int gone = 0;
     {
-        OddProcess ended;
+        TestProcess ended;
         gone = ended.pid();
     }
     for (const int pid : {zombie, thread, gone, 4194304, INT_MAX}) {
@@ -355,7 +355,7 @@ TEST(ToolDifferences, NoneForAUserOfManyGroups)
 {
     if (!isRoot())
         GTEST_SKIP() << "only root can join groups";
-    OddProcess process;
+    TestProcess process;
     process.tell("groups 400");
     EXPECT_EQ(answerDifference(Invocation::stats(process.pid())), "");
 }
@@ -364,10 +364,10 @@ TEST(ToolDifferences, NoneForAndAmongOtherUsers)
 {
     if (!isRoot())
         GTEST_SKIP() << "only root can become another user";
-    OddProcess mine;
-    OddProcess theirs;
+    TestProcess mine;
+    TestProcess theirs;
     theirs.tell("user 65534");
-    for (OddProcess *process : {&mine, &theirs}) {
+    for (TestProcess *process : {&mine, &theirs}) {
         process->tell("listen 127.0.0.1");
         process->tell(renaming("user's"));
     }
@@ -399,14 +399,14 @@ TEST_P(ChangingPopulation, MakesNoDifference)
         "listen 127.0.0.1", "listen ::1",      "listen ::", "listen 0.0.0.0", "close",   "fork",
         "thread",           "zombie",          "compute 5", "copy 40",        "move 41", "fork",
         "listen :: v6only", "listen 127.0.0.3"};
-    std::vector<std::unique_ptr<OddProcess>> population;
+    std::vector<std::unique_ptr<TestProcess>> population;
     for (int round = 0; round < 15; ++round) {
         for (int births = 0; births < 3; ++births) {
-            population.push_back(std::make_unique<OddProcess>());
+            population.push_back(std::make_unique<TestProcess>());
             population.back()->tell("listen 127.0.0.1");
         }
         for (int changes = 0; changes < 8; ++changes) {
-            OddProcess &process = *population[random() % population.size()];
+            TestProcess &process = *population[random() % population.size()];
             process.tell("listen 127.0.0.1"); // so that there is one to close, copy and move
             process.tell(random() % 3 == 0 ? renaming(pick(names)) : pick(orders));
         }

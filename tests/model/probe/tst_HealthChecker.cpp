@@ -1,7 +1,7 @@
 #include "HealthChecker.h"
 #include "LocalSocket.h"
-#include "OddServer.h"
 #include "Printers.h"
+#include "ScriptedServer.h"
 
 #include <QDir>
 #include <QFile>
@@ -21,7 +21,7 @@ namespace portolan {
 
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
-using Connection = OddServer::Connection;
+using Connection = ScriptedServer::Connection;
 
 void PrintTo(const Health &health, std::ostream *out)
 {
@@ -59,13 +59,13 @@ QByteArray redirect(const QByteArray &location)
     return "HTTP/1.1 302 Found\r\nLocation: " + location + "\r\nContent-Length: 0\r\n\r\n";
 }
 
-QByteArray address(const OddServer &server)
+QByteArray address(const ScriptedServer &server)
 {
     return "http://127.0.0.1:" + QByteArray::number(server.port()) + '/';
 }
 
 // A script that hangs up on every request but a GET, which it answers with `response`.
-OddServer::Script answersOnlyGet(const QByteArray &response)
+ScriptedServer::Script answersOnlyGet(const QByteArray &response)
 {
     return [response](Connection &connection) {
         if (connection.readRequest() == "GET")
@@ -74,7 +74,7 @@ OddServer::Script answersOnlyGet(const QByteArray &response)
 }
 
 // A script that answers every request with `start` and then with `rest` over and over.
-OddServer::Script neverStops(const QByteArray &start, const QByteArray &rest)
+ScriptedServer::Script neverStops(const QByteArray &start, const QByteArray &rest)
 {
     return [start, rest](Connection &connection) {
         if (connection.readRequest().isEmpty() || !connection.send(start))
@@ -118,7 +118,7 @@ qsizetype openDescriptorCount()
 struct Manner
 {
     const char *name;
-    OddServer::Script script;
+    ScriptedServer::Script script;
     qint64 status;
     QList<QByteArray> methods;
 };
@@ -133,7 +133,7 @@ class HealthCheckerMeets : public testing::TestWithParam<Manner>
 
 TEST_P(HealthCheckerMeets, AServerThat)
 {
-    const OddServer server(GetParam().script);
+    const ScriptedServer server(GetParam().script);
     EXPECT_EQ(statusOf(outcomeOf(server.port())), GetParam().status);
     EXPECT_EQ(server.methods(), GetParam().methods);
 }
@@ -145,7 +145,7 @@ static std::string nameOfManner(const testing::TestParamInfo<Manner> &row)
 
 static Manner answersWith(const char *name, const QByteArray &response, qint64 status)
 {
-    return {name, OddServer::answers(response), status, {"HEAD"}};
+    return {name, ScriptedServer::answers(response), status, {"HEAD"}};
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -276,7 +276,7 @@ INSTANTIATE_TEST_SUITE_P(
                {"HEAD", "GET"}}),
     nameOfManner);
 
-static Manner isNoHttp(const char *name, OddServer::Script script)
+static Manner isNoHttp(const char *name, ScriptedServer::Script script)
 {
     return {name, std::move(script), unreachable, {"HEAD", "GET"}};
 }
@@ -290,35 +290,35 @@ INSTANTIATE_TEST_SUITE_P(
                      connection.readRequest();
                      connection.reset();
                  }),
-        isNoHttp("SpeaksHttp09", OddServer::answers("<html>hello</html>")),
-        isNoHttp("SendsGarbage", OddServer::answers(QByteArray("\0\xff\xfe\r\n\n\r\0garbage", 15))),
-        isNoHttp("SendsAnEmptyLine", OddServer::answers("\r\n\r\n")),
-        isNoHttp("AnswersLikeRedis", OddServer::answers("-ERR unknown command\r\n")),
-        isNoHttp("SpeaksOnlyTls", OddServer::answers(QByteArray("\x15\x03\x01\x00\x02\x02\x46", 7))),
-        isNoHttp("HasStatus000", OddServer::answers("HTTP/1.1 000 Odd\r\n\r\n")),
-        isNoHttp("HasANegativeStatus", OddServer::answers("HTTP/1.1 -1 Odd\r\n\r\n")),
-        isNoHttp("HasAStatusOfFiveDigits", OddServer::answers("HTTP/1.1 99999 Odd\r\n\r\n")),
-        isNoHttp("ClosesWithinItsHeaders", OddServer::answers("HTTP/1.1 200 OK\r\nServer: x\r\n")),
-        isNoHttp("ClosesAfterAnInterimResponse", OddServer::answers("HTTP/1.1 100 Continue\r\n\r\n")),
+        isNoHttp("SpeaksHttp09", ScriptedServer::answers("<html>hello</html>")),
+        isNoHttp("SendsGarbage", ScriptedServer::answers(QByteArray("\0\xff\xfe\r\n\n\r\0garbage", 15))),
+        isNoHttp("SendsAnEmptyLine", ScriptedServer::answers("\r\n\r\n")),
+        isNoHttp("AnswersLikeRedis", ScriptedServer::answers("-ERR unknown command\r\n")),
+        isNoHttp("SpeaksOnlyTls", ScriptedServer::answers(QByteArray("\x15\x03\x01\x00\x02\x02\x46", 7))),
+        isNoHttp("HasStatus000", ScriptedServer::answers("HTTP/1.1 000 Odd\r\n\r\n")),
+        isNoHttp("HasANegativeStatus", ScriptedServer::answers("HTTP/1.1 -1 Odd\r\n\r\n")),
+        isNoHttp("HasAStatusOfFiveDigits", ScriptedServer::answers("HTTP/1.1 99999 Odd\r\n\r\n")),
+        isNoHttp("ClosesWithinItsHeaders", ScriptedServer::answers("HTTP/1.1 200 OK\r\nServer: x\r\n")),
+        isNoHttp("ClosesAfterAnInterimResponse", ScriptedServer::answers("HTTP/1.1 100 Continue\r\n\r\n")),
         isNoHttp("SwitchesProtocolsUnasked",
-                 OddServer::answers("HTTP/1.1 101 Switching\r\nUpgrade: x\r\n\r\n")),
+                 ScriptedServer::answers("HTTP/1.1 101 Switching\r\nUpgrade: x\r\n\r\n")),
         isNoHttp("NeverStopsSendingHeaders", neverStops("HTTP/1.1 200 OK\r\n", "X-Odd: 0123456789\r\n")),
         isNoHttp("NeverStopsSendingOneHeader", neverStops("HTTP/1.1 200 OK\r\nX-Odd: ", "0123456789")),
         isNoHttp("NeverStopsSayingContinue", neverStops("", "HTTP/1.1 100 Continue\r\n\r\n")),
         isNoHttp("SendsAStatusLineOfAMegabyte",
-                 OddServer::answers("HTTP/1.1 200 " + QByteArray(1 << 20, 'O') + "\r\n\r\n"))),
+                 ScriptedServer::answers("HTTP/1.1 200 " + QByteArray(1 << 20, 'O') + "\r\n\r\n"))),
     nameOfManner);
 
 TEST(HealthChecker, IsUnreachableWhereTheServerClosesEveryConnectionAtOnce)
 {
-    const OddServer server([](Connection &) {});
+    const ScriptedServer server([](Connection &) {});
     EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
     EXPECT_EQ(server.connections(), 2);
 }
 
 TEST(HealthChecker, IsUnreachableWhereTheServerResetsEveryConnectionAtOnce)
 {
-    const OddServer server([](Connection &connection) { connection.reset(); });
+    const ScriptedServer server([](Connection &connection) { connection.reset(); });
     EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
     EXPECT_EQ(server.connections(), 2);
 }
@@ -327,7 +327,7 @@ TEST(HealthChecker, IsUnreachableWhereTheServerResetsEveryConnectionAtOnce)
 TEST(HealthChecker, IsUnreachableWhereTheServerGreetsInAnotherProtocol)
 {
     for (const char *greeting : {"SSH-2.0-OpenSSH_9.2\r\n", "220 localhost ESMTP\r\n"}) {
-        const OddServer server([greeting](Connection &connection) {
+        const ScriptedServer server([greeting](Connection &connection) {
             connection.send(greeting);
             connection.hang();
         });
@@ -338,7 +338,7 @@ TEST(HealthChecker, IsUnreachableWhereTheServerGreetsInAnotherProtocol)
 
 TEST(HealthChecker, TakesAnAnswerThatComesBeforeTheRequest)
 {
-    const OddServer server([](Connection &connection) {
+    const ScriptedServer server([](Connection &connection) {
         connection.send("HTTP/1.1 503 Service Unavailable\r\n\r\n");
         connection.hang();
     });
@@ -366,7 +366,7 @@ TEST(HealthChecker, IsUnknownWhereNoAddressCanBeMadeOfThePort)
 
 TEST(HealthChecker, SendsTheseRequestsAndNothingElse)
 {
-    const OddServer server(answersOnlyGet("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
+    const ScriptedServer server(answersOnlyGet("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
     EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
     const QByteArray rest = " / HTTP/1.1\r\nHost: 127.0.0.1:" + QByteArray::number(server.port()) +
                             "\r\nUser-Agent: Portolan\r\nAccept: */*\r\n\r\n";
@@ -375,7 +375,7 @@ TEST(HealthChecker, SendsTheseRequestsAndNothingElse)
 
 TEST(HealthChecker, CountsTheFailedHeadIntoTheTime)
 {
-    const OddServer server([](Connection &connection) {
+    const ScriptedServer server([](Connection &connection) {
         if (connection.readRequest() == "HEAD")
             connection.pause(150ms);
         else if (connection.pause(150ms))
@@ -391,8 +391,9 @@ TEST(HealthChecker, CountsTheFailedHeadIntoTheTime)
 
 TEST(HealthChecker, ChecksAreIndependent)
 {
-    const OddServer server(OddServer::answers("HTTP/1.1 200 OK\r\nSet-Cookie: a=b\r\nContent-Length: 0\r\n"
-                                              "ETag: \"x\"\r\nCache-Control: max-age=3600\r\n\r\n"));
+    const ScriptedServer server(
+        ScriptedServer::answers("HTTP/1.1 200 OK\r\nSet-Cookie: a=b\r\nContent-Length: 0\r\n"
+                                "ETag: \"x\"\r\nCache-Control: max-age=3600\r\n\r\n"));
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
     const QList<QByteArray> requests = server.requests();
@@ -402,9 +403,9 @@ TEST(HealthChecker, ChecksAreIndependent)
 
 TEST(HealthChecker, TakesNothingFromTheSurroundings)
 {
-    const OddServer proxy(OddServer::answers("HTTP/1.1 502 Bad Gateway\r\n\r\n"));
-    const OddServer server(
-        OddServer::answers("HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: Basic\r\n\r\n"));
+    const ScriptedServer proxy(ScriptedServer::answers("HTTP/1.1 502 Bad Gateway\r\n\r\n"));
+    const ScriptedServer server(
+        ScriptedServer::answers("HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: Basic\r\n\r\n"));
     QTemporaryDir home;
     QFile netrc(home.filePath(QStringLiteral(".netrc")));
     ASSERT_TRUE(netrc.open(QFile::WriteOnly));
@@ -427,7 +428,7 @@ TEST(HealthChecker, TakesNothingFromTheSurroundings)
 }
 
 // A server that redirects the first `hops` requests to itself and answers the next with 200.
-static OddServer::Script redirectsTimes(int hops)
+static ScriptedServer::Script redirectsTimes(int hops)
 {
     return [left = std::make_shared<std::atomic<int>>(hops)](Connection &connection) {
         if (!connection.readRequest().isEmpty())
@@ -438,8 +439,8 @@ static OddServer::Script redirectsTimes(int hops)
 
 TEST(HealthCheckerRedirect, IsFollowedToTheFinalStatus)
 {
-    const OddServer target(OddServer::answers("HTTP/1.1 404 Not Found\r\n\r\n"));
-    const OddServer server(OddServer::answers(redirect(address(target) + "login?next=/")));
+    const ScriptedServer target(ScriptedServer::answers("HTTP/1.1 404 Not Found\r\n\r\n"));
+    const ScriptedServer server(ScriptedServer::answers(redirect(address(target) + "login?next=/")));
     EXPECT_EQ(statusOf(outcomeOf(server.port())), 404);
     EXPECT_EQ(server.methods(), QList<QByteArray>{"HEAD"});
     ASSERT_EQ(target.methods(), QList<QByteArray>{"HEAD"});
@@ -448,9 +449,9 @@ TEST(HealthCheckerRedirect, IsFollowedToTheFinalStatus)
 
 TEST(HealthCheckerRedirect, LeadsAwayAndBack)
 {
-    const OddServer last(OddServer::answers("HTTP/1.1 204 No Content\r\n\r\n"));
-    const OddServer away(OddServer::answers(redirect(address(last) + "home")));
-    const OddServer server(OddServer::answers(
+    const ScriptedServer last(ScriptedServer::answers("HTTP/1.1 204 No Content\r\n\r\n"));
+    const ScriptedServer away(ScriptedServer::answers(redirect(address(last) + "home")));
+    const ScriptedServer server(ScriptedServer::answers(
         redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/away?x=1")));
     EXPECT_EQ(statusOf(outcomeOf(server.port())), 204);
     ASSERT_EQ(away.methods(), QList<QByteArray>{"HEAD"});
@@ -463,13 +464,13 @@ TEST(HealthCheckerRedirect, LeadsAwayAndBack)
 
 TEST(HealthCheckerRedirect, LeadsAGetAwayToo)
 {
-    const OddServer away([](Connection &connection) {
+    const ScriptedServer away([](Connection &connection) {
         if (connection.readRequest() == "GET" && connection.send("HTTP/1.1 200 OK\r\n\r\n"))
             while (connection.send(QByteArray(64 * 1024, 'x'))) {
             }
     });
-    const OddServer server(
-        OddServer::answers(redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/")));
+    const ScriptedServer server(
+        ScriptedServer::answers(redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/")));
     EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
     EXPECT_EQ(away.methods(), QList<QByteArray>({"HEAD", "GET"}));
     EXPECT_EQ(server.methods(), QList<QByteArray>({"HEAD", "GET"}));
@@ -477,17 +478,17 @@ TEST(HealthCheckerRedirect, LeadsAGetAwayToo)
 
 TEST(HealthCheckerRedirect, ToAServerThatNeverStopsIsUnreachable)
 {
-    const OddServer away(neverStops("HTTP/1.1 200 OK\r\n", "X-Odd: 0123456789\r\n"));
-    const OddServer server(
-        OddServer::answers(redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/")));
+    const ScriptedServer away(neverStops("HTTP/1.1 200 OK\r\n", "X-Odd: 0123456789\r\n"));
+    const ScriptedServer server(
+        ScriptedServer::answers(redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/")));
     EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
 }
 
 TEST(HealthCheckerRedirect, PrintsNothingOfWhatIsSaidInAnotherProtocol)
 {
-    const OddServer away(OddServer::answers("HTTP/1.1 101 Switching\r\nUpgrade: x\r\n\r\nhello\n"));
-    const OddServer server(
-        OddServer::answers(redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/")));
+    const ScriptedServer away(ScriptedServer::answers("HTTP/1.1 101 Switching\r\nUpgrade: x\r\n\r\nhello\n"));
+    const ScriptedServer server(
+        ScriptedServer::answers(redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/")));
     testing::internal::CaptureStdout();
     EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
@@ -497,8 +498,8 @@ TEST(HealthCheckerRedirect, PrintsNothingOfWhatIsSaidInAnotherProtocol)
 TEST(HealthCheckerRedirect, ToASilentServerIsUnreachableInTime)
 {
     const auto silent = LocalSocket::listening("127.0.0.1");
-    const OddServer server(
-        OddServer::answers(redirect("http://away.localhost:" + QByteArray::number(silent.port()) + "/")));
+    const ScriptedServer server(ScriptedServer::answers(
+        redirect("http://away.localhost:" + QByteArray::number(silent.port()) + "/")));
     const auto before = Clock::now();
     EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
     EXPECT_GE(Clock::now() - before, 5s);
@@ -508,22 +509,23 @@ TEST(HealthCheckerRedirect, ToASilentServerIsUnreachableInTime)
 // The server listens on 127.0.0.1 alone, and the name stands for ::1 too.
 TEST(HealthCheckerRedirect, FindsLocalhostOnEitherAddress)
 {
-    const OddServer target(OddServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
-    const OddServer server(
-        OddServer::answers(redirect("http://localhost:" + QByteArray::number(target.port()) + "/")));
+    const ScriptedServer target(ScriptedServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
+    const ScriptedServer server(
+        ScriptedServer::answers(redirect("http://localhost:" + QByteArray::number(target.port()) + "/")));
     EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
     EXPECT_EQ(target.methods(), QList<QByteArray>{"HEAD"});
 }
 
 TEST(HealthCheckerRedirect, ReachesTheIpv6AddressOfThisMachineByEitherName)
 {
-    const OddServer target(OddServer::answers("HTTP/1.1 200 OK\r\n\r\n"), OddServer::Address::ipv6);
+    const ScriptedServer target(ScriptedServer::answers("HTTP/1.1 200 OK\r\n\r\n"),
+                                ScriptedServer::Address::ipv6);
     if (target.port() == 0)
         GTEST_SKIP() << "this machine has no IPv6";
     const QByteArray port = ':' + QByteArray::number(target.port());
     QList<QByteArray> requests;
     for (const QByteArray &host : {QByteArray("localhost"), QByteArray("[::1]")}) {
-        const OddServer server(OddServer::answers(redirect("http://" + host + port + "/x")));
+        const ScriptedServer server(ScriptedServer::answers(redirect("http://" + host + port + "/x")));
         EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
         requests.append("HEAD /x HTTP/1.1\r\nHost: " + host + port +
                         "\r\nUser-Agent: Portolan\r\nAccept: */*\r\n\r\n");
@@ -535,8 +537,8 @@ TEST(HealthCheckerRedirect, ToAPortOfThisMachineWhereNothingListensIsUnreachable
 {
     const auto closed = LocalSocket::bound("127.0.0.1");
     for (const QByteArray &host : {QByteArray("localhost"), QByteArray("[::1]"), QByteArray("127.0.0.1")}) {
-        const OddServer server(
-            OddServer::answers(redirect("http://" + host + ':' + QByteArray::number(closed.port()) + '/')));
+        const ScriptedServer server(ScriptedServer::answers(
+            redirect("http://" + host + ':' + QByteArray::number(closed.port()) + '/')));
         EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
         EXPECT_EQ(server.methods(), QList<QByteArray>({"HEAD", "GET"}));
     }
@@ -544,28 +546,28 @@ TEST(HealthCheckerRedirect, ToAPortOfThisMachineWhereNothingListensIsUnreachable
 
 TEST(HealthCheckerRedirect, IsFollowedTwentyTimes)
 {
-    const OddServer server(redirectsTimes(20));
+    const ScriptedServer server(redirectsTimes(20));
     EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
     EXPECT_EQ(server.methods(), QList<QByteArray>(21, "HEAD"));
 }
 
 TEST(HealthCheckerRedirect, FailsTheRequestAfterTwenty)
 {
-    const OddServer server(redirectsTimes(21));
+    const ScriptedServer server(redirectsTimes(21));
     EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
     EXPECT_EQ(server.methods(), QList<QByteArray>(21, "HEAD") << "GET");
 }
 
 TEST(HealthCheckerRedirect, LoopIsUnreachable)
 {
-    const OddServer server(OddServer::answers(redirect("/")));
+    const ScriptedServer server(ScriptedServer::answers(redirect("/")));
     EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
     EXPECT_EQ(server.methods(), QList<QByteArray>(21, "HEAD") + QList<QByteArray>(21, "GET"));
 }
 
 TEST(HealthCheckerRedirect, TakesNoCookiesAlong)
 {
-    const OddServer server([](Connection &connection) {
+    const ScriptedServer server([](Connection &connection) {
         connection.readRequest();
         connection.send(
             "HTTP/1.1 302 Found\r\nSet-Cookie: a=b; Path=/\r\nLocation: /x\r\nContent-Length: 0\r\n\r\n");
@@ -577,8 +579,9 @@ TEST(HealthCheckerRedirect, TakesNoCookiesAlong)
 
 TEST(HealthCheckerRedirect, TakesNoCredentialsAlong)
 {
-    const OddServer target(OddServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
-    const OddServer server(OddServer::answers(redirect("http://me:secret@" + address(target).sliced(7))));
+    const ScriptedServer target(ScriptedServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
+    const ScriptedServer server(
+        ScriptedServer::answers(redirect("http://me:secret@" + address(target).sliced(7))));
     EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
     ASSERT_EQ(target.requests().size(), 1);
     EXPECT_FALSE(target.requests().first().contains("Authorization"));
@@ -586,8 +589,8 @@ TEST(HealthCheckerRedirect, TakesNoCredentialsAlong)
 
 TEST(HealthCheckerRedirect, CannotInjectAHeader)
 {
-    const OddServer target(OddServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
-    const OddServer server(OddServer::answers(redirect(address(target) + "a%0d%0aX-Odd: 1")));
+    const ScriptedServer target(ScriptedServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
+    const ScriptedServer server(ScriptedServer::answers(redirect(address(target) + "a%0d%0aX-Odd: 1")));
     EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
     ASSERT_EQ(target.requests().size(), 1);
     EXPECT_FALSE(target.requests().first().contains("\r\nX-Odd"));
@@ -599,8 +602,8 @@ TEST(HealthCheckerRedirect, CannotInjectAHeader)
     const auto silent = LocalSocket::listening("127.0.0.1");
     QFuture<Health> check;
     {
-        const OddServer server(
-            OddServer::answers(redirect("https://127.0.0.1:" + QByteArray::number(silent.port()) + "/")));
+        const ScriptedServer server(ScriptedServer::answers(
+            redirect("https://127.0.0.1:" + QByteArray::number(silent.port()) + "/")));
         check = HealthChecker::check(server.port());
         awaitConnection(silent);
     }
@@ -616,7 +619,7 @@ TEST(HealthCheckerDeathTest, LetsTheProgramEndWhileItIsWithinTls)
 
 static qint64 statusOfARedirectAway()
 {
-    const OddServer server(OddServer::answers(redirect("https://example.invalid/")));
+    const ScriptedServer server(ScriptedServer::answers(redirect("https://example.invalid/")));
     return statusOf(outcomeOf(server.port()));
 }
 
@@ -638,7 +641,7 @@ class HealthCheckerRedirectTo : public testing::TestWithParam<std::pair<const ch
 
 TEST_P(HealthCheckerRedirectTo, IsNotFollowed)
 {
-    const OddServer server(OddServer::answers(redirect(GetParam().second)));
+    const ScriptedServer server(ScriptedServer::answers(redirect(GetParam().second)));
     EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
     EXPECT_EQ(server.methods(), QList<QByteArray>({"HEAD", "GET"}));
 }
@@ -662,7 +665,7 @@ static void expectAnswerAfter(std::chrono::milliseconds delay, std::chrono::mill
 {
     for (int attempt = 0; attempt < 5; ++attempt) {
         std::atomic<bool> wasLate = false;
-        const OddServer server([&](Connection &connection) {
+        const ScriptedServer server([&](Connection &connection) {
             const auto end = Clock::now() + delay + tolerated;
             if (connection.readRequest() == "HEAD" && connection.pause(delay))
                 connection.send("HTTP/1.1 200 OK\r\n\r\n");
@@ -697,7 +700,7 @@ TEST(HealthCheckerTime, SilenceIsUnreachableAfterBothRequests)
 
 TEST(HealthCheckerTime, SilenceAfterTheStartOfAnAnswerIsUnreachable)
 {
-    const OddServer server([](Connection &connection) {
+    const ScriptedServer server([](Connection &connection) {
         connection.readRequest();
         connection.send("HTTP/1.1 200 OK\r\nServer: ");
         connection.hang();
@@ -708,7 +711,7 @@ TEST(HealthCheckerTime, SilenceAfterTheStartOfAnAnswerIsUnreachable)
 
 TEST(HealthCheckerTime, EveryByteRestartsTheIdleLimitUpToTheTotalLimit)
 {
-    const OddServer server([](Connection &connection) {
+    const ScriptedServer server([](Connection &connection) {
         connection.readRequest();
         for (const char byte : QByteArray("HTTP/1.1 200 OK\r\n\r\n")) {
             if (!connection.send(QByteArrayView(&byte, 1)) || !connection.pause(400ms))
@@ -723,7 +726,7 @@ TEST(HealthCheckerTime, EveryByteRestartsTheIdleLimitUpToTheTotalLimit)
 
 TEST(HealthCheckerTime, AByteInTimeExtendsTheWait)
 {
-    const OddServer server([](Connection &connection) {
+    const ScriptedServer server([](Connection &connection) {
         connection.readRequest();
         connection.send("H");
         if (connection.pause(1400ms) && connection.send("TTP/1.1 200 OK\r\n") && connection.pause(1400ms))
@@ -750,10 +753,10 @@ TEST(HealthCheckerCrowd, TwoHundredSilentServersCostOneThreadAndHardlyAnyWork)
 
 TEST(HealthCheckerCrowd, NeighboursOfHostileServersAreUnharmed)
 {
-    const OddServer good(OddServer::answers("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
-    const OddServer headers(neverStops("HTTP/1.1 200 OK\r\n", "X-Odd: 0123456789\r\n"));
-    const OddServer interim(neverStops("", "HTTP/1.1 100 Continue\r\n\r\n"));
-    const OddServer names(OddServer::answers(redirect("http://does-not-exist.invalid/")));
+    const ScriptedServer good(ScriptedServer::answers("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
+    const ScriptedServer headers(neverStops("HTTP/1.1 200 OK\r\n", "X-Odd: 0123456789\r\n"));
+    const ScriptedServer interim(neverStops("", "HTTP/1.1 100 Continue\r\n\r\n"));
+    const ScriptedServer names(ScriptedServer::answers(redirect("http://does-not-exist.invalid/")));
     const auto silent = LocalSocket::listening("127.0.0.1");
     const QList<quint16> hostile{headers.port(), interim.port(), names.port(), silent.port()};
 
@@ -771,9 +774,9 @@ TEST(HealthCheckerCrowd, NeighboursOfHostileServersAreUnharmed)
 
 TEST(HealthCheckerCrowd, ReadsTheCertificatesOfTheMachineOnce)
 {
-    const OddServer closing([](Connection &) {});
-    const OddServer server(
-        OddServer::answers(redirect("https://127.0.0.1:" + QByteArray::number(closing.port()) + "/")));
+    const ScriptedServer closing([](Connection &) {});
+    const ScriptedServer server(
+        ScriptedServer::answers(redirect("https://127.0.0.1:" + QByteArray::number(closing.port()) + "/")));
     const auto start = processorTime();
     EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
     const auto first = processorTime();
@@ -784,7 +787,7 @@ TEST(HealthCheckerCrowd, ReadsTheCertificatesOfTheMachineOnce)
 
 TEST(HealthCheckerCrowd, ManyThreadsMayAskAtOnce)
 {
-    const OddServer server(OddServer::answers("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
+    const ScriptedServer server(ScriptedServer::answers("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
     std::atomic<int> healthy = 0;
     {
         std::vector<std::jthread> askers;
@@ -799,9 +802,9 @@ TEST(HealthCheckerCrowd, ManyThreadsMayAskAtOnce)
 
 TEST(HealthCheckerCrowd, LeavesNoDescriptorBehind)
 {
-    const OddServer server(OddServer::answers("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
-    const OddServer leadingAway(
-        OddServer::answers(redirect("http://away.localhost:" + QByteArray::number(server.port()) + "/")));
+    const ScriptedServer server(ScriptedServer::answers("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
+    const ScriptedServer leadingAway(ScriptedServer::answers(
+        redirect("http://away.localhost:" + QByteArray::number(server.port()) + "/")));
     const auto closed = LocalSocket::bound("127.0.0.1");
     EXPECT_EQ(statusOf(outcomeOf(leadingAway.port())), 200);
     const qsizetype before = openDescriptorCount();

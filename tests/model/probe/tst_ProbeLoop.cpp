@@ -1,6 +1,6 @@
-#include "OddServer.h"
 #include "Printers.h"
 #include "ProbeLoop.h"
+#include "ScriptedServer.h"
 
 #include <QDir>
 #include <QFile>
@@ -55,7 +55,7 @@ qint64 sleepCount(const QString &thread)
 
 TEST(ProbeLoop, FinishesWhatIsUnderWayAsUnreachableWhenItEnds)
 {
-    const OddServer silent([](OddServer::Connection &connection) { connection.hang(); });
+    const ScriptedServer silent([](ScriptedServer::Connection &connection) { connection.hang(); });
     QList<QFuture<Health>> probes;
     {
         ProbeLoop loop;
@@ -73,9 +73,10 @@ TEST(ProbeLoop, FinishesWhatIsUnderWayAsUnreachableWhenItEnds)
 
 TEST(ProbeLoop, FinishesWhatIsUnderWayElsewhereAsUnreachableWhenItEnds)
 {
-    const OddServer silent([](OddServer::Connection &connection) { connection.hang(); });
-    const OddServer server(OddServer::answers("HTTP/1.1 302 Found\r\nLocation: http://away.localhost:" +
-                                              QByteArray::number(silent.port()) + "/\r\n\r\n"));
+    const ScriptedServer silent([](ScriptedServer::Connection &connection) { connection.hang(); });
+    const ScriptedServer server(ScriptedServer::answers(
+        "HTTP/1.1 302 Found\r\nLocation: http://away.localhost:" + QByteArray::number(silent.port()) +
+        "/\r\n\r\n"));
     QList<QFuture<Health>> probes;
     {
         ProbeLoop loop;
@@ -98,7 +99,7 @@ TEST(ProbeLoop, EndsWithoutEverHavingProbed)
 
 TEST(ProbeLoop, IsUnreachableWithoutDescriptorsAndRecoversWithThem)
 {
-    const OddServer server(OddServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
+    const ScriptedServer server(ScriptedServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
     ProbeLoop loop;
     rlimit limit{};
     ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
@@ -116,7 +117,7 @@ TEST(ProbeLoop, IsUnreachableWithoutDescriptorsAndRecoversWithThem)
 
 TEST(ProbeLoop, SleepsWithoutAWakeUpWhileThereIsNothingToProbe)
 {
-    const OddServer server(OddServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
+    const ScriptedServer server(ScriptedServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
     const QStringList others = probingThreads();
     ProbeLoop loop;
     ASSERT_TRUE(isFinished(loop.probe(server.port())));

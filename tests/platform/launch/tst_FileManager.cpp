@@ -1,10 +1,10 @@
 #include "EventLoopTicker.h"
 #include "Eventually.h"
+#include "FakePrograms.h"
 #include "FileManager.h"
 #include "FileManager_p.h"
 #include "Printers.h"
 #include "PrivateBus.h"
-#include "Recorders.h"
 #include "ScopedEnvironment.h"
 
 #include <QDBusConnectionInterface>
@@ -150,15 +150,15 @@ TEST_F(FileManagerTest, IsReplacedOnTheSessionsBusAfterFiveSecondsOfSilence)
     const FakeFileManager manager(m_bus.connect(), FakeFileManager::isSilent);
     if (!m_bus.connect().interface()->isServiceRegistered(QDBusConnection::sessionBus().baseService()))
         GTEST_SKIP() << "this process was on another session bus before";
-    Recorders recorders;
-    recorders.install(u"xdg-open"_s);
-    const ScopedEnvironment path("PATH", recorders.folder().toLocal8Bit());
+    FakePrograms programs;
+    programs.install(u"xdg-open"_s);
+    const ScopedEnvironment path("PATH", programs.folder().toLocal8Bit());
 
     QElapsedTimer time;
     time.start();
     const EventLoopTicker ticker;
     FileManager::show(u"/tmp/a b"_s);
-    EXPECT_EQ(recorders.record(u"xdg-open"_s).arguments, QStringList{u"/tmp/a b"_s});
+    EXPECT_EQ(programs.record(u"xdg-open"_s).arguments, QStringList{u"/tmp/a b"_s});
     EXPECT_EQ(manager.asked.size(), 1);
     EXPECT_GE(time.elapsed(), 5000 * 95 / 100); // the bus library counts in coarse timers
     EXPECT_GT(ticker.ticks(), 100);

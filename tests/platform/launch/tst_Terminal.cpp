@@ -1,5 +1,5 @@
+#include "FakePrograms.h"
 #include "Printers.h"
-#include "Recorders.h"
 #include "ScopedEnvironment.h"
 #include "Terminal.h"
 #include "Terminal_p.h"
@@ -28,14 +28,14 @@ class TerminalChoice : public testing::Test
 protected:
     TerminalChoice()
     {
-        m_environment.insert(u"PATH"_s, m_recorders.folder());
+        m_environment.insert(u"PATH"_s, m_programs.folder());
         m_environment.insert(u"SHELL"_s, u"/bin/sh"_s);
     }
 
     void install(const QStringList &names)
     {
         for (const QString &name : names)
-            m_recorders.install(name);
+            m_programs.install(name);
     }
 
     /// The name of the program that would be started for a terminal.
@@ -51,7 +51,7 @@ protected:
         return command ? command->arguments : QStringList();
     }
 
-    Recorders m_recorders;
+    FakePrograms m_programs;
     QProcessEnvironment m_environment;
 };
 
@@ -105,7 +105,7 @@ TEST_F(TerminalChoice, FollowsTheUserThenTheDesktopThenTheSystem)
     install(inOrder);
     for (const QString &name : inOrder) {
         EXPECT_EQ(chosen(), name);
-        QFile::remove(m_recorders.path(name));
+        QFile::remove(m_programs.path(name));
     }
     EXPECT_EQ(chosen(), QString());
 }
@@ -137,7 +137,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(TerminalChoice, MayBeNamedByItsPath)
 {
     install({u"elsewhere/kitty"_s, u"xterm"_s});
-    m_environment.insert(u"TERMINAL"_s, m_recorders.path(u"elsewhere/kitty"_s));
+    m_environment.insert(u"TERMINAL"_s, m_programs.path(u"elsewhere/kitty"_s));
     EXPECT_EQ(chosen(), u"kitty"_s);
     EXPECT_EQ(arguments().first(), u"--directory"_s);
 }
@@ -153,15 +153,15 @@ TEST_F(TerminalChoice, PassesOverWhatIsNotInstalled)
 TEST_F(TerminalChoice, LooksThroughLinks)
 {
     install({u"opt/konsole"_s});
-    ASSERT_TRUE(QFile::link(m_recorders.path(u"opt/konsole"_s), m_recorders.path(u"alternative"_s)));
-    ASSERT_TRUE(QFile::link(m_recorders.path(u"alternative"_s), m_recorders.path(u"x-terminal-emulator"_s)));
+    ASSERT_TRUE(QFile::link(m_programs.path(u"opt/konsole"_s), m_programs.path(u"alternative"_s)));
+    ASSERT_TRUE(QFile::link(m_programs.path(u"alternative"_s), m_programs.path(u"x-terminal-emulator"_s)));
     EXPECT_EQ(arguments(), (QStringList{u"--workdir"_s, u"/w/a b"_s, u"-e"_s} + shell));
 }
 
 TEST_F(TerminalChoice, KeepsTheNameOfALinkThatIsKnownByIt)
 {
     install({u"opt/snap"_s});
-    ASSERT_TRUE(QFile::link(m_recorders.path(u"opt/snap"_s), m_recorders.path(u"alacritty"_s)));
+    ASSERT_TRUE(QFile::link(m_programs.path(u"opt/snap"_s), m_programs.path(u"alacritty"_s)));
     EXPECT_EQ(chosen(), u"alacritty"_s);
     EXPECT_EQ(arguments().first(), u"--working-directory=/w/a b"_s);
 }
@@ -169,8 +169,8 @@ TEST_F(TerminalChoice, KeepsTheNameOfALinkThatIsKnownByIt)
 TEST_F(TerminalChoice, TakesTheProgramInsteadOfItsWrapper)
 {
     install({u"opt/gnome-terminal.wrapper"_s, u"opt/gnome-terminal"_s});
-    ASSERT_TRUE(QFile::link(m_recorders.path(u"opt/gnome-terminal.wrapper"_s),
-                            m_recorders.path(u"x-terminal-emulator"_s)));
+    ASSERT_TRUE(QFile::link(m_programs.path(u"opt/gnome-terminal.wrapper"_s),
+                            m_programs.path(u"x-terminal-emulator"_s)));
     EXPECT_EQ(chosen(), u"gnome-terminal"_s);
     EXPECT_EQ(arguments(), (QStringList{u"--working-directory=/w/a b"_s, u"--"_s} + shell));
 }
@@ -185,8 +185,8 @@ TEST_F(TerminalChoice, RunsTheUsersShell)
 {
     const QString own = QString::fromLocal8Bit(getpwuid(getuid())->pw_shell);
     install({u"fish"_s});
-    m_environment.insert(u"SHELL"_s, m_recorders.path(u"fish"_s));
-    EXPECT_EQ(Terminal::userShell(m_environment), m_recorders.path(u"fish"_s));
+    m_environment.insert(u"SHELL"_s, m_programs.path(u"fish"_s));
+    EXPECT_EQ(Terminal::userShell(m_environment), m_programs.path(u"fish"_s));
     for (const QString &broken : {u""_s, u"fish"_s, u"/no/such/shell"_s, u"/etc/passwd"_s, u"/tmp"_s}) {
         m_environment.insert(u"SHELL"_s, broken);
         EXPECT_EQ(Terminal::userShell(m_environment), own) << broken.toStdString();
@@ -232,22 +232,22 @@ class TerminalFolder : public testing::TestWithParam<QString>
 
 TEST_P(TerminalFolder, IsWhereTheShellIs)
 {
-    Recorders recorders;
-    recorders.install(u"xterm"_s);
-    const QString shellPath = recorders.install(u"bob's $hell"_s);
-    const QString folder = recorders.path(GetParam());
+    FakePrograms programs;
+    programs.install(u"xterm"_s);
+    const QString shellPath = programs.install(u"bob's $hell"_s);
+    const QString folder = programs.path(GetParam());
     ASSERT_TRUE(QDir().mkpath(folder));
-    const ScopedEnvironment path("PATH", recorders.folder().toLocal8Bit());
+    const ScopedEnvironment path("PATH", programs.folder().toLocal8Bit());
     const ScopedEnvironment shellVariable("SHELL", shellPath.toLocal8Bit());
     const ScopedEnvironment terminal("TERMINAL", std::nullopt);
 
     Terminal::open(folder);
 
-    const QStringList command = recorders.record(u"xterm"_s).arguments;
+    const QStringList command = programs.record(u"xterm"_s).arguments;
     ASSERT_EQ(command.size(), 4);
     ASSERT_EQ(command.first(), u"-e"_s);
     ASSERT_EQ(QProcess::execute(command[1], command.sliced(2)), 0);
-    const StartRecord record = recorders.record(u"bob's $hell"_s);
+    const StartRecord record = programs.record(u"bob's $hell"_s);
     EXPECT_EQ(record.folder, folder);
     EXPECT_EQ(record.arguments, QStringList());
 }
@@ -259,23 +259,23 @@ INSTANTIATE_TEST_SUITE_P(Names, TerminalFolder,
 
 TEST(Terminal, OpensNothingWhereThereIsNone)
 {
-    const Recorders recorders;
-    const ScopedEnvironment path("PATH", recorders.folder().toLocal8Bit());
+    const FakePrograms programs;
+    const ScopedEnvironment path("PATH", programs.folder().toLocal8Bit());
     const ScopedEnvironment terminal("TERMINAL", std::nullopt);
     Terminal::open(u"/tmp"_s);
 }
 
 TEST(Terminal, LeavesTheUserAShellWhereTheFolderIsGone)
 {
-    Recorders recorders;
-    recorders.install(u"xterm"_s);
+    FakePrograms programs;
+    programs.install(u"xterm"_s);
     QProcessEnvironment environment;
-    environment.insert(u"PATH"_s, recorders.folder());
-    environment.insert(u"SHELL"_s, recorders.install(u"shell"_s));
-    const auto command = Terminal::commandFor(recorders.path(u"gone"_s), environment);
+    environment.insert(u"PATH"_s, programs.folder());
+    environment.insert(u"SHELL"_s, programs.install(u"shell"_s));
+    const auto command = Terminal::commandFor(programs.path(u"gone"_s), environment);
     ASSERT_TRUE(command);
     QProcess::execute(command->arguments[1], command->arguments.sliced(2));
-    EXPECT_EQ(recorders.record(u"shell"_s).folder, QDir::currentPath());
+    EXPECT_EQ(programs.record(u"shell"_s).folder, QDir::currentPath());
 }
 
 } // namespace portolan

@@ -1,6 +1,6 @@
 #include "Autostart.h"
+#include "FakePrograms.h"
 #include "Printers.h"
-#include "Recorders.h"
 #include "ScopedEnvironment.h"
 
 #include <QCoreApplication>
@@ -243,7 +243,7 @@ class AutostartPrograms : public AutostartTest, public testing::WithParamInterfa
 protected:
     void SetUp() override
     {
-        m_program = m_recorders.install(GetParam() + u"/portolan"_s);
+        m_program = m_programs.install(GetParam() + u"/portolan"_s);
         Autostart::Session here = session();
         here.program = m_program;
         ASSERT_TRUE(Autostart(here).add());
@@ -261,7 +261,7 @@ protected:
         return read(units + u"/app-portolan@autostart.service"_s).split('\n');
     }
 
-    Recorders m_recorders;
+    FakePrograms m_programs;
     QString m_program;
 };
 
@@ -283,7 +283,7 @@ TEST_P(AutostartPrograms, AreStartedByADesktop)
     if (!launcher.waitForStarted())
         GTEST_SKIP() << "gio is not installed";
     ASSERT_TRUE(launcher.waitForFinished());
-    EXPECT_EQ(m_recorders.record(GetParam() + u"/portolan"_s).arguments, QStringList{u"--background"_s});
+    EXPECT_EQ(m_programs.record(GetParam() + u"/portolan"_s).arguments, QStringList{u"--background"_s});
 }
 
 TEST_P(AutostartPrograms, AreStartedBySystemd)

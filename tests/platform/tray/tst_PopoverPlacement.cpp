@@ -29,7 +29,7 @@ const ScreenArea RightPanel{QRect(0, 0, 1280, 800), QRect(0, 0, 1250, 800)};
 
 } // namespace
 
-struct Placement
+struct PlacementCase
 {
     const char *name;
     QPoint anchor;
@@ -37,12 +37,12 @@ struct Placement
     QRect expected;
 };
 
-void PrintTo(const Placement &placement, std::ostream *out)
+void PrintTo(const PlacementCase &placement, std::ostream *out)
 {
     *out << placement.name;
 }
 
-class PopoverPlaces : public testing::TestWithParam<Placement>
+class PopoverPlaces : public testing::TestWithParam<PlacementCase>
 {};
 
 TEST_P(PopoverPlaces, AtTheIcon)
@@ -53,26 +53,26 @@ TEST_P(PopoverPlaces, AtTheIcon)
 
 INSTANTIATE_TEST_SUITE_P(
     Edges, PopoverPlaces,
-    testing::Values(Placement{"TopCentred", {640, 15}, {TopPanel}, {448, 34, 384, 600}},
-                    Placement{"TopRightCorner", {1265, 15}, {TopPanel}, {892, 34, 384, 600}},
-                    Placement{"TopLeftCorner", {5, 5}, {TopPanel}, {4, 34, 384, 600}},
-                    Placement{"BottomCentred", {640, 785}, {BottomPanel}, {448, 166, 384, 600}},
-                    Placement{"BottomRightCorner", {1275, 795}, {BottomPanel}, {892, 166, 384, 600}},
-                    Placement{"LeftCentred", {15, 400}, {LeftPanel}, {34, 100, 384, 600}},
+    testing::Values(PlacementCase{"TopCentred", {640, 15}, {TopPanel}, {448, 34, 384, 600}},
+                    PlacementCase{"TopRightCorner", {1265, 15}, {TopPanel}, {892, 34, 384, 600}},
+                    PlacementCase{"TopLeftCorner", {5, 5}, {TopPanel}, {4, 34, 384, 600}},
+                    PlacementCase{"BottomCentred", {640, 785}, {BottomPanel}, {448, 166, 384, 600}},
+                    PlacementCase{"BottomRightCorner", {1275, 795}, {BottomPanel}, {892, 166, 384, 600}},
+                    PlacementCase{"LeftCentred", {15, 400}, {LeftPanel}, {34, 100, 384, 600}},
                     // The panel decides, not the nearer upper edge.
-                    Placement{"LeftTop", {25, 5}, {LeftPanel}, {34, 4, 384, 600}},
-                    Placement{"RightCentred", {1265, 400}, {RightPanel}, {862, 100, 384, 600}},
-                    Placement{"RightBottom", {1255, 795}, {RightPanel}, {862, 196, 384, 600}}),
+                    PlacementCase{"LeftTop", {25, 5}, {LeftPanel}, {34, 4, 384, 600}},
+                    PlacementCase{"RightCentred", {1265, 400}, {RightPanel}, {862, 100, 384, 600}},
+                    PlacementCase{"RightBottom", {1255, 795}, {RightPanel}, {862, 196, 384, 600}}),
     [](const auto &test) { return test.param.name; });
 
 INSTANTIATE_TEST_SUITE_P(
     // Panels that reserve no space: the icon itself must stay free for the second click.
     PanelsThatHide, PopoverPlaces,
-    testing::Values(Placement{"Top", {640, 10}, {Bare}, {448, 27, 384, 600}},
-                    Placement{"Bottom", {640, 790}, {Bare}, {448, 174, 384, 600}},
-                    Placement{"Left", {10, 400}, {Bare}, {27, 100, 384, 600}},
-                    Placement{"Right", {1270, 400}, {Bare}, {870, 100, 384, 600}},
-                    Placement{"Corner", {1270, 12}, {Bare}, {892, 29, 384, 600}}),
+    testing::Values(PlacementCase{"Top", {640, 10}, {Bare}, {448, 27, 384, 600}},
+                    PlacementCase{"Bottom", {640, 790}, {Bare}, {448, 174, 384, 600}},
+                    PlacementCase{"Left", {10, 400}, {Bare}, {27, 100, 384, 600}},
+                    PlacementCase{"Right", {1270, 400}, {Bare}, {870, 100, 384, 600}},
+                    PlacementCase{"Corner", {1270, 12}, {Bare}, {892, 29, 384, 600}}),
     [](const auto &test) { return test.param.name; });
 
 namespace {
@@ -84,11 +84,12 @@ const ScreenArea Above{QRect(0, -900, 1600, 900), QRect(0, -900, 1600, 860)};
 
 INSTANTIATE_TEST_SUITE_P(
     SeveralScreens, PopoverPlaces,
-    testing::Values(Placement{"OnTheSecond", {3100, 860}, {TopPanel, Second}, {2812, 236, 384, 600}},
-                    Placement{"NotOverTheBorder", {1300, 860}, {TopPanel, Second}, {1284, 236, 384, 600}},
-                    Placement{"NegativeCoordinates", {-20, 12}, {TopPanel, LeftOf}, {-388, 28, 384, 600}},
-                    Placement{"NegativeAbove", {800, -20}, {TopPanel, Above}, {608, -644, 384, 600}},
-                    Placement{"NowhereIsThePrimary", {5000, 5000}, {TopPanel, Second}, {892, 196, 384, 600}}),
+    testing::Values(PlacementCase{"OnTheSecond", {3100, 860}, {TopPanel, Second}, {2812, 236, 384, 600}},
+                    PlacementCase{"NotOverTheBorder", {1300, 860}, {TopPanel, Second}, {1284, 236, 384, 600}},
+                    PlacementCase{"NegativeCoordinates", {-20, 12}, {TopPanel, LeftOf}, {-388, 28, 384, 600}},
+                    PlacementCase{"NegativeAbove", {800, -20}, {TopPanel, Above}, {608, -644, 384, 600}},
+                    PlacementCase{
+                        "NowhereIsThePrimary", {5000, 5000}, {TopPanel, Second}, {892, 196, 384, 600}}),
     [](const auto &test) { return test.param.name; });
 
 namespace {
@@ -99,10 +100,10 @@ const ScreenArea Sliver{QRect(0, 0, 320, 480), QRect(0, 30, 320, 450)};
 
 INSTANTIATE_TEST_SUITE_P(
     SmallScreens, PopoverPlaces,
-    testing::Values(Placement{"LowerThanTheContent", {790, 15}, {Netbook}, {412, 34, 384, 442}},
-                    Placement{"LowerWithThePanelBelow", {790, 470}, {NetbookBelow}, {412, 4, 384, 442}},
+    testing::Values(PlacementCase{"LowerThanTheContent", {790, 15}, {Netbook}, {412, 34, 384, 442}},
+                    PlacementCase{"LowerWithThePanelBelow", {790, 470}, {NetbookBelow}, {412, 4, 384, 442}},
                     // The width is not negotiable: the popover starts at the left edge and is cut off.
-                    Placement{"NarrowerThanTheContent", {300, 15}, {Sliver}, {4, 34, 384, 442}}),
+                    PlacementCase{"NarrowerThanTheContent", {300, 15}, {Sliver}, {4, 34, 384, 442}}),
     [](const auto &test) { return test.param.name; });
 
 struct Conversion

@@ -5,13 +5,13 @@
 
 namespace portolan {
 
-/// A process of the test's own that becomes what it is told to be; odd_process.cpp has the orders.
-class OddProcess
+/// A process of the test's own that becomes what it is told to be; test_process.cpp has the orders.
+class TestProcess
 {
 public:
-    OddProcess();
-    ~OddProcess();
-    Q_DISABLE_COPY_MOVE(OddProcess)
+    TestProcess();
+    ~TestProcess();
+    Q_DISABLE_COPY_MOVE(TestProcess)
 
     [[nodiscard]] int pid() const { return int(m_process.processId()); }
     /// Has an order carried out and returns the answer; throws when that fails.

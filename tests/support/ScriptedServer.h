@@ -17,7 +17,7 @@ namespace portolan {
 /// A TCP server on 127.0.0.1, or on ::1, that treats each connection as a script says, however badly behaved,
 /// and remembers what was asked of it. Each connection is served by a thread of its own; destroying the
 /// server ends them all, wherever they are in their script.
-class OddServer
+class ScriptedServer
 {
 public:
     class Connection;
@@ -26,10 +26,10 @@ public:
     enum class Address { ipv4, ipv6 };
 
     /// Serves every connection with `script` and closes it when the script returns.
-    explicit OddServer(Script script, Address address = Address::ipv4);
-    ~OddServer();
-    OddServer(const OddServer &) = delete;
-    OddServer &operator=(const OddServer &) = delete;
+    explicit ScriptedServer(Script script, Address address = Address::ipv4);
+    ~ScriptedServer();
+    ScriptedServer(const ScriptedServer &) = delete;
+    ScriptedServer &operator=(const ScriptedServer &) = delete;
 
     /// A server that reads a request and answers every one with `response`.
     static Script answers(const QByteArray &response);
@@ -59,10 +59,10 @@ private:
 };
 
 /// One connection, as seen by a script. Every call ends at once when the server ends.
-class OddServer::Connection
+class ScriptedServer::Connection
 {
 public:
-    Connection(OddServer &server, int number, int socket);
+    Connection(ScriptedServer &server, int number, int socket);
     ~Connection();
 
     /// Reads up to the end of a header section and returns its method, "" when the peer said nothing more.
@@ -77,7 +77,7 @@ public:
     void reset();
 
 private:
-    OddServer &m_server;
+    ScriptedServer &m_server;
     int m_number;
     int m_socket;
 };

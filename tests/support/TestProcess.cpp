@@ -1,4 +1,4 @@
-#include "OddProcess.h"
+#include "TestProcess.h"
 
 #include <stdexcept>
 
@@ -6,33 +6,33 @@ namespace portolan {
 
 using namespace Qt::StringLiterals;
 
-OddProcess::OddProcess()
+TestProcess::TestProcess()
 {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process.start(QStringLiteral(PORTOLAN_ODD_PROCESS), QStringList());
+    m_process.start(QStringLiteral(PORTOLAN_TEST_PROCESS), QStringList());
     if (!m_process.waitForStarted())
-        throw std::runtime_error("odd_process does not start");
+        throw std::runtime_error("test_process does not start");
 }
 
-OddProcess::~OddProcess()
+TestProcess::~TestProcess()
 {
     m_process.closeWriteChannel();
     if (!m_process.waitForFinished())
         kill();
 }
 
-QByteArray OddProcess::tell(const QByteArray &order)
+QByteArray TestProcess::tell(const QByteArray &order)
 {
     m_process.write(order + '\n');
     while (!m_process.canReadLine()) {
         if (!m_process.waitForReadyRead())
-            throw std::runtime_error("odd_process does not answer to " + order.toStdString());
+            throw std::runtime_error("test_process does not answer to " + order.toStdString());
     }
     const QByteArray answer = m_process.readLine().trimmed();
     return answer.mid(answer.indexOf(' ') + 1);
 }
 
-void OddProcess::kill()
+void TestProcess::kill()
 {
     m_process.kill();
     m_process.waitForFinished();

@@ -1,4 +1,4 @@
-#include "OddServer.h"
+#include "ScriptedServer.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -31,7 +31,7 @@ Event wait(int fd, short events, int stop, milliseconds limit = longest)
 
 } // namespace
 
-OddServer::OddServer(Script script, Address address)
+ScriptedServer::ScriptedServer(Script script, Address address)
     : m_script(std::move(script))
     , m_listener(::socket(address == Address::ipv4 ? AF_INET : AF_INET6,
                           SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0))
@@ -49,7 +49,7 @@ OddServer::OddServer(Script script, Address address)
     m_acceptor = std::jthread([this] { acceptAll(); });
 }
 
-OddServer::~OddServer()
+ScriptedServer::~ScriptedServer()
 {
     ::eventfd_write(m_stop, 1);
     if (m_acceptor.joinable())
@@ -59,7 +59,7 @@ OddServer::~OddServer()
     ::close(m_stop);
 }
 
-OddServer::Script OddServer::answers(const QByteArray &response)
+ScriptedServer::Script ScriptedServer::answers(const QByteArray &response)
 {
     return [response](Connection &connection) {
         if (!connection.readRequest().isEmpty())
@@ -67,7 +67,7 @@ OddServer::Script OddServer::answers(const QByteArray &response)
     };
 }
 
-QList<QByteArray> OddServer::requests() const
+QList<QByteArray> ScriptedServer::requests() const
 {
     const std::lock_guard lock(m_mutex);
     QList<QByteArray> requests;
@@ -76,7 +76,7 @@ QList<QByteArray> OddServer::requests() const
     return requests;
 }
 
-QList<QByteArray> OddServer::methods() const
+QList<QByteArray> ScriptedServer::methods() const
 {
     QList<QByteArray> methods;
     for (const QByteArray &request : requests())
@@ -84,7 +84,7 @@ QList<QByteArray> OddServer::methods() const
     return methods;
 }
 
-void OddServer::acceptAll()
+void ScriptedServer::acceptAll()
 {
     for (;;) {
         const Event event = wait(m_listener, POLLIN, m_stop);
@@ -101,25 +101,25 @@ void OddServer::acceptAll()
     }
 }
 
-void OddServer::remember(int connection, const QByteArray &request)
+void ScriptedServer::remember(int connection, const QByteArray &request)
 {
     const std::lock_guard lock(m_mutex);
     m_requests.emplace(connection, request);
 }
 
-OddServer::Connection::Connection(OddServer &server, int number, int socket)
+ScriptedServer::Connection::Connection(ScriptedServer &server, int number, int socket)
     : m_server(server)
     , m_number(number)
     , m_socket(socket)
 {}
 
-OddServer::Connection::~Connection()
+ScriptedServer::Connection::~Connection()
 {
     if (m_socket >= 0)
         ::close(m_socket);
 }
 
-QByteArray OddServer::Connection::readRequest()
+QByteArray ScriptedServer::Connection::readRequest()
 {
     QByteArray request;
     while (!request.endsWith("\r\n\r\n")) {
@@ -132,7 +132,7 @@ QByteArray OddServer::Connection::readRequest()
     return request.left(request.indexOf(' '));
 }
 
-bool OddServer::Connection::send(QByteArrayView bytes)
+bool ScriptedServer::Connection::send(QByteArrayView bytes)
 {
     while (!bytes.isEmpty()) {
         if (wait(m_socket, POLLOUT, m_server.m_stop) != Event::ready)
@@ -145,7 +145,7 @@ bool OddServer::Connection::send(QByteArrayView bytes)
     return true;
 }
 
-bool OddServer::Connection::pause(milliseconds time)
+bool ScriptedServer::Connection::pause(milliseconds time)
 {
     const auto end = Clock::now() + time;
     for (;;) {
@@ -157,12 +157,12 @@ bool OddServer::Connection::pause(milliseconds time)
     }
 }
 
-void OddServer::Connection::hang()
+void ScriptedServer::Connection::hang()
 {
     wait(m_socket, POLLRDHUP, m_server.m_stop);
 }
 
-void OddServer::Connection::reset()
+void ScriptedServer::Connection::reset()
 {
     const linger now{.l_onoff = 1, .l_linger = 0};
     ::setsockopt(m_socket, SOL_SOCKET, SO_LINGER, &now, sizeof now);

@@ -26,7 +26,7 @@ struct StartRecord
 };
 
 /// A folder of stand-ins for programs, each of which notes how it was started.
-class Recorders
+class FakePrograms
 {
 public:
     [[nodiscard]] QString folder() const { return m_folder.path(); }
@@ -36,7 +36,7 @@ public:
     QString install(const QString &name)
     {
         QDir().mkpath(QFileInfo(path(name)).path());
-        if (!QFile::copy(QStringLiteral(PORTOLAN_START_RECORDER), path(name)))
+        if (!QFile::copy(QStringLiteral(PORTOLAN_FAKE_PROGRAM), path(name)))
             qFatal("no stand-in");
         return path(name);
     }
