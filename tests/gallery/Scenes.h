@@ -14,19 +14,19 @@ namespace portolan {
 struct GalleryScene
 {
     enum class Presentation : quint8 { Popover, Window };
-    enum class Knowledge : quint8 { Scanned, FirstScan, Rescan };
+    enum class ScanState : quint8 { Scanned, FirstScan, Rescan };
     enum class Press : quint8 { None, Left, Right };
 
     QString name;
     QList<Service> services;
     Presentation presentation = Presentation::Popover;
-    Knowledge knowledge = Knowledge::Scanned;
+    ScanState scanState = ScanState::Scanned;
     QString searchText;
     QList<qint64> pinnedPorts;
     std::optional<QPointF> pointer; ///< where the pointer rests, in the view's coordinates
     Press press = Press::None;      ///< what is pressed there
     QString keys;                   ///< typed first: t Tab, d Down, k Control-K, m Menu
-    int patience = 400;             ///< milliseconds that the pointer rests
+    int hoverMs = 400;              ///< milliseconds that the pointer rests
     int height = 620;               ///< of a window
 };
 

@@ -18,7 +18,7 @@ ViewTest {
     }
 
     function popup() {
-        return Look.first(root.Window.contentItem, "ToolTipPopup");
+        return ViewInspector.first(root.Window.contentItem, "ToolTipPopup");
     }
 
     function shown(properties) {
@@ -32,14 +32,14 @@ ViewTest {
         const start = Date.now();
         shown();
         verify(Date.now() - start >= 590);
-        compare(Look.texts(popup()), ["Refresh"]);
-        compare(Look.spoken(popup()), "ToolTip: Refresh");
+        compare(ViewInspector.texts(popup()), ["Refresh"]);
+        compare(ViewInspector.roleAndName(popup()), "ToolTip: Refresh");
     }
 
     function test_looks() {
         shown({ x: 100, y: 100 });
-        const text = Look.text(popup(), "Refresh");
-        compare(Look.style(text), "11 400 system #ededed");
+        const text = ViewInspector.text(popup(), "Refresh");
+        compare(ViewInspector.style(text), "11 400 system #ededed");
         compare(popup().width, text.width + 16);
         compare(popup().height, text.height + 8);
         compare(popup().y, 100 + 28 + 6);
@@ -81,7 +81,7 @@ ViewTest {
 
     function test_is_plain_and_cut() {
         shown({ label: "<b>" + "W".repeat(500) });
-        const text = Look.first(popup(), "QQuickText");
+        const text = ViewInspector.first(popup(), "QQuickText");
         compare(text.textFormat, Text.PlainText);
         verify(text.truncated);
         verify(popup().width <= root.Window.width);

@@ -5,7 +5,7 @@ Starts, stops and restarts small servers at random for a while and compares ever
 that must be in it by then, and with those that must be gone. Watches the program's memory, threads and descriptors
 meanwhile. Prints what it saw; its exit status says whether everything held.
 
-    living_list.py build/release/bin/portolanctl --seconds 600
+    watch_consistency.py build/release/bin/portolanctl --seconds 600
 """
 
 import argparse

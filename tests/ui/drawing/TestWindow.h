@@ -11,13 +11,13 @@
 namespace portolan {
 
 /// A window of the software renderer, in which items are put at places of their own and looked at.
-class Scene
+class TestWindow
 {
 public:
     static constexpr int width = 120;
     static constexpr int height = 88;
 
-    explicit Scene(const QColor &background = Qt::black)
+    explicit TestWindow(const QColor &background = Qt::black)
     {
         static std::once_flag chosen;
         std::call_once(chosen, [] { QQuickWindow::setGraphicsApi(QSGRendererInterface::Software); });

@@ -1,4 +1,4 @@
-#include "Stage.h"
+#include "SceneWindow.h"
 
 #include "Eventually.h"
 #include "Theme.h"
@@ -25,14 +25,14 @@ void rest(int milliseconds)
 
 } // namespace
 
-Stage::Stage(const GalleryScene &scene)
+SceneWindow::SceneWindow(const GalleryScene &scene)
     : m_scene(scene)
 {
     for (const qint64 port : scene.pinnedPorts)
         m_bench.store()->togglePin(Service{.port = port});
-    if (scene.knowledge != GalleryScene::Knowledge::FirstScan)
+    if (scene.scanState != GalleryScene::ScanState::FirstScan)
         m_bench.find(scene.services);
-    if (scene.knowledge != GalleryScene::Knowledge::Scanned)
+    if (scene.scanState != GalleryScene::ScanState::Scanned)
         m_bench.store()->refreshNow();
     m_bench.store()->setSearchText(scene.searchText);
 
@@ -49,7 +49,7 @@ Stage::Stage(const GalleryScene &scene)
     m_view.requestActivate();
 }
 
-void Stage::fit()
+void SceneWindow::fit()
 {
     const QQuickItem &root = *m_view.rootObject();
     m_view.resize(m_scene.presentation == GalleryScene::Presentation::Window
@@ -57,7 +57,7 @@ void Stage::fit()
                       : QSizeF(root.implicitWidth(), root.implicitHeight()).toSize());
 }
 
-void Stage::type(const QString &keys)
+void SceneWindow::type(const QString &keys)
 {
     for (const QChar key : keys) {
         const bool isSearch = key == u'k';
@@ -73,7 +73,7 @@ void Stage::type(const QString &keys)
     }
 }
 
-void Stage::point(const QPointF &position, GalleryScene::Press press)
+void SceneWindow::point(const QPointF &position, GalleryScene::Press press)
 {
     const QPointF global = m_view.mapToGlobal(position);
     const auto send = [&](QEvent::Type type, Qt::MouseButton button, Qt::MouseButtons buttons) {
@@ -89,14 +89,14 @@ void Stage::point(const QPointF &position, GalleryScene::Press press)
     send(QEvent::MouseButtonRelease, button, Qt::NoButton);
 }
 
-QImage Stage::picture()
+QImage SceneWindow::picture()
 {
     rest(transitionsAndSpare);
     fit();
     type(m_scene.keys);
     if (m_scene.pointer)
         point(*m_scene.pointer, m_scene.press);
-    rest(m_scene.patience);
+    rest(m_scene.hoverMs);
 
     QImage picture = m_view.grabWindow();
     picture.setDevicePixelRatio(m_view.effectiveDevicePixelRatio());

@@ -11,10 +11,10 @@
 namespace portolan {
 
 /// Shows one scene in a window of its own.
-class Stage
+class SceneWindow
 {
 public:
-    explicit Stage(const GalleryScene &scene);
+    explicit SceneWindow(const GalleryScene &scene);
 
     [[nodiscard]] QQuickView &window() { return m_view; }
     /// What can be seen once everything has come to rest.
