@@ -7,8 +7,7 @@ namespace portolan {
 
 void Clipboard::setText(const QString &text)
 {
-    // Replaces all formats at once. An emptied clipboard in between would make some clipboard managers put
-    // the old text back.
+    // Not cleared first: some clipboard managers restore the previous text when the clipboard is empty.
     QGuiApplication::clipboard()->setText(text);
 }
 

@@ -4,11 +4,11 @@
 
 namespace portolan {
 
-/// What the user pastes from: the desktop's clipboard.
+/// The desktop's clipboard.
 namespace Clipboard {
 
-/// Replaces whatever the clipboard holds by `text`. Main thread of a QGuiApplication; on Wayland only inside
-/// the handling of the user's click or key.
+/// Replaces the content of the clipboard by `text`. Main thread of a QGuiApplication. On Wayland it works
+/// only while a click or key of the user is handled.
 void setText(const QString &text);
 
 } // namespace Clipboard

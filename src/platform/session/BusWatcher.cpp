@@ -6,7 +6,7 @@ using namespace Qt::StringLiterals;
 
 BusWatcher::BusWatcher(QDBusConnection bus)
 {
-    // The last that arrives on a connection, made up on this side of it.
+    // libdbus itself emits this signal as the last message of a connection.
     bus.connect({}, u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s, u"Disconnected"_s,
                 this, SIGNAL(disconnected()));
 }

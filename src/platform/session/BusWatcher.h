@@ -5,13 +5,13 @@
 
 namespace portolan {
 
-/// Tells that the session bus has gone, as it does when the session ends. Main thread only.
+/// Reports that the connection to the session bus is lost, as at the end of the session. Main thread only.
 class BusWatcher : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Watches `bus`, of which nothing is told if it is not connected.
+    /// Watches `bus`. If it is not connected, nothing is ever emitted.
     explicit BusWatcher(QDBusConnection bus);
 
 Q_SIGNALS:

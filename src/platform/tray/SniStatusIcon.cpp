@@ -28,7 +28,7 @@ QDBusMessage registration(const QString &item)
     return call;
 }
 
-QDBusMessage hostQuestion()
+QDBusMessage hostQuery()
 {
     QDBusMessage call = QDBusMessage::createMethodCall(WatcherService, WatcherPath,
                                                        u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
@@ -47,7 +47,7 @@ SniStatusIcon::SniStatusIcon(const QDBusConnection &bus, const StatusIconArt &ar
 {
     connect(&m_item, &StatusNotifierItem::activated, this, &StatusIcon::activated);
     connect(&m_menu, &StatusMenu::triggered, this, [this](int id) { chooseMenuEntry(id - 1); });
-    // Panels read the item as soon as it is registered, so it has to be there before.
+    // Panels read the item as soon as it is registered, so the objects have to exist before.
     m_bus.registerObject(ItemPath, &m_item, Exported);
     m_bus.registerObject(MenuPath, &m_menu, Exported);
     followWatcher();
@@ -73,7 +73,7 @@ void SniStatusIcon::followWatcher()
                     registerItem();
             });
     for (const QString &signal : {u"StatusNotifierHostRegistered"_s, u"StatusNotifierHostUnregistered"_s})
-        m_bus.connect(WatcherService, WatcherPath, WatcherService, signal, this, SLOT(askForHost()));
+        m_bus.connect(WatcherService, WatcherPath, WatcherService, signal, this, SLOT(queryHost()));
 }
 
 void SniStatusIcon::registerItem()
@@ -84,13 +84,13 @@ void SniStatusIcon::registerItem()
         if (pending->isError())
             setHost(Host::Absent);
         else
-            askForHost();
+            queryHost();
     });
 }
 
-void SniStatusIcon::askForHost()
+void SniStatusIcon::queryHost()
 {
-    auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(hostQuestion()), this);
+    auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(hostQuery()), this);
     connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending] {
         pending->deleteLater();
         const QDBusPendingReply<QDBusVariant> reply = *pending;

@@ -9,8 +9,8 @@
 
 namespace portolan {
 
-/// The status icon by the StatusNotifierItem protocol, over `bus`. It registers with the watcher that is
-/// there and with every one that comes later.
+/// The status icon by the StatusNotifierItem protocol, over `bus`. It registers with the current
+/// StatusNotifierWatcher and with every later one.
 class SniStatusIcon final : public StatusIcon
 {
     Q_OBJECT
@@ -20,7 +20,7 @@ public:
     ~SniStatusIcon() override;
 
 private Q_SLOTS:
-    void askForHost(); // also the watcher's signals, which are connected by name
+    void queryHost(); // a slot, as D-Bus signals are connected by name
 
 private:
     void followWatcher();
