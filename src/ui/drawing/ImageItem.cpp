@@ -27,7 +27,7 @@ QSGNode *ImageItem::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
         node->setOwnsTexture(true);
     }
     node->setTexture(window()->createTextureFromImage(shown));
-    // One pixel of the image is one of the window: interpolating could only blur it.
+    // One pixel of the image is one pixel of the window, so interpolation would only blur it.
     node->setFiltering(QSGTexture::Nearest);
     const QSizeF size = QSizeF(pixels) / scale;
     node->setRect(QRectF(QPointF((width() - size.width()) / 2, (height() - size.height()) / 2), size));

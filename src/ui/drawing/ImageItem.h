@@ -6,8 +6,8 @@
 
 namespace portolan {
 
-/// An item that shows one image pixel for pixel: the image is drawn at the window's scale for just the pixels
-/// that it covers, so that it is sharp at every scale and costs the renderer one copied image.
+/// An item that shows an image rendered at the window's device pixel ratio. It is copied without scaling, so
+/// it is sharp at every ratio.
 class ImageItem : public QQuickItem
 {
     Q_OBJECT
@@ -16,9 +16,9 @@ class ImageItem : public QQuickItem
 protected:
     explicit ImageItem(QQuickItem *parent = nullptr);
 
-    /// The size of what is shown, which stands in the middle of the item.
+    /// The size of the image in device-independent pixels. It is centred in the item.
     [[nodiscard]] virtual QSizeF imageSize() const { return size(); }
-    /// What is shown on `pixels`, of which `scale` make a device-independent one; null for nothing.
+    /// The image in `pixels` device pixels, at the device pixel ratio `scale`; null to show nothing.
     [[nodiscard]] virtual QImage image(const QSize &pixels, qreal scale) const = 0;
 
     QSGNode *updatePaintNode(QSGNode *old, UpdatePaintNodeData *data) final;

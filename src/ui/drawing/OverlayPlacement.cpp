@@ -20,7 +20,7 @@ QPointF inside(const QPointF &corner, const QSizeF &size, const QRectF &bounds)
 
 QPointF OverlayPlacement::menu(const QRectF &anchor, const QSizeF &size, const QRectF &bounds)
 {
-    // At the pointer there is nothing to keep a distance from.
+    // A menu that opens at the pointer starts exactly there.
     const qreal gap = anchor.isEmpty() ? 0 : menuGap;
     const bool fitsRight = anchor.left() + size.width() <= bounds.right();
     const bool fitsBelow = anchor.bottom() + gap + size.height() <= bounds.bottom();
@@ -31,12 +31,12 @@ QPointF OverlayPlacement::menu(const QRectF &anchor, const QSizeF &size, const Q
 
 QPointF OverlayPlacement::toolTip(const QRectF &target, const QSizeF &size, const QRectF &bounds)
 {
-    const QRectF held = bounds.adjusted(toolTipMargin, toolTipMargin, -toolTipMargin, -toolTipMargin);
-    const bool fitsBelow = target.bottom() + toolTipGap + size.height() <= held.bottom();
+    const QRectF available = bounds.adjusted(toolTipMargin, toolTipMargin, -toolTipMargin, -toolTipMargin);
+    const bool fitsBelow = target.bottom() + toolTipGap + size.height() <= available.bottom();
     const QPointF corner(target.center().x() - size.width() / 2,
                          fitsBelow ? target.bottom() + toolTipGap
                                    : target.top() - toolTipGap - size.height());
-    return inside(corner, size, held);
+    return inside(corner, size, available);
 }
 
 } // namespace portolan

@@ -7,7 +7,7 @@
 
 namespace portolan {
 
-/// Where menus and hints go: near what they belong to, and inside what has to hold them.
+/// Computes the positions of menus and tool tips, which are items inside the window. Pure functions.
 class OverlayPlacement : public QObject
 {
     Q_OBJECT
@@ -15,14 +15,14 @@ class OverlayPlacement : public QObject
     QML_SINGLETON
 
 public:
-    /// The top left corner of a menu of `size` that belongs to `anchor` (a control, or the empty rectangle at
-    /// the pointer): below and along its left side, above or along its right side where there is no room,
-    /// and in any case inside `bounds`.
+    /// The top left corner of a menu of `size` for `anchor`, a control or an empty rectangle at the pointer:
+    /// below it and aligned to its left side, or above or aligned to its right side if there is not enough
+    /// space. Always inside `bounds`.
     Q_INVOKABLE [[nodiscard]] static QPointF menu(const QRectF &anchor, const QSizeF &size,
                                                   const QRectF &bounds);
 
-    /// The top left corner of a tool tip of `size` to the control `target`: centred below it, above where
-    /// there is no room, and inside `bounds`.
+    /// The top left corner of a tool tip of `size` for the control `target`: centred below it, or above it if
+    /// there is not enough space. Always inside `bounds`.
     Q_INVOKABLE [[nodiscard]] static QPointF toolTip(const QRectF &target, const QSizeF &size,
                                                      const QRectF &bounds);
 };

@@ -4,7 +4,7 @@
 
 namespace portolan {
 
-/// The brand figure, filling the item.
+/// The brand figure, scaled to the size of the item.
 class PortolanShape : public portolan::TintedItem
 {
     Q_OBJECT

@@ -1,8 +1,8 @@
 import QtQuick
 import Portolan
 
-// A Text that keeps to the fraction in the size of its font: drawn at a whole number of pixels, as the font engine
-// demands, and scaled, which is done to the outlines and so stays sharp.
+// A Text with a fractional font size. Qt rounds font sizes to whole pixels, so the text is drawn at the nearest whole
+// size and scaled; the renderer scales the outlines of the glyphs, so it stays sharp.
 Item {
     id: root
 

@@ -6,7 +6,7 @@
 
 namespace portolan {
 
-/// An item that shows a figure of one colour.
+/// An item that shows a mask filled with one colour.
 class TintedItem : public portolan::ImageItem
 {
     Q_OBJECT
@@ -23,8 +23,8 @@ Q_SIGNALS:
 protected:
     using ImageItem::ImageItem;
 
-    /// The figure on `pixels`, of which `scale` make a device-independent one; only its alpha is used. Null
-    /// where there is nothing to show.
+    /// The mask in `pixels` device pixels, at the device pixel ratio `scale`; only its alpha is used. Null to
+    /// show nothing.
     [[nodiscard]] virtual QImage mask(const QSize &pixels, qreal scale) const = 0;
 
     [[nodiscard]] QImage image(const QSize &pixels, qreal scale) const final;

@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// Shows `text` beside its parent once the pointer has rested there for a while.
+// Shows `text` as tool tip of its parent after the pointer has rested there for a while.
 Item {
     id: root
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// A word about a control, shown over everything else in its window.
+// The tool tip of `target`, shown above everything else in its window.
 RoundedRect {
     id: root
 

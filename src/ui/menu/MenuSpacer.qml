@@ -1,6 +1,6 @@
 import QtQuick
 
-// Ends a group of entries without a line.
+// Space between two groups of entries.
 Item {
     implicitWidth: 20
     implicitHeight: 6

@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// How the list is ordered and kept up to date.
+// Sort order, auto-refresh and launch at login.
 PopupMenu {
     id: root
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// A control of the footer: a symbol and a word.
+// A button of the footer: a symbol and a label.
 PlainButton {
     id: root
 

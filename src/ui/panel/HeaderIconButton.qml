@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// One control of the header.
+// A button of the header.
 PlainButton {
     id: root
 

@@ -1,7 +1,8 @@
 import QtQuick
 import Portolan
 
-// Asks for a scan, and turns for as long as one takes. The button only fades from sight meanwhile: it keeps the focus.
+// The Refresh button, replaced by a spinner during a scan. The button is made transparent, not hidden, so that it keeps
+// the focus.
 Item {
     id: root
 

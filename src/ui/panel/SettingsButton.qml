@@ -8,7 +8,7 @@ PlainButton {
     required property ServiceStore store
     required property LoginItem loginItem
 
-    // What the login item says, not what was asked of it: where a change fails, the check mark goes back.
+    // The actual state as reported by the login item: if a change fails, the check mark does not change.
     property bool launchAtLogin: root.loginItem.isEnabled()
     property SettingsMenu menu
 

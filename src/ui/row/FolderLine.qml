@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// Where a service's files are.
+// The folder of a service.
 Item {
     id: root
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// The card that a row lies on.
+// The background and border of a row.
 RoundedRect {
     id: root
 

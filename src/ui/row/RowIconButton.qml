@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// One action of a row.
+// A button of a row.
 PlainButton {
     id: root
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// Whether a service answers, and how fast.
+// The health of a service and its response time.
 Column {
     id: root
 

@@ -6,7 +6,7 @@
 
 namespace portolan {
 
-/// A flag that goes back to false by itself.
+/// A flag that is cleared by a timer. Main thread.
 class TimedFlag : public QObject
 {
     Q_OBJECT
@@ -20,8 +20,8 @@ public:
     [[nodiscard]] bool isRaised() const { return m_isRaised; }
     [[nodiscard]] QBindable<bool> bindableIsRaised() const { return &m_isRaised; }
 
-    /// Sets the flag and clears it `duration` milliseconds later. Every call has a timer of its own, so
-    /// raising it again does not make it last longer: the first timer to end clears it.
+    /// Sets the flag, to be cleared after `duration` milliseconds. A further call while it is set does not
+    /// extend that time.
     Q_INVOKABLE void raise();
 
 Q_SIGNALS:

@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// What a service is called and what it is made with.
+// The name of a service and its framework.
 Item {
     id: root
 

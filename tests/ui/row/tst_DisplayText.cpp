@@ -49,9 +49,9 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(DisplayText, CutsWhatNoLineCanShow)
 {
-    const QString most(DisplayText::longest, u'a');
+    const QString most(DisplayText::maxLength, u'a');
     EXPECT_EQ(DisplayText::line(most), most);
-    EXPECT_EQ(DisplayText::line(most + u'b'), QString(DisplayText::longest - 1, u'a') + u'\u2026');
+    EXPECT_EQ(DisplayText::line(most + u'b'), QString(DisplayText::maxLength - 1, u'a') + u'\u2026');
     EXPECT_EQ(DisplayText::path(most), most);
 }
 
@@ -59,7 +59,7 @@ TEST(DisplayText, KeepsBothEndsOfALongPath)
 {
     const QString path = u"/home/"_s + QString(9000, u'x') + u"/project"_s;
     const QString shown = DisplayText::path(path);
-    EXPECT_EQ(shown.size(), DisplayText::longest);
+    EXPECT_EQ(shown.size(), DisplayText::maxLength);
     EXPECT_TRUE(shown.startsWith(u"/home/"_s));
     EXPECT_TRUE(shown.endsWith(u"/project"_s));
     EXPECT_EQ(shown.count(u'\u2026'), 1);
