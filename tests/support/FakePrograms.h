@@ -12,32 +12,32 @@
 
 namespace portolan {
 
-/// How a stand-in was started.
+/// How a fake program was started.
 struct StartRecord
 {
     QStringList arguments;
     QStringList environment;
-    QJsonObject descriptors; ///< what each open one leads to, by number
+    QJsonObject descriptors; ///< the target of each open descriptor, by number
     QString folder;
     int process = 0;
     int session = 0;
-    QString ignoredSignals; ///< hexadecimal masks
+    QString ignoredSignals; ///< a hexadecimal mask, as in /proc/PID/status
     QString blockedSignals;
 };
 
-/// A folder of stand-ins for programs, each of which notes how it was started.
+/// A folder of fake programs, each of which records how it was started.
 class FakePrograms
 {
 public:
     [[nodiscard]] QString folder() const { return m_folder.path(); }
     [[nodiscard]] QString path(const QString &name) const { return m_folder.filePath(name); }
 
-    /// Puts a stand-in called `name` there and returns its path.
+    /// Adds a fake program called `name` and returns its path.
     QString install(const QString &name)
     {
         QDir().mkpath(QFileInfo(path(name)).path());
         if (!QFile::copy(QStringLiteral(PORTOLAN_FAKE_PROGRAM), path(name)))
-            qFatal("no stand-in");
+            qFatal("the fake program cannot be copied");
         return path(name);
     }
 
@@ -46,7 +46,7 @@ public:
         return QFile::exists(path(name) + QStringLiteral(".json"));
     }
 
-    /// What `name` noted, once it has; an empty record if it does not.
+    /// Waits for the record of `name`; an empty one if it was not started within 30 seconds.
     [[nodiscard]] StartRecord record(const QString &name) const
     {
         QFile file(path(name) + QStringLiteral(".json"));

@@ -16,12 +16,12 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-constexpr milliseconds longest = std::chrono::minutes(1); // of any wait in here
+constexpr milliseconds maxWait = std::chrono::minutes(1);
 
 enum class Event { ready, timeout, stop };
 
-// Waits for `events` on `fd`, unless `stop` becomes readable before.
-Event wait(int fd, short events, int stop, milliseconds limit = longest)
+// Waits until `events` occur on `fd` or `stop` becomes readable.
+Event wait(int fd, short events, int stop, milliseconds limit = maxWait)
 {
     std::array<pollfd, 2> fds{{{fd, events, 0}, {stop, POLLIN, 0}}};
     if (::poll(fds.data(), fds.size(), int(limit.count())) <= 0)
@@ -54,7 +54,7 @@ ScriptedServer::~ScriptedServer()
     ::eventfd_write(m_stop, 1);
     if (m_acceptor.joinable())
         m_acceptor.join();
-    m_servants.clear();
+    m_workers.clear();
     ::close(m_listener);
     ::close(m_stop);
 }
@@ -94,14 +94,14 @@ void ScriptedServer::acceptAll()
         if (socket < 0)
             continue;
         const int number = m_connections++;
-        m_servants.emplace_back([this, number, socket] {
+        m_workers.emplace_back([this, number, socket] {
             Connection connection(*this, number, socket);
             m_script(connection);
         });
     }
 }
 
-void ScriptedServer::remember(int connection, const QByteArray &request)
+void ScriptedServer::record(int connection, const QByteArray &request)
 {
     const std::lock_guard lock(m_mutex);
     m_requests.emplace(connection, request);
@@ -128,7 +128,7 @@ QByteArray ScriptedServer::Connection::readRequest()
             return {};
         request += byte;
     }
-    m_server.remember(m_number, request);
+    m_server.record(m_number, request);
     return request.left(request.indexOf(' '));
 }
 

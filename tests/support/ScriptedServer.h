@@ -14,9 +14,8 @@
 
 namespace portolan {
 
-/// A TCP server on 127.0.0.1, or on ::1, that treats each connection as a script says, however badly behaved,
-/// and remembers what was asked of it. Each connection is served by a thread of its own; destroying the
-/// server ends them all, wherever they are in their script.
+/// A TCP server on 127.0.0.1 or ::1 that runs a script for each connection, which need not be valid HTTP, and
+/// records the requests. Each connection has a thread of its own; the destructor interrupts and joins them.
 class ScriptedServer
 {
 public:
@@ -25,55 +24,55 @@ public:
 
     enum class Address { ipv4, ipv6 };
 
-    /// Serves every connection with `script` and closes it when the script returns.
+    /// Calls `script` for every connection and closes the connection when it returns.
     explicit ScriptedServer(Script script, Address address = Address::ipv4);
     ~ScriptedServer();
     ScriptedServer(const ScriptedServer &) = delete;
     ScriptedServer &operator=(const ScriptedServer &) = delete;
 
-    /// A server that reads a request and answers every one with `response`.
+    /// A script that reads one request and sends `response`.
     static Script answers(const QByteArray &response);
 
-    /// 0 where the machine has no such address.
+    /// 0 if the address is not available on this machine.
     [[nodiscard]] quint16 port() const { return m_port; }
-    /// The requests read so far, each with its whole header section, in the order of their connections.
+    /// The requests read so far, with their header sections, in the order of the connections.
     [[nodiscard]] QList<QByteArray> requests() const;
     /// The methods of the requests read so far.
     [[nodiscard]] QList<QByteArray> methods() const;
-    /// How many connections came in so far.
+    /// The number of connections accepted so far.
     [[nodiscard]] int connections() const { return m_connections; }
 
 private:
     void acceptAll();
-    void remember(int connection, const QByteArray &request);
+    void record(int connection, const QByteArray &request);
 
     Script m_script;
     int m_listener;
-    int m_stop; // an event descriptor, readable once the server ends
+    int m_stop; // an eventfd, readable once the server stops
     quint16 m_port = 0;
     std::atomic<int> m_connections = 0;
     mutable std::mutex m_mutex;
-    std::multimap<int, QByteArray> m_requests; // by the number of their connection; guarded by m_mutex
-    std::vector<std::jthread> m_servants;      // touched by the accepting thread alone, until that has ended
+    std::multimap<int, QByteArray> m_requests; // by connection number; guarded by m_mutex
+    std::vector<std::jthread> m_workers;       // used by the accepting thread only, until it has finished
     std::jthread m_acceptor;
 };
 
-/// One connection, as seen by a script. Every call ends at once when the server ends.
+/// One connection, for use by a script. Every call returns at once when the server stops.
 class ScriptedServer::Connection
 {
 public:
     Connection(ScriptedServer &server, int number, int socket);
     ~Connection();
 
-    /// Reads up to the end of a header section and returns its method, "" when the peer said nothing more.
+    /// Reads a request up to the end of its header section and returns its method; empty if the peer closed.
     QByteArray readRequest();
-    /// Sends all of `bytes`; false once that cannot be done any more.
+    /// Sends all of `bytes`; returns false if that fails.
     bool send(QByteArrayView bytes);
-    /// Lets `time` pass; false when the peer hung up or the server ends meanwhile.
+    /// Waits for `time`; returns false if the peer closed or the server stopped meanwhile.
     bool pause(std::chrono::milliseconds time);
-    /// Keeps the connection open and silent until the peer hangs up.
+    /// Keeps the connection open, without sending, until the peer closes it.
     void hang();
-    /// Closes with a reset rather than in good order.
+    /// Closes the connection with a TCP reset.
     void reset();
 
 private:

@@ -21,12 +21,12 @@ TestProcess::~TestProcess()
         kill();
 }
 
-QByteArray TestProcess::tell(const QByteArray &order)
+QByteArray TestProcess::tell(const QByteArray &command)
 {
-    m_process.write(order + '\n');
+    m_process.write(command + '\n');
     while (!m_process.canReadLine()) {
         if (!m_process.waitForReadyRead())
-            throw std::runtime_error("test_process does not answer to " + order.toStdString());
+            throw std::runtime_error("test_process does not answer to " + command.toStdString());
     }
     const QByteArray answer = m_process.readLine().trimmed();
     return answer.mid(answer.indexOf(' ') + 1);

@@ -5,7 +5,7 @@
 
 namespace portolan {
 
-/// A process of the test's own that becomes what it is told to be; test_process.cpp has the orders.
+/// A child process that executes the commands in test_process.cpp, to get properties that a test needs.
 class TestProcess
 {
 public:
@@ -14,9 +14,9 @@ public:
     Q_DISABLE_COPY_MOVE(TestProcess)
 
     [[nodiscard]] int pid() const { return int(m_process.processId()); }
-    /// Has an order carried out and returns the answer; throws when that fails.
-    QByteArray tell(const QByteArray &order);
-    /// Kills it, without notice.
+    /// Executes a command and returns its result; throws if that fails.
+    QByteArray tell(const QByteArray &command);
+    /// Ends it by SIGKILL.
     void kill();
 
 private:

@@ -1,5 +1,5 @@
-// A program that notes, beside itself, how it was started. Tests put it in the place of programs that are
-// started for the user.
+// A program that records how it was started, in a file next to it. Tests install it under the names of the
+// programs that Portolan starts.
 #include <QByteArray>
 #include <QDir>
 #include <QFile>
@@ -25,7 +25,7 @@ QJsonArray texts(char **list)
     return array;
 }
 
-/// What is open, by number. Read with a descriptor of its own, which is left out.
+/// The targets of all open descriptors, by number.
 QJsonObject openDescriptors()
 {
     QJsonObject descriptors;

@@ -1,5 +1,5 @@
-// A process that becomes what it is told to be, for the tests that compare tools: one order a line on
-// standard input, one line of answer each, until the end of input. Its children end with it.
+// Executes commands that give this process the properties a test needs: one command per line on standard
+// input, one line of reply each, until the end of input. Its children exit with it.
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -28,8 +28,8 @@ namespace portolan {
 
 namespace {
 
-using Answer = std::string;
-using Order = std::function<Answer(std::istringstream &)>;
+using Reply = std::string;
+using Command = std::function<Reply(std::istringstream &)>;
 
 int lastSocket = -1;
 
@@ -54,7 +54,7 @@ Value argument(std::istringstream &line)
     return value;
 }
 
-/// Names and folders may hold any byte and come in hexadecimal.
+/// An argument in hexadecimal, as names and folders may contain any byte.
 std::string bytes(std::istringstream &line)
 {
     const std::string hex = argument(line);
@@ -82,7 +82,7 @@ int boundSocket(const std::string &host, bool isIpv6Only)
 }
 
 /// listen HOST [v6only]
-Answer listenAt(std::istringstream &line)
+Reply listenAt(std::istringstream &line)
 {
     const std::string host = argument(line);
     lastSocket = boundSocket(host, argument(line) == "v6only");
@@ -90,8 +90,8 @@ Answer listenAt(std::istringstream &line)
     return {};
 }
 
-/// connect: leaves one connection to the last socket that nobody accepts
-Answer connectToSelf(std::istringstream &)
+/// connect: opens a connection to the last socket, which is never accepted
+Reply connectToSelf(std::istringstream &)
 {
     sockaddr_storage address{};
     socklen_t length = sizeof address;
@@ -101,14 +101,14 @@ Answer connectToSelf(std::istringstream &)
     return {};
 }
 
-/// move NUMBER: gives the last socket another descriptor; copy NUMBER: a further one
-Answer copySocket(std::istringstream &line)
+/// copy NUMBER: duplicates the last socket to that descriptor; move NUMBER: also closes the old one
+Reply copySocket(std::istringstream &line)
 {
     checked(dup2(lastSocket, argument<int>(line)), "dup2");
     return {};
 }
 
-Answer moveSocket(std::istringstream &line)
+Reply moveSocket(std::istringstream &line)
 {
     const int old = lastSocket;
     lastSocket = checked(dup2(old, argument<int>(line)), "dup2");
@@ -116,44 +116,44 @@ Answer moveSocket(std::istringstream &line)
     return {};
 }
 
-Answer closeSocket(std::istringstream &)
+Reply closeSocket(std::istringstream &)
 {
     close(lastSocket);
     return {};
 }
 
-Answer rename(std::istringstream &line)
+Reply rename(std::istringstream &line)
 {
     prctl(PR_SET_NAME, bytes(line).c_str());
     return {};
 }
 
-Answer changeFolder(std::istringstream &line)
+Reply changeFolder(std::istringstream &line)
 {
     checked(chdir(bytes(line).c_str()), "chdir");
     return {};
 }
 
-/// thread: starts one, whose id is the answer
-Answer startThread(std::istringstream &)
+/// thread: starts a thread and replies its id
+Reply startThread(std::istringstream &)
 {
-    int answer[2];
-    checked(pipe(answer), "pipe");
-    std::thread([end = answer[1]] {
+    int ends[2];
+    checked(pipe(ends), "pipe");
+    std::thread([end = ends[1]] {
         prctl(PR_SET_NAME, "thread) Z (");
         const auto id = pid_t(syscall(SYS_gettid));
         checked(int(write(end, &id, sizeof id)), "write");
         pause();
     }).detach();
     pid_t id = 0;
-    checked(int(read(answer[0], &id, sizeof id)), "read");
-    close(answer[0]);
-    close(answer[1]);
+    checked(int(read(ends[0], &id, sizeof id)), "read");
+    close(ends[0]);
+    close(ends[1]);
     return std::to_string(id);
 }
 
-/// fork: leaves a child that shares everything; zombie: one that has ended
-Answer startChild(bool lives)
+/// fork: starts a child that inherits all descriptors; zombie: one that has exited and is not reaped
+Reply startChild(bool lives)
 {
     const pid_t parent = getpid();
     const pid_t child = checked(fork(), "fork");
@@ -170,8 +170,8 @@ Answer startChild(bool lives)
     return std::to_string(child);
 }
 
-/// user ID: becomes that user, as a program started by him would be
-Answer becomeUser(std::istringstream &line)
+/// user ID: changes to that user
+Reply becomeUser(std::istringstream &line)
 {
     const auto id = argument<unsigned>(line);
     checked(setgroups(0, nullptr), "setgroups");
@@ -181,8 +181,8 @@ Answer becomeUser(std::istringstream &line)
     return {};
 }
 
-/// groups COUNT: is in that many groups
-Answer joinGroups(std::istringstream &line)
+/// groups COUNT: joins that many groups
+Reply joinGroups(std::istringstream &line)
 {
     std::vector<gid_t> groups(argument<size_t>(line));
     std::iota(groups.begin(), groups.end(), gid_t(1'000'000'000));
@@ -190,8 +190,8 @@ Answer joinGroups(std::istringstream &line)
     return {};
 }
 
-/// compute MILLISECONDS: uses that much processor time
-Answer compute(std::istringstream &line)
+/// compute MILLISECONDS: uses that much CPU time
+Reply compute(std::istringstream &line)
 {
     const std::clock_t end = std::clock() + argument<long>(line) * CLOCKS_PER_SEC / 1000;
     while (std::clock() < end) {
@@ -199,7 +199,7 @@ Answer compute(std::istringstream &line)
     return {};
 }
 
-const std::map<std::string, Order> orders = {
+const std::map<std::string, Command> commands = {
     {"listen", listenAt},
     {"connect", connectToSelf},
     {"copy", copySocket},
@@ -224,10 +224,10 @@ int main()
     using namespace portolan;
     for (std::string line; std::getline(std::cin, line);) {
         std::istringstream words(line);
-        const auto order = orders.find(argument(words));
-        if (order == orders.end())
+        const auto command = commands.find(argument(words));
+        if (command == commands.end())
             return 2;
-        std::cout << "done " << order->second(words) << std::endl;
+        std::cout << "done " << command->second(words) << std::endl;
     }
-    _exit(0); // with its threads
+    _exit(0); // without waiting for its threads
 }

@@ -22,7 +22,7 @@ const QStringList shell{u"/bin/sh"_s, u"-c"_s, script};
 
 } // namespace
 
-/// A session whose only programs are stand-ins.
+/// An environment in which only fake programs are found.
 class TerminalChoice : public testing::Test
 {
 protected:
@@ -38,7 +38,7 @@ protected:
             m_programs.install(name);
     }
 
-    /// The name of the program that would be started for a terminal.
+    /// The name of the program that would be started.
     QString chosen() const
     {
         const auto command = Terminal::commandFor(u"/w/a b"_s, m_environment);
@@ -58,21 +58,21 @@ protected:
 struct EmulatorCase
 {
     const char *name;
-    QStringList before; ///< what comes before the shell
+    QStringList options; ///< the arguments before the shell
 };
 
-class EmulatorWords : public TerminalChoice, public testing::WithParamInterface<EmulatorCase>
+class EmulatorArguments : public TerminalChoice, public testing::WithParamInterface<EmulatorCase>
 {};
 
-TEST_P(EmulatorWords, SayWhereAndWhatToRun)
+TEST_P(EmulatorArguments, SetFolderAndCommand)
 {
     install({QString::fromLatin1(GetParam().name)});
     EXPECT_EQ(chosen(), QString::fromLatin1(GetParam().name));
-    EXPECT_EQ(arguments(), GetParam().before + shell);
+    EXPECT_EQ(arguments(), GetParam().options + shell);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    All, EmulatorWords,
+    All, EmulatorArguments,
     testing::Values(EmulatorCase{"gnome-terminal", {u"--working-directory=/w/a b"_s, u"--"_s}},
                     EmulatorCase{"mate-terminal", {u"--working-directory=/w/a b"_s, u"-x"_s}},
                     EmulatorCase{"xfce4-terminal", {u"--working-directory=/w/a b"_s, u"-x"_s}},
@@ -96,7 +96,7 @@ INSTANTIATE_TEST_SUITE_P(
         return name;
     });
 
-TEST_F(TerminalChoice, FollowsTheUserThenTheDesktopThenTheSystem)
+TEST_F(TerminalChoice, PrefersTheUsersThenTheDesktopsThenTheSystems)
 {
     m_environment.insert(u"TERMINAL"_s, u"mine"_s);
     m_environment.insert(u"XDG_CURRENT_DESKTOP"_s, u"Unity:XFCE"_s);
@@ -116,10 +116,10 @@ struct DesktopCase
     const char *emulator;
 };
 
-class DesktopsOwn : public TerminalChoice, public testing::WithParamInterface<DesktopCase>
+class DesktopEmulator : public TerminalChoice, public testing::WithParamInterface<DesktopCase>
 {};
 
-TEST_P(DesktopsOwn, ComesBeforeAllOthers)
+TEST_P(DesktopEmulator, IsPreferredOnItsDesktop)
 {
     install({u"x-terminal-emulator"_s, u"gnome-terminal"_s, u"konsole"_s, u"xfce4-terminal"_s,
              u"mate-terminal"_s, u"qterminal"_s});
@@ -128,13 +128,13 @@ TEST_P(DesktopsOwn, ComesBeforeAllOthers)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Desktops, DesktopsOwn,
+    Desktops, DesktopEmulator,
     testing::Values(DesktopCase{"GNOME", "gnome-terminal"}, DesktopCase{"ubuntu:GNOME", "gnome-terminal"},
                     DesktopCase{"KDE", "konsole"}, DesktopCase{"XFCE", "xfce4-terminal"},
                     DesktopCase{"MATE", "mate-terminal"}, DesktopCase{"LXQt", "qterminal"},
                     DesktopCase{"sway", "x-terminal-emulator"}, DesktopCase{"", "x-terminal-emulator"}));
 
-TEST_F(TerminalChoice, MayBeNamedByItsPath)
+TEST_F(TerminalChoice, AcceptsAPathInTheVariable)
 {
     install({u"elsewhere/kitty"_s, u"xterm"_s});
     m_environment.insert(u"TERMINAL"_s, m_programs.path(u"elsewhere/kitty"_s));
@@ -142,7 +142,7 @@ TEST_F(TerminalChoice, MayBeNamedByItsPath)
     EXPECT_EQ(arguments().first(), u"--directory"_s);
 }
 
-TEST_F(TerminalChoice, PassesOverWhatIsNotInstalled)
+TEST_F(TerminalChoice, SkipsWhatIsNotInstalled)
 {
     install({u"xterm"_s});
     m_environment.insert(u"TERMINAL"_s, u"/gone/kitty"_s);
@@ -150,7 +150,7 @@ TEST_F(TerminalChoice, PassesOverWhatIsNotInstalled)
     EXPECT_EQ(chosen(), u"xterm"_s);
 }
 
-TEST_F(TerminalChoice, LooksThroughLinks)
+TEST_F(TerminalChoice, IdentifiesTheTargetOfALink)
 {
     install({u"opt/konsole"_s});
     ASSERT_TRUE(QFile::link(m_programs.path(u"opt/konsole"_s), m_programs.path(u"alternative"_s)));
@@ -158,7 +158,7 @@ TEST_F(TerminalChoice, LooksThroughLinks)
     EXPECT_EQ(arguments(), (QStringList{u"--workdir"_s, u"/w/a b"_s, u"-e"_s} + shell));
 }
 
-TEST_F(TerminalChoice, KeepsTheNameOfALinkThatIsKnownByIt)
+TEST_F(TerminalChoice, IdentifiesALinkByItsOwnNameFirst)
 {
     install({u"opt/snap"_s});
     ASSERT_TRUE(QFile::link(m_programs.path(u"opt/snap"_s), m_programs.path(u"alacritty"_s)));
@@ -166,7 +166,7 @@ TEST_F(TerminalChoice, KeepsTheNameOfALinkThatIsKnownByIt)
     EXPECT_EQ(arguments().first(), u"--working-directory=/w/a b"_s);
 }
 
-TEST_F(TerminalChoice, TakesTheProgramInsteadOfItsWrapper)
+TEST_F(TerminalChoice, StartsTheWrappedProgramInsteadOfTheWrapper)
 {
     install({u"opt/gnome-terminal.wrapper"_s, u"opt/gnome-terminal"_s});
     ASSERT_TRUE(QFile::link(m_programs.path(u"opt/gnome-terminal.wrapper"_s),
@@ -175,7 +175,7 @@ TEST_F(TerminalChoice, TakesTheProgramInsteadOfItsWrapper)
     EXPECT_EQ(arguments(), (QStringList{u"--working-directory=/w/a b"_s, u"--"_s} + shell));
 }
 
-TEST_F(TerminalChoice, NeedsNoPath)
+TEST_F(TerminalChoice, FindsNothingWithoutPath)
 {
     m_environment.remove(u"PATH"_s);
     EXPECT_EQ(chosen(), QString());
@@ -207,7 +207,7 @@ TEST_P(Quoting, MakesOneWord)
     EXPECT_EQ(Terminal::quoted(GetParam().text), GetParam().word);
 }
 
-TEST_P(Quoting, IsUndoneByTheShell)
+TEST_P(Quoting, IsParsedByTheShell)
 {
     QProcess sh;
     sh.start(u"/bin/sh"_s, {u"-c"_s, u"printf %s "_s + Terminal::quoted(GetParam().text)});
@@ -226,11 +226,11 @@ INSTANTIATE_TEST_SUITE_P(Texts, Quoting,
                                          QuotingCase{u"größe 🦊"_s, u"'größe 🦊'"_s},
                                          QuotingCase{u"-x"_s, u"'-x'"_s}));
 
-/// What a terminal does with the command that it is given, without the window.
+/// Runs the command that a terminal would run.
 class TerminalFolder : public testing::TestWithParam<QString>
 {};
 
-TEST_P(TerminalFolder, IsWhereTheShellIs)
+TEST_P(TerminalFolder, IsTheWorkingDirectoryOfTheShell)
 {
     FakePrograms programs;
     programs.install(u"xterm"_s);
@@ -257,7 +257,7 @@ INSTANTIATE_TEST_SUITE_P(Names, TerminalFolder,
                                          u"größe 🦊"_s, u"$HOME `id` $(id)"_s, u"--help"_s, u"a;b&c|d"_s,
                                          u"*?[x]"_s, u"~"_s, u"'''"_s, u"%s%20#1"_s, u"trailing\\"_s));
 
-TEST(Terminal, OpensNothingWhereThereIsNone)
+TEST(Terminal, DoesNothingIfNoneIsInstalled)
 {
     const FakePrograms programs;
     const ScopedEnvironment path("PATH", programs.folder().toLocal8Bit());
@@ -265,7 +265,7 @@ TEST(Terminal, OpensNothingWhereThereIsNone)
     Terminal::open(u"/tmp"_s);
 }
 
-TEST(Terminal, LeavesTheUserAShellWhereTheFolderIsGone)
+TEST(Terminal, StartsAShellEvenIfTheFolderIsGone)
 {
     FakePrograms programs;
     programs.install(u"xterm"_s);

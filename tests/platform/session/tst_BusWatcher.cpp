@@ -6,16 +6,16 @@
 
 namespace portolan {
 
-TEST(BusWatcher, IsToldOnceTheBusHasGone)
+TEST(BusWatcher, ReportsTheLossOfTheBusOnce)
 {
     PrivateBus bus;
-    const BusWatcher loss(bus.connect());
-    int occurrences = 0;
-    QObject::connect(&loss, &BusWatcher::disconnected, [&] { ++occurrences; });
+    const BusWatcher watcher(bus.connect());
+    int losses = 0;
+    QObject::connect(&watcher, &BusWatcher::disconnected, [&] { ++losses; });
 
     bus.stop();
 
-    EXPECT_TRUE(eventually([&] { return occurrences == 1; }));
+    EXPECT_TRUE(eventually([&] { return losses == 1; }));
 }
 
 } // namespace portolan

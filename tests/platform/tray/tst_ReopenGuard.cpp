@@ -10,20 +10,20 @@ namespace {
 const ReopenGuard::Clock::time_point Now = ReopenGuard::Clock::time_point() + 24h;
 }
 
-TEST(ReopenGuard, LetsAClickOpenWhatWasNotClosedByIt)
+TEST(ReopenGuard, AcceptsAClickWithoutFocusLoss)
 {
     ReopenGuard guard;
     EXPECT_FALSE(guard.shouldIgnore(Now));
 }
 
-TEST(ReopenGuard, SwallowsTheClickThatTookTheFocus)
+TEST(ReopenGuard, IgnoresTheClickThatTookTheFocus)
 {
     ReopenGuard guard;
     guard.closedByFocusLoss(Now);
     EXPECT_TRUE(guard.shouldIgnore(Now + 200ms));
 }
 
-TEST(ReopenGuard, SwallowsOnlyOnce)
+TEST(ReopenGuard, IgnoresOneClickOnly)
 {
     ReopenGuard guard;
     guard.closedByFocusLoss(Now);
@@ -31,14 +31,14 @@ TEST(ReopenGuard, SwallowsOnlyOnce)
     EXPECT_FALSE(guard.shouldIgnore(Now + 150ms));
 }
 
-TEST(ReopenGuard, LetsALaterClickThrough)
+TEST(ReopenGuard, AcceptsALaterClick)
 {
     ReopenGuard guard;
     guard.closedByFocusLoss(Now);
     EXPECT_FALSE(guard.shouldIgnore(Now + ReopenGuard::Interval));
 }
 
-TEST(ReopenGuard, CountsFromTheLastLoss)
+TEST(ReopenGuard, CountsFromTheLastFocusLoss)
 {
     ReopenGuard guard;
     guard.closedByFocusLoss(Now);

@@ -20,7 +20,7 @@ namespace {
 
 StatusIconArt someArt()
 {
-    // Half transparent, to see the premultiplication, and a second row, to see the order.
+    // A half transparent pixel tests the premultiplication, a second row the byte order.
     QImage image(1, 2, QImage::Format_ARGB32_Premultiplied);
     image.setPixelColor(0, 0, QColor(255, 0, 0, 128));
     image.setPixelColor(0, 1, QColor(1, 2, 3, 255));
@@ -46,7 +46,7 @@ protected:
         m_icon.emplace(m_program, someArt());
     }
 
-    // What the panel gets as answer.
+    // Calls a method of the program from the panel and returns the reply.
     QDBusMessage ask(const QString &path, const QString &interface, const QString &method,
                      const QVariantList &arguments)
     {
@@ -104,11 +104,11 @@ TEST_F(SniStatus, HasNoHostWithoutABus)
     expectHost(StatusIcon::Host::Absent);
 }
 
-TEST_F(SniStatus, HasNoHostWhereTheWatcherShowsNothing)
+TEST_F(SniStatus, HasNoHostIfTheWatcherHasNone)
 {
     showTo(false);
     expectHost(StatusIcon::Host::Absent);
-    EXPECT_EQ(m_watcher->items().size(), 1) << "registered all the same, for the host that may come";
+    EXPECT_EQ(m_watcher->items().size(), 1) << "registered nevertheless, as a host may start later";
 }
 
 TEST_F(SniStatus, FollowsTheWatchersHost)
@@ -121,7 +121,7 @@ TEST_F(SniStatus, FollowsTheWatchersHost)
     expectHost(StatusIcon::Host::Absent);
 }
 
-TEST_F(SniStatus, RegistersWithAPanelThatStartsLaterAndAgainWhenItRestarts)
+TEST_F(SniStatus, RegistersAgainWhenThePanelRestarts)
 {
     m_icon.emplace(m_program, someArt());
     expectHost(StatusIcon::Host::Absent);
@@ -134,7 +134,7 @@ TEST_F(SniStatus, RegistersWithAPanelThatStartsLaterAndAgainWhenItRestarts)
     }
 }
 
-TEST_F(SniStatus, TellsWhoItIs)
+TEST_F(SniStatus, ExportsItsProperties)
 {
     showTo(true);
     EXPECT_EQ(property(u"Category"_s), u"ApplicationStatus"_s);
@@ -147,7 +147,7 @@ TEST_F(SniStatus, TellsWhoItIs)
     EXPECT_EQ(qdbus_cast<StatusNotifierToolTip>(property(u"ToolTip"_s)).title, u"Portolan"_s);
 }
 
-TEST_F(SniStatus, NamesAnIconThatIsThere)
+TEST_F(SniStatus, ExportsTheNameOfAnExistingIcon)
 {
     showTo(true);
     const QString icon = property(u"IconThemePath"_s).toString() + "/hicolor/symbolic/apps/"_L1 +
@@ -157,14 +157,14 @@ TEST_F(SniStatus, NamesAnIconThatIsThere)
     EXPECT_EQ(file.readAll(), "<svg/>");
 }
 
-TEST_F(SniStatus, NamesNoIconThatIsNowhere)
+TEST_F(SniStatus, ExportsNoNameWithoutAnIcon)
 {
     m_icon.emplace(m_program, StatusIconArt{{}, someArt().images});
     EXPECT_EQ(property(u"IconThemePath"_s).toString(), QString());
     EXPECT_EQ(property(u"IconName"_s).toString(), QString());
 }
 
-TEST_F(SniStatus, GivesPixelsInNetworkOrderNotPremultiplied)
+TEST_F(SniStatus, ExportsPixelsInNetworkByteOrderNotPremultiplied)
 {
     showTo(true);
     const auto pixmaps = qdbus_cast<QList<StatusNotifierPixmap>>(property(u"IconPixmap"_s));
@@ -174,7 +174,7 @@ TEST_F(SniStatus, GivesPixelsInNetworkOrderNotPremultiplied)
     EXPECT_EQ(pixmaps[0].argb.toHex(), "80ff0000ff010203");
 }
 
-TEST_F(SniStatus, ReportsWhereItWasClicked)
+TEST_F(SniStatus, ReportsThePositionOfAClick)
 {
     showTo(true);
     QList<QPoint> clicks;
@@ -186,7 +186,7 @@ TEST_F(SniStatus, ReportsWhereItWasClicked)
     EXPECT_EQ(clicks, (QList<QPoint>{{1265, 15}, {1266, 16}, {1267, 17}}));
 }
 
-TEST_F(SniStatus, ShowsItsMenu)
+TEST_F(SniStatus, ExportsItsMenu)
 {
     showTo(true);
     const QDBusMessage reply = askMenu(u"GetLayout"_s, {0, -1, QStringList()});
@@ -199,7 +199,7 @@ TEST_F(SniStatus, ShowsItsMenu)
     EXPECT_EQ(root.children[1].properties, (QVariantMap{{u"label"_s, u"Quit"_s}}));
 }
 
-TEST_F(SniStatus, ShowsAsMuchOfItsMenuAsIsAskedFor)
+TEST_F(SniStatus, ExportsTheRequestedPartOfItsMenu)
 {
     showTo(true);
     const QDBusMessage flat = askMenu(u"GetLayout"_s, {0, 0, QStringList()});
@@ -211,7 +211,7 @@ TEST_F(SniStatus, ShowsAsMuchOfItsMenuAsIsAskedFor)
     EXPECT_TRUE(qdbus_cast<StatusMenuLayout>(bare.arguments().at(1)).children.at(0).properties.isEmpty());
 }
 
-TEST_F(SniStatus, TellsTheMenusProperties)
+TEST_F(SniStatus, ExportsThePropertiesOfItsMenu)
 {
     showTo(true);
     EXPECT_EQ(askMenu(u"GetProperty"_s, {1, u"label"_s}).arguments().at(0).value<QDBusVariant>().variant(),
@@ -233,7 +233,7 @@ TEST_F(SniStatus, TellsTheMenusProperties)
     EXPECT_EQ(version.arguments().at(0).value<QDBusVariant>().variant(), 3u);
 }
 
-TEST_F(SniStatus, DoesWhatIsChosenFromItsMenu)
+TEST_F(SniStatus, ReportsTheChosenMenuEntry)
 {
     showTo(true);
     QStringList chosen;
@@ -256,7 +256,7 @@ TEST_F(SniStatus, DoesWhatIsChosenFromItsMenu)
     EXPECT_EQ(chosen.size(), 3);
 }
 
-TEST_F(SniStatus, NeedsNoPreparationToShowItsMenu)
+TEST_F(SniStatus, NeedsNoUpdateBeforeItsMenuIsShown)
 {
     showTo(true);
     EXPECT_EQ(askMenu(u"AboutToShow"_s, {0}).arguments().at(0), false);
