@@ -1,9 +1,8 @@
 #!/usr/bin/env python3
-"""Holds `portolanctl watch --json` to what is really there.
+"""Compares the lists of `portolanctl watch --json` with the servers that run.
 
-Starts, stops and restarts small servers at random for a while and compares every list that is printed with the servers
-that must be in it by then, and with those that must be gone. Watches the program's memory, threads and descriptors
-meanwhile. Prints what it saw; its exit status says whether everything held.
+Starts, stops and restarts small servers at random and checks that every list contains those that run and none that have
+ended. Measures the program's memory, threads and descriptors meanwhile. Prints the results; exits with 1 if a check fails.
 
     watch_consistency.py build/release/bin/portolanctl --seconds 600
 """
@@ -23,22 +22,22 @@ import tempfile
 import threading
 import time
 
-# How a server behaves when it is asked, and the health that follows.
+# The kinds of servers, and the health that must be reported for each.
 BEHAVIOURS = {
     "ok": {"state": "healthy", "status": 200},
     "missing": {"state": "healthy", "status": 404},
     "failing": {"state": "healthy", "status": 500},
-    "rude": {"state": "unreachable"},
+    "hangs up": {"state": "unreachable"},
 }
-REFRESH_LIMIT = 20  # seconds within which the next list must come: the wait, a slow scan and the slowest probe
+REFRESH_LIMIT = 20  # seconds until the next list at most: the interval, a slow scan and the slowest probe
 
 
 def serve(behaviour, port):
-    """The server process: listens on 127.0.0.1, prints its port, answers until it is killed."""
+    """The server process: listens on 127.0.0.1, prints its port, and serves until it is killed."""
 
     class Handler(http.server.BaseHTTPRequestHandler):
         def handle(self):
-            if behaviour != "rude":  # which hangs up without a word
+            if behaviour != "hangs up":  # closes the connection without a response
                 super().handle()
 
         def do_HEAD(self):
@@ -59,7 +58,7 @@ def serve(behaviour, port):
 
 @dataclasses.dataclass
 class Server:
-    """One server process and when it certainly listened: from `up` until `closing`; it is gone from `gone` on."""
+    """A server process. It certainly listens from `up` until `closing`, and certainly not after `gone`."""
 
     process: subprocess.Popen
     port: int
@@ -78,7 +77,7 @@ class Server:
 
 
 class Servers:
-    """All servers of this run, the past ones too."""
+    """All servers of this run, including those that have ended."""
 
     def __init__(self, folder, chance, limit):
         self.folder = folder
@@ -89,7 +88,7 @@ class Servers:
         self.counts = dict.fromkeys(("started", "stopped", "restarted"), 0)
 
     def start(self, port=0, name=None, behaviour=None):
-        name = name or f"Server {len(self.all)}"  # the title that the project name server-N is shown as
+        name = name or f"Server {len(self.all)}"  # how the project name server-N is displayed
         behaviour = behaviour or self.chance.choice(list(BEHAVIOURS))
         folder = os.path.join(self.folder, name)
         os.makedirs(folder, exist_ok=True)
@@ -99,7 +98,7 @@ class Servers:
             [sys.executable, os.path.abspath(__file__), "--serve", behaviour, "--port", str(port)],
             cwd=folder, stdout=subprocess.PIPE, text=True)
         line = process.stdout.readline()
-        if not line:  # someone else took the port meanwhile
+        if not line:  # another process has taken the port meanwhile
             process.wait()
             return
         server = Server(process, int(line), name, behaviour, time.monotonic())
@@ -131,7 +130,7 @@ class Servers:
 
 
 class Watch:
-    """The watched program: the lists it prints, each with the time of its arrival, and what it uses."""
+    """The program under test: the lists it prints, with the time at which each was read, and its resource use."""
 
     def __init__(self, portolanctl, config):
         self.process = subprocess.Popen(
@@ -146,14 +145,14 @@ class Watch:
         self.lists.put(None)
 
     def usage(self):
-        """Resident KiB, threads and open descriptors."""
+        """Resident memory in KiB, number of threads, number of open descriptors."""
         with open(f"/proc/{self.process.pid}/status", encoding="utf-8") as file:
             status = dict(line.split(":", 1) for line in file)
         descriptors = len(os.listdir(f"/proc/{self.process.pid}/fd"))
         return int(status["VmRSS"].split()[0]), int(status["Threads"]), descriptors
 
     def end(self):
-        """The exit status after a SIGTERM."""
+        """Sends SIGTERM and returns the exit status."""
         self.process.terminate()
         try:
             return self.process.wait(10)
@@ -163,8 +162,8 @@ class Watch:
 
 
 def differences(servers, services, earlier, before_that):
-    """What is wrong with a list whose scan began after `earlier`, when the list before it came; and that one's began
-    after `before_that`. Each wrong thing in words."""
+    """Yields a description of each error in a list. Its scan began after `earlier`, when the previous list was printed; the
+    scan of that one began after `before_that`."""
     shown = {service["pid"]: service for service in services}
     if len(shown) != len(services) and len({service["id"] for service in services}) != len(services):
         yield "one service twice"
@@ -176,7 +175,7 @@ def differences(servers, services, earlier, before_that):
         if server.up < earlier and server.closing == float("inf") and not present:
             yield f"{server.name} on {server.port} is there and not shown"
         if not present or server.closing < float("inf"):
-            continue  # of a server that ended during the scan, little can be found out
+            continue  # the other values may be missing for a server that ended during the scan
         if service["displayName"] != server.name:
             yield f"{server.name} is called {service['displayName']}"
         health = {key: service["health"].get(key) for key in BEHAVIOURS[server.behaviour]}
@@ -188,7 +187,7 @@ def differences(servers, services, earlier, before_that):
 
 
 def growth(samples, unit):
-    """The median of the first and of the last third of the samples, as text, and by how much it grew."""
+    """The medians of the first and of the last third of the samples, as text, and their difference."""
     third = max(1, len(samples) // 3)
     first, last = statistics.median(samples[:third]), statistics.median(samples[-third:])
     return f"{first:g} -> {last:g}{unit} (most {max(samples):g})", last - first
@@ -211,7 +210,7 @@ def check(arguments):
         problems.append(f"exit status after SIGTERM: {status}")
 
     print(f"seed {arguments.seed}, {arguments.seconds:g} s, {lists} lists; servers:", servers.counts)
-    warm = usages[len(usages) // 5:]  # after the first fifth everything has been used once
+    warm = usages[len(usages) // 5:]  # without the first fifth, in which caches are filled
     for name, unit, samples, allowed in zip(("memory", "threads", "descriptors"), (" KiB", "", ""), zip(*warm),
                                             (1024, 0, 2)):
         text, grown = growth(samples, unit)
@@ -221,13 +220,13 @@ def check(arguments):
     if lists < arguments.seconds / REFRESH_LIMIT:
         problems.append(f"only {lists} lists")
     for problem in problems:
-        print("WRONG:", problem)
-    print("failed" if problems else "everything held")
+        print("ERROR:", problem)
+    print("failed" if problems else "passed")
     return 1 if problems else 0
 
 
 def follow(arguments, chance, servers, watch, problems, usages):
-    """Changes servers and compares lists until the time is over; the number of lists compared."""
+    """Changes servers and compares lists until the time is over; returns the number of lists."""
     arrivals = [float("-inf"), float("-inf")]
     begin = time.monotonic()
     next_change = begin

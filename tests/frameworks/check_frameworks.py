@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Starts real dev servers and holds `portolanctl list --json` to what they are."""
+"""Starts real dev servers and compares `portolanctl list --json` with what they are."""
 
 import argparse
 import http.client
@@ -17,7 +17,7 @@ from dataclasses import dataclass, field
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 
-# What provides the programs that the servers need: Debian packages by the command that is looked for.
+# The Debian package of each command that the servers need.
 DEBIAN = {
     "node": "nodejs",
     "npm": "npm",
@@ -32,24 +32,24 @@ DEBIAN = {
     "ps": "procps",
 }
 
-START_LIMIT = 120  # seconds until a server accepts connections; the first start of some compiles a lot
-STARTUP_MEMORY = 1  # megabytes that any of these servers uses at the least
+START_LIMIT = 120  # seconds until a server accepts connections; some compile a lot at the first start
+MINIMUM_MEMORY = 1  # megabytes that every server uses
 
 
 @dataclass
 class Server:
-    """One kind of server: what lies in its folder, how it is started, and what is to be said of it."""
+    """One kind of server: the files in its folder, how it is started, and what must be reported about it."""
 
     key: str
-    name: str  # as shown
+    name: str  # as displayed
     framework: str
-    command: list  # {port} stands for the port
+    command: list  # {port} is replaced
     files: dict
     needs: list = field(default_factory=list)
     npm: list = field(default_factory=list)
     build: list = None
     environment: dict = field(default_factory=dict)
-    folder: str = None  # where its name is not the key
+    folder: str = None  # its name, if it is not the key
 
 
 def package(name, **more):
@@ -83,7 +83,7 @@ SERVERS = [
     Server("django", "django", "Django", ["/usr/bin/python3", "manage.py", "runserver", "{port}"], {
         "manage.py": "import os\nimport sys\n\nfrom django.core.management import execute_from_command_line\n\n"
                      "os.environ['DJANGO_SETTINGS_MODULE'] = 'settings'\nexecute_from_command_line(sys.argv)\n",
-        "settings.py": "DEBUG = True\nSECRET_KEY = 'zoo'\nROOT_URLCONF = 'urls'\nALLOWED_HOSTS = ['*']\n"
+        "settings.py": "DEBUG = True\nSECRET_KEY = 'test'\nROOT_URLCONF = 'urls'\nALLOWED_HOSTS = ['*']\n"
                        "DATABASES = {'default': {'ENGINE': 'django.db.backends.sqlite3', 'NAME': ':memory:'}}\n",
         "urls.py": "from django.http import HttpResponse\nfrom django.urls import path\n\n"
                    "urlpatterns = [path('', lambda request: HttpResponse('hello'))]\n",
@@ -101,7 +101,7 @@ SERVERS = [
         "index.php": "<?php echo 'hello';\n",
     }, needs=["php"]),
     Server("go", "go-api", "Go", ["./go-api", "{port}"], {
-        "go.mod": "module zoo/api\n\ngo 1.19\n",
+        "go.mod": "module example/api\n\ngo 1.19\n",
         "main.go": 'package main\n\nimport (\n\t"fmt"\n\t"net/http"\n\t"os"\n)\n\nfunc main() {\n'
                    '\thttp.HandleFunc("/", func(w http.ResponseWriter, r *http.Request) { fmt.Fprint(w, "hello") })\n'
                    '\thttp.ListenAndServe(":"+os.Args[1], nil)\n}\n',
@@ -146,12 +146,12 @@ def accepts(port):
 
 
 class Running:
-    """A server in its folder, from its start to its end."""
+    """A running server in its folder."""
 
-    def __init__(self, server, zoo):
+    def __init__(self, server, parent):
         self.server = server
         self.port = free_port()
-        self.folder = zoo / (server.folder or server.key)
+        self.folder = parent / (server.folder or server.key)
         self.process = None
         self.started = 0.0
 
@@ -183,7 +183,7 @@ class Running:
         return None
 
     def open_page(self):
-        """Has the page compiled by those who do that only when it is first asked for."""
+        """Requests the page once, because some servers compile it on the first request."""
         for host in ("127.0.0.1", "::1"):
             page = http.client.HTTPConnection(host, self.port, timeout=START_LIMIT)
             try:
@@ -199,7 +199,7 @@ class Running:
     def stop(self):
         if self.process is None:
             return
-        # Its session's own process group: whatever it started is in there.
+        # The process group of its session includes all processes that it has started.
         for number in (signal.SIGTERM, signal.SIGKILL):
             try:
                 os.killpg(self.process.pid, number)
@@ -207,8 +207,8 @@ class Running:
             except (ProcessLookupError, subprocess.TimeoutExpired):
                 pass
 
-    def wrongs(self, found):
-        """What the listing got wrong, as short sentences."""
+    def errors(self, found):
+        """Descriptions of everything that is reported incorrectly."""
         matching = [service for service in found if service["port"] == self.port]
         if len(matching) != 1:
             return ["not listed" if not matching else "listed %d times" % len(matching)]
@@ -225,21 +225,21 @@ class Running:
         health = service["health"]
         if health["state"] != "healthy" or not 200 <= health["status"] < 300:
             wrong.append("health is %s" % json.dumps(health))
-        return wrong + self.wrong_process(service["pid"]) + self.wrong_stats(service["stats"])
+        return wrong + self.process_errors(service["pid"]) + self.stats_errors(service["stats"])
 
-    def wrong_process(self, pid):
+    def process_errors(self, pid):
         try:
-            return [] if os.getpgid(pid) == self.process.pid else ["process %d is a stranger" % pid]
+            return [] if os.getpgid(pid) == self.process.pid else ["process %d does not belong to it" % pid]
         except ProcessLookupError:
             return ["process %d is gone" % pid]
 
-    def wrong_stats(self, stats):
+    def stats_errors(self, stats):
         if stats is None:
-            return ["no figures"]
+            return ["no statistics"]
         wrong = []
         if not 0 <= stats["uptimeSeconds"] <= time.monotonic() - self.started + 2:
             wrong.append("uptime is %s s" % stats["uptimeSeconds"])
-        if stats["memoryMB"] < STARTUP_MEMORY:
+        if stats["memoryMB"] < MINIMUM_MEMORY:
             wrong.append("memory is %s MB" % stats["memoryMB"])
         if not 0 <= stats["cpuPercent"] <= 100 * os.cpu_count():
             wrong.append("CPU is %s %%" % stats["cpuPercent"])
@@ -254,9 +254,9 @@ def listing(portolanctl):
 def report(rows):
     width = max(len(key) for key, _ in rows)
     for key, wrong in rows:
-        print("%-*s  %s" % (width, key, "; ".join(wrong) if wrong else "right"))
+        print("%-*s  %s" % (width, key, "; ".join(wrong) if wrong else "correct"))
     right = sum(not wrong for _, wrong in rows)
-    print("%d of %d shown right" % (right, len(rows)))
+    print("%d of %d correct" % (right, len(rows)))
     return right == len(rows)
 
 
@@ -273,8 +273,8 @@ def main():
     chosen = [server for server in SERVERS if not arguments.servers or server.key in arguments.servers]
 
     install(chosen)
-    zoo = pathlib.Path(tempfile.mkdtemp(prefix="portolan-zoo-", dir=pathlib.Path.home()))
-    servers = [Running(server, zoo) for server in chosen]
+    parent = pathlib.Path(tempfile.mkdtemp(prefix="portolan-frameworks-", dir=pathlib.Path.home()))
+    servers = [Running(server, parent) for server in chosen]
     try:
         for running in servers:
             running.prepare()
@@ -282,17 +282,17 @@ def main():
         failures = {running.server.key: running.wait() or running.open_page() for running in servers}
         found = listing(arguments.portolanctl)
         rows = [(running.server.key, [failures[running.server.key]] if failures[running.server.key]
-                 else running.wrongs(found)) for running in servers]
+                 else running.errors(found)) for running in servers]
         subprocess.run([arguments.portolanctl, "list"], check=False)
         print()
-        everything_right = report(rows)
+        all_correct = report(rows)
         if arguments.keep:
             input("Press Enter to end the servers.")
     finally:
         for running in servers:
             running.stop()
-        shutil.rmtree(zoo, ignore_errors=True)
-    return 0 if everything_right else 1
+        shutil.rmtree(parent, ignore_errors=True)
+    return 0 if all_correct else 1
 
 
 if __name__ == "__main__":

@@ -13,10 +13,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int transitionsAndSpare = 400; // milliseconds
+constexpr int settleMs = 400; // longer than any transition
 constexpr int windowWidth = 480;
 
-void rest(int milliseconds)
+void runEventLoop(int milliseconds)
 {
     QEventLoop loop;
     QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
@@ -91,12 +91,12 @@ void SceneWindow::point(const QPointF &position, GalleryScene::Press press)
 
 QImage SceneWindow::picture()
 {
-    rest(transitionsAndSpare);
+    runEventLoop(settleMs);
     fit();
     type(m_scene.keys);
     if (m_scene.pointer)
         point(*m_scene.pointer, m_scene.press);
-    rest(m_scene.hoverMs);
+    runEventLoop(m_scene.hoverMs);
 
     QImage picture = m_view.grabWindow();
     picture.setDevicePixelRatio(m_view.effectiveDevicePixelRatio());

@@ -10,14 +10,14 @@
 
 namespace portolan {
 
-/// Shows one scene in a window of its own.
+/// A window that shows one scene.
 class SceneWindow
 {
 public:
     explicit SceneWindow(const GalleryScene &scene);
 
     [[nodiscard]] QQuickView &window() { return m_view; }
-    /// What can be seen once everything has come to rest.
+    /// The content of the window after all transitions have finished.
     [[nodiscard]] QImage picture();
 
 private:

@@ -1,5 +1,5 @@
-// The real views on made-up services, in every state that they can be in.
-//   portolan_gallery [SCENE]      shows one scene after the other: Page Down, Page Up
+// Shows the views with sample services, in all of their states.
+//   portolan_gallery [SCENE]      shows the scenes; Page Down and Page Up switch between them
 //   portolan_gallery --shots DIR  writes a picture of each at scale 1 (NAME.png) and 2 (NAME@2x.png)
 
 #include "SceneWindow.h"
@@ -31,14 +31,14 @@ bool isBlank(const QImage &picture)
     return colors.size() < 20;
 }
 
-bool shoot(const QDir &folder)
+bool saveScenes(const QDir &folder)
 {
     const bool isDouble = qEnvironmentVariable("QT_SCALE_FACTOR") == "2"_L1;
     for (const GalleryScene &scene : galleryScenes()) {
         const QString file = folder.filePath(scene.name + (isDouble ? u"@2x.png"_s : u".png"_s));
         const QImage picture = SceneWindow(scene).picture();
         if (isBlank(picture)) {
-            std::fprintf(stderr, "nothing to see in %s\n", qPrintable(scene.name));
+            std::fprintf(stderr, "blank picture: %s\n", qPrintable(scene.name));
             return false;
         }
         if (!picture.save(file)) {
@@ -49,8 +49,8 @@ bool shoot(const QDir &folder)
     return true;
 }
 
-// The scale belongs to a process and is settled before it has windows.
-bool shootAtEveryScale(const QString &folder)
+// The scale factor is fixed per process, so each scale needs one of its own.
+bool saveAtEveryScale(const QString &folder)
 {
     std::array<QProcess, 2> processes;
     for (size_t i = 0; i < processes.size(); ++i) {
@@ -67,7 +67,7 @@ bool shootAtEveryScale(const QString &folder)
     });
 }
 
-/// Shows one scene at a time and turns the pages.
+/// Shows one scene at a time; Page Down and Page Up switch to the next and the previous one.
 class SceneBrowser : public QObject
 {
 public:
@@ -124,7 +124,7 @@ int main(int argc, char **argv)
         const QString folder = options.value(u"shots"_s);
         const bool isDone =
             QDir().mkpath(folder) &&
-            (options.isSet(u"this-scale"_s) ? shoot(QDir(folder)) : shootAtEveryScale(folder));
+            (options.isSet(u"this-scale"_s) ? saveScenes(QDir(folder)) : saveAtEveryScale(folder));
         return isDone ? EXIT_SUCCESS : EXIT_FAILURE;
     }
     const SceneBrowser browser(options.positionalArguments().value(0));

@@ -10,7 +10,7 @@
 
 namespace portolan {
 
-/// A window of the software renderer, in which items are put at places of their own and looked at.
+/// An offscreen window, drawn by the software renderer, for tests of what items draw.
 class TestWindow
 {
 public:
@@ -29,6 +29,7 @@ public:
     QQuickItem *root() { return m_window->contentItem(); }
     qreal scale() { return m_window->effectiveDevicePixelRatio(); }
 
+    /// Shows `item` at its implicit size.
     void put(QQuickItem &item, const QPointF &position)
     {
         item.setParentItem(root());
@@ -36,7 +37,7 @@ public:
         item.setSize({item.implicitWidth(), item.implicitHeight()});
     }
 
-    /// What the window shows, in its pixels.
+    /// The content of the window in device pixels.
     QImage pixels()
     {
         QImage image = m_window->grabWindow().convertToFormat(QImage::Format_RGB32);
@@ -44,21 +45,21 @@ public:
         return image;
     }
 
-    /// What the window would show if `figure` were copied to each of the pixel positions that `position` can
-    /// be rounded to.
-    QList<QImage> expected(const QImage &figure, const QPointF &position)
+    /// The content of the window with `image` drawn at `position`, one for each way to round the position to
+    /// whole device pixels.
+    QList<QImage> expected(const QImage &image, const QPointF &position)
     {
-        QList<QImage> images;
+        QList<QImage> contents;
         const QPointF at = position * scale();
         for (const int x : {int(std::floor(at.x())), int(std::ceil(at.x()))}) {
             for (const int y : {int(std::floor(at.y())), int(std::ceil(at.y()))}) {
-                QImage image((QSizeF(width, height) * scale()).toSize(), QImage::Format_RGB32);
-                image.fill(m_window->color());
-                QPainter(&image).drawImage(x, y, figure);
-                images << image;
+                QImage content((QSizeF(width, height) * scale()).toSize(), QImage::Format_RGB32);
+                content.fill(m_window->color());
+                QPainter(&content).drawImage(x, y, image);
+                contents << content;
             }
         }
-        return images;
+        return contents;
     }
 
 private:

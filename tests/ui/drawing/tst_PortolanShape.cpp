@@ -10,7 +10,7 @@ namespace portolan {
 
 namespace {
 
-/// The figure on `side` x `side` transparent pixels: its alpha, and `color` everywhere.
+/// The figure in `side` x `side` pixels: every pixel has the colour `color`, with the alpha of the figure.
 QImage figureIn(const QColor &color, int side)
 {
     QImage image(side, side, QImage::Format_ARGB32);

@@ -7,7 +7,7 @@
 
 namespace portolan {
 
-// Run at several scales, see CMakeLists.txt.
+// CMakeLists.txt runs these tests at several device pixel ratios.
 
 namespace {
 
@@ -19,7 +19,7 @@ protected:
         m_rect.setColor(QColor(0, 0, 255));
         m_rect.setBorderColor(QColor(255, 0, 0));
         m_rect.setRadius(9);
-        // Whole pixels at every quarter of a scale.
+        // On whole pixels at every ratio in steps of 0.25.
         m_window.put(m_rect, {8, 4});
         m_rect.setSize({40, 40});
     }
@@ -36,12 +36,12 @@ protected:
 
 } // namespace
 
-TEST_F(RoundedRectInWindow, HasSidesWithoutGapsAndSteps)
+TEST_F(RoundedRectInWindow, HasStraightSidesWithoutGaps)
 {
     for (int step = 0; step < 8; ++step) {
         m_rect.setPosition({8.0 + step, 4.0 + step});
         const QImage image = m_window.pixels();
-        // Along each line through the straight part of the sides the pixels are the same.
+        // Along the straight part of each side all pixels are equal.
         const qreal scale = m_window.scale();
         const int from = int(std::ceil((m_rect.x() + 10) * scale));
         const int to = int(std::floor((m_rect.x() + 28) * scale));
@@ -58,7 +58,7 @@ TEST_F(RoundedRectInWindow, HasSidesWithoutGapsAndSteps)
     }
 }
 
-TEST_F(RoundedRectInWindow, HasFillAndLine)
+TEST_F(RoundedRectInWindow, HasFillAndBorder)
 {
     const QImage image = shown();
     const int middle = image.width() / 2;
@@ -82,7 +82,7 @@ TEST_F(RoundedRectInWindow, HasRoundCorners)
     }
 }
 
-TEST_F(RoundedRectInWindow, IsACapsuleWhereItsRadiusIsLarge)
+TEST_F(RoundedRectInWindow, LimitsTheRadiusToHalfItsSize)
 {
     m_rect.setRadius(1000);
     const QImage image = shown();
@@ -92,7 +92,7 @@ TEST_F(RoundedRectInWindow, IsACapsuleWhereItsRadiusIsLarge)
     EXPECT_NE(image.pixelColor(image.width() / 2, 0), QColor(Qt::black));
 }
 
-TEST_F(RoundedRectInWindow, DrawsTheLineOverTheFill)
+TEST_F(RoundedRectInWindow, DrawsTheBorderOverTheFill)
 {
     m_rect.setColor(QColor(255, 255, 255, 51));
     m_rect.setBorderColor(QColor(255, 255, 255, 102));
@@ -103,7 +103,7 @@ TEST_F(RoundedRectInWindow, DrawsTheLineOverTheFill)
     EXPECT_NEAR(image.pixelColor(middle, m_window.scale() < 2 ? 0 : 1).red(), 133, 2);
 }
 
-TEST_F(RoundedRectInWindow, FollowsItsProperties)
+TEST_F(RoundedRectInWindow, UpdatesWithItsProperties)
 {
     QSignalSpy color(&m_rect, &RoundedRect::colorChanged);
     QSignalSpy border(&m_rect, &RoundedRect::borderColorChanged);
@@ -125,13 +125,13 @@ TEST_F(RoundedRectInWindow, FollowsItsProperties)
     EXPECT_EQ(radius.count(), 1);
 }
 
-TEST_F(RoundedRectInWindow, MayBeSmallerThanItsLine)
+TEST_F(RoundedRectInWindow, MayBeSmallerThanItsBorder)
 {
     for (const QSizeF &size : {QSizeF(1, 1), QSizeF(2, 10), QSizeF(0.1, 0.1), QSizeF(0, 5)}) {
         m_rect.setSize(size);
         m_window.pixels();
     }
-    // Then the line is all there is.
+    // Then it consists of the border only.
     m_rect.setSize({2, 12});
     const QImage image = shown();
     EXPECT_EQ(image.pixelColor(0, image.height() / 2).red(), 255);

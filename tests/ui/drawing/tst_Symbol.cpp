@@ -15,7 +15,7 @@ namespace portolan {
 
 using namespace Qt::StringLiterals;
 
-// Run at several scales, see CMakeLists.txt.
+// CMakeLists.txt runs these tests at several device pixel ratios.
 
 namespace {
 
@@ -37,7 +37,7 @@ QImage drawn(const Symbol &symbol, qreal scale)
 
 } // namespace
 
-TEST(Symbol, IsKnownToQml)
+TEST(Symbol, IsRegisteredWithQml)
 {
     QQmlEngine engine;
     QQmlComponent component(&engine);
@@ -54,7 +54,7 @@ TEST(Symbol, IsKnownToQml)
     EXPECT_EQ(symbol->color(), QColor(59, 130, 246));
 }
 
-TEST(Symbol, TellsOfEachChangeOnce)
+TEST(Symbol, EmitsEachChangeOnce)
 {
     Symbol symbol;
     QSignalSpy name(&symbol, &Symbol::nameChanged);
@@ -73,7 +73,7 @@ TEST(Symbol, TellsOfEachChangeOnce)
     EXPECT_EQ(color.count(), 1);
 }
 
-TEST(Symbol, TakesTheRoomOfItsSize)
+TEST(Symbol, HasAnImplicitSize)
 {
     Symbol symbol;
     for (const auto &[size, side] : {std::pair(8.5, 12),
@@ -93,7 +93,7 @@ TEST(Symbol, TakesTheRoomOfItsSize)
 class SymbolInWindow : public testing::TestWithParam<double>
 {};
 
-TEST_P(SymbolInWindow, IsShownPixelForPixelWhereverItStands)
+TEST_P(SymbolInWindow, IsDrawnWithoutScalingAtAnyPosition)
 {
     TestWindow window(QColor(10, 10, 10));
     Symbol symbol;
@@ -109,7 +109,7 @@ TEST_P(SymbolInWindow, IsShownPixelForPixelWhereverItStands)
     }
 }
 
-TEST_P(SymbolInWindow, StandsInTheMiddleOfALargerItem)
+TEST_P(SymbolInWindow, IsCentredInALargerItem)
 {
     TestWindow window(QColor(10, 10, 10));
     Symbol symbol;
@@ -128,7 +128,7 @@ INSTANTIATE_TEST_SUITE_P(Sizes, SymbolInWindow, testing::Values(8.5, 9, 11.5, 12
                              return QString::number(size.param).replace(u'.', u'_').toStdString();
                          });
 
-TEST(Symbol, FollowsItsProperties)
+TEST(Symbol, UpdatesWithItsProperties)
 {
     TestWindow window(Qt::black);
     Symbol symbol;

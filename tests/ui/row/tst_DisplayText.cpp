@@ -23,7 +23,7 @@ class DisplayTextLine : public testing::TestWithParam<Case>
 TEST_P(DisplayTextLine, Shows)
 {
     EXPECT_EQ(DisplayText::line(GetParam().text), GetParam().shown);
-    EXPECT_EQ(DisplayText::path(GetParam().text), GetParam().shown); // as long as it is short
+    EXPECT_EQ(DisplayText::path(GetParam().text), GetParam().shown); // which differ for long texts only
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -47,7 +47,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"RightToLeft", u"\u05E9\u05DC\u05D5\u05DD"_s, u"\u05E9\u05DC\u05D5\u05DD"_s}),
     [](const auto &row) { return row.param.name; });
 
-TEST(DisplayText, CutsWhatNoLineCanShow)
+TEST(DisplayText, ShortensLongTexts)
 {
     const QString most(DisplayText::maxLength, u'a');
     EXPECT_EQ(DisplayText::line(most), most);
@@ -65,7 +65,7 @@ TEST(DisplayText, KeepsBothEndsOfALongPath)
     EXPECT_EQ(shown.count(u'\u2026'), 1);
 }
 
-TEST(DisplayText, IsolatesWhatStandsInASentence)
+TEST(DisplayText, IsolatesTextForASentence)
 {
     EXPECT_EQ(DisplayText::isolated(u"\u202Ea"_s), u"\u2068\uFFFDa\u2069"_s);
 }
