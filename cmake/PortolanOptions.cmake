@@ -1,9 +1,9 @@
-# How everything here is compiled: options, warnings, sanitizers. Carried by the interface target portolan_options.
+# Options, warnings and sanitizers, in the interface target portolan_options.
 
 set(PORTOLAN_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize= takes them (empty: none)")
 option(PORTOLAN_ASSERTIONS "Keep Q_ASSERT and the library's own checks" OFF)
 option(PORTOLAN_BENCHMARKS "Build benchmarks/" OFF)
-# Warnings stop whoever changes the code, not whoever builds it with a compiler that is newer than the code.
+# Not by default: newer compilers have new warnings, which must not break the build for users.
 set(PORTOLAN_WERROR_DEFAULT OFF)
 if(DEFINED ENV{CI})
     set(PORTOLAN_WERROR_DEFAULT ON)
@@ -28,22 +28,22 @@ target_compile_definitions(portolan_options INTERFACE
     QT_NO_KEYWORDS
     QT_NO_URL_CAST_FROM_STRING
     QT_STRICT_ITERATORS
-    # Qt 6.4 is what has to be supported; what later versions deprecate is still needed there.
+    # Qt 6.4 must be supported, so functions that later versions deprecate are used.
     QT_DISABLE_DEPRECATED_BEFORE=0x060400
     QT_WARN_DEPRECATED_UP_TO=0x060400
 )
 if(PORTOLAN_PCH AND CCACHE)
-    # Without it ccache cannot tell what a precompiled header holds.
+    # ccache needs it to detect changes of precompiled headers.
     target_compile_options(portolan_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
 endif()
-# Libraries that a program links but does not use cost it start-up time.
+# Unused libraries would increase the start-up time.
 target_link_options(portolan_options INTERFACE -Wl,--as-needed)
 
 if(PORTOLAN_ASSERTIONS)
     target_compile_definitions(portolan_options INTERFACE QT_FORCE_ASSERTS _GLIBCXX_ASSERTIONS)
 endif()
 if(PORTOLAN_SANITIZE)
-    # The check of vptrs reads objects through a pipe, for which some tests leave no descriptors.
+    # The vptr check needs file descriptors, and some tests use up all of them.
     target_compile_options(portolan_options INTERFACE
         -fsanitize=${PORTOLAN_SANITIZE} -fno-sanitize=vptr -fno-sanitize-recover=all
     )

@@ -1,8 +1,8 @@
-# The two shapes a folder can have here: a library of src/ and a test program of tests/.
+# Functions for the library of a folder of src/ and the test program of a folder of tests/.
 
 # portolan_library(NAME SOURCES file... LINKS target... [PRIVATE_LINKS target...])
-# A static library whose headers are included by file name alone. LINKS is all that its headers may use and
-# PRIVATE_LINKS what its sources use besides, so that an include across a forbidden border does not compile.
+# A static library whose headers are included by file name. LINKS are the libraries that its headers use and
+# PRIVATE_LINKS those that only its sources use; headers of other libraries are not in the include path.
 function(portolan_library NAME)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
     add_library(${NAME} STATIC ${ARG_SOURCES})
@@ -15,8 +15,8 @@ endfunction()
 
 # portolan_tests(NAME [GUI] SOURCES file... LINKS target... [LABELS label...] [LOCKS resource...])
 # One GoogleTest program for the tests of one folder, with a QGuiApplication if GUI is given and a
-# QCoreApplication otherwise; every case is a CTest test of its own. Data files: tests/FOLDER/data.
-# Tests run side by side, but for those that name the same resource in LOCKS.
+# QCoreApplication otherwise; every test case is one CTest test. Data files are in tests/FOLDER/data. Tests run
+# in parallel, except those that name the same resource in LOCKS.
 function(portolan_tests NAME)
     cmake_parse_arguments(ARG "GUI" "" "SOURCES;LINKS;LABELS;LOCKS" ${ARGN})
     add_executable(${NAME} ${ARG_SOURCES})
@@ -25,7 +25,7 @@ function(portolan_tests NAME)
         set(MAIN portolan_test_gui_main)
     endif()
     target_link_libraries(${NAME} PRIVATE ${MAIN} ${ARG_LINKS} portolan_options)
-    # A test is compiled more often than it is run.
+    # Compiling takes longer than running the tests.
     target_compile_options(${NAME} PRIVATE -O0)
     if(PORTOLAN_PCH)
         target_precompile_headers(${NAME} REUSE_FROM portolan_test_pch)

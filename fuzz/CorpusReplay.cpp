@@ -26,7 +26,7 @@ std::vector<std::string> files()
     return names;
 }
 
-/// A copy of exactly this size, so that reading beyond it is seen.
+/// Copies the input, so that the sanitizer detects reads beyond its end.
 int runTarget(const char *data, qsizetype size)
 {
     const std::vector<unsigned char> bytes(data, data + size);
@@ -38,7 +38,7 @@ class Corpus : public testing::TestWithParam<std::string>
 
 } // namespace
 
-// Fails where there is no corpus: an uninstantiated suite is an error.
+// An empty corpus fails the test, because GoogleTest reports a suite without instances as an error.
 TEST_P(Corpus, HoldsWholeAndCutAtEveryByte)
 {
     QFile file(corpus + u'/' + QString::fromStdString(GetParam()));

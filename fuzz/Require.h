@@ -4,8 +4,7 @@
 
 namespace portolan {
 
-/// Ends the program if a property that a fuzz target states does not hold: in every build, under every
-/// driver.
+/// Aborts if `property` is false; unlike assert() in release builds too.
 inline void require(bool property)
 {
     if (!property)

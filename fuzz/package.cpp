@@ -12,8 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
     const QString folder = QStringLiteral("folder");
     const auto result = ProjectDetector::detectFromPackage(bytes, folder, QStringLiteral("node"));
     if (result) {
-        // A framework that only shows its face for display is never detected, nor is anything but node's
-        // world.
+        // Only frameworks of the Node ecosystem can be detected from package.json.
         require(result->framework <= Framework::node);
         const bool isCleaned = std::ranges::none_of(result->displayName, [](QChar character) {
             return character == u'-' || character == u'_' || character == u'.' || character == u'/';

@@ -1,4 +1,4 @@
-// What a server says to an HTTP request.
+// The head of an HTTP response.
 #include "RequestTarget.h"
 #include "Require.h"
 #include "ResponseHead.h"

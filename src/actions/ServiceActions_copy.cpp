@@ -1,6 +1,6 @@
 #include "ServiceActions.h"
 
-#include "Pasteboard.h"
+#include "Clipboard.h"
 
 namespace portolan {
 
@@ -8,12 +8,12 @@ using namespace Qt::StringLiterals;
 
 void ServiceActions::copyURL(const Service &service)
 {
-    Pasteboard::setText(u"http://localhost:"_s + QString::number(service.port));
+    Clipboard::setText(u"http://localhost:"_s + QString::number(service.port));
 }
 
 void ServiceActions::copyPort(const Service &service)
 {
-    Pasteboard::setText(QString::number(service.port));
+    Clipboard::setText(QString::number(service.port));
 }
 
 } // namespace portolan

@@ -1,7 +1,7 @@
 #include "DesktopProgram.h"
 
 #include "AbandonableWorker.h"
-#include "BusLoss.h"
+#include "BusWatcher.h"
 #include "DisplayServer.h"
 #include "HealthChecker.h"
 #include "PortScanner.h"
@@ -81,8 +81,8 @@ int serve(StartRequest request)
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, qApp, &QCoreApplication::quit);
 
-    const BusLoss busLoss(bus);
-    QObject::connect(&busLoss, &BusLoss::occurred, qApp, &QCoreApplication::quit);
+    const BusWatcher busWatcher(bus);
+    QObject::connect(&busWatcher, &BusWatcher::disconnected, qApp, &QCoreApplication::quit);
 
     app.start(request);
     return QCoreApplication::exec();

@@ -1,13 +1,13 @@
 #pragma once
 
-// The types of other folders by the names that QML knows them by.
+// Registers types of other libraries with QML.
 
 #include "Service.h"
 #include "ServiceStore.h"
 #include "SortOrder.h"
 #include "VisibleServicesModel.h"
 
-#include <QtQml/qqml.h> // declares QML_FOREIGN and what it befriends
+#include <QtQml/qqml.h> // declares QML_FOREIGN
 
 namespace portolan {
 
@@ -51,7 +51,7 @@ struct ServiceStoreForeign
     Q_GADGET
     QML_FOREIGN(portolan::ServiceStore)
     QML_NAMED_ELEMENT(ServiceStore)
-    QML_UNCREATABLE("There is one, handed to the views by the program")
+    QML_UNCREATABLE("Passed to the views by the program")
 };
 
 struct VisibleServicesModelForeign

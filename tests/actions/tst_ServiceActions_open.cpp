@@ -1,6 +1,6 @@
 #include "DetachedProgram.h"
+#include "FakePrograms.h"
 #include "Printers.h"
-#include "Recorders.h"
 #include "ScopedEnvironment.h"
 #include "ServiceActions_p.h"
 
@@ -23,7 +23,7 @@ protected:
     Open() { m_service.port = 5173; }
 
     Service m_service;
-    Recorders m_recorders;
+    FakePrograms m_recorders;
 
 private:
     ScopedEnvironment m_path{"PATH", m_recorders.folder().toLocal8Bit()};

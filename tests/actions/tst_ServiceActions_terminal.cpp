@@ -1,6 +1,6 @@
 // Real terminal emulators on a display of their own, with a stand-in for the user's shell.
+#include "FakePrograms.h"
 #include "Printers.h"
-#include "Recorders.h"
 #include "ScopedEnvironment.h"
 #include "ServiceActions.h"
 #include "VirtualDisplay.h"
@@ -27,7 +27,7 @@ protected:
     /// Where the shell of the window is that is opened in `folder`.
     [[nodiscard]] QString shellFolder(const QString &folder)
     {
-        Recorders recorders;
+        FakePrograms recorders;
         const ScopedEnvironment terminal("TERMINAL", GetParam());
         const ScopedEnvironment shell("SHELL", QFile::encodeName(recorders.install(u"bob's $hell"_s)));
         Service service;

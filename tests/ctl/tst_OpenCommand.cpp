@@ -1,5 +1,5 @@
+#include "FakePrograms.h"
 #include "PortolanctlTest.h"
-#include "Recorders.h"
 #include "ScopedEnvironment.h"
 #include "TestServer.h"
 
@@ -45,7 +45,7 @@ protected:
     }
 
     TestServer m_server{TestServer::python(listens), folder()};
-    Recorders m_recorders;
+    FakePrograms m_recorders;
 };
 
 TEST_F(OpenCommand, ShowsTheServerInTheBrowser)

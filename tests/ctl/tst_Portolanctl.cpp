@@ -1,7 +1,7 @@
-#include "OddServer.h"
 #include "PortolanctlTest.h"
 #include "PtyProcess.h"
 #include "ScopedEnvironment.h"
+#include "ScriptedServer.h"
 #include "TerminalEmulator.h"
 
 #include <QFile>
@@ -81,7 +81,8 @@ protected:
                                 {"NO_COLOR", ""}}};
     }
 
-    const OddServer::Script m_ok = OddServer::answers("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n");
+    const ScriptedServer::Script m_ok =
+        ScriptedServer::answers("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n");
 
 private:
     const QString m_previousFolder = QDir::currentPath();
@@ -89,7 +90,7 @@ private:
 
 TEST_F(Portolanctl, ListsARunningServer)
 {
-    const OddServer server(m_ok);
+    const ScriptedServer server(m_ok);
     const Outcome outcome = run({u"list"_s});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.error, QByteArray());
@@ -105,7 +106,7 @@ TEST_F(Portolanctl, ListsARunningServer)
 
 TEST_F(Portolanctl, ListsAsJson)
 {
-    const OddServer server(OddServer::answers("HTTP/1.1 404 Not Found\r\n\r\n"));
+    const ScriptedServer server(ScriptedServer::answers("HTTP/1.1 404 Not Found\r\n\r\n"));
     const QJsonObject service = withPort(services({u"list"_s, u"--json"_s}), server.port());
     EXPECT_EQ(service.keys(), QStringList({u"command"_s, u"displayName"_s, u"folderPath"_s, u"framework"_s,
                                            u"health"_s, u"id"_s, u"pid"_s, u"pinned"_s, u"port"_s,
@@ -120,13 +121,13 @@ TEST_F(Portolanctl, ListsAsJson)
 
 TEST_F(Portolanctl, ListsWithoutACommand)
 {
-    const OddServer server(m_ok);
+    const ScriptedServer server(m_ok);
     EXPECT_FALSE(withPort(services({u"--json"_s}), server.port()).isEmpty());
 }
 
 TEST_F(Portolanctl, ProbesNothingIfAsked)
 {
-    const OddServer server(m_ok);
+    const ScriptedServer server(m_ok);
     const QJsonObject service = withPort(services({u"list"_s, u"--json"_s, u"--no-probe"_s}), server.port());
     EXPECT_EQ(service[u"health"_s].toObject(), QJsonObject({{u"state"_s, u"unknown"_s}}));
     EXPECT_EQ(server.connections(), 0);
@@ -134,17 +135,18 @@ TEST_F(Portolanctl, ProbesNothingIfAsked)
 
 TEST_F(Portolanctl, FollowsARedirectToAnotherHost)
 {
-    const OddServer server(OddServer::answers("HTTP/1.1 404 Not Found\r\n\r\n"));
-    const OddServer redirector(OddServer::answers("HTTP/1.1 302 Found\r\nLocation: http://away.localhost:" +
-                                                  QByteArray::number(server.port()) + "/x\r\n\r\n"));
+    const ScriptedServer server(ScriptedServer::answers("HTTP/1.1 404 Not Found\r\n\r\n"));
+    const ScriptedServer redirector(ScriptedServer::answers(
+        "HTTP/1.1 302 Found\r\nLocation: http://away.localhost:" + QByteArray::number(server.port()) +
+        "/x\r\n\r\n"));
     const QJsonObject service = withPort(services({u"list"_s, u"--json"_s}), redirector.port());
     EXPECT_EQ(service[u"health"_s][u"status"_s].toInt(), 404);
 }
 
 TEST_F(Portolanctl, Searches)
 {
-    const OddServer one(m_ok);
-    const OddServer other(m_ok);
+    const ScriptedServer one(m_ok);
+    const ScriptedServer other(m_ok);
     const QJsonArray found =
         services({u"list"_s, u"--json"_s, u"--no-probe"_s, u"--search"_s, QString::number(one.port())});
     EXPECT_FALSE(withPort(found, one.port()).isEmpty());
@@ -155,8 +157,8 @@ TEST_F(Portolanctl, Searches)
 
 TEST_F(Portolanctl, SortsAsStoredUnlessToldOtherwise)
 {
-    const OddServer silent([](OddServer::Connection &) {});
-    const OddServer healthy(m_ok);
+    const ScriptedServer silent([](ScriptedServer::Connection &) {});
+    const ScriptedServer healthy(m_ok);
     const auto first = [&](const QStringList &more) {
         for (const QJsonValue &service : services(QStringList{u"list"_s, u"--json"_s} + more)) {
             const int port = service[u"port"_s].toInt();
@@ -175,8 +177,8 @@ TEST_F(Portolanctl, SortsAsStoredUnlessToldOtherwise)
 
 TEST_F(Portolanctl, ShowsPinnedServersFirstAndMarksThem)
 {
-    const OddServer one(m_ok);
-    const OddServer other(m_ok);
+    const ScriptedServer one(m_ok);
+    const ScriptedServer other(m_ok);
     const quint16 pinned = std::max(one.port(), other.port());
     writeSettings("{\"pinnedPorts\": [" + QByteArray::number(pinned) + "]}");
     const QJsonArray all = services({u"list"_s, u"--json"_s, u"--no-probe"_s});
@@ -190,9 +192,9 @@ TEST_F(Portolanctl, ShowsPinnedServersFirstAndMarksThem)
 
 TEST_F(Portolanctl, WritesEverythingToAPipeThatIsSlowAndDoesNotWait)
 {
-    std::vector<std::unique_ptr<OddServer>> servers;
+    std::vector<std::unique_ptr<ScriptedServer>> servers;
     for (int i = 0; i < 30; ++i)
-        servers.push_back(std::make_unique<OddServer>(m_ok));
+        servers.push_back(std::make_unique<ScriptedServer>(m_ok));
     int ends[2];
     ASSERT_EQ(pipe2(ends, O_CLOEXEC | O_NONBLOCK), 0);
     fcntl(ends[1], F_SETPIPE_SZ, 4096);
@@ -249,7 +251,7 @@ TEST_F(Portolanctl, WritesNothingRawThatAFolderIsCalled)
     const QString name = u"evil\x1b[31m\x07\u009b1m\n\u202e"_s;
     ASSERT_TRUE(QDir(folder()).mkdir(name));
     ASSERT_TRUE(QDir::setCurrent(folder() + u'/' + name));
-    const OddServer server(m_ok);
+    const ScriptedServer server(m_ok);
     for (const QString &format : {u"--no-probe"_s, u"--json"_s}) {
         const Outcome outcome = run({u"list"_s, format});
         EXPECT_EQ(outcome.status, 0);
@@ -310,7 +312,7 @@ TEST_F(Portolanctl, HasAManPageThatTellsAllThatTheHelpTells)
 
 TEST_F(Portolanctl, EndsQuietlyWhenNobodyReadsOn)
 {
-    const OddServer server(m_ok);
+    const ScriptedServer server(m_ok);
     const Outcome outcome = runInShell(u"\"$1\" list --json | head -n 1"_s);
     EXPECT_EQ(outcome.output, "[\n");
     EXPECT_EQ(outcome.error, QByteArray());
@@ -342,7 +344,7 @@ TEST_F(Portolanctl, SaysNothingAboutTheLocale)
 
 TEST_F(Portolanctl, ColoursTheTableOnATerminal)
 {
-    const OddServer server(m_ok);
+    const ScriptedServer server(m_ok);
     PtyProcess list(program, QStringList{u"list"_s} + ownOnly(), options());
     EXPECT_EQ(list.exitStatus(), 0);
     EXPECT_TRUE(list.output().contains("\x1b[38;5;41mOnline 200"));
@@ -351,7 +353,7 @@ TEST_F(Portolanctl, ColoursTheTableOnATerminal)
 
 TEST_F(Portolanctl, HonoursNoColor)
 {
-    const OddServer server(m_ok);
+    const ScriptedServer server(m_ok);
     PtyProcess::Options plain = options();
     plain.environment.append(std::pair<QByteArray, QByteArray>("NO_COLOR", "1"));
     PtyProcess list(program, QStringList{u"list"_s} + ownOnly(), plain);
@@ -363,7 +365,7 @@ TEST_F(Portolanctl, HonoursNoColor)
 
 TEST_F(Portolanctl, KeepsWithinTheTerminal)
 {
-    const OddServer server(m_ok);
+    const ScriptedServer server(m_ok);
     PtyProcess list(program, QStringList{u"list"_s} + ownOnly(), options(60));
     EXPECT_EQ(list.exitStatus(), 0);
     const QStringList lines = seenOnTerminal(list.output());
@@ -374,7 +376,7 @@ TEST_F(Portolanctl, KeepsWithinTheTerminal)
 
 TEST_F(Portolanctl, ShowsWhatItWaitsForAndLeavesNoTraceOfIt)
 {
-    const OddServer slow([](OddServer::Connection &connection) {
+    const ScriptedServer slow([](ScriptedServer::Connection &connection) {
         connection.readRequest();
         if (connection.pause(std::chrono::milliseconds(900)))
             connection.send("HTTP/1.1 200 OK\r\n\r\n");
@@ -391,7 +393,7 @@ TEST_F(Portolanctl, ShowsWhatItWaitsForAndLeavesNoTraceOfIt)
 
 TEST_F(Portolanctl, LeavesNoTraceWhenInterrupted)
 {
-    const OddServer silent([](OddServer::Connection &connection) { connection.hang(); });
+    const ScriptedServer silent([](ScriptedServer::Connection &connection) { connection.hang(); });
     PtyProcess list(program, QStringList{u"list"_s} + ownOnly(), options());
     ASSERT_TRUE(list.readUntil([&] { return list.output().contains("Asking"); }));
     list.sendSignal(SIGINT);
@@ -401,7 +403,7 @@ TEST_F(Portolanctl, LeavesNoTraceWhenInterrupted)
 
 TEST_F(Portolanctl, SaysWhenNothingMatches)
 {
-    const OddServer server(m_ok);
+    const ScriptedServer server(m_ok);
     PtyProcess list(program, {u"list"_s, u"--search"_s, u"no such server"_s}, options());
     EXPECT_EQ(list.exitStatus(), 0);
     EXPECT_EQ(seenOnTerminal(list.output()), QStringList{u"No matches · Try a different name or port."_s});
@@ -409,7 +411,7 @@ TEST_F(Portolanctl, SaysWhenNothingMatches)
 
 TEST_F(Portolanctl, WatchFollowsWhatHappens)
 {
-    auto server = std::make_unique<OddServer>(m_ok);
+    auto server = std::make_unique<ScriptedServer>(m_ok);
     const quint16 port = server->port();
     PtyProcess watch(program, QStringList{u"watch"_s} + ownOnly(), options());
     const auto seen = [&] { return linesOf(seenOnTerminal(watch.output()), port); };
@@ -417,7 +419,7 @@ TEST_F(Portolanctl, WatchFollowsWhatHappens)
         watch.readUntil([&] { return seen().size() == 1 && seen().first().contains(u"Online 200"_s); }));
     server.reset();
     EXPECT_TRUE(watch.readUntil([&] { return seen().isEmpty(); }));
-    const OddServer next(m_ok);
+    const ScriptedServer next(m_ok);
     EXPECT_TRUE(
         watch.readUntil([&] { return linesOf(seenOnTerminal(watch.output()), next.port()).size() == 1; }));
     watch.type("q");
@@ -502,7 +504,7 @@ TEST_F(Portolanctl, WatchSaysHowToQuitWhereItReadsNoKeys)
 
 TEST_F(Portolanctl, WatchFollowsTheSizeOfTheTerminal)
 {
-    const OddServer server(m_ok);
+    const ScriptedServer server(m_ok);
     PtyProcess watch(program, QStringList{u"watch"_s} + ownOnly(), options(120));
     const auto lines = [&] { return seenOnTerminal(watch.output()); };
     ASSERT_TRUE(watch.readUntil([&] { return lines().value(0).endsWith(u"FOLDER"_s); }));
@@ -518,10 +520,10 @@ TEST_F(Portolanctl, WatchFollowsTheSizeOfTheTerminal)
 
 TEST_F(Portolanctl, WatchScrollsWhatDoesNotFit)
 {
-    std::vector<std::unique_ptr<OddServer>> servers;
+    std::vector<std::unique_ptr<ScriptedServer>> servers;
     std::vector<quint16> ports;
     for (int i = 0; i < 6; ++i) {
-        servers.push_back(std::make_unique<OddServer>(m_ok));
+        servers.push_back(std::make_unique<ScriptedServer>(m_ok));
         ports.push_back(servers.back()->port());
     }
     std::ranges::sort(ports);
@@ -552,7 +554,7 @@ TEST_F(Portolanctl, WatchCutsNothingOffAFullLine)
     const QString deep = folder() + u'/' + QString(150, u'd') + u"/end!"_s;
     ASSERT_TRUE(QDir().mkpath(deep));
     ASSERT_TRUE(QDir::setCurrent(deep));
-    const OddServer server(m_ok);
+    const ScriptedServer server(m_ok);
     for (const int columns : {90, 101, 120}) {
         PtyProcess watch(program, QStringList{u"watch"_s} + ownOnly(), options(columns));
         EXPECT_TRUE(watch.readUntil([&] {
@@ -567,7 +569,7 @@ TEST_F(Portolanctl, WatchCutsNothingOffAFullLine)
 
 TEST_F(Portolanctl, WatchPrintsALineOfJsonPerRefresh)
 {
-    const OddServer server(m_ok);
+    const ScriptedServer server(m_ok);
     QProcess watch;
     prepare(watch);
     watch.start(program, {u"watch"_s, u"--json"_s});

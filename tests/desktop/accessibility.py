@@ -1,4 +1,4 @@
-"""What a program shows, as assistive technology sees it: names, roles and places of everything that can be reached."""
+"""A client of AT-SPI: the names, roles and positions of what programs show."""
 
 import dbus
 
@@ -10,6 +10,8 @@ STATE_SHOWING = 25
 
 
 class Node:
+    """An accessible object of a program."""
+
     def __init__(self, bus, name, path):
         self._bus = bus
         self._name = name
@@ -53,23 +55,23 @@ class Node:
         return [Node(self._bus, name, path) for name, path in self._call(ACCESSIBLE, "GetChildren")]
 
     def walk(self):
-        """All nodes below this one that can be seen."""
+        """All visible nodes below this one."""
         for child in self.children:
             try:
                 if child.is_showing:
                     yield child
                     yield from child.walk()
             except dbus.DBusException:
-                pass  # it has gone while it was looked at
+                pass  # removed in the meantime
 
 
 def connect(session_bus_address):
-    """The bus that the session's assistive technology talks on."""
+    """Connects to the accessibility bus of a session."""
     session = dbus.bus.BusConnection(session_bus_address)
     status = session.get_object("org.a11y.Bus", "/org/a11y/bus", introspect=False)
     return dbus.bus.BusConnection(str(status.get_dbus_method("GetAddress", "org.a11y.Bus")()))
 
 
 def programs(bus):
-    """Every program that shows itself to assistive technology."""
+    """The root nodes of all programs that are registered with AT-SPI."""
     return Node(bus, *REGISTRY).children

@@ -1,4 +1,4 @@
-"""The real program in a session of its own, and the user in front of it."""
+"""Portolan in a session of its own: starts it, sends input and reads the state of its windows."""
 
 import os
 import re
@@ -11,14 +11,14 @@ from dataclasses import dataclass
 from pathlib import Path
 
 import accessibility
-from session import HERE, PATIENCE, Session, eventually
+from session import HERE, TIMEOUT, Session, eventually
 
 PORTOLAN = os.environ.get("PORTOLAN", str(HERE.parents[1] / "build/dev/bin/portolan"))
 
 
 @dataclass(frozen=True)
 class Window:
-    """A window on the screen; the place and size are of its content."""
+    """A window on the screen; position and size are those of its content."""
 
     id: str
     x: int
@@ -41,7 +41,7 @@ class Window:
 
 
 class Desktop(Session):
-    """A session with Portolan in it."""
+    """A session in which Portolan runs."""
 
     def __init__(self, **parts):
         super().__init__(**parts)
@@ -51,16 +51,16 @@ class Desktop(Session):
     # The program
 
     def start(self, *arguments):
-        """Starts the program, which is from then on the one that the rest here speaks of."""
+        """Starts the program; the other functions refer to the last one started."""
         self.program = self.spawn(PORTOLAN, *arguments, log="portolan.log")
         return self.program
 
     def start_again(self, *arguments):
-        """Starts the program while it runs, and returns what became of that start."""
-        return subprocess.run([PORTOLAN, *arguments], env=self.env, capture_output=True, text=True, timeout=PATIENCE)
+        """Starts the program a second time and returns the completed process."""
+        return subprocess.run([PORTOLAN, *arguments], env=self.env, capture_output=True, text=True, timeout=TIMEOUT)
 
     def messages(self):
-        """What the program wrote on its standard error and output."""
+        """The standard output and error of the program."""
         log = self.folder / "portolan.log"
         return log.read_text() if log.exists() else ""
 
@@ -68,7 +68,7 @@ class Desktop(Session):
         return self.program.poll() is None
 
     def serve(self, name):
-        """Starts a web server in a folder `name`, for the program to find; returns its process and port."""
+        """Starts a web server in a folder `name`; returns its process and port."""
         folder = self.home / name
         folder.mkdir(exist_ok=True)
         server = self.spawn(sys.executable, "-u", "-m", "http.server", "0", "--bind", "127.0.0.1", cwd=folder,
@@ -76,23 +76,23 @@ class Desktop(Session):
         return server, int(re.search(rb"port (\d+)", server.stdout.readline())[1])
 
     def hold_scan(self):
-        """Stops the tool that a scan is waiting for, so that the scan is under way for certain until it loses its patience;
-        returns the tool's process id. For a program started with PORTOLAN_TOOLS=external."""
-        return eventually(self._hold_tool, "the scan's tool to be caught at work", pause=0)
+        """Stops the tool that a scan waits for, so that the scan lasts until its timeout; returns the tool's process id. The
+        program must have been started with PORTOLAN_TOOLS=external."""
+        return eventually(self._hold_tool, "the tool of a scan to run", pause=0)
 
     def _hold_tool(self):
         for children in Path(f"/proc/{self.program.pid}/task").glob("*/children"):
             try:
                 for child in children.read_text().split():
-                    # Held before it has become the tool, it would hold its parent as well.
+                    # Not before exec: until then the parent waits for the child (vfork).
                     if Path(f"/proc/{child}/comm").read_text() == "lsof\n":
                         os.kill(int(child), signal.SIGSTOP)
                         return int(child)
             except (FileNotFoundError, ProcessLookupError):
-                pass  # it was faster
+                pass  # it has exited in the meantime
         return None
 
-    # The user's hands
+    # Input
 
     def move_to(self, x, y):
         self.run("xdotool", "mousemove", str(x), str(y))
@@ -107,17 +107,17 @@ class Desktop(Session):
         self.run("xdotool", "type", text)
 
     def close(self, window):
-        """Closes a window by the window manager's key for that."""
+        """Closes a window with the shortcut of the window manager."""
         eventually(lambda: self.active_window() == window.id, "the window to be active")
         self.press("alt+F4")
 
     def clipboard(self):
         return self.run("xclip", "-selection", "clipboard", "-out")
 
-    # The user's eyes
+    # Windows
 
     def windows(self):
-        """The program's windows on the screen."""
+        """The visible windows of the program."""
         ids = self.run("xdotool", "search", "--onlyvisible", "--pid", str(self.program.pid)).split()
         return [window for id in ids if (window := self._window(id))]
 
@@ -127,7 +127,7 @@ class Desktop(Session):
     def window(self):
         ordinary = [window for window in self.windows() if "_NET_WM_WINDOW_TYPE_NORMAL" in window.properties
                     and "_KDE_NET_WM_WINDOW_TYPE_OVERRIDE" not in window.properties]
-        assert len(ordinary) <= 1, "there is one window at most"
+        assert len(ordinary) <= 1, "there must be at most one window"
         return ordinary[0] if ordinary else None
 
     def opened_popover(self):
@@ -140,20 +140,20 @@ class Desktop(Session):
         return self.run("xdotool", "getactivewindow").strip()
 
     def is_listed(self, window):
-        """Whether the window manager counts it among the session's windows."""
+        """Whether the window manager lists it as a client window."""
         return f"{int(window.id):#x}" in self.run("xprop", "-root", "_NET_CLIENT_LIST")
 
     def _window(self, id):
         geometry = dict(line.split("=") for line in self.run("xdotool", "getwindowgeometry", "--shell", id).split())
         properties = self.run("xprop", "-id", id)
         if not geometry or not properties:
-            return None  # gone while it was looked at
+            return None  # closed in the meantime
         return Window(id, int(geometry["X"]), int(geometry["Y"]), int(geometry["WIDTH"]), int(geometry["HEIGHT"]), properties)
 
     # The status icon
 
     def icon(self):
-        """The centre of the status icon in the panel; nothing while there is none."""
+        """The centre of the status icon in the panel, or None."""
         places = re.findall(r'"wrapper-2\.0".* (\d+)x(\d+)\+-?\d+\+-?\d+ +\+(\d+)\+(\d+)$',
                             self.run("xwininfo", "-root", "-tree"), re.MULTILINE)
         for width, height, x, y in (map(int, place) for place in places):
@@ -163,7 +163,7 @@ class Desktop(Session):
 
     def shown_icon(self):
         def settled():
-            # A panel moves a new icon to its place after it has mapped it.
+            # The panel maps a new icon before it moves it to its position.
             before = self.icon()
             time.sleep(0.1)
             return before if before and self.icon() == before else None
@@ -176,21 +176,21 @@ class Desktop(Session):
         self.click_icon()
         return self.opened_popover()
 
-    # What the views show
+    # Content
 
-    def see(self):
-        """Lets the program show itself to assistive technology. To be called before its start."""
+    def enable_accessibility(self):
+        """Makes the program register with AT-SPI. Call it before the program is started."""
         self.env["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
         self._accessibility_bus = accessibility.connect(self.env["DBUS_SESSION_BUS_ADDRESS"])
 
     def all_shown(self, part_of_name="", role=None):
-        """All that is shown under names with `part_of_name` in them."""
+        """All visible nodes with `part_of_name` in their names."""
         for program in accessibility.programs(self._accessibility_bus):
             if program.name == "portolan":
                 yield from (node for node in program.walk() if part_of_name in node.name and role in (None, node.role))
 
     def shown(self, part_of_name, role=None):
-        """The first of them; nothing if there is none."""
+        """The first of them, or None."""
         return next(self.all_shown(part_of_name, role), None)
 
     def find(self, part_of_name, role=None):
@@ -201,23 +201,23 @@ class Desktop(Session):
 
 
 class Scenario(unittest.TestCase):
-    """One scenario: a session of its own, in which the program ends as it should and never complains."""
+    """A test with a session of its own. It fails if the program does not exit with 0 or prints anything."""
 
     parts = {}
-    sees = False
+    needs_accessibility = False
 
     def setUp(self):
         self.desktop = Desktop(**self.parts)
         self.addCleanup(self.desktop.__exit__)
-        if self.sees:
-            self.desktop.see()
+        if self.needs_accessibility:
+            self.desktop.enable_accessibility()
 
     def tearDown(self):
         d = self.desktop
         if d.program and d.is_running():
             d.program.send_signal(signal.SIGTERM)
             self.assert_ends()
-        self.assertEqual(d.messages(), "", "the program complained")
+        self.assertEqual(d.messages(), "", "the program has printed messages")
 
     def assert_ends(self, status=0):
-        self.assertEqual(self.desktop.program.wait(PATIENCE), status)
+        self.assertEqual(self.desktop.program.wait(TIMEOUT), status)

@@ -1,5 +1,5 @@
-"""Runs scenarios, given as unittest takes them, on a loopback network of their own where the system allows that, so that the
-program finds the scenario's servers only."""
+"""Runs tests, named as for unittest, in a network namespace of their own if the system permits that, so that the program
+finds only the servers of the test."""
 
 import os
 import subprocess

@@ -1,4 +1,4 @@
-"""A desktop session of its own: X server, session bus, window manager, panel. Nothing of it is shared with another one."""
+"""A private desktop session: X server, session bus, window manager, panel. Sessions share nothing."""
 
 import ctypes
 import os
@@ -10,15 +10,15 @@ import time
 from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
-PATIENCE = 30  # seconds; what takes longer has failed
+TIMEOUT = 30  # seconds
 
 
-def eventually(condition, what, patience=PATIENCE, pause=0.02):
-    """Waits until `condition` gives something true, and returns that. Looks again after each `pause`."""
-    deadline = time.monotonic() + patience
+def eventually(condition, what, timeout=TIMEOUT, pause=0.02):
+    """Calls `condition` every `pause` seconds until its result is true, and returns that."""
+    deadline = time.monotonic() + timeout
     while not (result := condition()):
         if time.monotonic() > deadline:
-            raise AssertionError(f"waited {patience} s for: {what}")
+            raise AssertionError(f"waited {timeout} s for: {what}")
         time.sleep(pause)
     return result
 
@@ -50,13 +50,13 @@ class Session:
                 process.terminate()
         for process in self._processes:
             try:
-                process.wait(PATIENCE)
+                process.wait(TIMEOUT)
             except subprocess.TimeoutExpired:
                 process.kill()
                 process.wait()
             if process.stdout:
                 process.stdout.close()
-        # What the bus has started may still write its state while it ends: removed until it stays removed.
+        # Services started by the bus may still write files while they exit, so the removal is repeated.
         for _ in range(20):
             shutil.rmtree(self.folder, ignore_errors=True)
             time.sleep(0.1)
@@ -64,7 +64,7 @@ class Session:
                 return
 
     def spawn(self, *command, log=None, **options):
-        """Starts a program of the session; its output goes to the file `log` of the session's folder."""
+        """Starts a program in the session; its output is appended to the file `log` in the session's folder."""
         with open(self.folder / (log or Path(command[0]).name + ".log"), "ab") as output:
             options = {"stdout": output, "stderr": output, "stdin": subprocess.DEVNULL, "env": self.env} | options
             process = subprocess.Popen(command, preexec_fn=_end_with_parent, **options)
@@ -72,8 +72,8 @@ class Session:
         return process
 
     def run(self, *command):
-        """Runs a tool to its end and returns what it printed; the empty text where it failed."""
-        result = subprocess.run(command, env=self.env, capture_output=True, text=True, timeout=PATIENCE)
+        """Runs a tool and returns its output; an empty string if it fails."""
+        result = subprocess.run(command, env=self.env, capture_output=True, text=True, timeout=TIMEOUT)
         return result.stdout if result.returncode == 0 else ""
 
     def start_panel(self):
@@ -93,9 +93,6 @@ class Session:
             "dbus-send", "--session", "--print-reply=literal", "--reply-timeout=1000", "--dest=org.kde.StatusNotifierWatcher",
             "/StatusNotifierWatcher", "org.freedesktop.DBus.Properties.Get", "string:org.kde.StatusNotifierWatcher",
             "string:IsStatusNotifierHostRegistered")
-
-    def screenshot(self, file):
-        self.run("import", "-window", "root", str(file))
 
     def _environment(self):
         env = {name: os.environ[name] for name in ("PATH", "USER", "LOGNAME") if name in os.environ}

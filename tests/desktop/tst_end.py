@@ -1,4 +1,4 @@
-"""The end of the program: asked for, and forced."""
+"""Quitting, signals, and the loss of the display or the bus."""
 
 import os
 import signal
@@ -7,7 +7,7 @@ from driver import Scenario, eventually
 
 
 class Quit(Scenario):
-    sees = True
+    needs_accessibility = True
 
     def test_from_the_footer(self):
         d = self.desktop
@@ -36,7 +36,7 @@ class Signal(Scenario):
 
 
 class DuringAScan(Scenario):
-    """The scan's tool is held, so that the scan is under way for certain."""
+    """The tool of the scan is stopped, so that the scan cannot finish before the test."""
 
     def setUp(self):
         super().setUp()
@@ -51,11 +51,11 @@ class DuringAScan(Scenario):
         self.assert_ends()
         eventually(lambda: not os.path.exists(f"/proc/{self.tool}"), "the tool to end as well")
 
-    def test_survives_the_loss_of_the_display(self):
+    def test_exits_when_the_display_is_lost(self):
         d = self.desktop
         d.x_server.kill()
         self.assert_ends(status=1)
-        (d.folder / "portolan.log").unlink()  # the toolkit says that the display has gone
+        (d.folder / "portolan.log").unlink()  # Qt reports the loss of the display
 
 
 class Lost(Scenario):
@@ -69,7 +69,7 @@ class Lost(Scenario):
         d.open_popover()
         d.x_server.kill()
         self.assert_ends(status=1)
-        (d.folder / "portolan.log").unlink()  # the toolkit says that the display has gone
+        (d.folder / "portolan.log").unlink()  # Qt reports the loss of the display
 
     def test_bus(self):
         d = self.desktop

@@ -1,4 +1,4 @@
-"""The status icon and the panel it lives in."""
+"""The status icon in a StatusNotifier panel."""
 
 import time
 
@@ -12,8 +12,8 @@ class Icon(Scenario):
         x, y = d.shown_icon()
         picture = d.folder / "icon.png"
         d.run("import", "-window", "root", "-crop", f"24x24+{x - 12}+{y - 12}", str(picture))
-        shades = d.run("identify", "-format", "%k", str(picture))
-        self.assertGreater(int(shades), 8, "the icon is drawn with smooth edges, not an empty place")
+        colours = d.run("identify", "-format", "%k", str(picture))
+        self.assertGreater(int(colours), 8, "the icon is drawn, with antialiased edges")
         self.assertIsNone(d.popover())
 
     def test_comes_back_with_a_restarted_panel(self):
@@ -41,7 +41,7 @@ class Icon(Scenario):
         d = self.desktop
         d.click_icon(button=3)
         eventually(self.menu_is_open, "the icon's menu")
-        time.sleep(0.2)  # a menu ignores what comes at the moment it opens
+        time.sleep(0.2)  # a menu ignores keys at the moment when it opens
         d.press(*steps, "Return")
 
     def menu_is_open(self):
@@ -50,12 +50,12 @@ class Icon(Scenario):
         return any("_NET_WM_WINDOW_TYPE_POPUP_MENU" in d.run("xprop", "-id", id, "_NET_WM_WINDOW_TYPE") for id in ids)
 
 
-class IconWithoutPanelAtFirst(Scenario):
+class IconWithLaterPanel(Scenario):
     parts = {"panel": False}
 
     def test_appears_in_a_panel_that_starts_later(self):
         d = self.desktop
         d.start("--background")
-        time.sleep(0.5)  # long enough for the program to have found no panel
+        time.sleep(0.5)  # until the program has found that there is no panel
         d.panel = d.start_panel()
         d.open_popover()

@@ -1,4 +1,4 @@
-"""The list in the popover: real servers, pointed at, clicked and typed for."""
+"""The list in the popover, with real servers."""
 
 import time
 
@@ -6,7 +6,7 @@ from driver import Scenario, eventually
 
 
 class List(Scenario):
-    sees = True
+    needs_accessibility = True
 
     def setUp(self):
         super().setUp()
@@ -22,14 +22,14 @@ class List(Scenario):
         self.assertIn(str(self.port), self.row.name)
         d.find("blog-api", role="list item")
 
-    def test_keeps_its_rows_apart(self):
+    def test_separates_its_rows(self):
         d = self.desktop
         for name in ("design-system", "field-notes", "invoices"):
             d.serve(name)
         d.click_on("Refresh")
         for name in ("design-system", "field-notes", "invoices"):
             d.find(name, role="list item")
-        time.sleep(1)  # rows slide into their places
+        time.sleep(1)  # until the rows have moved to their positions
         frames = sorted((node.frame for node in d.all_shown(role="list item")), key=lambda frame: frame[1])
         self.assertEqual(len(frames), 5)
         for (_, y, _, height), (_, next_y, _, _) in zip(frames, frames[1:]):
@@ -37,10 +37,10 @@ class List(Scenario):
 
     def test_shows_a_server_that_starts_later(self):
         d = self.desktop
-        d.serve("late-riser")
-        d.find("late-riser", role="list item")
+        d.serve("late-server")
+        d.find("late-server", role="list item")
 
-    def test_shows_buttons_where_it_is_pointed_at(self):
+    def test_shows_buttons_on_hover(self):
         d = self.desktop
         self.assertIsNone(d.shown("Copy URL"))
         d.move_to(*self.row.centre)
@@ -60,10 +60,10 @@ class List(Scenario):
         eventually(lambda: not d.shown("storefront", role="list item"), "the row to go")
         self.assertEqual(self.server.wait(5), -15)
         d.find("blog-api", role="list item")
-        time.sleep(2)  # past the scan that confirms it
+        time.sleep(2)  # until after the scan that follows a stop
         self.assertIsNone(d.shown("storefront", role="list item"))
 
-    def test_finds_by_what_is_typed_after_control_k(self):
+    def test_searches_after_control_k(self):
         d = self.desktop
         d.press("ctrl+k")
         d.type("blog")

@@ -62,7 +62,7 @@ class Popover(Scenario):
         eventually(lambda: d.active_window() == popover.id, "the popover to be active")
         d.click(250, 400)
         self.await_closed()
-        time.sleep(0.3)  # a click on the icon any earlier counts as the one that closed the popover
+        time.sleep(0.3)  # an earlier click on the icon would count as the one that closed the popover
         d.open_popover()
 
     def await_closed(self):

@@ -1,4 +1,4 @@
-"""Starting the program, once and again."""
+"""Starting the program, also while it runs."""
 
 import time
 
@@ -6,7 +6,7 @@ from driver import Scenario, eventually
 
 
 class Again(Scenario):
-    """While one runs in the panel."""
+    """An instance already runs in the panel."""
 
     def setUp(self):
         super().setUp()
@@ -31,8 +31,8 @@ class Again(Scenario):
         self.assertTrue(self.desktop.is_running())
 
 
-class AtOnce(Scenario):
-    def test_leaves_one_of_six(self):
+class Simultaneously(Scenario):
+    def test_one_of_six_keeps_running(self):
         d = self.desktop
         starts = [d.start() for _ in range(6)]
         eventually(lambda: sum(start.poll() is None for start in starts) == 1, "all but one to end")
@@ -51,7 +51,7 @@ class WithoutPanel(Scenario):
         d.close(window)
         self.assert_ends()
 
-    def test_waits_silently_in_the_background(self):
+    def test_shows_no_window_in_the_background(self):
         d = self.desktop
         d.start("--background")
         time.sleep(1)
@@ -60,7 +60,7 @@ class WithoutPanel(Scenario):
         self.assertEqual(d.start_again().returncode, 0)
         d.opened_window()
 
-    def test_stays_with_a_panel_that_comes_while_the_window_is_open(self):
+    def test_keeps_running_if_a_panel_starts_while_the_window_is_open(self):
         d = self.desktop
         d.start()
         window = d.opened_window()
@@ -74,7 +74,7 @@ class WithoutPanel(Scenario):
 class WithoutBus(Scenario):
     parts = {"bus": False, "manager": False, "panel": False}
 
-    def test_opens_the_window_of_the_one_that_runs(self):
+    def test_opens_the_window_of_the_running_instance(self):
         d = self.desktop
         d.start("--background")
         time.sleep(0.5)

@@ -1,4 +1,4 @@
-"""The status icon in a tray of the older kind, which embeds windows and knows nothing of menus."""
+"""The status icon in an XEmbed tray."""
 
 import re
 import shutil
@@ -22,13 +22,13 @@ class Tray(Scenario):
         d = self.desktop
         d.start("--background")
         x, y = self.shown_icon()
-        self.assertGreater(self.shades(x, y), 8, "the icon is drawn with smooth edges, not an empty place")
+        self.assertGreater(self.count_colours(x, y), 8, "the icon is drawn, with antialiased edges")
         d.click(x, y)
         d.opened_popover()
         d.click(x, y)
         eventually(lambda: not d.popover(), "the popover to close")
 
-    def test_gets_the_icon_back_after_a_restart(self):
+    def test_shows_the_icon_again_after_a_restart(self):
         d = self.desktop
         d.start("--background")
         self.shown_icon()
@@ -39,7 +39,7 @@ class Tray(Scenario):
         d.click(*self.shown_icon())
         d.opened_popover()
 
-    def test_hands_the_icon_over_to_a_panel(self):
+    def test_loses_the_icon_to_a_panel(self):
         d = self.desktop
         d.start("--background")
         self.shown_icon()
@@ -48,7 +48,7 @@ class Tray(Scenario):
         d.open_popover()
 
     def icon(self):
-        """The centre of the icon in the tray; nothing while there is none."""
+        """The centre of the icon in the tray, or None."""
         tree = self.desktop.run("xwininfo", "-root", "-tree")
         place = re.search(r'"Portolan".* (\d+)x(\d+)\+\d+\+\d+ +\+(\d+)\+(\d+)$', tree, re.MULTILINE)
         if not place:
@@ -59,7 +59,7 @@ class Tray(Scenario):
     def shown_icon(self):
         return eventually(self.icon, "the icon in the tray")
 
-    def shades(self, x, y):
+    def count_colours(self, x, y):
         d = self.desktop
         picture = d.folder / "icon.png"
         d.run("import", "-window", "root", "-crop", f"24x24+{x - 12}+{y - 12}", str(picture))

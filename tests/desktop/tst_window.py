@@ -1,10 +1,10 @@
-"""The window that the popover can be detached into."""
+"""The window into which the popover can be detached."""
 
 from driver import Scenario, eventually
 
 
 class Detached(Scenario):
-    sees = True
+    needs_accessibility = True
 
     def setUp(self):
         super().setUp()
@@ -18,7 +18,7 @@ class Detached(Scenario):
         self.window = d.opened_window()
         eventually(lambda: not d.popover(), "the popover to close")
 
-    def test_is_an_ordinary_window_in_front(self):
+    def test_is_an_ordinary_active_window(self):
         d = self.desktop
         eventually(lambda: d.active_window() == self.window.id, "the window to be active")
         self.assertEqual((self.window.width, self.window.height), (480, 620))
@@ -27,13 +27,13 @@ class Detached(Scenario):
         self.assertTrue(self.window.is_in_task_bar)
         self.assertTrue(self.window.is_in_pager)
 
-    def test_is_not_made_too_small(self):
+    def test_has_a_minimum_size(self):
         self.assertIn("minimum size: 400 by 440", self.window.properties)
         d = self.desktop
         d.run("xdotool", "windowsize", self.window.id, "200", "200")
-        eventually(lambda: (d.window().width, d.window().height) == (400, 440), "the window at its least size")
+        eventually(lambda: (d.window().width, d.window().height) == (400, 440), "the window to have its minimum size")
 
-    def test_is_there_once(self):
+    def test_is_opened_only_once(self):
         self.desktop.run("xdotool", "windowminimize", self.window.id)
         eventually(lambda: not self.desktop.window(), "the window to be minimized")
         first = self.window
@@ -41,7 +41,7 @@ class Detached(Scenario):
         self.assertEqual(self.window.id, first.id)
         eventually(lambda: self.desktop.active_window() == first.id, "the window to be active")
 
-    def test_leaves_the_icon_behind_when_closed(self):
+    def test_program_keeps_running_when_closed(self):
         d = self.desktop
         d.close(self.window)
         eventually(lambda: not d.windows(), "the window to close")

@@ -2,10 +2,10 @@
 // names that lsof gets wrong (LsofNames.h).
 #include "KernelSource.h"
 #include "LsofNames.h"
-#include "OddProcess.h"
 #include "PrintedName.h"
 #include "Printers.h"
 #include "ProcessFacts.h"
+#include "TestProcess.h"
 #include "ToolSource.h"
 
 #include <QFileInfo>
@@ -152,19 +152,19 @@ bool isRoot()
 class ProcessSources : public testing::Test
 {
 protected:
-    OddProcess &add()
+    TestProcess &add()
     {
-        m_population.push_back(std::make_unique<OddProcess>());
+        m_population.push_back(std::make_unique<TestProcess>());
         return *m_population.back();
     }
-    OddProcess &addServer()
+    TestProcess &addServer()
     {
         add().tell("listen 127.0.0.1");
         return *m_population.back();
     }
 
     Listed listed(qint32 pid) { return find(listingOf(m_kernel), pid).value_or(Listed()); }
-    QString commandNow(OddProcess &process, const QByteArray &name)
+    QString commandNow(TestProcess &process, const QByteArray &name)
     {
         process.tell("name " + name.toHex());
         return listed(process.pid()).command;
@@ -211,7 +211,7 @@ protected:
 
     KernelSource m_kernel;
     ToolSource m_tools;
-    std::vector<std::unique_ptr<OddProcess>> m_population;
+    std::vector<std::unique_ptr<TestProcess>> m_population;
 
 private:
     [[nodiscard]] bool isOurs(qint32 pid) const
@@ -227,7 +227,7 @@ private:
 
 TEST_F(ProcessSources, AgreeOnAddressesAndDescriptors)
 {
-    OddProcess &process = add();
+    TestProcess &process = add();
     for (const char *host :
          {"127.0.0.1", "127.0.0.2", "127.255.255.254", "0.0.0.0", "::1", "::", "::ffff:127.0.0.1"})
         process.tell(QByteArray("listen ") + host);
@@ -235,14 +235,14 @@ TEST_F(ProcessSources, AgreeOnAddressesAndDescriptors)
         process.tell(order);
     EXPECT_EQ(listingDifference(), "");
     const Listed said = listed(process.pid());
-    EXPECT_EQ(said.command, u"odd_process"_s);
+    EXPECT_EQ(said.command, u"test_process"_s);
     EXPECT_EQ(said.ports.size(), 7); // without the other loopback addresses, and the last one twice
     EXPECT_EQ(said.identity, ProcessIdentity::of(process.pid()));
 }
 
 TEST_F(ProcessSources, AgreeAsSocketsComeAndGo)
 {
-    OddProcess &process = add();
+    TestProcess &process = add();
     for (const char *order : {"listen 127.0.0.1", "move 200", "listen ::", "connect", "fork", "close",
                               "listen ::1", "close", "thread", "zombie", "listen 0.0.0.0"}) {
         process.tell(order);
@@ -252,7 +252,7 @@ TEST_F(ProcessSources, AgreeAsSocketsComeAndGo)
 
 TEST_F(ProcessSources, AgreeOnSharedSockets)
 {
-    OddProcess &process = addServer();
+    TestProcess &process = addServer();
     for (int i = 0; i < 3; ++i) {
         const qint32 child = process.tell("fork").toInt();
         EXPECT_EQ(listingDifference(), "");
@@ -306,7 +306,7 @@ class NameThatLsofMisreads : public ProcessSources, public testing::WithParamInt
 
 TEST_P(NameThatLsofMisreads, IsRightInTheKernelSource)
 {
-    OddProcess &process = addServer();
+    TestProcess &process = addServer();
     process.tell("listen ::1");
     const QList<qint64> ports = listed(process.pid()).ports;
     EXPECT_EQ(commandNow(process, GetParam()), QString::fromUtf8(GetParam()));
@@ -324,9 +324,9 @@ INSTANTIATE_TEST_SUITE_P(Names, NameThatLsofMisreads,
 
 TEST_F(ProcessSources, ShowTheExecutableInPlaceOfAThreadsName)
 {
-    OddProcess &process = addServer();
+    TestProcess &process = addServer();
     for (const char *name : {"MainThread", "node-MainThread"}) {
-        EXPECT_EQ(commandNow(process, name), u"odd_process"_s);
+        EXPECT_EQ(commandNow(process, name), u"test_process"_s);
         EXPECT_EQ(listingDifference(), "");
     }
 }
@@ -335,8 +335,8 @@ TEST_F(ProcessSources, KnowTheNameOfADeletedExecutable)
 {
     const QTemporaryDir folder;
     const QString copy = folder.filePath(u"node 24"_s);
-    ASSERT_TRUE(QFile::copy(OddProcess::program(), copy));
-    OddProcess process(copy);
+    ASSERT_TRUE(QFile::copy(TestProcess::program(), copy));
+    TestProcess process(copy);
     ASSERT_TRUE(QFile::remove(copy));
     process.tell("listen 127.0.0.1");
     EXPECT_EQ(commandNow(process, "MainThread"), u"node 24"_s);
@@ -345,7 +345,7 @@ TEST_F(ProcessSources, KnowTheNameOfADeletedExecutable)
 TEST_F(ProcessSources, AgreeOnFolders)
 {
     const QTemporaryDir scratch;
-    OddProcess &process = add();
+    TestProcess &process = add();
     EXPECT_EQ(detailsDifference(process.pid()), "");
     for (const char *name :
          {"plain", " a b ", "a\nb", "a\tb\\c", "caf\xc3\xa9", "caf\xe9", "(a", "x (deleted)", "a:b"}) {
@@ -365,7 +365,7 @@ TEST_F(ProcessSources, OnlyTheKernelSourceKnowsAFolderWithAnEscapeCharacter)
     const QTemporaryDir scratch;
     const QByteArray path = scratch.path().toUtf8() + "/\x1b[1m";
     ASSERT_EQ(mkdir(path.constData(), 0700), 0);
-    OddProcess &process = add();
+    TestProcess &process = add();
     process.tell("folder " + path.toHex());
     EXPECT_EQ(folderOf(process.pid()), QString::fromUtf8(path));
     EXPECT_EQ(m_tools.workingFolders({process.pid()}, {}).front(), scratch.path() + u"/^[[1m"_s);
@@ -373,8 +373,8 @@ TEST_F(ProcessSources, OnlyTheKernelSourceKnowsAFolderWithAnEscapeCharacter)
 
 TEST_F(ProcessSources, AgreeOnFigures)
 {
-    const OddProcess &idle = add();
-    OddProcess &busy = add();
+    const TestProcess &idle = add();
+    TestProcess &busy = add();
     for (const char *time : {"10", "100", "300"}) {
         busy.tell(QByteArray("compute ") + time);
         EXPECT_EQ(detailsDifference(busy.pid()), "");
@@ -387,10 +387,10 @@ TEST_F(ProcessSources, AgreeOnFigures)
 /// Process ids that name no process that lives.
 TEST_F(ProcessSources, AgreeOnWhatIsNoLivingProcess)
 {
-    OddProcess &process = add();
+    TestProcess &process = add();
     const qint32 zombie = process.tell("zombie").toInt();
     const qint32 thread = process.tell("thread").toInt();
-    const qint32 gone = std::make_unique<OddProcess>()->pid();
+    const qint32 gone = std::make_unique<TestProcess>()->pid();
     for (const qint32 pid : {zombie, thread, gone, 4194304, INT_MAX}) {
         EXPECT_EQ(detailsDifference(pid), "") << pid;
         EXPECT_EQ(folderOf(pid), std::nullopt) << pid;
@@ -402,7 +402,7 @@ TEST_F(ProcessSources, AgreeOnAUserOfManyGroups)
 {
     if (!isRoot())
         GTEST_SKIP() << "only root can join groups";
-    OddProcess &process = add();
+    TestProcess &process = add();
     process.tell("groups 400");
     EXPECT_EQ(detailsDifference(process.pid()), "");
 }
@@ -411,10 +411,10 @@ TEST_F(ProcessSources, AgreeForAndAmongOtherUsers)
 {
     if (!isRoot())
         GTEST_SKIP() << "only root can become another user";
-    OddProcess &mine = add();
-    OddProcess &theirs = add();
+    TestProcess &mine = add();
+    TestProcess &theirs = add();
     theirs.tell("user 65534");
-    for (OddProcess *process : {&mine, &theirs})
+    for (TestProcess *process : {&mine, &theirs})
         process->tell("listen 127.0.0.1");
     const qint32 zombie = mine.tell("zombie").toInt();
     EXPECT_EQ(listingDifference(), "");
@@ -432,7 +432,7 @@ TEST_F(ProcessSources, AgreeForAndAmongOtherUsers)
 
 TEST_F(ProcessSources, AnswerManyThreadsAtOnce)
 {
-    const OddProcess &process = addServer();
+    const TestProcess &process = addServer();
     std::atomic<int> wrong = 0;
     {
         std::vector<std::jthread> threads;
@@ -468,7 +468,7 @@ TEST_P(ChangingPopulation, MakesNoDifference)
         for (int births = 0; births < 3; ++births)
             addServer();
         for (int changes = 0; changes < 8; ++changes) {
-            OddProcess &process = *pick(m_population);
+            TestProcess &process = *pick(m_population);
             process.tell("listen 127.0.0.1"); // so that there is one to close, copy and move
             process.tell(random() % 3 == 0 ? "name " + pick(names).toHex() : pick(orders));
         }

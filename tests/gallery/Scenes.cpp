@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 using Presentation = GalleryScene::Presentation;
-using Knowledge = GalleryScene::Knowledge;
+using ScanState = GalleryScene::ScanState;
 using Press = GalleryScene::Press;
 
 constexpr QPointF onFirstRow(120, 165);
@@ -38,14 +38,14 @@ QList<GalleryScene> galleryScenes()
          .press = Press::Right},
         {.name = u"settings-menu"_s, .services = five, .pointer = onSettings, .press = Press::Left},
         {.name = u"refresh-hovered"_s, .services = five, .pointer = onRefresh},
-        {.name = u"scanning-again"_s, .services = five, .knowledge = Knowledge::Rescan},
+        {.name = u"scanning-again"_s, .services = five, .scanState = ScanState::Rescan},
         {.name = u"search-focused"_s, .services = five, .keys = u"k"_s},
         {.name = u"searching"_s, .services = five, .searchText = u"da"_s, .keys = u"k"_s},
-        {.name = u"hint"_s, .services = five, .pointer = onCopyButton, .patience = 1000},
+        {.name = u"tool-tip"_s, .services = five, .pointer = onCopyButton, .hoverMs = 1000},
         {.name = u"menu-by-keyboard"_s, .services = five, .keys = u"kttdmd"_s},
         {.name = u"no-match"_s, .services = five, .searchText = u"elsewhere"_s},
         {.name = u"nothing-running"_s},
-        {.name = u"first-scan"_s, .knowledge = Knowledge::FirstScan},
+        {.name = u"first-scan"_s, .scanState = ScanState::FirstScan},
         {.name = u"row-focused"_s, .services = five, .keys = u"kttd"_s},
         {.name = u"health-states"_s, .services = Samples::allHealthStates()},
         {.name = u"awkward"_s, .services = Samples::awkward(), .presentation = Presentation::Popover},
@@ -73,7 +73,7 @@ QList<GalleryScene> galleryScenes()
         {.name = u"nothing-running-window"_s, .presentation = Presentation::Window},
         {.name = u"first-scan-window"_s,
          .presentation = Presentation::Window,
-         .knowledge = Knowledge::FirstScan},
+         .scanState = ScanState::FirstScan},
     };
 }
 

@@ -10,27 +10,27 @@
 
 namespace portolan {
 
-/// One state of the panel that is worth looking at.
+/// One state of the user interface.
 struct GalleryScene
 {
     enum class Presentation : quint8 { Popover, Window };
-    enum class Knowledge : quint8 { Scanned, FirstScan, Rescan };
+    enum class ScanState : quint8 { Scanned, FirstScan, Rescan };
     enum class Press : quint8 { None, Left, Right };
 
     QString name;
     QList<Service> services;
     Presentation presentation = Presentation::Popover;
-    Knowledge knowledge = Knowledge::Scanned;
+    ScanState scanState = ScanState::Scanned;
     QString searchText;
     QList<qint64> pinnedPorts;
-    std::optional<QPointF> pointer; ///< where the pointer rests, in the view's coordinates
-    Press press = Press::None;      ///< what is pressed there
-    QString keys;                   ///< typed first: t Tab, d Down, k Control-K, m Menu
-    int patience = 400;             ///< milliseconds that the pointer rests
+    std::optional<QPointF> pointer; ///< the position of the pointer, in the view's coordinates
+    Press press = Press::None;      ///< the button that is clicked there
+    QString keys;                   ///< pressed before: t Tab, d Down, k Control-K, m Menu
+    int hoverMs = 400;              ///< how long the pointer rests
     int height = 620;               ///< of a window
 };
 
-/// All of them, in the order of their showing.
+/// All scenes, in the order in which they are shown.
 [[nodiscard]] QList<GalleryScene> galleryScenes();
 
 } // namespace portolan

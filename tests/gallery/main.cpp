@@ -1,8 +1,8 @@
-// The real views on made-up services, in every state that they can be in.
-//   portolan_gallery [SCENE]      shows one scene after the other: Page Down, Page Up
+// Shows the views with sample services, in all of their states.
+//   portolan_gallery [SCENE]      shows the scenes; Page Down and Page Up switch between them
 //   portolan_gallery --shots DIR  writes a picture of each at scale 1 (NAME.png) and 2 (NAME@2x.png)
 
-#include "Stage.h"
+#include "SceneWindow.h"
 
 #include <QCommandLineParser>
 #include <QDir>
@@ -31,14 +31,14 @@ bool isBlank(const QImage &picture)
     return colors.size() < 20;
 }
 
-bool shoot(const QDir &folder)
+bool saveScenes(const QDir &folder)
 {
     const bool isDouble = qEnvironmentVariable("QT_SCALE_FACTOR") == "2"_L1;
     for (const GalleryScene &scene : galleryScenes()) {
         const QString file = folder.filePath(scene.name + (isDouble ? u"@2x.png"_s : u".png"_s));
-        const QImage picture = Stage(scene).picture();
+        const QImage picture = SceneWindow(scene).picture();
         if (isBlank(picture)) {
-            std::fprintf(stderr, "nothing to see in %s\n", qPrintable(scene.name));
+            std::fprintf(stderr, "blank picture: %s\n", qPrintable(scene.name));
             return false;
         }
         if (!picture.save(file)) {
@@ -49,8 +49,8 @@ bool shoot(const QDir &folder)
     return true;
 }
 
-// The scale belongs to a process and is settled before it has windows.
-bool shootAtEveryScale(const QString &folder)
+// The scale factor is fixed per process, so each scale needs one of its own.
+bool saveAtEveryScale(const QString &folder)
 {
     std::array<QProcess, 2> processes;
     for (size_t i = 0; i < processes.size(); ++i) {
@@ -67,14 +67,14 @@ bool shootAtEveryScale(const QString &folder)
     });
 }
 
-/// Shows one scene at a time and turns the pages.
-class Album : public QObject
+/// Shows one scene at a time; Page Down and Page Up switch to the next and the previous one.
+class SceneBrowser : public QObject
 {
 public:
-    explicit Album(const QString &first)
+    explicit SceneBrowser(const QString &first)
     {
-        while (m_page + 1 < m_scenes.size() && !first.isEmpty() && m_scenes.at(m_page).name != first)
-            ++m_page;
+        while (m_index + 1 < m_scenes.size() && !first.isEmpty() && m_scenes.at(m_index).name != first)
+            ++m_index;
         show();
     }
 
@@ -85,7 +85,7 @@ public:
         const int key = static_cast<QKeyEvent *>(event)->key();
         if (key != Qt::Key_PageDown && key != Qt::Key_PageUp)
             return false;
-        m_page = (m_page + (key == Qt::Key_PageDown ? 1 : -1) + m_scenes.size()) % m_scenes.size();
+        m_index = (m_index + (key == Qt::Key_PageDown ? 1 : -1) + m_scenes.size()) % m_scenes.size();
         QMetaObject::invokeMethod(
             this, [this] { show(); }, Qt::QueuedConnection);
         return true;
@@ -94,14 +94,14 @@ public:
 private:
     void show()
     {
-        auto next = std::make_unique<Stage>(m_scenes.at(m_page));
+        auto next = std::make_unique<SceneWindow>(m_scenes.at(m_index));
         next->window().installEventFilter(this);
-        m_stage = std::move(next);
+        m_window = std::move(next);
     }
 
     const QList<GalleryScene> m_scenes = galleryScenes();
-    qsizetype m_page = 0;
-    std::unique_ptr<Stage> m_stage;
+    qsizetype m_index = 0;
+    std::unique_ptr<SceneWindow> m_window;
 };
 
 } // namespace
@@ -124,9 +124,9 @@ int main(int argc, char **argv)
         const QString folder = options.value(u"shots"_s);
         const bool isDone =
             QDir().mkpath(folder) &&
-            (options.isSet(u"this-scale"_s) ? shoot(QDir(folder)) : shootAtEveryScale(folder));
+            (options.isSet(u"this-scale"_s) ? saveScenes(QDir(folder)) : saveAtEveryScale(folder));
         return isDone ? EXIT_SUCCESS : EXIT_FAILURE;
     }
-    const Album album(options.positionalArguments().value(0));
+    const SceneBrowser browser(options.positionalArguments().value(0));
     return QGuiApplication::exec();
 }

@@ -38,17 +38,17 @@ ViewTest {
         const view = createTemporaryObject(component, root, {
             isSearching: data.isSearching
         });
-        compare(Look.symbols(view), [data.symbol]);
-        compare(Look.texts(view), data.texts);
+        compare(ViewInspector.symbols(view), [data.symbol]);
+        compare(ViewInspector.texts(view), data.texts);
 
-        const symbol = Look.symbol(view, data.symbol);
-        const title = Look.text(view, data.texts[0]);
-        const message = Look.text(view, data.texts[1]);
+        const symbol = ViewInspector.symbol(view, data.symbol);
+        const title = ViewInspector.text(view, data.texts[0]);
+        const message = ViewInspector.text(view, data.texts[1]);
         compare(symbol.size, 26);
         compare(symbol.weight, Font.Normal);
         compare(symbol.color, Theme.textFaint);
-        compare(Look.style(title), "14 600 system #c7c7c7");
-        compare(Look.style(message), "12 400 system #8f8f8f");
+        compare(ViewInspector.style(title), "14 600 system #c7c7c7");
+        compare(ViewInspector.style(message), "12 400 system #8f8f8f");
         compare(message.horizontalAlignment, Text.AlignHCenter);
         verify(message.width <= 240);
 
@@ -59,12 +59,12 @@ ViewTest {
         for (const part of [symbol, title, message])
             fuzzyCompare(centre(part, view).x, 192, 0.5);
         for (const part of [title, message])
-            compare(Look.spoken(part), "StaticText: " + part.text);
+            compare(ViewInspector.roleAndName(part), "StaticText: " + part.text);
     }
 
     function test_breaks_the_message_into_lines() {
         const view = createTemporaryObject(component, root);
-        const message = Look.text(view, "Start a dev server and it appears here automatically.");
+        const message = ViewInspector.text(view, "Start a dev server and it appears here automatically.");
         compare(message.width, 240);
         verify(message.lineCount >= 2);
     }

@@ -25,8 +25,8 @@ ViewTest {
 
     function test_geometry() {
         const button = createTemporaryObject(component, root);
-        const symbol = Look.symbol(button, "power");
-        const label = Look.text(button, "Quit");
+        const symbol = ViewInspector.symbol(button, "power");
+        const label = ViewInspector.text(button, "Quit");
         compare(button.height, 28);
         compare(symbol.mapToItem(button, 0, 0).x, 10);
         compare(label.mapToItem(button, 0, 0).x, 10 + symbol.width + 5);
@@ -39,14 +39,14 @@ ViewTest {
 
     function test_colours() {
         const button = createTemporaryObject(component, root);
-        const symbol = Look.symbol(button, "power");
-        compare(Look.style(Look.text(button, "Quit")), "12 500 system #8f8f8f");
+        const symbol = ViewInspector.symbol(button, "power");
+        compare(ViewInspector.style(ViewInspector.text(button, "Quit")), "12 500 system #8f8f8f");
         compare(symbol.color, Theme.textMuted);
-        verify(!Look.first(button, "RoundedRect"));
+        verify(!ViewInspector.first(button, "RoundedRect"));
         point(button);
-        compare(Look.style(Look.text(button, "Quit")), "12 500 system #ededed");
+        compare(ViewInspector.style(ViewInspector.text(button, "Quit")), "12 500 system #ededed");
         compare(symbol.color, Theme.textStrong);
-        const ground = Look.first(button, "RoundedRect");
+        const ground = ViewInspector.first(button, "RoundedRect");
         compare(ground.color, Theme.cardHover);
         compare(ground.radius, 8);
         compare(frame(ground, button), frame(button, button));
@@ -58,6 +58,6 @@ ViewTest {
         clicks.clear();
         mouseClick(button);
         compare(clicks.count, 1);
-        compare(Look.spoken(button), "Button: Quit");
+        compare(ViewInspector.roleAndName(button), "Button: Quit");
     }
 }

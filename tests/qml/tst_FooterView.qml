@@ -39,18 +39,18 @@ ViewTest {
         const footer = make();
         compare(footer.height, 44);
         compare(footer.color, Theme.elevated);
-        const line = Look.all(footer, "QQuickRectangle").find(r => r.height === 1);
+        const line = ViewInspector.all(footer, "QQuickRectangle").find(r => r.height === 1);
         compare(frame(line, footer), "0 0 384 1");
         compare(line.color, Theme.border);
-        const age = Look.text(footer, "Updated just now");
+        const age = ViewInspector.text(footer, "Updated just now");
         compare(age.mapToItem(footer, 0, 0).x, 14);
         fuzzyCompare(centre(age, footer).y, 22, 0.5);
-        compare(Look.style(age), "11 400 system #5c5c5c");
-        const button = Look.first(footer, "FooterButton");
+        compare(ViewInspector.style(age), "11 400 system #5c5c5c");
+        const button = ViewInspector.first(footer, "FooterButton");
         compare(button.x + button.width, 384 - 14);
         compare(centre(button, footer).y, 22);
-        compare(Look.texts(footer), ["Updated just now", "Quit"]);
-        compare(Look.symbols(footer), ["power"]);
+        compare(ViewInspector.texts(footer), ["Updated just now", "Quit"]);
+        compare(ViewInspector.symbols(footer), ["power"]);
     }
 
     function test_age_data() {
@@ -69,25 +69,25 @@ ViewTest {
         const footer = make({
             lastUpdated: secondsAgo(data.seconds)
         });
-        compare(Look.texts(footer), [data.text, "Quit"]);
+        compare(ViewInspector.texts(footer), [data.text, "Quit"]);
     }
 
     function test_before_the_first_scan_there_is_only_quit() {
         const footer = make({
             lastUpdated: new Date(NaN)
         });
-        compare(Look.texts(footer), ["Quit"]);
+        compare(ViewInspector.texts(footer), ["Quit"]);
     }
 
     function test_looks_again_at_a_tick() {
         const footer = make({
             lastUpdated: secondsAgo(1.5)
         });
-        compare(Look.texts(footer)[0], "Updated just now");
+        compare(ViewInspector.texts(footer)[0], "Updated just now");
         wait(1600);
-        compare(Look.texts(footer)[0], "Updated just now");
+        compare(ViewInspector.texts(footer)[0], "Updated just now");
         footer.tick += 1;
-        verify(/^Updated \ds ago$/.test(Look.texts(footer)[0]));
+        verify(/^Updated \ds ago$/.test(ViewInspector.texts(footer)[0]));
     }
 
     function test_never_overlaps() {
@@ -95,15 +95,15 @@ ViewTest {
             width: 120,
             lastUpdated: secondsAgo(1e9)
         });
-        const button = Look.first(footer, "FooterButton");
-        const age = Look.all(footer, "PlainLabel")[0];
+        const button = ViewInspector.first(footer, "FooterButton");
+        const age = ViewInspector.all(footer, "PlainLabel")[0];
         compare(age.x + age.width, button.x - 8);
     }
 
     function test_quits() {
         const footer = make();
-        mouseClick(Look.named(footer, "Quit"));
+        mouseClick(ViewInspector.named(footer, "Quit"));
         compare(quits.count, 1);
-        compare(Look.spoken(Look.text(footer, "Updated just now")), "StaticText: Updated just now");
+        compare(ViewInspector.roleAndName(ViewInspector.text(footer, "Updated just now")), "StaticText: Updated just now");
     }
 }

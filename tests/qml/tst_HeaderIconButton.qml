@@ -33,7 +33,7 @@ ViewTest {
     function test_geometry() {
         const button = make();
         compare(frame(button, root), "0 0 28 28");
-        const symbol = Look.symbol(button, "arrow.clockwise");
+        const symbol = ViewInspector.symbol(button, "arrow.clockwise");
         compare(centre(symbol, button), Qt.point(14, 14));
         compare(symbol.size, 12.5);
         compare(symbol.weight, Font.DemiBold);
@@ -41,11 +41,11 @@ ViewTest {
 
     function test_ground_shows_while_hovered() {
         const button = make();
-        const symbol = Look.symbol(button, "arrow.clockwise");
-        verify(!Look.first(button, "RoundedRect"));
+        const symbol = ViewInspector.symbol(button, "arrow.clockwise");
+        verify(!ViewInspector.first(button, "RoundedRect"));
         compare(symbol.color, Theme.textMuted);
         point(button);
-        const ground = Look.first(button, "RoundedRect");
+        const ground = ViewInspector.first(button, "RoundedRect");
         compare(frame(ground, button), "0 0 28 28");
         compare(ground.radius, 7);
         compare(ground.color, Theme.cardHover);
@@ -55,14 +55,14 @@ ViewTest {
     function test_shows_where_the_keyboard_is() {
         const button = make();
         button.forceActiveFocus();
-        compare(Look.first(button, "FocusRing").borderColor, Qt.alpha(Theme.accent, 0.7));
+        compare(ViewInspector.first(button, "FocusRing").borderColor, Qt.alpha(Theme.accent, 0.7));
     }
 
     function test_calls_and_names_itself() {
         const button = make();
         mouseClick(button);
         compare(clicks.count, 1);
-        compare(button.hint, "Refresh");
-        compare(Look.spoken(button), "Button: Refresh");
+        compare(button.toolTip, "Refresh");
+        compare(ViewInspector.roleAndName(button), "Button: Refresh");
     }
 }

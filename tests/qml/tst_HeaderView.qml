@@ -45,49 +45,49 @@ ViewTest {
         const [header] = make();
         compare(header.height, 52);
         compare(header.color, Theme.elevated);
-        const line = Look.all(header, "QQuickRectangle").find(r => r.height === 1);
+        const line = ViewInspector.all(header, "QQuickRectangle").find(r => r.height === 1);
         compare(frame(line, header), "0 51 384 1");
         compare(line.color, Theme.border);
     }
 
     function test_brand() {
         const [header] = make();
-        const mark = Look.first(header, "BrandMark");
+        const mark = ViewInspector.first(header, "BrandMark");
         compare(frame(mark, header), "14 14 24 24");
         compare(mark.radius, 7);
         compare(mark.color, Theme.textStrong);
-        const figure = Look.first(mark, "PortolanShape");
+        const figure = ViewInspector.first(mark, "PortolanShape");
         compare(frame(figure, mark), "5 5 14 14");
         compare(figure.color, Theme.canvas);
-        const title = Look.text(header, "Portolan");
-        compare(Look.style(title), "15 600 system #ededed -0.2");
+        const title = ViewInspector.text(header, "Portolan");
+        compare(ViewInspector.style(title), "15 600 system #ededed -0.2");
         compare(title.mapToItem(header, 0, 0).x, 14 + 24 + 8);
         fuzzyCompare(centre(title, header).y, 26, 0.5);
-        compare(Look.spoken(title), "StaticText: Portolan");
+        compare(ViewInspector.roleAndName(title), "StaticText: Portolan");
     }
 
     function test_leading_inset() {
         const [header] = make([], {
             leadingInset: 70
         });
-        compare(Look.first(header, "BrandMark").x, 84);
+        compare(ViewInspector.first(header, "BrandMark").x, 84);
     }
 
     function test_controls_stand_in_order() {
         const [header] = make([], {
             canDetach: true
         });
-        const refresh = Look.named(header, "Refresh");
-        const detach = Look.named(header, "Open in window");
-        const settings = Look.named(header, "Settings");
-        const badge = Look.first(header, "CountBadge");
+        const refresh = ViewInspector.named(header, "Refresh");
+        const detach = ViewInspector.named(header, "Open in window");
+        const settings = ViewInspector.named(header, "Settings");
+        const badge = ViewInspector.first(header, "CountBadge");
         compare(frame(refresh, header), "342 12 28 28");
         compare(frame(detach, header), "306 12 28 28");
         compare(frame(settings, header), "270 12 28 28");
         compare(badge.mapToItem(header, badge.width, 0).x, 262);
         compare(centre(badge, header).y, 26);
-        compare(Look.symbols(header), ["slider.horizontal.3", "macwindow", "arrow.clockwise"]);
-        const symbol = Look.symbol(settings, "slider.horizontal.3");
+        compare(ViewInspector.symbols(header), ["slider.horizontal.3", "macwindow", "arrow.clockwise"]);
+        const symbol = ViewInspector.symbol(settings, "slider.horizontal.3");
         compare(symbol.size, 12.5);
         compare(symbol.weight, Font.DemiBold);
         compare(symbol.color, Theme.textMuted);
@@ -95,8 +95,8 @@ ViewTest {
 
     function test_without_detach() {
         const [header] = make();
-        compare(Look.symbols(header), ["slider.horizontal.3", "arrow.clockwise"]);
-        compare(frame(Look.named(header, "Settings"), header), "306 12 28 28");
+        compare(ViewInspector.symbols(header), ["slider.horizontal.3", "arrow.clockwise"]);
+        compare(frame(ViewInspector.named(header, "Settings"), header), "306 12 28 28");
     }
 
     function test_badge_data() {
@@ -109,10 +109,10 @@ ViewTest {
 
     function test_badge(data) {
         const [header] = make(data.services);
-        const badge = Look.first(header, "CountBadge");
-        const text = Look.text(badge, data.text);
-        const dot = Look.first(badge, "Dot");
-        compare(Look.style(text), "12 500 system #c7c7c7");
+        const badge = ViewInspector.first(header, "CountBadge");
+        const text = ViewInspector.text(badge, data.text);
+        const dot = ViewInspector.first(badge, "Dot");
+        compare(ViewInspector.style(text), "12 500 system #c7c7c7");
         compare(dot.color, data.color);
         compare(dot.radius, 3);
         compare(frame(dot, badge), "9 " + (badge.height / 2 - 3) + " 6 6");
@@ -123,40 +123,40 @@ ViewTest {
         compare(badge.radius, badge.height / 2);
         compare(badge.color, Theme.card);
         compare(badge.borderColor, Theme.border);
-        compare(Look.spoken(badge), "StaticText: " + data.text);
+        compare(ViewInspector.roleAndName(badge), "StaticText: " + data.text);
     }
 
     function test_detaches() {
         const [header] = make([], {
             canDetach: true
         });
-        mouseClick(Look.named(header, "Open in window"));
+        mouseClick(ViewInspector.named(header, "Open in window"));
         compare(detaches.count, 1);
     }
 
     function test_refresh_turns_while_scanning() {
         const [header, bench] = make();
-        verify(!Look.first(header, "Spinner"));
-        mouseClick(Look.named(header, "Refresh"));
+        verify(!ViewInspector.first(header, "Spinner"));
+        mouseClick(ViewInspector.named(header, "Refresh"));
         verify(bench.store.isScanning);
-        const spinner = Look.first(header, "Spinner");
+        const spinner = ViewInspector.first(header, "Spinner");
         fuzzyCompare(spinner.width, 16 * 0.7, 0.01);
         fuzzyCompare(centre(spinner, header).x, 356, 0.5);
         fuzzyCompare(centre(spinner, header).y, 26, 0.5);
-        compare(Look.symbols(header), ["slider.horizontal.3"]);
+        compare(ViewInspector.symbols(header), ["slider.horizontal.3"]);
         bench.finishScan([]);
-        verify(!Look.first(header, "Spinner"));
-        compare(Look.symbols(header), ["slider.horizontal.3", "arrow.clockwise"]);
+        verify(!ViewInspector.first(header, "Spinner"));
+        compare(ViewInspector.symbols(header), ["slider.horizontal.3", "arrow.clockwise"]);
     }
 
     function test_refresh_keeps_the_focus_over_a_scan() {
         const [header, bench] = make();
-        const refresh = Look.named(header, "Refresh");
+        const refresh = ViewInspector.named(header, "Refresh");
         refresh.forceActiveFocus();
         keyClick(Qt.Key_Return);
         verify(bench.store.isScanning);
         verify(refresh.activeFocus);
-        verify(Look.first(header, "FocusRing"));
+        verify(ViewInspector.first(header, "FocusRing"));
         bench.finishScan([]);
         verify(refresh.activeFocus);
     }

@@ -18,21 +18,21 @@ ViewTest {
 
     function test_geometry() {
         const view = createTemporaryObject(component, root);
-        const spinner = Look.first(view, "Spinner");
-        const text = Look.text(view, "Scanning ports\u2026");
-        compare(Look.texts(view), ["Scanning ports\u2026"]);
-        compare(Look.style(text), "12 400 system #8f8f8f");
+        const spinner = ViewInspector.first(view, "Spinner");
+        const text = ViewInspector.text(view, "Scanning ports\u2026");
+        compare(ViewInspector.texts(view), ["Scanning ports\u2026"]);
+        compare(ViewInspector.style(text), "12 400 system #8f8f8f");
         compare(spinner.mapToItem(view, 0, 0).y, 44);
         compare(text.mapToItem(view, 0, 0).y, 44 + spinner.height + 10);
         compare(view.height, 44 + spinner.height + 10 + text.height + 44);
         compare(centre(spinner, view).x, 192);
         fuzzyCompare(centre(text, view).x, 192, 0.5);
-        compare(Look.spoken(text), "StaticText: Scanning ports\u2026");
+        compare(ViewInspector.roleAndName(text), "StaticText: Scanning ports\u2026");
     }
 
     function test_turns_only_while_shown() {
         const view = createTemporaryObject(component, root);
-        const spinner = Look.first(view, "Spinner");
+        const spinner = ViewInspector.first(view, "Spinner");
         const start = spinner.step;
         tryVerify(() => spinner.step >= start + 3);
         view.visible = false;

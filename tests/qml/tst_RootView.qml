@@ -60,14 +60,14 @@ ViewTest {
     }
 
     function part(view, type) {
-        return Look.first(view, type);
+        return ViewInspector.first(view, type);
     }
 
     function test_popover() {
         const view = make();
         compare(view.implicitWidth, 384);
         bench.find(Samples.ordinary(5));
-        tryVerify(() => Look.all(view, "ServiceRowView").length === 5);
+        tryVerify(() => ViewInspector.all(view, "ServiceRowView").length === 5);
         compare(frame(part(view, "HeaderView"), view), "0 0 384 52");
         compare(frame(part(view, "SearchField"), view), "0 52 384 54");
         const content = part(view, "ContentArea");
@@ -75,23 +75,23 @@ ViewTest {
         const footer = part(view, "FooterView");
         compare(footer.y, content.y + content.height);
         compare(footer.y + footer.height, view.height);
-        compare(Look.all(view, "QQuickRectangle").find(r => r.width === view.width && r.height === view.height).color, Theme.canvas);
-        verify(Look.named(view, "Open in window"));
+        compare(ViewInspector.all(view, "QQuickRectangle").find(r => r.width === view.width && r.height === view.height).color, Theme.canvas);
+        verify(ViewInspector.named(view, "Open in window"));
     }
 
     function test_window() {
         const view = make(RootView.Window);
         compare(view.implicitWidth, 480);
-        const strip = Look.all(view, "QQuickRectangle").find(r => r.height === 28);
+        const strip = ViewInspector.all(view, "QQuickRectangle").find(r => r.height === 28);
         compare(frame(strip, view), "0 0 480 28");
         compare(strip.color, Theme.elevated);
         compare(part(view, "HeaderView").y, 28);
-        verify(!Look.named(view, "Open in window"));
+        verify(!ViewInspector.named(view, "Open in window"));
     }
 
     function test_detach() {
         const view = make();
-        mouseClick(Look.named(view, "Open in window"));
+        mouseClick(ViewInspector.named(view, "Open in window"));
         compare(detaches.count, 1);
     }
 
@@ -101,7 +101,7 @@ ViewTest {
         tryVerify(() => part(view, "LoadingView"));
         verify(!part(view, "EmptyStateView"));
         bench.finishScan(Samples.ordinary(1));
-        tryVerify(() => Look.all(view, "ServiceRowView").length === 1);
+        tryVerify(() => ViewInspector.all(view, "ServiceRowView").length === 1);
         verify(!part(view, "LoadingView"));
     }
 
@@ -109,21 +109,21 @@ ViewTest {
         const view = make();
         bench.find(Samples.ordinary(2));
         bench.store.refreshNow();
-        tryVerify(() => Look.all(view, "ServiceRowView").length === 2);
+        tryVerify(() => ViewInspector.all(view, "ServiceRowView").length === 2);
         verify(!part(view, "LoadingView"));
         bench.finishScan(Samples.ordinary(2));
     }
 
     function test_empty_states() {
         const view = make();
-        verify(Look.text(view, "Nothing running"));
+        verify(ViewInspector.text(view, "Nothing running"));
         bench.store.searchText = " ";
-        tryVerify(() => Look.text(view, "No matches"));
+        tryVerify(() => ViewInspector.text(view, "No matches"));
         bench.store.searchText = "";
         bench.find(Samples.ordinary(5));
         bench.store.searchText = "elsewhere";
-        tryVerify(() => Look.text(view, "No matches"));
-        compare(Look.all(view, "ServiceRowView").length, 0);
+        tryVerify(() => ViewInspector.text(view, "No matches"));
+        compare(ViewInspector.all(view, "ServiceRowView").length, 0);
     }
 
     function test_search_is_bound_both_ways() {
@@ -133,7 +133,7 @@ ViewTest {
         for (const key of "dash")
             keyClick(key);
         compare(bench.store.searchText, "dash");
-        tryVerify(() => Look.texts(part(view, "SectionLabel"))[1] === "1");
+        tryVerify(() => ViewInspector.texts(part(view, "SectionLabel"))[1] === "1");
         bench.store.searchText = "x";
         compare(part(view, "SearchField").text, "x");
         keyClick("y");
@@ -145,8 +145,8 @@ ViewTest {
     function test_search_is_reached_from_everywhere() {
         const view = make();
         bench.find(Samples.ordinary(2));
-        tryVerify(() => Look.first(view, "ServiceRowView"));
-        for (const place of [Look.named(view, "Quit"), Look.first(view, "ServiceRowView"), Look.named(view, "Refresh")]) {
+        tryVerify(() => ViewInspector.first(view, "ServiceRowView"));
+        for (const place of [ViewInspector.named(view, "Quit"), ViewInspector.first(view, "ServiceRowView"), ViewInspector.named(view, "Refresh")]) {
             place.forceActiveFocus();
             keyClick(Qt.Key_K, Qt.MetaModifier);
             verify(part(view, "SearchField").focused);
@@ -155,29 +155,29 @@ ViewTest {
 
     function test_search_is_reached_from_a_menu() {
         const view = make();
-        mouseClick(Look.named(view, "Settings"));
-        verify(Look.first(root.Window.contentItem, "PopupMenu"));
+        mouseClick(ViewInspector.named(view, "Settings"));
+        verify(ViewInspector.first(root.Window.contentItem, "PopupMenu"));
         keyClick(Qt.Key_K, Qt.ControlModifier);
-        verify(!Look.first(root.Window.contentItem, "PopupMenu"));
+        verify(!ViewInspector.first(root.Window.contentItem, "PopupMenu"));
         verify(part(view, "SearchField").focused);
     }
 
     function test_focus_survives_refreshes() {
         const view = make();
         bench.find(Samples.ordinary(3));
-        tryVerify(() => Look.all(view, "ServiceRowView").length === 3);
+        tryVerify(() => ViewInspector.all(view, "ServiceRowView").length === 3);
         for (const name of ["Refresh", "Settings", "Quit"]) {
-            const control = Look.named(view, name);
+            const control = ViewInspector.named(view, name);
             control.forceActiveFocus();
             bench.find(Samples.ordinary(4));
             bench.find(Samples.ordinary(3));
             verify(control.activeFocus);
         }
-        mouseClick(Look.named(view, "Settings"));
+        mouseClick(ViewInspector.named(view, "Settings"));
         keyClick(Qt.Key_Down);
-        const menu = Look.first(root.Window.contentItem, "PopupMenu");
+        const menu = ViewInspector.first(root.Window.contentItem, "PopupMenu");
         bench.find(Samples.ordinary(4));
-        verify(Look.isShown(menu));
+        verify(ViewInspector.isShown(menu));
         compare(menu.current.text, "Port");
     }
 
@@ -199,26 +199,26 @@ ViewTest {
     function test_stopping() {
         const view = make();
         bench.find(Samples.ordinary(2));
-        tryVerify(() => Look.all(view, "ServiceRowView").length === 2);
-        const row = Look.all(view, "ServiceRowView")[0];
+        tryVerify(() => ViewInspector.all(view, "ServiceRowView").length === 2);
+        const row = ViewInspector.all(view, "ServiceRowView")[0];
         const scans = bench.scans;
         point(row);
-        tryVerify(() => Look.named(row, "Stop"));
+        tryVerify(() => ViewInspector.named(row, "Stop"));
         const start = Date.now();
-        mouseClick(Look.named(row, "Stop"));
+        mouseClick(ViewInspector.named(row, "Stop"));
         compare(actions.calls, ["stop 49000-3000"]);
         compare(bench.store.services.length, 1);
         tryVerify(() => bench.scans === scans + 1);
         verify(Date.now() - start >= 1390);
         bench.finishScan(Samples.ordinary(2));
-        tryVerify(() => Look.all(view, "ServiceRowView").length === 2);
+        tryVerify(() => ViewInspector.all(view, "ServiceRowView").length === 2);
     }
 
     function test_pinning() {
         const view = make();
         bench.find(Samples.ordinary(3));
-        tryVerify(() => Look.all(view, "ServiceRowView").length === 3);
-        const row = Look.all(view, "ServiceRowView").find(r => r.service.displayName === "dashboard");
+        tryVerify(() => ViewInspector.all(view, "ServiceRowView").length === 3);
+        const row = ViewInspector.all(view, "ServiceRowView").find(r => r.service.displayName === "dashboard");
         row.togglePin();
         verify(bench.store.visible[0].displayName === "dashboard");
         tryVerify(() => row.isPinned && row.y === 0);
@@ -227,18 +227,18 @@ ViewTest {
     function test_tab_goes_through_everything() {
         const view = make();
         bench.find(Samples.ordinary(3));
-        tryVerify(() => Look.all(view, "ServiceRowView").length === 3);
+        tryVerify(() => ViewInspector.all(view, "ServiceRowView").length === 3);
         keyClick(Qt.Key_K, Qt.ControlModifier);
         const order = [];
         for (let i = 0; i < 11; ++i) {
             keyClick(Qt.Key_Tab);
-            order.push(Look.spoken(root.Window.activeFocusItem).split(": ")[1].split(",")[0]);
+            order.push(ViewInspector.roleAndName(root.Window.activeFocusItem).split(": ")[1].split(",")[0]);
         }
         compare(order, ["\u2068storefront\u2069", "Open", "Copy URL", "Stop", "More", "Quit", "Settings", "Open in window", "Refresh", "Search by name", "\u2068storefront\u2069"]);
         const back = [];
         for (let i = 0; i < 10; ++i) {
             keyClick(Qt.Key_Backtab);
-            back.push(Look.spoken(root.Window.activeFocusItem).split(": ")[1].split(",")[0]);
+            back.push(ViewInspector.roleAndName(root.Window.activeFocusItem).split(": ")[1].split(",")[0]);
         }
         compare(back, order.slice(0, -1).reverse());
     }

@@ -35,10 +35,10 @@ ViewTest {
     function test_geometry() {
         const button = make();
         compare(frame(button, root), "40 40 26 26");
-        const ground = Look.first(button, "RoundedRect");
+        const ground = ViewInspector.first(button, "RoundedRect");
         compare(frame(ground, button), "0 0 26 26");
         compare(ground.radius, 7);
-        const symbol = Look.symbol(button, "doc.on.doc");
+        const symbol = ViewInspector.symbol(button, "doc.on.doc");
         compare(centre(symbol, button), Qt.point(13, 13));
         compare(symbol.size, 11.5);
         compare(symbol.weight, Font.DemiBold);
@@ -46,8 +46,8 @@ ViewTest {
 
     function test_colours() {
         const button = make();
-        const ground = Look.first(button, "RoundedRect");
-        const symbol = Look.symbol(button, "doc.on.doc");
+        const ground = ViewInspector.first(button, "RoundedRect");
+        const symbol = ViewInspector.symbol(button, "doc.on.doc");
         compare(ground.color, Qt.rgba(1, 1, 1, 0.04));
         compare(symbol.color, Theme.textMuted);
         point(button);
@@ -63,7 +63,7 @@ ViewTest {
         const button = make({
             tint: Theme.offline
         });
-        const symbol = Look.symbol(button, "doc.on.doc");
+        const symbol = ViewInspector.symbol(button, "doc.on.doc");
         compare(symbol.color, Theme.offline);
         point(button);
         compare(symbol.color, Theme.offline);
@@ -90,7 +90,7 @@ ViewTest {
         const button = make();
         button.forceActiveFocus();
         for (const key of [Qt.Key_Space, Qt.Key_Return, Qt.Key_Enter])
-            Hands.hold(button, key);
+            Keyboard.holdKey(button, key);
         compare(clicks.count, 3);
     }
 
@@ -101,15 +101,15 @@ ViewTest {
     }
 
     function test_says_what_it_is() {
-        compare(Look.spoken(make()), "Button: Copy URL");
+        compare(ViewInspector.roleAndName(make()), "Button: Copy URL");
     }
 
     function test_shows_its_help_after_a_while() {
         const button = make();
         point(button);
-        verify(!Look.text(root.Window.contentItem, "Copy URL"));
-        tryVerify(() => Look.text(root.Window.contentItem, "Copy URL"));
+        verify(!ViewInspector.text(root.Window.contentItem, "Copy URL"));
+        tryVerify(() => ViewInspector.text(root.Window.contentItem, "Copy URL"));
         leave();
-        tryVerify(() => !Look.text(root.Window.contentItem, "Copy URL"));
+        tryVerify(() => !ViewInspector.text(root.Window.contentItem, "Copy URL"));
     }
 }

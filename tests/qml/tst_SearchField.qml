@@ -22,38 +22,38 @@ ViewTest {
     function test_geometry() {
         const view = createTemporaryObject(component, root);
         compare(view.height, 54);
-        const field = Look.first(view, "RoundedRect");
+        const field = ViewInspector.first(view, "RoundedRect");
         compare(frame(field, view), "14 10 356 34");
         compare(field.radius, 9);
         compare(field.color, Theme.card);
-        const symbol = Look.symbol(view, "magnifyingglass");
+        const symbol = ViewInspector.symbol(view, "magnifyingglass");
         compare(symbol.mapToItem(field, 0, 0).x, 11);
         compare(centre(symbol, field).y, 17);
         compare(symbol.size, 12);
         compare(symbol.weight, Font.Medium);
-        const input = Look.first(view, "SearchInput");
+        const input = ViewInspector.first(view, "SearchInput");
         compare(input.mapToItem(field, 0, 0).x, 11 + symbol.width + 8);
         fuzzyCompare(centre(input, field).y, 17, 0.5);
-        compare(Look.style(input), "13 400 system #ededed");
-        compare(Look.texts(view), [root.placeholder, root.hint]);
+        compare(ViewInspector.style(input), "13 400 system #ededed");
+        compare(ViewInspector.texts(view), [root.placeholder, root.hint]);
     }
 
     function test_key_hint() {
         const view = createTemporaryObject(component, root);
-        const hint = Look.first(view, "KeyHint");
-        const text = Look.text(view, root.hint);
+        const hint = ViewInspector.first(view, "KeyHint");
+        const text = ViewInspector.text(view, root.hint);
         compare(hint.mapToItem(view, 0, 0).x + hint.width, 384 - 14 - 11);
         compare(hint.radius, 4);
         compare(hint.borderColor, Theme.border);
-        compare(Look.style(text), "10 500 system #5c5c5c");
+        compare(ViewInspector.style(text), "10 500 system #5c5c5c");
         compare(hint.width, text.width + 10);
         compare(hint.height, text.height + 4);
     }
 
     function test_focus_colours() {
         const view = createTemporaryObject(component, root);
-        const field = Look.first(view, "RoundedRect");
-        const symbol = Look.symbol(view, "magnifyingglass");
+        const field = ViewInspector.first(view, "RoundedRect");
+        const symbol = ViewInspector.symbol(view, "magnifyingglass");
         verify(!view.focused);
         compare(field.borderColor, Theme.border);
         compare(symbol.color, Theme.textMuted);
@@ -100,16 +100,16 @@ ViewTest {
         const view = createTemporaryObject(component, root, {
             text: "x"
         });
-        compare(Look.texts(view), ["x"]);
-        compare(Look.symbols(view), ["magnifyingglass", "xmark.circle.fill"]);
-        const symbol = Look.symbol(view, "xmark.circle.fill");
+        compare(ViewInspector.texts(view), ["x"]);
+        compare(ViewInspector.symbols(view), ["magnifyingglass", "xmark.circle.fill"]);
+        const symbol = ViewInspector.symbol(view, "xmark.circle.fill");
         compare(symbol.size, 12);
         compare(symbol.color, Theme.textFaint);
-        const clear = Look.named(view, "Clear");
+        const clear = ViewInspector.named(view, "Clear");
         compare(clear.mapToItem(view, 0, 0).x + clear.width, 384 - 14 - 11);
         mouseClick(clear);
         compare(view.text, "");
-        compare(Look.texts(view), [root.placeholder, root.hint]);
+        compare(ViewInspector.texts(view), [root.placeholder, root.hint]);
     }
 
     function test_focus_stays_when_cleared_by_key() {
@@ -127,13 +127,13 @@ ViewTest {
         const view = createTemporaryObject(component, root, {
             text: "W".repeat(500)
         });
-        const input = Look.first(view, "SearchInput");
+        const input = ViewInspector.first(view, "SearchInput");
         verify(input.clip);
-        compare(input.x + input.width, Look.named(view, "Clear").x - 8);
+        compare(input.x + input.width, ViewInspector.named(view, "Clear").x - 8);
     }
 
     function test_says_what_it_is() {
         const view = createTemporaryObject(component, root);
-        compare(Look.spoken(Look.first(view, "SearchInput")), "EditableText: " + root.placeholder);
+        compare(ViewInspector.roleAndName(ViewInspector.first(view, "SearchInput")), "EditableText: " + root.placeholder);
     }
 }

@@ -62,11 +62,11 @@ ViewTest {
     }
 
     function view(list) {
-        return Look.first(list, "ServiceRows");
+        return ViewInspector.first(list, "ServiceRows");
     }
 
     function rows(list) {
-        return Look.all(list, "ServiceRowView").filter(row => row.enabled).sort((a, b) => a.y - b.y);
+        return ViewInspector.all(list, "ServiceRowView").filter(row => row.enabled).sort((a, b) => a.y - b.y);
     }
 
     function seen(list) {
@@ -90,13 +90,13 @@ ViewTest {
 
     function test_label() {
         const list = make(Samples.ordinary(3));
-        const label = Look.first(list, "SectionLabel");
+        const label = ViewInspector.first(list, "SectionLabel");
         compare(label.y, 2);
-        compare(Look.texts(label), ["SERVICES", "3"]);
-        const title = Look.text(label, "SERVICES");
-        const count = Look.text(label, "3");
-        compare(Look.style(title), "10 600 system #5c5c5c 0.8");
-        compare(Look.style(count), "10 600 system #5c5c5c");
+        compare(ViewInspector.texts(label), ["SERVICES", "3"]);
+        const title = ViewInspector.text(label, "SERVICES");
+        const count = ViewInspector.text(label, "3");
+        compare(ViewInspector.style(title), "10 600 system #5c5c5c 0.8");
+        compare(ViewInspector.style(count), "10 600 system #5c5c5c");
         compare(title.x, 16);
         compare(count.x + count.width, 384 - 16);
         compare(label.height, title.height + 8);
@@ -114,7 +114,7 @@ ViewTest {
             compare(row.height, row.implicitHeight);
         }
         compare(view(list).bottomMargin, 12);
-        compare(Look.spoken(view(list)), "List: Services");
+        compare(ViewInspector.roleAndName(view(list)), "List: Services");
     }
 
     function test_height_data() {
@@ -153,12 +153,12 @@ ViewTest {
     function test_an_open_menu_survives_a_refresh_that_moves_its_row() {
         const list = make(services(10, 20, 30));
         mouseClick(row(list, "s20"), 100, 20, Qt.RightButton);
-        const menu = Look.first(root.Window.contentItem, "PopupMenu");
+        const menu = ViewInspector.first(root.Window.contentItem, "PopupMenu");
         verify(menu);
         bench.find(services(1, 2, 3, 10, 20, 30));
         settled(list);
-        compare(Look.first(root.Window.contentItem, "PopupMenu"), menu);
-        const entry = Look.text(menu, "Copy Port");
+        compare(ViewInspector.first(root.Window.contentItem, "PopupMenu"), menu);
+        const entry = ViewInspector.text(menu, "Copy Port");
         mouseClick(entry);
         compare(actions.calls, ["copyPort 20-20"]);
     }
@@ -189,7 +189,7 @@ ViewTest {
         mouseClick(leaving, 100, 20);
         mouseClick(leaving, 100, 20, Qt.RightButton);
         compare(actions.calls.filter(call => call.endsWith("10-10")), []);
-        verify(!Look.first(root.Window.contentItem, "ServiceMenu"));
+        verify(!ViewInspector.first(root.Window.contentItem, "ServiceMenu"));
         settled(list);
         compare(names(list), ["s20"]);
     }
@@ -197,9 +197,9 @@ ViewTest {
     function test_a_leaving_row_takes_its_menu_along() {
         const list = make(services(10, 20));
         mouseClick(row(list, "s10"), 100, 20, Qt.RightButton);
-        verify(Look.first(root.Window.contentItem, "ServiceMenu"));
+        verify(ViewInspector.first(root.Window.contentItem, "ServiceMenu"));
         bench.find(services(20));
-        tryVerify(() => !Look.first(root.Window.contentItem, "ServiceMenu"));
+        tryVerify(() => !ViewInspector.first(root.Window.contentItem, "ServiceMenu"));
     }
 
     function test_many_changes_leave_every_row_whole() {

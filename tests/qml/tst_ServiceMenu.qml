@@ -88,14 +88,14 @@ MenuTest {
         keyClick(Qt.Key_Escape);
         tryVerify(closed);
         point(row);
-        tryVerify(() => Look.named(row, "More"));
-        mouseClick(Look.named(row, "More"));
+        tryVerify(() => ViewInspector.named(row, "More"));
+        mouseClick(ViewInspector.named(row, "More"));
         compare(outline(), outlined);
     }
 
     function test_opens_where_the_pointer_is() {
         open({});
-        const panel = Look.first(menu(), "RoundedRect");
+        const panel = ViewInspector.first(menu(), "RoundedRect");
         compare(Qt.point(panel.x, panel.y), Qt.point(100, 30));
     }
 
@@ -125,24 +125,24 @@ MenuTest {
         keyClick(Qt.Key_Escape);
         tryVerify(closed);
         row.forceActiveFocus();
-        tryVerify(() => Look.named(row, "More"));
-        Look.named(row, "More").forceActiveFocus();
+        tryVerify(() => ViewInspector.named(row, "More"));
+        ViewInspector.named(row, "More").forceActiveFocus();
         keyClick(Qt.Key_Return);
         compare(menu().current.text, "Open in Browser");
         keyClick(Qt.Key_Escape);
         tryVerify(closed);
-        mouseClick(Look.named(row, "More"));
+        mouseClick(ViewInspector.named(row, "More"));
         verify(menu() && !menu().current, "a click chooses nothing");
     }
 
     function test_looks() {
         open({ folder: "/tmp/x" });
-        compare(Look.style(Look.text(menu(), "Copy URL")), "12.5 400 system #ededed");
-        compare(Look.style(Look.text(menu(), "Stop Server")), "12.5 400 system #f43f5e");
-        const panel = Look.first(menu(), "RoundedRect");
+        compare(ViewInspector.style(ViewInspector.text(menu(), "Copy URL")), "12.5 400 system #ededed");
+        compare(ViewInspector.style(ViewInspector.text(menu(), "Stop Server")), "12.5 400 system #f43f5e");
+        const panel = ViewInspector.first(menu(), "RoundedRect");
         compare(panel.borderColor, Theme.borderStrong);
         compare(panel.color.a, 1);
-        for (const one of Look.all(menu(), "MenuEntry"))
+        for (const one of ViewInspector.all(menu(), "MenuEntry"))
             verify(one.mapToItem(panel, one.width, 0).x <= panel.width);
     }
 

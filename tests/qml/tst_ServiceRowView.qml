@@ -55,7 +55,7 @@ ViewTest {
     }
 
     function card(row) {
-        return Look.first(row, "RoundedRect");
+        return ViewInspector.first(row, "RoundedRect");
     }
 
     function test_card() {
@@ -64,19 +64,19 @@ ViewTest {
         compare(card(row).radius, 10);
         compare(card(row).color, Theme.card);
         compare(card(row).borderColor, Theme.border);
-        const details = Look.first(row, "ServiceDetails");
+        const details = ViewInspector.first(row, "ServiceDetails");
         compare(details.mapToItem(row, 0, 0).y, 10);
         compare(row.height, details.height + 20);
     }
 
     function test_tile() {
         const [row] = make();
-        const tile = Look.first(row, "ServiceTile");
+        const tile = ViewInspector.first(row, "ServiceTile");
         compare(frame(tile, row), "12 " + Math.round((row.height - 38) / 2) + " 38 38");
         compare(tile.radius, 9);
         compare(tile.color, Theme.card);
         compare(tile.borderColor, Theme.border);
-        const symbol = Look.symbol(tile, "bolt.fill");
+        const symbol = ViewInspector.symbol(tile, "bolt.fill");
         compare(centre(symbol, tile), Qt.point(19, 19));
         compare(symbol.size, 15);
         compare(symbol.weight, Font.DemiBold);
@@ -85,9 +85,9 @@ ViewTest {
 
     function test_lines() {
         const [row] = make();
-        const details = Look.first(row, "ServiceDetails");
-        compare(Look.texts(details), ["shop", "VITE", "localhost:5173", "\u00b7", "pid 4242", "/srv/shop", "1h 0m", "3%", "87 MB"]);
-        compare(Look.symbols(details), ["folder", "clock", "cpu", "memorychip"]);
+        const details = ViewInspector.first(row, "ServiceDetails");
+        compare(ViewInspector.texts(details), ["shop", "VITE", "localhost:5173", "\u00b7", "pid 4242", "/srv/shop", "1h 0m", "3%", "87 MB"]);
+        compare(ViewInspector.symbols(details), ["folder", "clock", "cpu", "memorychip"]);
         compare(details.mapToItem(row, 0, 0).x, 12 + 38 + 12);
         const lines = shownChildren(details);
         for (let i = 1; i < lines.length; ++i)
@@ -114,7 +114,7 @@ ViewTest {
 
     function test_text_styles(data) {
         const [row] = make();
-        compare(Look.style(Look.text(row, data.tag)), data.style);
+        compare(ViewInspector.style(ViewInspector.text(row, data.tag)), data.style);
     }
 
     function test_gaps() {
@@ -122,40 +122,40 @@ ViewTest {
         const right = item => item.mapToItem(row, item.width, 0).x;
         const left = item => item.mapToItem(row, 0, 0).x;
         const gap = (a, b) => Math.round((left(b) - right(a)) * 100) / 100;
-        const pin = Look.symbol(row, "pin.fill");
+        const pin = ViewInspector.symbol(row, "pin.fill");
         compare(pin.size, 8.5);
         compare(pin.weight, Font.Normal);
         compare(pin.color, Theme.accent);
-        compare(gap(pin, Look.text(row, "shop")), 6);
-        compare(gap(Look.text(row, "shop"), Look.text(row, "VITE")), 6);
-        compare(gap(Look.text(row, "localhost:5173"), Look.text(row, "\u00b7")), 5);
-        compare(gap(Look.text(row, "\u00b7"), Look.text(row, "pid 4242")), 5);
-        const folder = Look.symbol(row, "folder");
+        compare(gap(pin, ViewInspector.text(row, "shop")), 6);
+        compare(gap(ViewInspector.text(row, "shop"), ViewInspector.text(row, "VITE")), 6);
+        compare(gap(ViewInspector.text(row, "localhost:5173"), ViewInspector.text(row, "\u00b7")), 5);
+        compare(gap(ViewInspector.text(row, "\u00b7"), ViewInspector.text(row, "pid 4242")), 5);
+        const folder = ViewInspector.symbol(row, "folder");
         compare(folder.size, 9);
         compare(folder.color, Theme.textFaint);
-        compare(gap(folder, Look.text(row, "/srv/shop")), 4);
+        compare(gap(folder, ViewInspector.text(row, "/srv/shop")), 4);
         for (const [name, text] of [["clock", "1h 0m"], ["cpu", "3%"], ["memorychip", "87 MB"]]) {
-            const symbol = Look.symbol(row, name);
+            const symbol = ViewInspector.symbol(row, name);
             compare(symbol.size, 8.5);
             compare(symbol.color, Theme.textFaint);
-            compare(gap(symbol, Look.text(row, text)), 3);
+            compare(gap(symbol, ViewInspector.text(row, text)), 3);
         }
-        compare(gap(Look.text(row, "1h 0m"), Look.symbol(row, "cpu")), 9);
-        compare(gap(Look.text(row, "3%"), Look.symbol(row, "memorychip")), 9);
-        compare(Look.first(row, "Metric").y, 1);
+        compare(gap(ViewInspector.text(row, "1h 0m"), ViewInspector.symbol(row, "cpu")), 9);
+        compare(gap(ViewInspector.text(row, "3%"), ViewInspector.symbol(row, "memorychip")), 9);
+        compare(ViewInspector.first(row, "Metric").y, 1);
     }
 
     function test_unpinned_has_no_pin() {
         const [row] = make();
-        verify(!Look.symbol(row, "pin.fill"));
-        compare(Look.text(row, "shop").x, 0);
+        verify(!ViewInspector.symbol(row, "pin.fill"));
+        compare(ViewInspector.text(row, "shop").x, 0);
     }
 
     function test_what_is_absent_takes_no_line() {
         const [bare] = make();
         bare.service = Samples.service({ name: "shop", framework: "Vite", port: 5173 });
-        compare(Look.texts(Look.first(bare, "ServiceDetails")), ["shop", "VITE", "localhost:5173", "\u00b7", "pid 4242"]);
-        compare(Look.symbols(Look.first(bare, "ServiceDetails")), []);
+        compare(ViewInspector.texts(ViewInspector.first(bare, "ServiceDetails")), ["shop", "VITE", "localhost:5173", "\u00b7", "pid 4242"]);
+        compare(ViewInspector.symbols(ViewInspector.first(bare, "ServiceDetails")), []);
     }
 
     function test_status_data() {
@@ -169,10 +169,10 @@ ViewTest {
 
     function test_status(data) {
         const [row] = make({ health: data.tag, ms: data.ms ?? 0 });
-        const status = Look.first(row, "StatusIndicator");
-        compare(Look.texts(status), data.texts);
-        const label = Look.text(status, data.texts[0]);
-        const dot = Look.first(status, "Dot");
+        const status = ViewInspector.first(row, "StatusIndicator");
+        compare(ViewInspector.texts(status), data.texts);
+        const label = ViewInspector.text(status, data.texts[0]);
+        const dot = ViewInspector.first(status, "Dot");
         compare(label.color, data.color);
         compare(label.opacity, 0.9);
         compare(dot.color, data.color);
@@ -182,7 +182,7 @@ ViewTest {
         compare(label.mapToItem(row, label.width, 0).x, 480 - 12);
         fuzzyCompare(centre(status, row).y, row.height / 2, 0.5);
         if (data.texts.length === 2) {
-            const time = Look.text(status, data.texts[1]);
+            const time = ViewInspector.text(status, data.texts[1]);
             compare(time.mapToItem(row, time.width, 0).x, 480 - 12);
             compare(time.y, label.parent.height + 3);
         }
@@ -194,30 +194,30 @@ ViewTest {
 
     function test_trailing_column_is_128_wide(data) {
         const [row] = make({}, { width: data.width });
-        const trailing = Look.first(row, "RowTrailing");
+        const trailing = ViewInspector.first(row, "RowTrailing");
         compare(trailing.x, data.width - 12 - 128);
         compare(trailing.width, 128);
     }
 
     function test_lines_end_before_the_status() {
         const [row] = make({ pid: 49000, uptime: 8040, memory: 412 }, { width: 356 });
-        const status = Look.first(row, "StatusIndicator");
-        const details = Look.first(row, "ServiceDetails");
+        const status = ViewInspector.first(row, "StatusIndicator");
+        const details = ViewInspector.first(row, "ServiceDetails");
         const end = details.mapToItem(row, details.width, 0).x;
         compare(end, 356 - 12 - Math.max(76, status.width) - 18);
         verify(end <= status.mapToItem(row, 0, 0).x - 18);
         // In the popover nothing of what is known about an ordinary server is left out.
         for (const text of ["pid 49000", "2h 14m", "3%", "412 MB"])
-            verify(Look.text(details, text), text);
+            verify(ViewInspector.text(details, text), text);
     }
 
     function test_lines_fade_out_under_the_buttons() {
         const [row] = make({}, { width: 356 });
-        verify(!Look.first(row, "RowFade"));
+        verify(!ViewInspector.first(row, "RowFade"));
         point(row);
-        tryVerify(() => Look.first(row, "RowFade")?.opacity === 1);
-        const fade = Look.first(row, "RowFade");
-        const trailing = Look.first(row, "RowTrailing");
+        tryVerify(() => ViewInspector.first(row, "RowFade")?.opacity === 1);
+        const fade = ViewInspector.first(row, "RowFade");
+        const trailing = ViewInspector.first(row, "RowTrailing");
         compare(fade.mapToItem(row, 0, 0).x, trailing.x - 20);
         compare(fade.mapToItem(row, fade.width, 0).x, trailing.x + 128);
         // Solid where the first button begins, and not to be told from the card around it.
@@ -234,43 +234,43 @@ ViewTest {
         point(row);
         verify(row.hovering);
         const start = Date.now();
-        verify(Look.first(row, "StatusIndicator").opacity > 0); // on its way
-        tryVerify(() => !Look.first(row, "StatusIndicator"));
+        verify(ViewInspector.first(row, "StatusIndicator").opacity > 0); // on its way
+        tryVerify(() => !ViewInspector.first(row, "StatusIndicator"));
         verify(Date.now() - start >= 120);
         tryCompare(card(row), "color", Theme.cardHover);
         tryCompare(card(row), "borderColor", Theme.borderStrong);
-        compare(Look.symbols(Look.first(row, "RowTrailing")), ["arrow.up.right", "doc.on.doc", "stop.fill", "ellipsis"]);
+        compare(ViewInspector.symbols(ViewInspector.first(row, "RowTrailing")), ["arrow.up.right", "doc.on.doc", "stop.fill", "ellipsis"]);
         leave();
         verify(!row.hovering);
-        tryVerify(() => Look.first(row, "StatusIndicator") && Look.symbols(Look.first(row, "RowTrailing")).length === 0);
+        tryVerify(() => ViewInspector.first(row, "StatusIndicator") && ViewInspector.symbols(ViewInspector.first(row, "RowTrailing")).length === 0);
         tryCompare(card(row), "color", Theme.card);
     }
 
     function test_buttons() {
         const [row] = make();
         point(row);
-        tryVerify(() => Look.first(row, "RowActions"));
-        const actions = Look.first(row, "RowActions");
+        tryVerify(() => ViewInspector.first(row, "RowActions"));
+        const actions = ViewInspector.first(row, "RowActions");
         compare(actions.mapToItem(row, actions.width, 0).x, 480 - 12);
         compare(actions.width, 4 * 26 + 3 * 4);
         fuzzyCompare(centre(actions, row).y, row.height / 2, 0.5);
-        const buttons = Look.all(actions, "PlainButton");
+        const buttons = ViewInspector.all(actions, "PlainButton");
         compare(buttons.map(b => frame(b, actions)), ["0 0 26 26", "30 0 26 26", "60 0 26 26", "90 0 26 26"]);
         compare(buttons.map(b => b.name), ["Open", "Copy URL", "Stop", "More"]);
-        compare(buttons.map(b => b.hint), ["Open", "Copy URL", "Stop", ""]);
-        compare(Look.symbol(row, "stop.fill").color, Theme.offline);
-        const more = Look.symbol(row, "ellipsis");
+        compare(buttons.map(b => b.toolTip), ["Open", "Copy URL", "Stop", ""]);
+        compare(ViewInspector.symbol(row, "stop.fill").color, Theme.offline);
+        const more = ViewInspector.symbol(row, "ellipsis");
         compare(more.size, 12);
         compare(more.weight, Font.DemiBold);
         compare(more.color, Theme.textMuted);
-        compare(Look.first(buttons[3], "RoundedRect").color, Qt.rgba(1, 1, 1, 0.04));
-        compare(Look.first(buttons[3], "RoundedRect").radius, 7);
+        compare(ViewInspector.first(buttons[3], "RoundedRect").color, Qt.rgba(1, 1, 1, 0.04));
+        compare(ViewInspector.first(buttons[3], "RoundedRect").radius, 7);
     }
 
     function button(row, name) {
         point(row);
-        tryVerify(() => Look.named(row, name));
-        return Look.named(row, name);
+        tryVerify(() => ViewInspector.named(row, name));
+        return ViewInspector.named(row, name);
     }
 
     function test_buttons_call() {
@@ -296,28 +296,28 @@ ViewTest {
         mouseClick(button(row, "Copy URL"));
         const first = Date.now();
         verify(row.copied);
-        compare(Look.symbol(row, "checkmark").color, Theme.online);
-        verify(!Look.symbol(row, "doc.on.doc"));
+        compare(ViewInspector.symbol(row, "checkmark").color, Theme.online);
+        verify(!ViewInspector.symbol(row, "doc.on.doc"));
         wait(500);
         const second = Date.now();
         mouseClick(button(row, "Copy URL")); // does not make it last longer
         tryVerify(() => !row.copied);
         verify(Date.now() - first >= 1090);
         verify(Date.now() - second < 1090);
-        verify(Look.symbol(row, "doc.on.doc"));
+        verify(ViewInspector.symbol(row, "doc.on.doc"));
     }
 
     function test_a_key_that_is_held_opens_one_page() {
         const [row, actions] = make();
         row.forceActiveFocus();
-        Hands.hold(row, Qt.Key_Return);
+        Keyboard.holdKey(row, Qt.Key_Return);
         compare(actions.calls, ["openInBrowser 4242-5173"]);
     }
 
     function test_keys() {
         const [row, actions] = make();
         row.forceActiveFocus();
-        verify(Look.first(row, "FocusRing"));
+        verify(ViewInspector.first(row, "FocusRing"));
         keyClick(Qt.Key_Return);
         compare(actions.calls, ["openInBrowser 4242-5173"]);
         for (const name of ["Open", "Copy URL", "Stop", "More"]) {
@@ -339,7 +339,7 @@ ViewTest {
         after.forceActiveFocus();
         keyClick(Qt.Key_Backtab);
         compare(root.Window.activeFocusItem.name, "More");
-        tryVerify(() => Look.first(row, "RowActions"));
+        tryVerify(() => ViewInspector.first(row, "RowActions"));
     }
 
     Component {
@@ -361,7 +361,7 @@ ViewTest {
         verify(row.hovering);
         verify(copy.hovering);
         verify(copy.activeFocus);
-        verify(Look.isShown(copy));
+        verify(ViewInspector.isShown(copy));
     }
 
     function test_awkward_texts_stay_before_the_column_data() {
@@ -380,9 +380,9 @@ ViewTest {
     function test_awkward_texts_stay_before_the_column(data) {
         for (const width of [356, 372, 452, 900]) {
             const [row] = make(data.values, { width: width, isPinned: true });
-            const status = Look.first(row, "StatusIndicator");
+            const status = ViewInspector.first(row, "StatusIndicator");
             const end = width - 12 - Math.max(76, status.width) - 18;
-            const details = Look.first(row, "ServiceDetails");
+            const details = ViewInspector.first(row, "ServiceDetails");
             for (const line of shownChildren(details)) {
                 verify(line.height < 30, "one line high");
                 let last = -1;
@@ -400,20 +400,20 @@ ViewTest {
 
     function test_long_names_are_cut_and_long_folders_in_the_middle() {
         const [row] = make({ name: "n".repeat(300), folder: "/srv/" + "d".repeat(300) });
-        const details = Look.first(row, "ServiceDetails");
-        const cut = Look.all(details, "ExactText").filter(text => text.truncated);
+        const details = ViewInspector.first(row, "ServiceDetails");
+        const cut = ViewInspector.all(details, "ScaledText").filter(text => text.truncated);
         compare(cut.map(text => text.elide), [Text.ElideRight, Text.ElideMiddle]);
     }
 
     function test_texts_are_plain() {
         const [row] = make({ name: "<b>x</b>", folder: "/<i>y</i>" });
-        for (const text of Look.all(row, "QQuickText"))
+        for (const text of ViewInspector.all(row, "QQuickText"))
             compare(text.textFormat, Text.PlainText);
-        verify(Look.text(row, "<b>x</b>"));
+        verify(ViewInspector.text(row, "<b>x</b>"));
     }
 
     function test_is_spoken() {
         const [row] = make({}, { isPinned: true });
-        compare(Look.spoken(row), "ListItem: \u2068shop\u2069, Vite, localhost:5173, online, 12 ms, pinned");
+        compare(ViewInspector.roleAndName(row), "ListItem: \u2068shop\u2069, Vite, localhost:5173, online, 12 ms, pinned");
     }
 }

@@ -49,8 +49,8 @@ MenuTest {
         open();
         compare(entries(), ["Sort by", "Port", "Name", "Status", "Uptime", "Auto-refresh", "Launch at Login", "Refresh Now"]);
         compare(outline(), "Port, Name, Status, Uptime, Auto-refresh, Launch at Login, -, Refresh Now");
-        compare(Look.spoken(menu()).split(":")[0], "PopupMenu");
-        compare(Look.spoken(entry("Name")), "MenuItem: Name");
+        compare(ViewInspector.roleAndName(menu()).split(":")[0], "PopupMenu");
+        compare(ViewInspector.roleAndName(entry("Name")), "MenuItem: Name");
     }
 
     function test_offers_every_order() {
@@ -169,7 +169,7 @@ MenuTest {
         button.x = root.width - 28;
         button.y = root.height - 28;
         mouseClick(button);
-        const panel = Look.first(menu(), "RoundedRect");
+        const panel = ViewInspector.first(menu(), "RoundedRect");
         verify(panel.x >= 0 && panel.x + panel.width <= root.Window.width);
         verify(panel.y >= 0 && panel.y + panel.height <= button.y);
     }

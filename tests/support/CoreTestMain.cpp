@@ -1,4 +1,4 @@
-// Entry point of the test programs that need no display.
+// main() of the test programs that need no display.
 #include <QCoreApplication>
 
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@
 int main(int argc, char **argv)
 {
 #if defined(__SANITIZE_THREAD__)
-    // A thread of the sanitizer's own comes with the first of the program's: before any test counts them.
+    // The first thread makes the sanitizer start one of its own; here, before a test counts threads.
     std::thread([] {}).join();
 #endif
     testing::InitGoogleTest(&argc, argv);

@@ -4,7 +4,7 @@
 
 namespace portolan {
 
-/// Ticks every millisecond that the event loop is free to.
+/// Counts the milliseconds in which the event loop was not blocked.
 class EventLoopTicker
 {
 public:

@@ -9,7 +9,7 @@
 
 namespace portolan {
 
-/// Runs the event loop until `condition` holds; false if it does not within half a minute.
+/// Runs the event loop until `condition` is true; returns false if it is not within 30 seconds.
 [[nodiscard]] inline bool eventually(const std::function<bool()> &condition)
 {
     const QDeadlineTimer limit(30'000);
@@ -23,7 +23,7 @@ namespace portolan {
     return true;
 }
 
-/// Runs the event loop until nothing is left to do at once.
+/// Processes pending events, and those that they post.
 inline void settle()
 {
     for (int turn = 0; turn < 10; ++turn)

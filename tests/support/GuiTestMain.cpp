@@ -1,4 +1,4 @@
-// Entry point of the test programs that use fonts, images, a clipboard or windows.
+// main() of the test programs that use fonts, images, the clipboard or windows.
 #include <QGuiApplication>
 
 #include <gtest/gtest.h>
@@ -6,7 +6,7 @@
 int main(int argc, char **argv)
 {
     testing::InitGoogleTest(&argc, argv);
-    // Also where the tests are only listed, on a machine without a display.
+    // CTest starts the program without this variable to list the tests.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication app(argc, argv);

@@ -55,8 +55,8 @@ LocalSocket LocalSocket::bound(const std::string &address)
 LocalSocket LocalSocket::listening(const std::string &address)
 {
     LocalSocket local = bound(address);
-    constexpr int mostWaiting = 512; // nobody may ever accept them
-    check(listen(local.m_descriptor, mostWaiting), "listen");
+    constexpr int backlog = 512; // a test may never accept its connections
+    check(listen(local.m_descriptor, backlog), "listen");
     return local;
 }
 
@@ -82,7 +82,7 @@ std::uint16_t LocalSocket::port() const
     sockaddr_in6 address;
     socklen_t length = sizeof address;
     check(getsockname(m_descriptor, reinterpret_cast<sockaddr *>(&address), &length), "getsockname");
-    return ntohs(address.sin6_port); // at the same place for both families
+    return ntohs(address.sin6_port); // at the same offset as in sockaddr_in
 }
 
 } // namespace portolan

@@ -7,14 +7,15 @@
 
 namespace portolan {
 
-/// A TCP socket of this process on a loopback or any address, with a port of the kernel's choice.
+/// A TCP socket bound to a local address and a port that the kernel chooses. Failures throw.
 class LocalSocket
 {
 public:
-    /// Nothing listens at its port and, as long as this lives, nothing can.
+    /// Bound but not listening, so that connections to its port are refused.
     [[nodiscard]] static LocalSocket bound(const std::string &address);
-    /// Connections succeed and are never accepted: silence without a thread.
+    /// Listening; connections succeed but are never accepted or answered.
     [[nodiscard]] static LocalSocket listening(const std::string &address);
+    /// A client connected to `server`.
     [[nodiscard]] static LocalSocket connectedTo(const LocalSocket &server);
 
     ~LocalSocket();

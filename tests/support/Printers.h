@@ -6,7 +6,7 @@
 
 #include <ostream>
 
-// How GoogleTest shows Qt's texts in a failure.
+// Lets GoogleTest print Qt's string types.
 
 inline void PrintTo(const QString &text, std::ostream *out)
 {

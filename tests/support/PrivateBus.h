@@ -6,18 +6,18 @@
 
 namespace portolan {
 
-/// A message bus of the test's own, which ends with it.
+/// A D-Bus daemon for one test.
 class PrivateBus
 {
 public:
     PrivateBus();
     ~PrivateBus();
 
-    /// As in $DBUS_SESSION_BUS_ADDRESS.
+    /// In the format of $DBUS_SESSION_BUS_ADDRESS.
     [[nodiscard]] QString address() const { return m_address; }
-    /// A connection of its own, as another program would have. Open until the bus ends.
+    /// A new connection, as of another program; open until this object is destroyed.
     [[nodiscard]] QDBusConnection connect();
-    /// Ends the bus.
+    /// Stops the daemon.
     void stop();
 
 private:

@@ -14,9 +14,9 @@
 
 namespace portolan {
 
-// What a test asks the kernel about processes.
+// What tests read about processes in /proc.
 
-/// Waits until `condition` holds, for a generous time; whether it came to hold.
+/// Blocks until `condition` is true; returns false if it is not within 30 seconds.
 inline bool waitUntil(const std::function<bool()> &condition)
 {
     const QDeadlineTimer deadline(std::chrono::seconds(30));
@@ -28,7 +28,7 @@ inline bool waitUntil(const std::function<bool()> &condition)
     return true;
 }
 
-/// The state letter of a process ('Z': ended but not reaped), '\0' if there is none.
+/// The state of a process in /proc/PID/stat ('Z': exited but not reaped); '\0' if there is no such process.
 inline char processState(pid_t pid)
 {
     QFile file(QStringLiteral("/proc/%1/stat").arg(pid));

@@ -16,7 +16,7 @@
 
 namespace portolan {
 
-/// A child process that waits for signals. Killed and collected at the end of the scope.
+/// A child process that waits for signals. Killed and reaped at the end of the scope.
 class TestChild
 {
 public:
@@ -37,7 +37,7 @@ public:
         : m_pid(std::exchange(other.m_pid, -1))
     {}
 
-    /// A child that gets an id that was another process's before. Absent where the kernel forbids to choose.
+    /// A child with a chosen id; no value if the kernel does not permit that.
     [[nodiscard]] static std::optional<TestChild> withPid(pid_t pid, Behaviour behaviour)
     {
         TestChild child(behaviour, pid);
@@ -61,7 +61,7 @@ public:
         return waitid(P_PID, id_t(m_pid), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 && ended.si_pid == 0;
     }
 
-    /// Waits for its end and collects it; the signal that ended it, or 0.
+    /// Waits until it exits and reaps it; returns the signal that ended it, or 0.
     int collect()
     {
         int status = 0;

@@ -1,6 +1,6 @@
 #include "DetachedProgram.h"
+#include "FakePrograms.h"
 #include "Printers.h"
-#include "Recorders.h"
 #include "ScopedEnvironment.h"
 
 #include <gmock/gmock.h>
@@ -39,7 +39,7 @@ protected:
         return m_recorders.record(u"program"_s);
     }
 
-    Recorders m_recorders;
+    FakePrograms m_recorders;
 };
 
 TEST_F(Started, GetsItsArgumentsAsTheyAre)
@@ -154,7 +154,7 @@ TEST(DetachedProgram, TellsWhenItCouldNotBeStarted)
 
 TEST(DetachedProgram, IsWatchedNoLongerThanAsked)
 {
-    Recorders recorders;
+    FakePrograms recorders;
     const QString session = recorders.path(u"session"_s);
     const QString script = u"ps -o sid= -p $$ > '%1'; exec sleep 600"_s.arg(session);
     EXPECT_EQ(DetachedProgram::startAndWatch(u"/bin/sh"_s, {u"-c"_s, script}, 10ms), std::nullopt);
@@ -170,7 +170,7 @@ TEST(DetachedProgram, IsWatchedNoLongerThanAsked)
 
 TEST(DetachedProgram, IsFoundOnThePathOnly)
 {
-    Recorders recorders;
+    FakePrograms recorders;
     recorders.install(u"here"_s);
     const ScopedEnvironment path("PATH", recorders.folder().toLocal8Bit());
     EXPECT_EQ(DetachedProgram::find(u"here"_s), recorders.path(u"here"_s));

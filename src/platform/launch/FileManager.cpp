@@ -12,11 +12,11 @@ namespace portolan {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-void FileManager::show(const QString &folder, const QDBusConnection &bus, std::chrono::milliseconds patience,
-                       const std::function<void(const QString &folder)> &otherwise)
+void FileManager::show(const QString &folder, const QDBusConnection &bus, std::chrono::milliseconds timeout,
+                       const std::function<void(const QString &folder)> &fallback)
 {
     if (!bus.isConnected())
-        return otherwise(folder);
+        return fallback(folder);
 
     const QStringList addresses{QString::fromLatin1(QUrl::fromLocalFile(folder).toEncoded())};
     const QString startupId;
@@ -25,11 +25,11 @@ void FileManager::show(const QString &folder, const QDBusConnection &bus, std::c
                                        u"org.freedesktop.FileManager1"_s, u"ShowFolders"_s);
     call.setArguments({addresses, startupId});
 
-    auto *answer = new QDBusPendingCallWatcher(bus.asyncCall(call, int(patience.count())));
-    QObject::connect(answer, &QDBusPendingCallWatcher::finished, answer, [answer, folder, otherwise] {
+    auto *answer = new QDBusPendingCallWatcher(bus.asyncCall(call, int(timeout.count())));
+    QObject::connect(answer, &QDBusPendingCallWatcher::finished, answer, [answer, folder, fallback] {
         answer->deleteLater();
         if (answer->isError())
-            otherwise(folder);
+            fallback(folder);
     });
 }
 

@@ -4,12 +4,12 @@
 
 namespace portolan {
 
-/// The user's file manager.
+/// The desktop's file manager, called over the session bus.
 namespace FileManager {
 
-/// Shows the folder at the absolute path `folder` in a file manager window and returns at once. Where the
-/// session has no file manager on its bus, or that one does not answer within 5 s, whatever opens folders
-/// there. Needs the main thread's event loop.
+/// Shows the folder at the absolute path `folder` in a file manager window and returns at once. Falls back to
+/// xdg-open if no file manager is on the session bus, or if it fails or does not answer within 5 s. Needs
+/// the main thread's event loop.
 void show(const QString &folder);
 
 } // namespace FileManager

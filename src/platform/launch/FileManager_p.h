@@ -10,10 +10,10 @@ namespace portolan {
 
 namespace FileManager {
 
-/// As the public one, on the given bus; `otherwise` opens the folder when the bus's file manager does not
-/// answer within `patience`.
-void show(const QString &folder, const QDBusConnection &bus, std::chrono::milliseconds patience,
-          const std::function<void(const QString &folder)> &otherwise);
+/// As the public function, on the given bus; `fallback` is called with the folder if the file manager on that
+/// bus fails or does not answer within `timeout`.
+void show(const QString &folder, const QDBusConnection &bus, std::chrono::milliseconds timeout,
+          const std::function<void(const QString &folder)> &fallback);
 
 } // namespace FileManager
 

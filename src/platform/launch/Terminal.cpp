@@ -18,13 +18,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// How one emulator is told where to open and what to run there.
+/// The command line options of one terminal emulator.
 struct Emulator
 {
     QLatin1StringView name;
-    QLatin1StringView first;  ///< a word that comes before all others, if any
-    QLatin1StringView folder; ///< the option for the folder; its value is the next word unless it ends in "="
-    QLatin1StringView command; ///< what introduces the command, if anything
+    QLatin1StringView first; ///< the first argument, if any
+    QLatin1StringView
+        folder; ///< the working directory option; its value is a separate argument unless it ends in "="
+    QLatin1StringView command; ///< the option before the command to run, if any
 };
 
 constexpr Emulator emulators[] = {
@@ -48,7 +49,7 @@ constexpr Emulator emulators[] = {
     {"xdg-terminal-exec"_L1, ""_L1, ""_L1, ""_L1},
 };
 
-/// What any program that stands in for xterm understands.
+/// For an unknown emulator: only -e, which every replacement of xterm supports.
 constexpr Emulator unknownEmulator{""_L1, ""_L1, ""_L1, "-e"_L1};
 
 struct DesktopEmulator
@@ -69,7 +70,7 @@ bool isExecutableFile(const QString &path)
     return file.isAbsolute() && file.isFile() && file.isExecutable();
 }
 
-/// The names of the emulators to look for, the one that the user most likely wants first.
+/// The names of the emulators to look for, in order of preference.
 QStringList candidates(const QProcessEnvironment &environment)
 {
     QStringList names{u"xdg-terminal-exec"_s};
@@ -93,7 +94,7 @@ QString firstFound(const QStringList &names, const QProcessEnvironment &environm
     for (const QString &name : names) {
         if (isExecutableFile(name))
             return name;
-        // An empty list of folders would mean this process's own $PATH.
+        // findExecutable() would search this process's own $PATH if the list of folders were empty.
         const QString path = folders.isEmpty() ? QString() : QStandardPaths::findExecutable(name, folders);
         if (!path.isEmpty())
             return path;
@@ -113,8 +114,8 @@ struct Found
     Emulator emulator;
 };
 
-/// Which emulator the program at `path` is, looking through links. Debian's *.wrapper scripts only translate
-/// xterm's options, so the program that they wrap is taken.
+/// Identifies the emulator at `path`, following symbolic links. Debian's *.wrapper scripts only translate
+/// xterm's options, so the program that they wrap is used instead.
 Found identified(const QString &path)
 {
     if (const Emulator *emulator = emulatorNamed(QFileInfo(path).fileName()))
@@ -170,9 +171,9 @@ std::optional<Terminal::Invocation> Terminal::commandFor(const QString &folder,
     arguments.append(folderOption(emulator, folder));
     if (!emulator.command.isEmpty())
         arguments.append(emulator.command);
-    // The shell changes into the folder itself: not every emulator has an option for it, some that run
-    // already ignore it, and a folder on a dead mount then hangs nobody but the shell. A folder that is gone
-    // leaves the user with a message and a shell.
+    // The shell changes into the folder as well, because not every emulator has an option for it and some
+    // ignore it when they are already running. If the folder is gone, the user gets an error message and a
+    // shell; if it is on a dead mount, only the shell hangs.
     const QString script = u"cd "_s + quoted(folder) + u"; exec "_s + quoted(userShell(environment));
     arguments.append({u"/bin/sh"_s, u"-c"_s, script});
     return Invocation{program, arguments};

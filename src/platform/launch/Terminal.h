@@ -7,8 +7,8 @@ namespace portolan {
 /// The user's terminal emulator.
 namespace Terminal {
 
-/// Opens a terminal window whose shell, the user's own, is in the folder at the absolute path `folder`. Never
-/// waits; a desktop without a terminal goes unnoticed.
+/// Opens a terminal window that runs the user's shell in the folder at the absolute path `folder`. Does not
+/// wait for the terminal. Does nothing if no terminal emulator is installed.
 void open(const QString &folder);
 
 } // namespace Terminal

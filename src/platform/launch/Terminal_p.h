@@ -10,21 +10,21 @@ namespace portolan {
 
 namespace Terminal {
 
-/// What is started to open a window.
+/// The command that opens a terminal window.
 struct Invocation
 {
     QString program; ///< absolute path
     QStringList arguments;
 };
 
-/// `text` as one word of the shell, whatever it contains: in single quotes, each ' of its own as '\''.
+/// `text` quoted as one word for the shell: in single quotes, with every ' in it replaced by '\''.
 [[nodiscard]] QString quoted(const QString &text);
 
-/// The absolute path of the shell of the user: $SHELL, else the password database's, else /bin/sh.
+/// The absolute path of the user's shell: $SHELL, else the one in the password database, else /bin/sh.
 [[nodiscard]] QString userShell(const QProcessEnvironment &environment);
 
-/// How to open a terminal in `folder` in a session with this environment: the emulator that the user named,
-/// else the desktop's own, else the first one found on its $PATH. Absent when there is none.
+/// The command that opens a terminal in `folder` for the given environment: with the emulator in $TERMINAL,
+/// else the desktop's own, else the first known one on $PATH. Empty if none is found.
 [[nodiscard]] std::optional<Invocation> commandFor(const QString &folder,
                                                    const QProcessEnvironment &environment);
 

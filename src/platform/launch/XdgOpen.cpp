@@ -13,7 +13,7 @@ QString opener()
     return DetachedProgram::find(u"xdg-open"_s);
 }
 
-/// How xdg-open is to be given `url`; an empty text for one that is no web address.
+/// `url` encoded for the command line; empty if it is not an http or https address with a host.
 QString webAddress(const QUrl &url)
 {
     const bool isWeb = url.scheme() == u"http"_s || url.scheme() == u"https"_s;
@@ -39,13 +39,13 @@ void XdgOpen::address(const QUrl &url)
         open(address);
 }
 
-bool XdgOpen::addressWatched(const QUrl &url, std::chrono::milliseconds patience)
+bool XdgOpen::addressWatched(const QUrl &url, std::chrono::milliseconds timeout)
 {
     const QString program = opener();
     const QString address = webAddress(url);
     if (program.isEmpty() || address.isEmpty())
         return false;
-    return DetachedProgram::startAndWatch(program, {address}, patience).value_or(0) == 0;
+    return DetachedProgram::startAndWatch(program, {address}, timeout).value_or(0) == 0;
 }
 
 void XdgOpen::folder(const QString &folder)

@@ -7,22 +7,22 @@
 
 namespace portolan {
 
-/// The user's own choice of program for a thing, by way of xdg-open.
+/// Opens addresses and folders with the user's default applications, by running xdg-open.
 namespace XdgOpen {
 
-/// Whether there is an xdg-open to open anything with.
+/// Whether xdg-open is on $PATH.
 [[nodiscard]] bool isInstalled();
 
-/// Opens an http or https address in the user's browser. Any other address is left alone. Never waits; a
-/// desktop without xdg-open, or a browser that does not start, goes unnoticed.
+/// Opens an http or https address in the user's browser; does nothing for any other address. Does not wait
+/// and reports no failure.
 void address(const QUrl &url);
 
-/// The same, but waits for up to `patience` for xdg-open to end, which may be only when the browser does.
-/// Returns false where it failed within that time or was not even started. For programs that end soon
-/// themselves: the browser may stay their child.
-[[nodiscard]] bool addressWatched(const QUrl &url, std::chrono::milliseconds patience);
+/// As address(), but waits up to `timeout` for xdg-open to exit. Returns false if it could not be started or
+/// exited with an error within that time; xdg-open may run for as long as the browser does. For programs that
+/// exit soon afterwards, as the browser may stay their child process.
+[[nodiscard]] bool addressWatched(const QUrl &url, std::chrono::milliseconds timeout);
 
-/// Opens the folder at the absolute path `folder`, with the same lack of ceremony.
+/// Opens the folder at the absolute path `folder`. Does not wait and reports no failure.
 void folder(const QString &folder);
 
 } // namespace XdgOpen

@@ -7,7 +7,7 @@ namespace portolan {
 using namespace Qt::StringLiterals;
 
 namespace {
-constexpr auto Variable = "XDG_ACTIVATION_TOKEN"; // where the Wayland plug-in looks for it
+constexpr auto Variable = "XDG_ACTIVATION_TOKEN"; // read by Qt's Wayland plug-in
 }
 
 QString ActivationToken::ofThisStart()

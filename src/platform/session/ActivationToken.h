@@ -4,14 +4,15 @@
 
 namespace portolan {
 
-/// The proof, handed over by whoever the user clicked, that a window may come to the front on Wayland.
+/// The XDG activation token, which a Wayland compositor demands before a window may take the focus. The panel
+/// or launcher that the user clicked passes it on.
 namespace ActivationToken {
 
-/// The token that this process was started with; empty if none.
+/// The token in the environment of this process; empty if there is none.
 [[nodiscard]] QString ofThisStart();
 
-/// Keeps `token` for the next window that asks for the focus, which uses it up. Does nothing where windows
-/// need no token, so that it cannot end up in the environment of a program started later.
+/// Stores `token` for the next window that requests activation, which consumes it. Does nothing on other
+/// platforms than Wayland, so that programs started later do not inherit an unused token.
 void keep(const QString &token);
 
 } // namespace ActivationToken

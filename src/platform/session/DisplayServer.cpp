@@ -19,16 +19,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-bool answersX11()
+bool canConnectToX11()
 {
     xcb_connection_t *const connection = xcb_connect(nullptr, nullptr);
-    const bool answers = xcb_connection_has_error(connection) == 0;
+    const bool isConnected = xcb_connection_has_error(connection) == 0;
     xcb_disconnect(connection);
-    return answers;
+    return isConnected;
 }
 
-// The socket that WAYLAND_DISPLAY names, in the runtime folder if not by a whole path.
-bool answersWayland()
+// WAYLAND_DISPLAY holds an absolute path or the name of a socket in XDG_RUNTIME_DIR.
+bool canConnectToWayland()
 {
     const QString name = qEnvironmentVariable("WAYLAND_DISPLAY");
     const QDir runtimeFolder(qEnvironmentVariable("XDG_RUNTIME_DIR"));
@@ -56,9 +56,9 @@ std::optional<QByteArray> DisplayServer::platformPlugin()
 {
     if (!qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         return QByteArray();
-    if (answersX11())
+    if (canConnectToX11())
         return QByteArray("xcb");
-    if (hasPlugin(u"wayland"_s) && answersWayland())
+    if (hasPlugin(u"wayland"_s) && canConnectToWayland())
         return QByteArray("wayland");
     return std::nullopt;
 }

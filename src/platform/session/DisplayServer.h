@@ -6,13 +6,13 @@
 
 namespace portolan {
 
-/// The display that the program's windows go to.
+/// The display server of this session.
 namespace DisplayServer {
 
-/// The Qt platform plug-in for the display of this session: empty to leave the choice to Qt and the user's
-/// QT_QPA_PLATFORM, no value where there is no display. Where a session offers both it is X11, by way of
-/// XWayland, since a Wayland client cannot place the popover at the icon. To be asked before there is an
-/// application, which ends the process where it finds no display.
+/// The Qt platform plug-in to use: an empty name if QT_QPA_PLATFORM is set, so that Qt follows it; no value
+/// if no display server accepts a connection. X11 (XWayland) is preferred to Wayland, because a Wayland
+/// client cannot place the popover at the icon. Call it before QGuiApplication is constructed, which aborts
+/// the process if there is no display.
 [[nodiscard]] std::optional<QByteArray> platformPlugin();
 
 } // namespace DisplayServer

@@ -22,12 +22,12 @@ constexpr auto Interface = "org.freedesktop.Application"_L1;
 constexpr auto WindowAction = "window"_L1;
 constexpr auto TokenKey = "activation-token"_L1;
 
-// What is said over the socket: one letter each way.
-constexpr char OpenLetter = 'o';
-constexpr char WindowLetter = 'w';
-constexpr char AnswerLetter = '.';
+// The protocol on the socket: one byte as request, one as reply.
+constexpr char OpenRequest = 'o';
+constexpr char WindowRequest = 'w';
+constexpr char Reply = '.';
 
-constexpr int PatienceMs = 3000;
+constexpr int TimeoutMs = 3000;
 
 QDBusMessage toCall(StartRequest request)
 {
@@ -43,17 +43,17 @@ QDBusMessage toCall(StartRequest request)
     return call << platformData;
 }
 
-bool tellOverSocket(const QString &path, StartRequest request)
+bool sendOverSocket(const QString &path, StartRequest request)
 {
-    const QDeadlineTimer deadline(PatienceMs);
+    const QDeadlineTimer deadline(TimeoutMs);
     QLocalSocket socket;
-    // Between the other one's lock and its socket there is a moment without anyone to talk to.
-    for (socket.connectToServer(path); !socket.waitForConnected(PatienceMs); socket.connectToServer(path)) {
+    // The other instance takes the lock before it listens, so the first attempts may fail.
+    for (socket.connectToServer(path); !socket.waitForConnected(TimeoutMs); socket.connectToServer(path)) {
         if (deadline.hasExpired())
             return false;
         QThread::msleep(20);
     }
-    socket.putChar(request == StartRequest::Window ? WindowLetter : OpenLetter);
+    socket.putChar(request == StartRequest::Window ? WindowRequest : OpenRequest);
     return socket.waitForReadyRead(int(deadline.remainingTime()));
 }
 
@@ -73,19 +73,19 @@ SingleInstance::Outcome SingleInstance::claim(StartRequest request)
 
 SingleInstance::Outcome SingleInstance::claimOnBus(StartRequest request)
 {
-    // Whoever gets the name must be able to answer at once.
+    // Registered before the name is owned: calls may arrive as soon as it is.
     m_bus.registerObject(ObjectPath, this, QDBusConnection::ExportScriptableSlots);
-    for (const QDeadlineTimer deadline(PatienceMs); !deadline.hasExpired();) {
+    for (const QDeadlineTimer deadline(TimeoutMs); !deadline.hasExpired();) {
         if (m_bus.registerService(ServiceName))
             return Outcome::First;
         if (request == StartRequest::None)
             return Outcome::Forwarded;
-        const QDBusMessage reply = m_bus.call(toCall(request), QDBus::Block, PatienceMs);
+        const QDBusMessage reply = m_bus.call(toCall(request), QDBus::Block, TimeoutMs);
         if (reply.type() == QDBusMessage::ReplyMessage)
             return Outcome::Forwarded;
         if (QDBusError(reply).type() != QDBusError::ServiceUnknown)
             return Outcome::Unanswered;
-        // The other one has ended in between: the name is free again.
+        // The other instance has exited in the meantime: try to get the name again.
     }
     return Outcome::Unanswered;
 }
@@ -94,14 +94,14 @@ SingleInstance::Outcome SingleInstance::claimInFolder(StartRequest request)
 {
     const QString socket = m_runtimeFolder + "/portolan.socket"_L1;
     m_lock.emplace(m_runtimeFolder + "/portolan.lock"_L1);
-    m_lock->setStaleLockTime(0); // only the end of its process makes a lock stale
+    m_lock->setStaleLockTime(0); // a lock is stale only once its process has exited
     if (m_lock->tryLock(0)) {
         listen(socket);
         return Outcome::First;
     }
     if (m_lock->error() != QLockFile::LockFailedError)
-        return Outcome::First; // no usable folder: nothing to tell others by
-    if (request == StartRequest::None || tellOverSocket(socket, request))
+        return Outcome::First; // the folder is unusable: there is no way to find another instance
+    if (request == StartRequest::None || sendOverSocket(socket, request))
         return Outcome::Forwarded;
     return Outcome::Unanswered;
 }
@@ -112,11 +112,11 @@ void SingleInstance::listen(const QString &socket)
         QLocalSocket *client = m_server.nextPendingConnection();
         connect(client, &QLocalSocket::disconnected, client, &QObject::deleteLater);
         connect(client, &QLocalSocket::readyRead, this, [this, client] {
-            char letter = 0;
-            client->getChar(&letter);
-            client->putChar(AnswerLetter);
+            char request = 0;
+            client->getChar(&request);
+            client->putChar(Reply);
             client->disconnectFromServer();
-            Q_EMIT requested(letter == WindowLetter ? StartRequest::Window : StartRequest::Open);
+            Q_EMIT requested(request == WindowRequest ? StartRequest::Window : StartRequest::Open);
         });
     });
     m_server.setSocketOptions(QLocalServer::UserAccessOption);

@@ -14,8 +14,9 @@
 
 namespace portolan {
 
-/// Sees to it that one Portolan runs per session: by a name on the session bus, which also carries what a
-/// second start asks for; where there is no bus, by a lock and a socket in the user's runtime folder.
+/// Ensures that one instance runs per session. A second start passes its request on to it: over the session
+/// bus, where the first one owns a name, or without a bus over a socket in the user's runtime folder, which a
+/// lock file guards. Main thread.
 class SingleInstance : public QObject
 {
     Q_OBJECT
@@ -23,27 +24,27 @@ class SingleInstance : public QObject
 
 public:
     enum class Outcome {
-        First,      ///< this is the one; it will be told of later starts
-        Forwarded,  ///< another one runs and has got the request
-        Unanswered, ///< another one runs but does not answer
+        First,      ///< this is the only instance; `requested` reports later starts
+        Forwarded,  ///< another instance runs and has received the request
+        Unanswered, ///< another instance runs but does not answer
     };
 
     /// `runtimeFolder` is used only if `bus` is not connected.
     SingleInstance(const QDBusConnection &bus, const QString &runtimeFolder);
     ~SingleInstance() override;
 
-    /// Becomes the one instance or hands `request` to it. Waits at most 3 seconds for its answer.
+    /// Becomes the only instance, or sends `request` to the one that runs. Blocks for at most 3 seconds.
     [[nodiscard]] Outcome claim(StartRequest request);
 
 public Q_SLOTS:
-    // The names and types of the protocol.
+    // The methods of org.freedesktop.Application.
     Q_SCRIPTABLE void Activate(const QVariantMap &platformData);
     Q_SCRIPTABLE void Open(const QStringList &uris, const QVariantMap &platformData);
     Q_SCRIPTABLE void ActivateAction(const QString &name, const QVariantList &parameter,
                                      const QVariantMap &platformData);
 
 Q_SIGNALS:
-    /// A later start asks for something; never `None`.
+    /// A later start of the program sent this request; never `None`.
     void requested(StartRequest request);
 
 private:

@@ -2,11 +2,11 @@
 
 namespace portolan {
 
-/// What a start of the program asks of the one that runs.
+/// What a start of the program requests, of itself or of the instance that already runs.
 enum class StartRequest {
-    None,   ///< a start in the background has nothing to ask for
-    Open,   ///< show the list
-    Window, ///< show it in the window
+    None,   ///< nothing: started in the background
+    Open,   ///< show the popover
+    Window, ///< show the window
 };
 
 } // namespace portolan

@@ -4,11 +4,11 @@ class QWindow;
 
 namespace portolan {
 
-/// Wishes to the window manager that Qt has no words for.
+/// Window manager hints that Qt has no API for.
 namespace WindowHints {
 
-/// Keeps `window` out of task bar, pager and switcher. To be called before each show, as the window manager
-/// forgets it with the hide. Does nothing where the display is not X11.
+/// Keeps `window` out of the task bar, the pager and the window switcher. Call it before every show(): the
+/// window manager removes the hint when the window is hidden. Does nothing unless the display is X11.
 void skipTaskBar(QWindow &window);
 
 } // namespace WindowHints

@@ -23,7 +23,7 @@ XcbDisplay::XcbDisplay()
 
 int XcbDisplay::screenNumber() const
 {
-    // DISPLAY names it behind the last dot: host:display.screen.
+    // $DISPLAY is host:display.screen.
     const QByteArray name = qgetenv("DISPLAY");
     const qsizetype dot = name.lastIndexOf('.');
     return dot > name.lastIndexOf(':') ? name.sliced(dot + 1).toInt() : 0;
@@ -44,7 +44,7 @@ xcb_window_t XcbDisplay::selectionOwner(xcb_atom_t selection) const
     return reply ? reply->owner : xcb_window_t(XCB_WINDOW_NONE);
 }
 
-void XcbDisplay::tellWhenDestroyed(xcb_window_t window) const
+void XcbDisplay::notifyWhenDestroyed(xcb_window_t window) const
 {
     const uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(m_connection, window, XCB_CW_EVENT_MASK, &mask);

@@ -9,8 +9,8 @@
 
 namespace portolan {
 
-/// The few requests to the X server that Qt has no words for, on Qt's own connection. Converts to false where
-/// the display is not X11; nothing else may be called then.
+/// Requests to the X server that Qt has no API for, sent over Qt's own connection. Converts to false if the
+/// display is not X11; then no other member may be called. Main thread.
 class XcbDisplay
 {
 public:
@@ -18,23 +18,22 @@ public:
 
     explicit operator bool() const { return m_connection; }
 
-    /// The number of the screen that the connection was made to.
+    /// The number of the connection's default screen.
     [[nodiscard]] int screenNumber() const;
     [[nodiscard]] xcb_atom_t atom(const QByteArray &name) const;
     [[nodiscard]] xcb_window_t selectionOwner(xcb_atom_t selection) const;
-    /// From now on the end of a foreign `window` arrives as an event.
-    void tellWhenDestroyed(xcb_window_t window) const;
-    /// Adds atoms to a window's property that is a list of atoms.
+    /// Subscribes to the DestroyNotify event of `window`, which may be another client's.
+    void notifyWhenDestroyed(xcb_window_t window) const;
+    /// Appends `values` to a property that is a list of atoms.
     void append(xcb_window_t window, xcb_atom_t property, std::initializer_list<xcb_atom_t> values) const;
-
-    /// The first number of a window's property that is a list of atoms, visuals or the like; 0 if none.
+    /// The first value of a 32-bit property; 0 if there is none.
     [[nodiscard]] std::uint32_t number(xcb_window_t window, xcb_atom_t property) const;
-    /// How many bits the pixels of a visual have; 0 for no visual.
+    /// The depth of a visual in bits per pixel; 0 if it is unknown.
     [[nodiscard]] int depthOfVisual(xcb_visualid_t visual) const;
-    /// Sends a message to `window` itself.
+    /// Sends a client message to `window`.
     void sendMessage(xcb_window_t window, xcb_atom_t type, std::array<std::uint32_t, 5> data) const;
-    /// What would be seen where `window` is if it were clear; nothing where its parent's pixels are not like
-    /// its own. The window's own content is lost.
+    /// The parent's background behind `window`; a null image if the two have different depths. Clears the
+    /// window.
     [[nodiscard]] QImage backgroundOf(xcb_window_t window) const;
 
 private:

@@ -21,7 +21,7 @@ constexpr qint64 maxEntrySize = 1024 * 1024;
 std::optional<DesktopEntry> read(const QString &path)
 {
     QFile file(path);
-    // Only a file of a sane size is an entry: reading a pipe or a device would not end.
+    // Reading a pipe or a device could block, and a huge file is not an entry.
     if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
         return std::nullopt;
     return DesktopEntry(file.read(maxEntrySize));
@@ -35,7 +35,7 @@ bool isExecutable(const QString &program)
     return file.isFile() && file.isExecutable();
 }
 
-/// Whether there is still something for the entry to start.
+/// Whether the program that the entry starts still exists.
 bool hasProgram(const DesktopEntry &entry)
 {
     const auto exec = entry.value("Exec");
@@ -56,9 +56,9 @@ QStringList autostartFolders(QStringList configurationFolders)
     return configurationFolders;
 }
 
-/// An AppImage runs from a mount that is gone at the next login; what lasts is the image. The variables may
-/// also be another program's, inherited from it.
-QString lastingProgram()
+/// The program to start at the next login. An AppImage runs from a temporary mount, so this is the image file
+/// itself; $APPIMAGE counts only if this program is in $APPDIR, since both may be inherited from another one.
+QString programToStart()
 {
     const QString program = QCoreApplication::applicationFilePath();
     const QString mount = qEnvironmentVariable("APPDIR");
@@ -83,7 +83,7 @@ Autostart Autostart::ofThisProgram()
     return Autostart({.userFolder = userFolder,
                       .systemFolders = folders,
                       .desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':', Qt::SkipEmptyParts),
-                      .program = lastingProgram()});
+                      .program = programToStart()});
 }
 
 QString Autostart::userFile() const
@@ -114,7 +114,7 @@ Autostart::Status Autostart::status() const
     return isTurnedOff(*entry) ? Status::requiresApproval : Status::enabled;
 }
 
-/// Each desktop has its own way to turn an entry off without removing it.
+/// Desktops disable an entry in different ways without removing it.
 bool Autostart::isTurnedOff(const DesktopEntry &entry) const
 {
     const auto namesThisDesktop = [this](const QList<QByteArray> &desktops) {
@@ -162,7 +162,7 @@ bool Autostart::add() const
 
 bool Autostart::remove() const
 {
-    // Only an entry of the user's own overrules the system's.
+    // A system-wide entry can only be overridden by one in the user's folder.
     return systemEntry() ? writeEntry("Hidden=true") : QFile::remove(userFile());
 }
 

@@ -8,37 +8,38 @@
 
 namespace portolan {
 
-/// This program's entry among those that the desktop starts at login, `portolan.desktop` in the autostart
-/// folders. Keeps nothing but where to look: every question reads the files. Main thread.
+/// The autostart entry of this program: `portolan.desktop` in the XDG autostart folders. Nothing is cached:
+/// every call reads the files. Main thread.
 class Autostart
 {
 public:
     enum class Status {
         notRegistered,    ///< there is no entry
         enabled,          ///< the next login starts the program
-        requiresApproval, ///< there is an entry, but the user's desktop has turned it off
-        notFound,         ///< the entry's program is gone, or no entry can be made here
+        requiresApproval, ///< there is an entry, but it is disabled
+        notFound,         ///< the entry's program is missing, or no entry can be created
     };
 
-    /// Where entries are looked for and what a new one starts.
+    /// The folders to search and the program that a new entry starts.
     struct Session
     {
-        QString userFolder;        ///< absolute path of the user's autostart folder; empty: there is none
-        QStringList systemFolders; ///< the system's, the strongest first
-        QStringList desktops;      ///< names of the running desktop, as in $XDG_CURRENT_DESKTOP
-        QString program;           ///< absolute path of this program; empty: unknown
+        QString userFolder;        ///< absolute path of the user's autostart folder; empty if there is none
+        QStringList systemFolders; ///< the system-wide ones, in order of precedence
+        QStringList desktops;      ///< the names in $XDG_CURRENT_DESKTOP
+        QString program;           ///< absolute path of this program; empty if unknown
     };
 
     explicit Autostart(Session session);
-    /// For this program in the session that it runs in.
+    /// The entry of this program in the current session.
     [[nodiscard]] static Autostart ofThisProgram();
 
     [[nodiscard]] Status status() const;
 
-    /// Makes the next login start the program: writes the user's entry, in place of any that is there, which
-    /// is this program's own. Returns whether the entry could be written.
+    /// Writes the user's entry, replacing an existing one, so that the next login starts the program. Returns
+    /// whether it could be written.
     bool add() const;
-    /// Makes the next login not start it. Returns whether the entry could be removed.
+    /// Removes the user's entry, or hides the system-wide one, so that the next login does not start the
+    /// program. Returns whether that succeeded.
     bool remove() const;
 
 private:

@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A word of Exec, before the escapes that all texts have.
+/// `text` quoted as one argument of Exec, without the escapes that apply to all strings.
 QString execWord(const QString &text)
 {
     static const QString needsQuotes = u" \t\n\"'\\><~|&;$*?#()`"_s;
@@ -28,7 +28,7 @@ QString execWord(const QString &text)
     return isPlain && !text.isEmpty() ? word : u'"' + word + u'"';
 }
 
-/// The first word of a command line, its quotes taken off.
+/// The first argument of a command line, unquoted.
 QString firstWord(QStringView commandLine)
 {
     const QStringView line = commandLine.trimmed();

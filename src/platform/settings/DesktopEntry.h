@@ -9,27 +9,26 @@
 
 namespace portolan {
 
-/// What a desktop entry file says. Keys and values are those of the group [Desktop Entry], values as they
-/// stand in the file.
+/// The keys and raw values of the group [Desktop Entry] of a desktop entry file.
 class DesktopEntry
 {
 public:
     explicit DesktopEntry(const QByteArray &text);
 
-    /// The value of `key`; of several lines with the same key the last one counts.
+    /// The raw value of `key`; the last one if it occurs several times.
     [[nodiscard]] std::optional<QByteArray> value(const QByteArray &key) const;
-    /// Whether the value of `key` is true.
+    /// Whether the value of `key` is "true".
     [[nodiscard]] bool isTrue(const QByteArray &key) const;
-    /// The texts of a ";"-separated value.
+    /// The elements of a ";"-separated value.
     [[nodiscard]] QList<QByteArray> list(const QByteArray &key) const;
 
-    /// `text` as the value of a key of type string, and back.
+    /// Escapes and unescapes a value of type string.
     [[nodiscard]] static QByteArray escaped(const QString &text);
     [[nodiscard]] static QString unescaped(QByteArrayView value);
 
-    /// The value of Exec that runs `program` with `arguments`.
+    /// A value of Exec that runs `program` with `arguments`.
     [[nodiscard]] static QByteArray exec(const QString &program, const QStringList &arguments);
-    /// The program that a value of Exec runs, or an empty text.
+    /// The program in a value of Exec; empty if there is none.
     [[nodiscard]] static QString programOf(QByteArrayView exec);
 
 private:

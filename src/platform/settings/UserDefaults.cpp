@@ -18,18 +18,18 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Settings are a few hundred bytes; something of this size is not ours to parse.
+/// Settings are a few hundred bytes; a larger file is not one of ours.
 constexpr qint64 maxSize = qint64(1) << 20;
 constexpr QFile::Permissions ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
 
-/// The JSON object in the file at `path`, an empty one where there is no file, nothing if the file holds
+/// The JSON object in the file at `path`; an empty one if there is no file, no value if the file holds
 /// anything else.
 std::optional<QJsonObject> readObject(const QString &path)
 {
     const QFileInfo info(path);
     if (!info.exists())
         return QJsonObject();
-    // Opening a pipe would wait for its writer.
+    // Opening a pipe would block until it has a writer.
     if (!info.isFile() || info.size() > maxSize)
         return std::nullopt;
     QFile file(path);
@@ -42,7 +42,7 @@ std::optional<QJsonObject> readObject(const QString &path)
 }
 
 /// Renames the file to the first free "<path>.broken-<n>"; false if that cannot be done.
-bool putAside(const QString &path)
+bool moveAside(const QString &path)
 {
     for (int n = 1;; ++n) {
         const QString aside = path + u".broken-"_s + QString::number(n);
@@ -165,8 +165,8 @@ void UserDefaults::save()
         return;
     const std::optional<QJsonObject> onDisk = readObject(m_path);
     const QJsonObject wanted = merged(onDisk.value_or(QJsonObject()), m_unsaved);
-    // What the file says already is not written again: loading the settings writes them all back.
-    const bool saved = onDisk == wanted || ((onDisk || putAside(m_path)) && writeObject(m_path, wanted));
+    // Loading the settings sets all of them again, so an unchanged file must not be rewritten.
+    const bool saved = onDisk == wanted || ((onDisk || moveAside(m_path)) && writeObject(m_path, wanted));
     if (!saved)
         return;
     m_stored = wanted;

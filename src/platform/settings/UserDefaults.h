@@ -6,19 +6,18 @@
 
 namespace portolan {
 
-/// The user's settings: texts, booleans and lists of integers under string keys, in one JSON file.
+/// The user's settings: strings, booleans and lists of integers under string keys, in one JSON file.
 ///
-/// Every write goes to the file at once and replaces it as a whole, so that a reader and a crash find either
-/// the old file or the new one. It is laid over what the file holds at that moment: other programs' changes
-/// and keys that nobody here knows stay. A file that cannot be read as a JSON object counts as empty and is
-/// renamed to "<name>.broken-<n>" before it is replaced. Where the file cannot be written, values live in
-/// memory and are tried again with the next write. Main thread only.
+/// Every write is saved at once by replacing the file atomically. It is merged into what the file holds at
+/// that moment, so that changes by other programs and unknown keys are kept. A file that does not hold a JSON
+/// object counts as empty and is renamed to "<name>.broken-<n>" before it is replaced. If the file cannot be
+/// written, values stay in memory and are saved with the next write. Main thread only.
 class UserDefaults
 {
 public:
     enum class Access : quint8 {
         readWrite,
-        readOnly, ///< writes stay in memory; the disk is never touched
+        readOnly, ///< writes stay in memory and are never saved
     };
 
     enum class Presence : quint8 {
@@ -27,26 +26,26 @@ public:
         present,
     };
 
-    /// What is stored under a key, if it is of the type asked for.
+    /// The value stored under a key, if it has the requested type.
     template <typename T>
     struct Reading
     {
         Presence presence = Presence::absent;
-        T value{}; ///< means something only when present
+        T value{}; ///< valid only if present
 
         explicit operator bool() const { return presence == Presence::present; }
         friend bool operator==(const Reading &, const Reading &) = default;
     };
 
-    /// Reads the file at the absolute `path`, which need not exist, and keeps its content.
+    /// Reads the file at the absolute path `path`, which need not exist.
     explicit UserDefaults(QString path = defaultPath(), Access access = Access::readWrite);
 
-    /// $XDG_CONFIG_HOME/portolan/settings.json, in ~/.config where that variable holds no absolute path.
+    /// $XDG_CONFIG_HOME/portolan/settings.json; in ~/.config if that variable is not an absolute path.
     [[nodiscard]] static QString defaultPath();
 
     [[nodiscard]] Reading<QString> string(QStringView key) const;
     [[nodiscard]] Reading<bool> boolean(QStringView key) const;
-    /// One element that is no whole number makes the whole list `wrongType`.
+    /// `wrongType` if any element is not an integer.
     [[nodiscard]] Reading<QList<qint64>> integers(QStringView key) const;
 
     void setString(QStringView key, const QString &value);
@@ -60,8 +59,8 @@ private:
 
     QString m_path;
     Access m_access;
-    QJsonObject m_stored;  ///< the file, as last seen
-    QJsonObject m_unsaved; ///< what was set and is not in the file
+    QJsonObject m_stored;  ///< the content of the file when it was last read or written
+    QJsonObject m_unsaved; ///< values that could not be saved yet
 };
 
 } // namespace portolan

@@ -6,12 +6,12 @@ DesktopStatusIcon::DesktopStatusIcon(const QDBusConnection &bus, const StatusIco
     : m_art(art)
     , m_item(bus, art)
 {
-    passOn(m_item);
-    connect(&m_item, &StatusIcon::hostChanged, this, &DesktopStatusIcon::choose);
-    choose();
+    forwardSignals(m_item);
+    connect(&m_item, &StatusIcon::hostChanged, this, &DesktopStatusIcon::update);
+    update();
 }
 
-void DesktopStatusIcon::choose()
+void DesktopStatusIcon::update()
 {
     if (m_item.host() == Host::Unknown)
         return;
@@ -23,15 +23,15 @@ void DesktopStatusIcon::choose()
     }
     if (!m_tray) {
         m_tray.emplace();
-        connect(&*m_tray, &XEmbedTray::changed, this, &DesktopStatusIcon::choose);
+        connect(&*m_tray, &XEmbedTray::changed, this, &DesktopStatusIcon::update);
     }
     m_embedded.reset();
     if (m_tray->isPresent())
-        passOn(m_embedded.emplace(*m_tray, m_art));
+        forwardSignals(m_embedded.emplace(*m_tray, m_art));
     setHost(m_tray->isPresent() ? Host::Present : Host::Absent);
 }
 
-void DesktopStatusIcon::passOn(StatusIcon &icon)
+void DesktopStatusIcon::forwardSignals(StatusIcon &icon)
 {
     connect(&icon, &StatusIcon::activated, this, &StatusIcon::activated);
     connect(&icon, &StatusIcon::openRequested, this, &StatusIcon::openRequested);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "SniStatusItem.h"
+#include "SniStatusIcon.h"
 #include "XEmbedStatusIcon.h"
 #include "XEmbedTray.h"
 
@@ -8,8 +8,8 @@
 
 namespace portolan {
 
-/// The status icon by whichever way this desktop has: a notifier host first, else an embedding tray. Changes
-/// its mind when panels come and go.
+/// The status icon in the status area that the desktop has: a StatusNotifier host if there is one, else an
+/// XEmbed tray. Switches between them as panels start and exit.
 class DesktopStatusIcon final : public StatusIcon
 {
     Q_OBJECT
@@ -18,12 +18,12 @@ public:
     DesktopStatusIcon(const QDBusConnection &bus, const StatusIconArt &art);
 
 private:
-    void choose();
-    void passOn(StatusIcon &icon);
+    void update();
+    void forwardSignals(StatusIcon &icon);
 
     StatusIconArt m_art;
-    SniStatusItem m_item;
-    std::optional<XEmbedTray> m_tray; // watched only while there is no notifier host
+    SniStatusIcon m_item;
+    std::optional<XEmbedTray> m_tray; // exists only while there is no StatusNotifier host
     std::optional<XEmbedStatusIcon> m_embedded;
 };
 

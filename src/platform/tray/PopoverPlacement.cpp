@@ -8,7 +8,7 @@ namespace portolan {
 
 namespace {
 
-// What is kept clear around the anchor when no panel is known there: about half an icon.
+// Half the size of an icon, which is kept free around the anchor if no panel is known to be there.
 constexpr int AnchorRadius = 12;
 
 enum class Edge { Top, Bottom, Left, Right };
@@ -20,7 +20,7 @@ const ScreenArea &screenAt(QPoint point, const QList<ScreenArea> &screens)
     return found != screens.end() ? *found : screens.first();
 }
 
-// The edge that `point` is nearest to, or farthest beyond; top and bottom count as nearer by `bias`.
+// The edge that `point` is nearest to, or farthest outside of. `bias` favours the top and bottom edges.
 Edge nearestEdge(QPoint point, const QRect &area, int bias)
 {
     const std::array<std::pair<int, Edge>, 4> distances{{
@@ -32,8 +32,8 @@ Edge nearestEdge(QPoint point, const QRect &area, int bias)
     return std::ranges::min_element(distances, {}, &std::pair<int, Edge>::first)->second;
 }
 
-// The panel's edge: the one whose reserved strip holds the anchor. A panel that reserves nothing is taken for
-// one at the nearest edge, and in a corner for a horizontal one, as most are.
+// The edge of the screen whose reserved area contains the anchor. A panel that reserves no area is assumed at
+// the nearest edge, or in a corner at the top or bottom, where most panels are.
 Edge panelEdge(QPoint anchor, const ScreenArea &screen)
 {
     constexpr int cornerSize = 48;
@@ -50,7 +50,7 @@ int clampedStart(int start, int length, int low, int high)
 
 QPoint PopoverPlacement::fromDevicePixels(QPoint point, const QList<ScreenArea> &screens)
 {
-    // A screen's upper left corner is the same point in both kinds of pixels; only its extent is scaled.
+    // Qt scales the size of a screen but not its top left corner.
     const auto holds = [point](const ScreenArea &screen) {
         return QRect(screen.geometry.topLeft(), screen.geometry.size() * screen.scale).contains(point);
     };

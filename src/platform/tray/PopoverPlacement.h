@@ -7,31 +7,30 @@
 
 namespace portolan {
 
-/// What placing needs to know of one screen. Rectangles are in device-independent pixels of the virtual
-/// desktop.
+/// The geometry of one screen. Rectangles are in device-independent pixels of the virtual desktop.
 struct ScreenArea
 {
     QRect geometry;
-    QRect available; ///< what panels leave free; equal to `geometry` where the system does not tell
+    QRect available; ///< without the areas reserved by panels; `geometry` if they are unknown
     qreal scale = 1; ///< device pixels per device-independent pixel
 };
 
-/// Where the popover goes: beside the status icon, on the inner side of the panel that holds the icon.
-/// Pure functions; the first screen of a list is the primary one and a list is never empty.
+/// Computes the popover's position next to the status icon. Pure functions. A list of screens is never empty
+/// and starts with the primary one.
 namespace PopoverPlacement {
 
-/// The free strip between the popover and the panel or the screen's edge.
+/// The distance in pixels between the popover and the panel or the edge of the screen.
 inline constexpr int Gap = 4;
 
-/// `point` in device pixels, as panels report a click, in the coordinates of `screens`.
+/// Converts a point in device pixels, as panels report clicks, to device-independent pixels.
 [[nodiscard]] QPoint fromDevicePixels(QPoint point, const QList<ScreenArea> &screens);
 
-/// Where to anchor when nobody knows where the icon is: the primary screen's right end of the panel, or its
-/// upper right corner.
+/// The anchor if the position of the icon is unknown: the right end of the primary screen's panel, or its top
+/// right corner.
 [[nodiscard]] QPoint fallbackAnchor(const QList<ScreenArea> &screens);
 
-/// The popover's frame for an icon at `anchor` and a content of `size`. It lies wholly in the free area of
-/// the anchor's screen (the primary one for an anchor on none), lower than `size` where that area is too low.
+/// The popover's geometry for an icon at `anchor` and a content of `size`, within the available area of the
+/// anchor's screen (the primary one if it is on none). The height is reduced if that area is too low.
 [[nodiscard]] QRect place(QPoint anchor, QSize size, const QList<ScreenArea> &screens);
 
 } // namespace PopoverPlacement

@@ -9,10 +9,10 @@ void ReopenGuard::closedByFocusLoss(Clock::time_point now)
     m_focusLostAt = now;
 }
 
-bool ReopenGuard::swallowsActivation(Clock::time_point now)
+bool ReopenGuard::shouldIgnore(Clock::time_point now)
 {
     const auto lostAt = std::exchange(m_focusLostAt, std::nullopt);
-    return lostAt && now - *lostAt < Window;
+    return lostAt && now - *lostAt < Interval;
 }
 
 } // namespace portolan

@@ -11,28 +11,28 @@
 
 namespace portolan {
 
-/// How the status icon looks, in the forms that the various panels ask for.
+/// The image of the status icon in the formats that panels need.
 struct StatusIconArt
 {
-    QByteArray symbolicSvg; ///< one colour, which the panel replaces by its own
-    QList<QImage> images;   ///< for panels that need pixels; square, one per size
+    QByteArray symbolicSvg; ///< in one colour, which the panel replaces
+    QList<QImage> images;   ///< square, one per size, in ascending order
 };
 
-/// The program's icon in the desktop's status area, with the menu entries "Open Portolan" and "Quit". It
-/// looks for a panel by itself, now and later, and follows panels that go and come. Main thread only.
+/// The program's icon in the desktop's status area, with the menu entries "Open Portolan" and "Quit". It is
+/// shown in every panel that starts or restarts while it exists. Main thread only.
 class StatusIcon : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Whether a panel shows the icon. `Unknown` lasts from the start until the first answer of the system.
+    /// Whether a panel shows the icon; `Unknown` until the first reply from the bus.
     enum class Host { Unknown, Present, Absent };
     Q_ENUM(Host)
 
     [[nodiscard]] Host host() const { return m_host; }
 
 Q_SIGNALS:
-    /// The icon was clicked. `anchor` is where, in device pixels; the null point if the panel did not tell.
+    /// The icon was clicked at `anchor`, in device pixels; a null point if the panel does not report it.
     void activated(QPoint anchor);
     /// "Open Portolan" was chosen from the icon's menu.
     void openRequested();
@@ -41,7 +41,7 @@ Q_SIGNALS:
     void hostChanged(StatusIcon::Host host);
 
 protected:
-    /// The menu's entries in order; `chooseMenuEntry` says which of them was chosen.
+    /// The entries of the menu in order; call chooseMenuEntry() with the index of the chosen one.
     [[nodiscard]] static QStringList menuLabels();
     void chooseMenuEntry(qsizetype index);
     void setHost(Host host);
@@ -50,7 +50,7 @@ private:
     Host m_host = Host::Unknown;
 };
 
-/// The icon as this desktop can show it.
+/// Creates the icon for the current desktop session.
 [[nodiscard]] std::unique_ptr<StatusIcon> makeStatusIcon(const StatusIconArt &art);
 
 } // namespace portolan

@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Where an icon lies in a folder of themes.
+// The path of the icon in a folder of icon themes.
 QString symbolicIcon(const QString &themes)
 {
     return themes + "/hicolor/symbolic/apps/"_L1 + StatusIconTheme::IconName + ".svg"_L1;

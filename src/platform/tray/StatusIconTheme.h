@@ -6,13 +6,13 @@
 
 namespace portolan {
 
-/// Where panels find the status icon by name, which is how they can tint it.
+/// The icon theme in which panels look up the status icon by name. Only a named icon is recoloured.
 namespace StatusIconTheme {
 
 inline constexpr QLatin1StringView IconName("portolan-symbolic");
 
-/// A folder of icon themes that certainly holds `IconName`: the installed one beside the program, else one
-/// made from `svg` in the user's runtime folder. Empty if neither can be had.
+/// A folder of icon themes that contains `IconName`: the installed one, else one in the user's runtime folder
+/// to which `svg` is written. Empty if neither exists.
 [[nodiscard]] QString pathWithIcon(const QByteArray &svg);
 
 } // namespace StatusIconTheme

@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QVariantMap chosen(const QVariantMap &properties, const QStringList &names)
+QVariantMap filtered(const QVariantMap &properties, const QStringList &names)
 {
     if (names.isEmpty())
         return properties;
@@ -97,43 +97,43 @@ uint StatusMenu::GetLayout(int parentId, int recursionDepth, const QStringList &
                            StatusMenuLayout &layout)
 {
     constexpr uint revision = 1;
-    if (!knows(parentId)) {
+    if (!isEntry(parentId)) {
         sendErrorReply(QDBusError::InvalidArgs, u"no such menu entry"_s);
         return revision;
     }
-    layout = {parentId, chosen(properties(parentId), propertyNames), {}};
+    layout = {parentId, filtered(properties(parentId), propertyNames), {}};
     if (parentId == 0 && recursionDepth != 0)
-        for (int id = 1; knows(id); ++id)
-            layout.children.append({id, chosen(properties(id), propertyNames), {}});
+        for (int id = 1; isEntry(id); ++id)
+            layout.children.append({id, filtered(properties(id), propertyNames), {}});
     return revision;
 }
 
 QList<StatusMenuEntry> StatusMenu::GetGroupProperties(const QList<int> &ids, const QStringList &propertyNames)
 {
     QList<StatusMenuEntry> entries;
-    if (ids.isEmpty()) { // asks for all
-        for (int id = 0; knows(id); ++id)
-            entries.append({id, chosen(properties(id), propertyNames)});
+    if (ids.isEmpty()) { // requests all
+        for (int id = 0; isEntry(id); ++id)
+            entries.append({id, filtered(properties(id), propertyNames)});
         return entries;
     }
     for (const int id : ids)
-        if (knows(id))
-            entries.append({id, chosen(properties(id), propertyNames)});
+        if (isEntry(id))
+            entries.append({id, filtered(properties(id), propertyNames)});
     return entries;
 }
 
 QDBusVariant StatusMenu::GetProperty(int id, const QString &name)
 {
-    const QVariant value = knows(id) ? properties(id).value(name) : QVariant();
+    const QVariant value = isEntry(id) ? properties(id).value(name) : QVariant();
     if (value.isValid())
         return QDBusVariant(value);
     sendErrorReply(QDBusError::InvalidArgs, u"no such property"_s);
-    return QDBusVariant(QString()); // an invalid variant cannot be marshalled, not even to be dropped
+    return QDBusVariant(QString()); // an invalid variant cannot be marshalled
 }
 
 void StatusMenu::Event(int id, const QString &type, const QDBusVariant &, uint)
 {
-    if (type == "clicked"_L1 && id != 0 && knows(id))
+    if (type == "clicked"_L1 && id != 0 && isEntry(id))
         Q_EMIT triggered(id);
 }
 
@@ -141,7 +141,7 @@ QList<int> StatusMenu::EventGroup(const QList<StatusMenuEvent> &events)
 {
     QList<int> unknownIds;
     for (const StatusMenuEvent &event : events) {
-        if (knows(event.id))
+        if (isEntry(event.id))
             Event(event.id, event.type, event.data, event.timestamp);
         else
             unknownIds.append(event.id);
@@ -157,7 +157,7 @@ bool StatusMenu::AboutToShow(int)
 QList<int> StatusMenu::AboutToShowGroup(const QList<int> &ids, QList<int> &unknownIds)
 {
     for (const int id : ids)
-        if (!knows(id))
+        if (!isEntry(id))
             unknownIds.append(id);
     return {};
 }

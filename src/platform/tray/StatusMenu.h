@@ -10,7 +10,7 @@
 
 namespace portolan {
 
-/// One entry of a menu on the bus, with its children: (ia{sv}av).
+/// An entry of the menu with its children: (ia{sv}av).
 struct StatusMenuLayout
 {
     int id = 0;
@@ -25,7 +25,7 @@ struct StatusMenuEntry
     QVariantMap properties;
 };
 
-/// Something that happened to an entry: (isvu).
+/// An event of one entry: (isvu).
 struct StatusMenuEvent
 {
     int id = 0;
@@ -41,7 +41,7 @@ const QDBusArgument &operator>>(const QDBusArgument &in, StatusMenuEntry &entry)
 QDBusArgument &operator<<(QDBusArgument &out, const StatusMenuEvent &event);
 const QDBusArgument &operator>>(const QDBusArgument &in, StatusMenuEvent &event);
 
-/// The status icon's menu as panels ask for it over D-Bus: one level of entries that never change.
+/// The status icon's menu, exported over D-Bus: one level of entries, which never change.
 class StatusMenu : public QObject, protected QDBusContext
 {
     Q_OBJECT
@@ -52,11 +52,11 @@ class StatusMenu : public QObject, protected QDBusContext
     Q_PROPERTY(QStringList IconThemePath READ iconThemePath CONSTANT FINAL)
 
 public:
-    /// The entry `labels[i]` has the id i + 1; 0 is the menu itself.
+    /// The entry `labels[i]` has the id i + 1; the id 0 is the root.
     explicit StatusMenu(const QStringList &labels, QObject *parent = nullptr);
 
 public Q_SLOTS:
-    // The names and types of the protocol.
+    // The methods of com.canonical.dbusmenu.
     Q_SCRIPTABLE uint GetLayout(int parentId, int recursionDepth, const QStringList &propertyNames,
                                 portolan::StatusMenuLayout &layout);
     Q_SCRIPTABLE QList<portolan::StatusMenuEntry> GetGroupProperties(const QList<int> &ids,
@@ -76,7 +76,7 @@ private:
     QString status() const;
     QStringList iconThemePath() const { return {}; }
 
-    bool knows(int id) const { return id >= 0 && id <= m_labels.size(); }
+    bool isEntry(int id) const { return id >= 0 && id <= m_labels.size(); }
     QVariantMap properties(int id) const;
 
     QStringList m_labels;

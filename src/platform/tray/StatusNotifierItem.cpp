@@ -78,13 +78,13 @@ void StatusNotifierItem::Activate(int x, int y)
     Q_EMIT activated({x, y});
 }
 
-// The middle button does what the left one does, as there is only one thing to do.
+// Sent for the middle button, which does the same as the left one.
 void StatusNotifierItem::SecondaryActivate(int x, int y)
 {
     Q_EMIT activated({x, y});
 }
 
-// Sent only by panels that cannot show the menu themselves.
+// Sent only by panels that cannot show a D-Bus menu.
 void StatusNotifierItem::ContextMenu(int x, int y)
 {
     Q_EMIT activated({x, y});

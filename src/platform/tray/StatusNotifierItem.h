@@ -10,7 +10,7 @@
 
 namespace portolan {
 
-/// An icon in pixels: (iiay), the bytes being ARGB in network byte order, not premultiplied.
+/// The pixels of an icon: (iiay), as ARGB in network byte order, not premultiplied.
 struct StatusNotifierPixmap
 {
     int width = 0;
@@ -18,7 +18,7 @@ struct StatusNotifierPixmap
     QByteArray argb;
 };
 
-/// (sa(iiay)ss)
+/// The tool tip: (sa(iiay)ss).
 struct StatusNotifierToolTip
 {
     QString iconName;
@@ -32,7 +32,7 @@ const QDBusArgument &operator>>(const QDBusArgument &in, StatusNotifierPixmap &p
 QDBusArgument &operator<<(QDBusArgument &out, const StatusNotifierToolTip &toolTip);
 const QDBusArgument &operator>>(const QDBusArgument &in, StatusNotifierToolTip &toolTip);
 
-/// The status icon as panels see it over D-Bus. Its looks never change, so it announces nothing.
+/// The status icon, exported over D-Bus. It never changes, so it emits none of the protocol's signals.
 class StatusNotifierItem : public QObject
 {
     Q_OBJECT
@@ -45,23 +45,23 @@ class StatusNotifierItem : public QObject
     Q_PROPERTY(QString IconName READ iconName CONSTANT FINAL)
     Q_PROPERTY(QString IconThemePath READ iconThemePath CONSTANT FINAL)
     Q_PROPERTY(QList<portolan::StatusNotifierPixmap> IconPixmap READ iconPixmap CONSTANT FINAL)
-    Q_PROPERTY(QString OverlayIconName READ nothing CONSTANT FINAL)
+    Q_PROPERTY(QString OverlayIconName READ empty CONSTANT FINAL)
     Q_PROPERTY(QList<portolan::StatusNotifierPixmap> OverlayIconPixmap READ noPixmap CONSTANT FINAL)
-    Q_PROPERTY(QString AttentionIconName READ nothing CONSTANT FINAL)
+    Q_PROPERTY(QString AttentionIconName READ empty CONSTANT FINAL)
     Q_PROPERTY(QList<portolan::StatusNotifierPixmap> AttentionIconPixmap READ noPixmap CONSTANT FINAL)
-    Q_PROPERTY(QString AttentionMovieName READ nothing CONSTANT FINAL)
+    Q_PROPERTY(QString AttentionMovieName READ empty CONSTANT FINAL)
     Q_PROPERTY(portolan::StatusNotifierToolTip ToolTip READ toolTip CONSTANT FINAL)
     Q_PROPERTY(bool ItemIsMenu READ itemIsMenu CONSTANT FINAL)
     Q_PROPERTY(QDBusObjectPath Menu READ menu CONSTANT FINAL)
 
 public:
-    /// `iconThemePath` is a folder of icon themes that holds `iconName`. Where it is empty no name is told,
-    /// as some panels show nothing for a name that they cannot find.
+    /// `iconThemePath` is a folder of icon themes that contains `iconName`. If it is empty, no name is
+    /// exported, because some panels show nothing for a name that they cannot find.
     StatusNotifierItem(const QString &iconName, const QString &iconThemePath, const QList<QImage> &images,
                        const QDBusObjectPath &menu, QObject *parent = nullptr);
 
 public Q_SLOTS:
-    // The names and types of the protocol.
+    // The methods of org.kde.StatusNotifierItem.
     Q_SCRIPTABLE void Activate(int x, int y);
     Q_SCRIPTABLE void SecondaryActivate(int x, int y);
     Q_SCRIPTABLE void ContextMenu(int x, int y);
@@ -80,7 +80,7 @@ private:
     QString iconName() const { return m_iconName; }
     QString iconThemePath() const { return m_iconThemePath; }
     QList<StatusNotifierPixmap> iconPixmap() const { return m_pixmaps; }
-    QString nothing() const { return {}; }
+    QString empty() const { return {}; }
     QList<StatusNotifierPixmap> noPixmap() const { return {}; }
     StatusNotifierToolTip toolTip() const;
     bool itemIsMenu() const { return false; }

@@ -12,8 +12,8 @@ namespace portolan {
 using namespace Qt::StringLiterals;
 
 namespace {
-constexpr QSize LeastSize(22, 22); // what trays go by that leave the choice to the icon
-constexpr QPoint OutOfSight(-100, -100);
+constexpr QSize MinimumSize(22, 22); // for trays that let the icon choose its size
+constexpr QPoint OffScreen(-100, -100);
 } // namespace
 
 XEmbedIconWindow::XEmbedIconWindow(const QList<QImage> &images, bool hasAlpha)
@@ -25,9 +25,9 @@ XEmbedIconWindow::XEmbedIconWindow(const QList<QImage> &images, bool hasAlpha)
     setFormat(surface);
     setFlags(Qt::FramelessWindowHint | Qt::BypassWindowManagerHint | Qt::WindowDoesNotAcceptFocus);
     setTitle(u"Portolan"_s);
-    setGeometry(QRect(OutOfSight, LeastSize));
+    setGeometry(QRect(OffScreen, MinimumSize));
     create();
-    setMinimumSize(LeastSize); // of a window that is there, for the tray to see before it is shown
+    setMinimumSize(MinimumSize); // after create(), so that the tray can read the hint before show()
 }
 
 const QImage &XEmbedIconWindow::imageFor(int side) const

@@ -6,14 +6,14 @@
 
 namespace portolan {
 
-/// The window that shows a status icon inside of a tray's window.
+/// The window of a status icon, which is embedded into a tray.
 class XEmbedIconWindow final : public QRasterWindow
 {
     Q_OBJECT
 
 public:
-    /// Shows that one of `images` that suits the size the tray gives. Without alpha what lies behind is taken
-    /// from the tray.
+    /// Shows the one of `images` (in ascending order) that fits the size given by the tray. Without
+    /// `hasAlpha`, the tray's background is painted behind it.
     XEmbedIconWindow(const QList<QImage> &images, bool hasAlpha);
 
 Q_SIGNALS:

@@ -3,9 +3,9 @@
 namespace portolan {
 
 XEmbedStatusIcon::XEmbedStatusIcon(XEmbedTray &tray, const StatusIconArt &art)
-    : m_window(art.images, tray.takesAlpha())
+    : m_window(art.images, tray.supportsAlpha())
 {
-    // The pointer is at the icon: that is place enough.
+    // A null point: the popover then opens at the pointer, which is on the icon.
     connect(&m_window, &XEmbedIconWindow::clicked, this, [this] { Q_EMIT activated({}); });
     tray.embed(m_window);
     setHost(Host::Present);

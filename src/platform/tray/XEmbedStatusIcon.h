@@ -6,13 +6,13 @@
 
 namespace portolan {
 
-/// The status icon in a status area of the older kind, which knows of no menu: every click is an activation.
+/// The status icon in an XEmbed tray. Such trays show no menu: every click is an activation.
 class XEmbedStatusIcon final : public StatusIcon
 {
     Q_OBJECT
 
 public:
-    /// To be made while `tray` is present, and to be dropped when it goes.
+    /// `tray` must be present; destroy this object when it no longer is.
     XEmbedStatusIcon(XEmbedTray &tray, const StatusIconArt &art);
 
 private:

@@ -18,7 +18,7 @@ XEmbedTray::XEmbedTray()
     m_manager = display.atom("MANAGER");
     m_selection = display.atom("_NET_SYSTEM_TRAY_S" + QByteArray::number(display.screenNumber()));
     qGuiApp->installNativeEventFilter(this);
-    look();
+    update();
 }
 
 XEmbedTray::~XEmbedTray()
@@ -27,7 +27,7 @@ XEmbedTray::~XEmbedTray()
         qGuiApp->removeNativeEventFilter(this);
 }
 
-bool XEmbedTray::takesAlpha() const
+bool XEmbedTray::supportsAlpha() const
 {
     const XcbDisplay display;
     return display.depthOfVisual(display.number(m_owner, display.atom("_NET_SYSTEM_TRAY_VISUAL"))) == 32;
@@ -44,35 +44,35 @@ void XEmbedTray::embed(QWindow &window)
 
 bool XEmbedTray::nativeEventFilter(const QByteArray &, void *message, qintptr *)
 {
-    // Installed on X11 alone, where every message is an event of this type.
+    // The filter is installed only on X11, where every message is an XCB event.
     const auto *event = static_cast<const xcb_generic_event_t *>(message);
     switch (event->response_type & ~0x80) {
     case XCB_CLIENT_MESSAGE: {
         const auto *announcement = reinterpret_cast<const xcb_client_message_event_t *>(event);
         if (announcement->type == m_manager && announcement->data.data32[1] == m_selection)
-            look();
+            update();
         break;
     }
     case XCB_REPARENT_NOTIFY:
-        // Trays take a window that is shown any earlier for one that wants to be hidden.
+        // Shown only now: trays hide a window that is mapped before it is embedded.
         if (m_embedded &&
             reinterpret_cast<const xcb_reparent_notify_event_t *>(event)->window == m_embedded->winId())
             m_embedded->show();
         break;
     case XCB_DESTROY_NOTIFY:
         if (reinterpret_cast<const xcb_destroy_notify_event_t *>(event)->window == m_owner)
-            look();
+            update();
         break;
     }
     return false;
 }
 
-void XEmbedTray::look()
+void XEmbedTray::update()
 {
     const XcbDisplay display;
     const xcb_window_t owner = display.selectionOwner(m_selection);
     if (owner != XCB_WINDOW_NONE)
-        display.tellWhenDestroyed(owner);
+        display.notifyWhenDestroyed(owner);
     if (owner == m_owner)
         return;
     m_owner = owner;

@@ -8,7 +8,7 @@
 namespace portolan {
 
 namespace {
-// In parts of the icon's side.
+// As fractions of the icon's size.
 constexpr qreal Corner = 0.25;
 constexpr qreal Figure = 0.66;
 } // namespace

@@ -4,10 +4,10 @@
 
 namespace portolan {
 
-/// The program's own icon: the brand figure, dark on a light tile, to be told from a panel of any colour.
+/// The application icon: the brand figure, dark on a light tile, so that it is visible on any panel.
 namespace AppIcon {
 
-/// The icon on `size` x `size` pixels.
+/// The icon in `size` x `size` pixels.
 [[nodiscard]] QImage image(int size);
 
 } // namespace AppIcon

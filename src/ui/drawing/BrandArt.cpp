@@ -12,12 +12,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Shares of the shorter side.
+// As fractions of the shorter side.
 constexpr qreal spokeWidth = 0.085;
 constexpr qreal nodeRadius = 0.115;
 constexpr qreal discRadius = 0.155;
 
-// Shares of width and height.
+// As fractions of width and height.
 constexpr std::array<QPointF, 3> nodes{QPointF(0.23, 0.28), QPointF(0.77, 0.28), QPointF(0.5, 0.83)};
 
 QPointF at(const QRectF &rect, const QPointF &share)

@@ -11,18 +11,18 @@ namespace portolan {
 /// The brand figure: a disc in the centre with three spokes that end in nodes.
 namespace BrandArt {
 
-/// The figure fitted into `rect`, as one outline to be filled with the non-zero winding rule. The nodes
-/// follow the rectangle's sides; discs and spokes keep their proportion to the shorter one.
+/// The outline of the figure in `rect`, to be filled by the non-zero winding rule. The positions of the nodes
+/// scale with both sides of the rectangle, the sizes of discs and spokes with the shorter one.
 [[nodiscard]] QPainterPath path(const QRectF &rect);
 
-/// Fills the figure into `rect` and returns true; without an active painter draws nothing and returns false.
+/// Draws the figure in `rect`. Returns false, and draws nothing, if `painter` is null or not active.
 bool draw(QPainter *painter, const QRectF &rect, const QColor &color = Qt::black);
 
-/// The figure as a template for the status area, `size` device-independent pixels square: only its alpha is
-/// meant to be used (`QIcon::isMask`). Drawn anew at each size asked for, so sharp at every scale.
+/// The figure as a template image (`QIcon::isMask`: only its alpha is used) of `size` x `size`
+/// device-independent pixels. It is rendered for every requested size, so it is sharp at any scale.
 [[nodiscard]] QIcon menuBarImage(int size);
 
-/// The figure as a symbolic icon of 16 x 16 units that desktops recolour.
+/// The figure as the SVG of a symbolic icon, 16 x 16 units, which desktops recolour.
 [[nodiscard]] QByteArray symbolicSvg();
 
 } // namespace BrandArt

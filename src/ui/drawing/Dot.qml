@@ -1,6 +1,6 @@
 import Portolan
 
-// A state as a spot of colour.
+// A small disc whose colour shows a state.
 RoundedRect {
     implicitWidth: 6
     implicitHeight: 6

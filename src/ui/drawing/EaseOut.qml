@@ -1,6 +1,6 @@
 import QtQuick
 
-// The one curve by which things move and fade here.
+// The easing curve of all animations.
 NumberAnimation {
     easing.type: Easing.BezierSpline
     easing.bezierCurve: [0, 0, 0.58, 1, 1, 1]

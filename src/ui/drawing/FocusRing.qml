@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// Shows which control the keyboard acts on.
+// A border around the control that has the keyboard focus.
 RoundedRect {
     id: root
 

@@ -12,10 +12,10 @@ namespace {
 
 qreal pointsPerPixel()
 {
-    constexpr qreal usual = 96;
-    const QScreen *screen = QGuiApplication::primaryScreen(); // none while all are unplugged
-    // Whole dots per inch, as QFont counts them.
-    return 72.0 / qRound(screen ? screen->logicalDotsPerInchY() : usual);
+    constexpr qreal defaultDotsPerInch = 96;
+    const QScreen *screen = QGuiApplication::primaryScreen(); // null while no screen is connected
+    // QFont uses whole dots per inch.
+    return 72.0 / qRound(screen ? screen->logicalDotsPerInchY() : defaultDotsPerInch);
 }
 
 qreal sizeOf(const QFont &font)

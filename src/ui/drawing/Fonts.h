@@ -6,11 +6,11 @@
 
 namespace portolan {
 
-/// The fonts of the interface, by size in device-independent pixels. `tracking` is added between letters, in
-/// the same pixels. Main thread.
+/// The fonts of the interface. `size` and `tracking`, the extra letter spacing, are in device-independent
+/// pixels. Main thread.
 ///
-/// Whole sizes are a font's `pixelSize`. Fractional ones can only be told as its `pointSizeF`, and Qt draws
-/// them rounded to whole pixels all the same; ExactText makes up the difference.
+/// A whole size is set as the font's `pixelSize`. A fractional one can only be set as `pointSizeF`, and Qt
+/// draws it rounded to whole pixels; ScaledText corrects that.
 class Fonts : public QObject
 {
     Q_OBJECT
@@ -23,13 +23,13 @@ public:
     /// The desktop's fixed-width font.
     Q_INVOKABLE [[nodiscard]] static QFont monospaced(qreal size, int weight = QFont::Normal,
                                                       qreal tracking = 0);
-    /// The general font with figures of one width, so that a number changes without moving. Before Qt 6.7 the
-    /// font's own figures, which most desktop fonts draw at one width.
+    /// The general font with tabular digits, so that a changing number does not move. Before Qt 6.7 the
+    /// font's default digits, which are tabular in most desktop fonts.
     Q_INVOKABLE [[nodiscard]] static QFont digits(qreal size, int weight = QFont::Normal, qreal tracking = 0);
 
-    /// `font` at the whole size in pixels at which it can be drawn.
+    /// `font` with its size rounded to whole pixels.
     Q_INVOKABLE [[nodiscard]] static QFont whole(const QFont &font);
-    /// What `whole(font)` is to be scaled by to have the size of `font`: 1, or for instance 11.5/12.
+    /// The scale factor from whole(font) to the size of `font`: 1, or for instance 11.5/12.
     Q_INVOKABLE [[nodiscard]] static qreal ratio(const QFont &font);
 };
 

@@ -1,20 +1,20 @@
 import QtQuick
 import Portolan
 
-// What every button is made of: it can be hovered, and pressed with the pointer, the keyboard or by assistive means.
+// The base of all buttons: hover, focus, tool tip, and clicks by pointer, keyboard or assistive technology.
 Item {
     id: root
 
     required property string name
 
-    property string hint
+    property string toolTip
     property real radius: 7
-    property bool isByPointer: false // while it is clicked: what with
+    property bool isByPointer: false // valid while `clicked` is emitted
     readonly property bool hovering: hover.hovered
 
     signal clicked
 
-    // A key that is held presses once.
+    // A key that repeats counts as one click.
     function press(event: KeyEvent) {
         if (!event.isAutoRepeat)
             root.clicked();
@@ -50,8 +50,8 @@ Item {
         z: 1
     }
 
-    HoverHint {
-        text: root.hint
+    ToolTip {
+        text: root.toolTip
         resting: hover.hovered && !pointer.pressed
     }
 }

@@ -1,6 +1,6 @@
 import QtQuick
 
-// A text that is read out as it stands.
+// A plain text that assistive technology reads.
 Text {
     id: root
 

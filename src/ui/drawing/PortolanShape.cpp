@@ -10,7 +10,7 @@ PortolanShape::PortolanShape(QQuickItem *parent)
     : TintedItem(parent)
 {}
 
-QImage PortolanShape::figure(const QSize &pixels, qreal) const
+QImage PortolanShape::mask(const QSize &pixels, qreal) const
 {
     QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);

@@ -4,7 +4,7 @@
 
 namespace portolan {
 
-/// The brand figure, filling the item.
+/// The brand figure, scaled to the size of the item.
 class PortolanShape : public portolan::TintedItem
 {
     Q_OBJECT
@@ -14,7 +14,7 @@ public:
     explicit PortolanShape(QQuickItem *parent = nullptr);
 
 protected:
-    [[nodiscard]] QImage figure(const QSize &pixels, qreal scale) const override;
+    [[nodiscard]] QImage mask(const QSize &pixels, qreal scale) const override;
 };
 
 } // namespace portolan

@@ -26,9 +26,9 @@ struct Key
 
 QPainterPath rounded(const QRectF &rect, qreal radius)
 {
-    const qreal most = qMin(rect.width(), rect.height()) / 2;
+    const qreal maximum = qMin(rect.width(), rect.height()) / 2;
     QPainterPath path;
-    path.addRoundedRect(rect, qBound(0.0, radius, most), qBound(0.0, radius, most));
+    path.addRoundedRect(rect, qBound(0.0, radius, maximum), qBound(0.0, radius, maximum));
     return path;
 }
 
@@ -54,7 +54,7 @@ QImage drawn(const Key &key)
 } // namespace
 
 RoundedRect::RoundedRect(QQuickItem *parent)
-    : PixelItem(parent)
+    : ImageItem(parent)
 {}
 
 void RoundedRect::setColor(const QColor &color)
@@ -86,7 +86,7 @@ void RoundedRect::setRadius(qreal radius)
 
 QImage RoundedRect::image(const QSize &pixels, qreal scale) const
 {
-    // The cards of a list look the same and share one image.
+    // The cards of the list are equal and share one image.
     constexpr qsizetype bytes = 4 * 1024 * 1024;
     static QCache<Key, QImage> cache(bytes);
     const Key key{pixels, m_radius * scale, scale, m_color.rgba64(), m_borderColor.rgba64()};

@@ -1,15 +1,15 @@
 #pragma once
 
-#include "PixelItem.h"
+#include "ImageItem.h"
 
 #include <QColor>
 
 namespace portolan {
 
-/// A rounded rectangle with a line of one device-independent pixel along the inside of its edge, drawn over
-/// the fill. Where a window's scale is not a whole number, Rectangle leaves gaps and steps between its
-/// corners and sides; this is one image.
-class RoundedRect : public portolan::PixelItem
+/// A rounded rectangle with a border of one device-independent pixel inside its edge, drawn over the fill. It
+/// replaces Rectangle, whose corners and sides do not meet in the software renderer if the device pixel ratio
+/// is fractional.
+class RoundedRect : public portolan::ImageItem
 {
     Q_OBJECT
     QML_ELEMENT

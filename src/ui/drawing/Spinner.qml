@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// Something is going on, and nobody knows for how long.
+// A progress indicator of indeterminate duration.
 SpinnerWheel {
     id: root
 

@@ -17,7 +17,7 @@ void SpinnerWheel::setStep(int step)
     Q_EMIT stepChanged();
 }
 
-QImage SpinnerWheel::figure(const QSize &pixels, qreal) const
+QImage SpinnerWheel::mask(const QSize &pixels, qreal) const
 {
     const qreal side = qMin(pixels.width(), pixels.height());
     const qreal thickness = side / 8;

@@ -4,8 +4,8 @@
 
 namespace portolan {
 
-/// Eight spokes, the brightest of which is number `step` (clockwise from the top), as one image: sharp at
-/// every size and scale.
+/// The eight spokes of a progress indicator. The brightest one is number `step`, modulo eight, clockwise from
+/// the top; those before it fade.
 class SpinnerWheel : public portolan::TintedItem
 {
     Q_OBJECT
@@ -18,14 +18,13 @@ public:
     explicit SpinnerWheel(QQuickItem *parent = nullptr);
 
     [[nodiscard]] int step() const { return m_step; }
-    /// Counts on beyond the last spoke.
     void setStep(int step);
 
 Q_SIGNALS:
     void stepChanged();
 
 protected:
-    [[nodiscard]] QImage figure(const QSize &pixels, qreal scale) const override;
+    [[nodiscard]] QImage mask(const QSize &pixels, qreal scale) const override;
 
 private:
     int m_step = 0;

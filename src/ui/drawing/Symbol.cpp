@@ -43,7 +43,7 @@ QSizeF Symbol::imageSize() const
     return {SymbolSet::box(m_size), SymbolSet::box(m_size)};
 }
 
-QImage Symbol::figure(const QSize &pixels, qreal scale) const
+QImage Symbol::mask(const QSize &pixels, qreal scale) const
 {
     return SymbolSet::image(m_name, pixels.width(), SymbolSet::stroke(m_size, m_weight, scale));
 }

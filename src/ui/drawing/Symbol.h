@@ -6,9 +6,9 @@
 
 namespace portolan {
 
-/// A symbol of the set, shown as a character of a font of `size` device-independent pixels and of `weight`
-/// would be: in a square box of about 4/3 of the size, rounded to a multiple of four, so that the box is a
-/// whole number of pixels at every quarter of a scale. An unknown name shows nothing and keeps the box.
+/// A symbol of SymbolSet, sized like a character of a font of `size` device-independent pixels and `weight`:
+/// in a square box of about 4/3 of the size, rounded to a multiple of four, so that the box is a whole number
+/// of pixels at every device pixel ratio in steps of 0.25. An unknown name shows an empty box.
 class Symbol : public portolan::TintedItem
 {
     Q_OBJECT
@@ -26,7 +26,7 @@ public:
     [[nodiscard]] qreal size() const { return m_size; }
     void setSize(qreal size);
 
-    /// A QFont::Weight: Normal, Medium and DemiBold differ in the width of the strokes.
+    /// A QFont::Weight; Normal, Medium and DemiBold have different stroke widths.
     [[nodiscard]] int weight() const { return m_weight; }
     void setWeight(int weight);
 
@@ -37,7 +37,7 @@ Q_SIGNALS:
 
 protected:
     [[nodiscard]] QSizeF imageSize() const override;
-    [[nodiscard]] QImage figure(const QSize &pixels, qreal scale) const override;
+    [[nodiscard]] QImage mask(const QSize &pixels, qreal scale) const override;
 
 private:
     QString m_name;

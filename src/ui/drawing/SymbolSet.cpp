@@ -17,7 +17,7 @@ namespace {
 
 const auto folder = u":/qt-project.org/imports/Portolan/symbols/"_s;
 const auto suffix = u".svg"_s;
-constexpr qreal grid = 24; // units of a symbol file across
+constexpr qreal grid = 24; // the width and height of a symbol file in its units
 
 struct Key
 {
@@ -38,17 +38,16 @@ QByteArray source(const QString &name)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// The root element of each file tells the width of its strokes, so that one number makes them bolder or
-// finer.
+// The stroke width is set once, on the root element of each file, so that it can be replaced there.
 QByteArray withStroke(QByteArray svg, qreal units)
 {
-    const QByteArray usual = R"(stroke-width="2")";
+    const QByteArray original = R"(stroke-width="2")";
     const QByteArray wanted = "stroke-width=\"" + QByteArray::number(units) + '"';
-    return svg.replace(svg.indexOf(usual), usual.size(), wanted);
+    return svg.replace(svg.indexOf(original), original.size(), wanted);
 }
 
-// What is white hides the ink below it and shows nothing itself.
-QImage inkOnly(QImage image)
+// White parts of a symbol file are cut out of the black parts below them.
+QImage withoutKnockouts(QImage image)
 {
     for (int y = 0; y < image.height(); ++y) {
         auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
@@ -71,7 +70,7 @@ QImage drawn(const Key &key)
         painter.setRenderHint(QPainter::Antialiasing);
         renderer.render(&painter);
     }
-    return inkOnly(image);
+    return withoutKnockouts(image);
 }
 
 } // namespace

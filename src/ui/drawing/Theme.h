@@ -6,8 +6,8 @@
 
 namespace portolan {
 
-/// The palette of the interface: near-black grounds, translucent white layers over them, four greys of text
-/// and the colours of states. Each colour is made on first use and the same ever after; any thread.
+/// The colours of the interface: near-black backgrounds, translucent white layers over them, four greys for
+/// text, and the colours of states. Constant; any thread.
 class Theme : public QObject
 {
     Q_OBJECT
@@ -29,17 +29,17 @@ class Theme : public QObject
     Q_PROPERTY(QColor pending READ pending CONSTANT FINAL)
 
 public:
-    // Grounds.
-    [[nodiscard]] static const QColor &canvas();   ///< behind everything
-    [[nodiscard]] static const QColor &elevated(); ///< header and footer bars
+    // Backgrounds.
+    [[nodiscard]] static const QColor &canvas();   ///< the window
+    [[nodiscard]] static const QColor &elevated(); ///< the header and footer bars
 
-    // Layers over the grounds.
+    // Layers over the backgrounds.
     [[nodiscard]] static const QColor &card();
     [[nodiscard]] static const QColor &cardHover();
     [[nodiscard]] static const QColor &border();
     [[nodiscard]] static const QColor &borderStrong();
 
-    // Texts and symbols, from the loudest to the quietest.
+    // Texts and symbols, from the most to the least prominent.
     [[nodiscard]] static const QColor &textStrong();
     [[nodiscard]] static const QColor &text();
     [[nodiscard]] static const QColor &textMuted();

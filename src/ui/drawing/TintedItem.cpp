@@ -15,7 +15,7 @@ void TintedItem::setColor(const QColor &color)
 
 QImage TintedItem::image(const QSize &pixels, qreal scale) const
 {
-    QImage tinted = figure(pixels, scale);
+    QImage tinted = mask(pixels, scale);
     if (tinted.isNull())
         return tinted;
     QPainter painter(&tinted);

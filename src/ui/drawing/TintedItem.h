@@ -1,13 +1,13 @@
 #pragma once
 
-#include "PixelItem.h"
+#include "ImageItem.h"
 
 #include <QColor>
 
 namespace portolan {
 
-/// An item that shows a figure of one colour.
-class TintedItem : public portolan::PixelItem
+/// An item that shows a mask filled with one colour.
+class TintedItem : public portolan::ImageItem
 {
     Q_OBJECT
     QML_ANONYMOUS
@@ -21,11 +21,11 @@ Q_SIGNALS:
     void colorChanged();
 
 protected:
-    using PixelItem::PixelItem;
+    using ImageItem::ImageItem;
 
-    /// The figure on `pixels`, of which `scale` make a device-independent one; only its alpha is used. Null
-    /// where there is nothing to show.
-    [[nodiscard]] virtual QImage figure(const QSize &pixels, qreal scale) const = 0;
+    /// The mask in `pixels` device pixels, at the device pixel ratio `scale`; only its alpha is used. Null to
+    /// show nothing.
+    [[nodiscard]] virtual QImage mask(const QSize &pixels, qreal scale) const = 0;
 
     [[nodiscard]] QImage image(const QSize &pixels, qreal scale) const final;
 

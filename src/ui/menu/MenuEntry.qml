@@ -1,14 +1,14 @@
 import QtQuick
 import Portolan
 
-// One line of a menu that does something. The one that has the focus is the current one of its menu.
+// An entry of a menu. The entry with the focus is the current one.
 Item {
     id: root
 
     required property string text
 
     property bool isCheckable: false
-    property bool isIndented: root.isCheckable // as all are in a menu where one is checkable
+    property bool isIndented: root.isCheckable // for all entries of a menu with checkable ones
     property bool isChecked: false
     property bool isDestructive: false
 
@@ -37,7 +37,7 @@ Item {
         color: Theme.textStrong
     }
 
-    ExactText {
+    ScaledText {
         id: label
 
         x: root.isIndented ? 27 : 10

@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// Names the entries below it.
+// The title of the entries below it.
 Item {
     id: root
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// Sets the entries above it apart from those below.
+// A line between two groups of entries.
 Item {
     id: root
 

@@ -1,15 +1,15 @@
 import QtQuick
 import Portolan
 
-// A menu over the window it is opened in, at `anchor` of its owner. Being no window of its own it needs no compositor
-// for its corners and takes no focus from the popover. Holds the keyboard and the pointer until it closes.
+// A menu at `anchor`, in coordinates of its owner. It is an item above the content of the window, not a window: its
+// rounded corners need no compositor, and the popover keeps the focus. Modal until it closes.
 FocusScope {
     id: root
 
     required property Item owner
     required property rect anchor
 
-    property bool isByPointer: false // what it was opened with: otherwise the first entry is the current one
+    property bool isByPointer: false // otherwise opened by keyboard: the first entry is the current one
     default property alias entries: column.data
     property Item previousFocus
     readonly property MenuEntry current: root.Window.activeFocusItem as MenuEntry
@@ -18,7 +18,7 @@ FocusScope {
     signal closed
 
     function close() {
-        // Where the focus went elsewhere, it stays there.
+        // If the focus has moved elsewhere, it stays there.
         const hadFocus = root.activeFocus;
         root.visible = false;
         if (hadFocus && root.previousFocus)
@@ -41,14 +41,14 @@ FocusScope {
             root.current.triggered();
     }
 
-    // A key has to be pressed for it: the one that opened the menu may still be held.
+    // Ignores repeats of the key that opened the menu.
     function triggerByKey(event: KeyEvent) {
         if (!event.isAutoRepeat)
             root.trigger();
     }
 
     function edge(first: bool): Item {
-        return first ? above.nextItemInFocusChain(true) : below.nextItemInFocusChain(false);
+        return first ? focusBefore.nextItemInFocusChain(true) : focusAfter.nextItemInFocusChain(false);
     }
 
     parent: root.owner.Window.contentItem
@@ -105,7 +105,7 @@ FocusScope {
     RoundedRect {
         id: panel
 
-        readonly property point corner: Placement.menu(root.place, Qt.size(panel.width, panel.height), Qt.rect(4, 4, root.width - 8, root.height - 8))
+        readonly property point corner: OverlayPlacement.menu(root.place, Qt.size(panel.width, panel.height), Qt.rect(4, 4, root.width - 8, root.height - 8))
 
         x: Math.round(panel.corner.x)
         y: Math.round(panel.corner.y)
@@ -126,7 +126,7 @@ FocusScope {
         }
 
         Item {
-            id: above
+            id: focusBefore
         }
 
         Column {
@@ -138,7 +138,7 @@ FocusScope {
         }
 
         Item {
-            id: below
+            id: focusAfter
         }
 
         MouseArea {
@@ -149,7 +149,7 @@ FocusScope {
             acceptedButtons: Qt.AllButtons
             onEntered: root.point(pointer.mouseY)
             onPositionChanged: mouse => root.point(mouse.y)
-            onPressed: mouse => root.point(mouse.y) // a finger comes without a move before
+            onPressed: mouse => root.point(mouse.y) // touch presses without a preceding move
             onClicked: root.trigger()
         }
     }

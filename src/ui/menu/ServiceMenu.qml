@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// Everything that can be done to a service.
+// The actions of a service.
 PopupMenu {
     id: root
 

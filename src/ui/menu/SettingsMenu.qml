@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// How the list is ordered and kept up to date.
+// Sort order, auto-refresh and launch at login.
 PopupMenu {
     id: root
 
@@ -29,7 +29,7 @@ PopupMenu {
         store: root.store
         order: root.store.sortOrders[3]
     }
-    MenuGap {}
+    MenuSpacer {}
     MenuEntry {
         text: "Auto-refresh"
         isCheckable: true

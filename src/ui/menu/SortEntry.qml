@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// Chooses one of the orders that the list can have.
+// Selects one sort order.
 MenuEntry {
     id: root
 

@@ -1,6 +1,6 @@
 import Portolan
 
-// The brand figure cut into a light tile.
+// The brand figure on a light tile.
 RoundedRect {
     implicitWidth: 24
     implicitHeight: 24

@@ -1,6 +1,6 @@
 import Portolan
 
-// Empties the search.
+// Clears the search text.
 PlainButton {
     id: root
 

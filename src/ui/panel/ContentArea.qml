@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// Shows what there is to show: the first scan, the rows, or why there are none.
+// The part between search field and footer: the progress of the first scan, the list, or the reason why it is empty.
 Item {
     id: root
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// How many of the known services answer.
+// The number of services that answer, and of all known ones.
 RoundedRect {
     id: root
 

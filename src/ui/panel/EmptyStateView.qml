@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// There is no row to show, and why.
+// Shown instead of the list if it is empty.
 Item {
     id: root
 

@@ -1,14 +1,14 @@
 import QtQuick
 import Portolan
 
-// A control of the footer: a symbol and a word.
+// A button of the footer: a symbol and a label.
 PlainButton {
     id: root
 
     required property string symbol
     required property string label
 
-    readonly property color ink: root.hovering ? Theme.textStrong : Theme.textMuted
+    readonly property color foreground: root.hovering ? Theme.textStrong : Theme.textMuted
 
     implicitWidth: content.width + 20
     implicitHeight: 28
@@ -33,7 +33,7 @@ PlainButton {
             name: root.symbol
             size: 11
             weight: Font.DemiBold
-            color: root.ink
+            color: root.foreground
         }
 
         Text {
@@ -41,7 +41,7 @@ PlainButton {
             text: root.label
             textFormat: Text.PlainText
             font: Fonts.system(12, Font.Medium)
-            color: root.ink
+            color: root.foreground
         }
     }
 }

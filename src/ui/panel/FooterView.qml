@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// When the list was last brought up to date, and the way out.
+// The time of the last update, and the Quit button.
 Rectangle {
     id: root
 
@@ -26,7 +26,7 @@ Rectangle {
         anchors.verticalCenter: parent.verticalCenter
         width: quitButton.x - 8 - age.x
         visible: age.text !== ""
-        // Time passes without telling: the tick says when to look again.
+        // The text depends on the current time, so every tick evaluates it again.
         text: root.tick >= 0 ? RelativeTime.sinceUpdate(root.lastUpdated) : ""
         font: Fonts.system(11)
         color: Theme.textFaint

@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// One control of the header.
+// A button of the header.
 PlainButton {
     id: root
 
@@ -11,7 +11,7 @@ PlainButton {
     implicitWidth: 28
     implicitHeight: 28
     name: root.label
-    hint: root.label
+    toolTip: root.label
 
     RoundedRect {
         anchors.fill: parent

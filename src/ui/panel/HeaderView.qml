@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// The bar at the top: what this is, how much runs, and what can be set.
+// The bar at the top: brand, number of services, settings, detach and refresh.
 Rectangle {
     id: root
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// A key that does something here.
+// The label of a keyboard shortcut.
 RoundedRect {
     id: root
 

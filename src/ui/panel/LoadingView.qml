@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// The first scan.
+// Shown during the first scan.
 Item {
     id: root
 

@@ -1,7 +1,8 @@
 import QtQuick
 import Portolan
 
-// Asks for a scan, and turns for as long as one takes. The button only fades from sight meanwhile: it keeps the focus.
+// The Refresh button, replaced by a spinner during a scan. The button is made transparent, not hidden, so that it keeps
+// the focus.
 Item {
     id: root
 
@@ -17,7 +18,7 @@ Item {
         opacity: root.store.isScanning ? 0 : 1
         symbol: "arrow.clockwise"
         label: "Refresh"
-        hint: root.store.isScanning ? "" : button.label
+        toolTip: root.store.isScanning ? "" : button.label
         Accessible.ignored: root.store.isScanning
         onClicked: root.store.refreshNow()
     }

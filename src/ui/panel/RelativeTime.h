@@ -7,7 +7,7 @@
 
 namespace portolan {
 
-/// How long ago the list was brought up to date, in words.
+/// Formats the time since the last update.
 class RelativeTime : public QObject
 {
     Q_OBJECT
@@ -15,10 +15,10 @@ class RelativeTime : public QObject
     QML_SINGLETON
 
 public:
-    /// "Updated just now", "Updated 5s ago" or "Updated 120m ago" (there is no larger unit); empty for an
-    /// invalid `lastUpdated`. A moment in the future is just now.
+    /// "Updated just now", "Updated 5s ago" or "Updated 120m ago" (minutes are the largest unit); empty for
+    /// an invalid `lastUpdated`. A time in the future counts as now.
     [[nodiscard]] static QString sinceUpdate(const QDateTime &lastUpdated, const QDateTime &now);
-    /// The same, as of now.
+    /// The same for the current time.
     Q_INVOKABLE [[nodiscard]] static QString sinceUpdate(const QDateTime &lastUpdated);
 };
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// Edits the search text.
+// The search field with its icon, shortcut hint and clear button.
 FocusScope {
     id: root
 

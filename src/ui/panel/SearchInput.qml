@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// The line that is typed into.
+// The text input of the search field, with its placeholder.
 TextInput {
     id: root
 
@@ -16,7 +16,7 @@ TextInput {
     activeFocusOnTab: true
     Accessible.role: Accessible.EditableText
     Accessible.name: root.placeholder
-    // Without this the line would be cut at the cursor, as Control-K does in a text field.
+    // TextInput would handle Control-K as "delete to the end of the line".
     Keys.onPressed: event => event.accepted = event.key === Qt.Key_K && (event.modifiers & (Qt.ControlModifier | Qt.MetaModifier)) !== 0
 
     Text {

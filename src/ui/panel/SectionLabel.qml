@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// What the list is, and how long.
+// The title of the list and the number of its rows.
 Item {
     id: root
 

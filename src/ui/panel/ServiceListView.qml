@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// The rows under their label.
+// The list of services with its title.
 Item {
     id: root
 
@@ -51,7 +51,7 @@ Item {
                 if (row.activeFocus)
                     row.rows.makeCurrent(row.index);
             }
-            // The current row lives on wherever the list is scrolled or sorted to, and its menu with it.
+            // The list never destroys the delegate of the current row, so its menu stays open.
             onMenuChanged: {
                 if (row.menu)
                     row.rows.makeCurrent(row.index);

@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// A list of rows as it looks and moves, and what its delegate asks for.
+// The ListView of the services with its transitions.
 ListView {
     id: root
 
@@ -10,8 +10,8 @@ ListView {
     signal stop(service: service)
     signal togglePin(service: service)
 
-    // Makes a row the current one and shows it whole. Positioning it in so many words also ends what a new current row
-    // begins: that the list follows it to wherever a refresh moves it.
+    // Makes a row the current one and scrolls it into view. Calling positionViewAtIndex() also stops the list from
+    // following the new current item when a refresh moves it.
     function makeCurrent(index: int) {
         root.currentIndex = index;
         root.positionViewAtIndex(index, ListView.Contain);
@@ -19,7 +19,7 @@ ListView {
 
     clip: true
     spacing: 8
-    cacheBuffer: 72 // about a row ahead of each end: the usual five at each take a megabyte
+    cacheBuffer: 72 // about one row beyond each end; the default of about five takes a megabyte more
     bottomMargin: 12
     boundsBehavior: root.contentHeight > root.height ? Flickable.DragAndOvershootBounds : Flickable.StopAtBounds
     Accessible.role: Accessible.List

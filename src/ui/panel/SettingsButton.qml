@@ -8,14 +8,14 @@ PlainButton {
     required property ServiceStore store
     required property LoginItem loginItem
 
-    // What the login item says, not what was asked of it: where a change fails, the check mark goes back.
+    // The actual state as reported by the login item: if a change fails, the check mark does not change.
     property bool launchAtLogin: root.loginItem.isEnabled()
     property SettingsMenu menu
 
     implicitWidth: 28
     implicitHeight: 28
     name: "Settings"
-    hint: root.menu ? "" : "Settings"
+    toolTip: root.menu ? "" : "Settings"
     Accessible.role: Accessible.ButtonMenu
     onClicked: root.menu = menuComponent.createObject(root, {
         owner: root,

@@ -7,7 +7,7 @@
 namespace portolan {
 
 namespace {
-constexpr std::chrono::milliseconds rescanDelay(1400); // a scan at once would still see the dying listener
+constexpr std::chrono::milliseconds rescanDelay(1400); // an immediate scan would still find the listener
 }
 
 void StopSequence::run(const Service &service)

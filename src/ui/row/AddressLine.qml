@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// Where a service answers, and which process that is. A number that is cut says nothing: the pid is shown whole or not.
+// The address and the process id of a service. The process id is hidden if there is not enough space for all of it.
 Item {
     id: root
 
@@ -13,7 +13,7 @@ Item {
 
     implicitHeight: Math.max(where.height, dot.height, process.height)
 
-    ExactText {
+    ScaledText {
         id: where
 
         width: Math.min(where.implicitWidth, root.room)

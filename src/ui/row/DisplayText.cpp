@@ -8,11 +8,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr char16_t mark = u'\uFFFD';
+constexpr char16_t replacement = u'\uFFFD';
 constexpr char16_t ellipsis = u'\u2026';
 constexpr char16_t firstStrongIsolate = u'\u2068';
 constexpr char16_t popDirectionalIsolate = u'\u2069';
-constexpr int mostCombiningMarks = 4;
+constexpr int maxCombiningMarks = 4;
 
 bool isCombining(char32_t character)
 {
@@ -20,19 +20,19 @@ bool isCombining(char32_t character)
     return category == QChar::Mark_NonSpacing || category == QChar::Mark_Enclosing;
 }
 
-QString harmless(QStringView text)
+QString sanitized(QStringView text)
 {
     QString result;
     result.reserve(text.size());
     int combiningMarks = 0;
-    for (const char32_t character : text.toUcs4()) { // lone surrogates have become marks
+    for (const char32_t character : text.toUcs4()) { // which replaces lone surrogates by U+FFFD
         combiningMarks = isCombining(character) ? combiningMarks + 1 : 0;
-        if (combiningMarks > mostCombiningMarks)
+        if (combiningMarks > maxCombiningMarks)
             continue;
         if (Characters::isShowable(character))
             result += QChar::fromUcs4(character);
         else
-            result += mark;
+            result += replacement;
     }
     return result;
 }
@@ -42,17 +42,17 @@ QString harmless(QStringView text)
 QString DisplayText::line(const QString &text)
 {
     const QStringView all(text);
-    if (all.size() <= longest)
-        return harmless(all);
-    return harmless(all.first(longest - 1)) + ellipsis;
+    if (all.size() <= maxLength)
+        return sanitized(all);
+    return sanitized(all.first(maxLength - 1)) + ellipsis;
 }
 
 QString DisplayText::path(const QString &text)
 {
     const QStringView all(text);
-    if (all.size() <= longest)
-        return harmless(all);
-    return harmless(all.first(longest / 2)) + ellipsis + harmless(all.last(longest / 2 - 1));
+    if (all.size() <= maxLength)
+        return sanitized(all);
+    return sanitized(all.first(maxLength / 2)) + ellipsis + sanitized(all.last(maxLength / 2 - 1));
 }
 
 QString DisplayText::isolated(const QString &text)

@@ -6,8 +6,8 @@
 
 namespace portolan {
 
-/// Text from processes and files made fit to be shown on one line of plain text: whatever it holds, it cannot
-/// break the line, reorder its neighbours, tower over them or cost a long layout.
+/// Sanitizes text from processes and files for display on one line of plain text, so that no content can
+/// break the line, reorder or overlap neighbouring text, or make the layout slow.
 class DisplayText : public QObject
 {
     Q_OBJECT
@@ -15,15 +15,15 @@ class DisplayText : public QObject
     QML_SINGLETON
 
 public:
-    /// The most UTF-16 units that are kept; no line of a panel shows as many.
-    static constexpr qsizetype longest = 512;
+    /// The maximum length in UTF-16 units, which is more than a line of a panel can show.
+    static constexpr qsizetype maxLength = 512;
 
-    /// `text` with a visible mark (U+FFFD) for every control, invisible or direction character and every lone
-    /// surrogate, at most four combining marks in a row, and an ellipsis for what lies beyond `longest`.
+    /// `text` with U+FFFD for every control, invisible or directional character and every lone surrogate, at
+    /// most four combining marks in a row, and an ellipsis in place of everything beyond `maxLength`.
     Q_INVOKABLE [[nodiscard]] static QString line(const QString &text);
-    /// As line(), but of a long text both ends are kept and the ellipsis stands in the middle.
+    /// As line(), but a long text is shortened in the middle.
     Q_INVOKABLE [[nodiscard]] static QString path(const QString &text);
-    /// line() enclosed in a directional isolate, to be put into a sentence.
+    /// line() in a directional isolate, for use inside a sentence.
     Q_INVOKABLE [[nodiscard]] static QString isolated(const QString &text);
 };
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// Where a service's files are.
+// The folder of a service.
 Item {
     id: root
 
@@ -19,7 +19,7 @@ Item {
         color: Theme.textFaint
     }
 
-    ExactText {
+    ScaledText {
         id: path
 
         x: icon.width + 4

@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// One figure about a process.
+// One statistic of a process.
 Item {
     id: root
 

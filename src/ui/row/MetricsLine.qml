@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// What a process has used so far: of the three figures those that can be shown whole.
+// Uptime, CPU and memory of a process; each is hidden if there is not enough space for it.
 Item {
     id: root
 

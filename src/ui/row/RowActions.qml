@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// The buttons that take the place of a row's status.
+// The buttons of a row, shown instead of its status.
 Row {
     id: root
 

@@ -1,23 +1,23 @@
 import QtQuick
 import Portolan
 
-// The ground of a row that is pointed at, growing out of nothing from left to right.
+// A gradient from transparent to the background of an active row, over which the buttons are drawn.
 Rectangle {
     id: root
 
-    // Seen through in as many steps as the row's own ground is painted with, or the two differ by a shade.
-    readonly property color ground: Qt.tint(Theme.canvas, Qt.alpha(Theme.cardHover, Math.floor(Theme.cardHover.a * 255) / 255))
+    // The alpha is rounded down to 8 bits as in the image of RowBackground, so that both blend to the same colour.
+    readonly property color background: Qt.tint(Theme.canvas, Qt.alpha(Theme.cardHover, Math.floor(Theme.cardHover.a * 255) / 255))
 
     gradient: Gradient {
         orientation: Gradient.Horizontal
 
         GradientStop {
             position: 0
-            color: Qt.alpha(root.ground, 0)
+            color: Qt.alpha(root.background, 0)
         }
         GradientStop {
             position: 0.18
-            color: root.ground
+            color: root.background
         }
     }
 }

@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// One action of a row.
+// A button of a row.
 PlainButton {
     id: root
 
@@ -9,17 +9,16 @@ PlainButton {
     required property string help
 
     property color tint: "transparent"
-    property color restingFill: Qt.rgba(1, 1, 1, 0.04)
 
     implicitWidth: 26
     implicitHeight: 26
     name: root.help
-    hint: root.help
+    toolTip: root.help
 
     RoundedRect {
         anchors.fill: parent
         radius: root.radius
-        color: root.hovering ? Theme.cardHover : root.restingFill
+        color: root.hovering ? Theme.cardHover : Qt.rgba(1, 1, 1, 0.04)
     }
 
     Symbol {

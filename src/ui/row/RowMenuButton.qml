@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// Opens the menu of a row's actions.
+// Opens the menu of a row.
 PlainButton {
     id: root
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// Takes a row to its new place. A row that was still fading in when it had to move ends its fade here.
+// Moves a row to its new position. Also completes the fade of a row that is moved while it is being added.
 Transition {
     EaseOut {
         property: "y"

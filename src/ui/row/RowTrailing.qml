@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// The right end of a row: its status, or its buttons while the row is pointed at.
+// The right end of a row: the status, or the buttons while the row is active.
 FocusScope {
     id: root
 
@@ -9,9 +9,9 @@ FocusScope {
     required property bool copied
     required property bool showsActions
 
-    property bool keepsActions: false // unseen, for the keyboard to reach
-    // At rest the status needs only part of the column, and the lines to its left may use the rest: in the popover they
-    // would lose the pid and the memory otherwise. Under the buttons, what reaches into the column fades out.
+    property bool keepsActions: false // creates the buttons even while they are invisible, so that Tab reaches them
+    // The status needs only part of the column, and the lines to its left use the rest; otherwise the popover would have
+    // no space for the process id and the memory. RowFade covers that part under the buttons.
     readonly property real restingWidth: Math.min(root.width, Math.max(76, status.width))
     readonly property RowActions actions: loader.item as RowActions
 

@@ -1,8 +1,8 @@
 import QtQuick
 import Portolan
 
-// What is known about a service, line by line. No line is wider than the block. Bindings rather than a Column place the
-// lines: the height has to be right at once, as a list slides its rows to where it expects them at that moment.
+// The lines of text about a service. They are placed by bindings, not by a Column, because a Column sets its height one
+// frame later, and a ListView positions its rows by the height that they have when they are created.
 Item {
     id: root
 

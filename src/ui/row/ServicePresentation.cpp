@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString spokenState(const Health &health)
+QString stateDescription(const Health &health)
 {
     switch (health.state()) {
     case Health::State::unknown:
@@ -71,10 +71,10 @@ QString ServicePresentation::responseTime(const Health &health)
     return health.isHealthy() ? u"%1 ms"_s.arg(health.ms()) : QString();
 }
 
-QString ServicePresentation::spoken(const Service &service, bool isPinned)
+QString ServicePresentation::accessibleName(const Service &service, bool isPinned)
 {
     return u"%1, %2, %3, %4%5"_s.arg(DisplayText::isolated(service.displayName), service.framework.rawValue(),
-                                     address(service), spokenState(service.health),
+                                     address(service), stateDescription(service.health),
                                      isPinned ? u", pinned"_s : u""_s);
 }
 

@@ -8,7 +8,7 @@
 
 namespace portolan {
 
-/// What the values of a service look like.
+/// The texts and colours for the values of a service.
 class ServicePresentation : public QObject
 {
     Q_OBJECT
@@ -21,14 +21,14 @@ public:
     /// The colour of the framework's symbol.
     Q_INVOKABLE [[nodiscard]] static QColor accent(const portolan::Framework &framework);
 
-    /// "Online", "Offline", "Checking" or an em dash.
+    /// "Online", "Offline", "Checking", or an em dash if unknown.
     Q_INVOKABLE [[nodiscard]] static QString stateLabel(const portolan::Health &health);
     Q_INVOKABLE [[nodiscard]] static QColor stateColor(const portolan::Health &health);
     /// "12 ms"; empty unless healthy.
     Q_INVOKABLE [[nodiscard]] static QString responseTime(const portolan::Health &health);
 
-    /// The service in one sentence, for those who listen to the list: name, framework, address, state.
-    Q_INVOKABLE [[nodiscard]] static QString spoken(const portolan::Service &service, bool isPinned);
+    /// A description for assistive technology: name, framework, address, state, and whether it is pinned.
+    Q_INVOKABLE [[nodiscard]] static QString accessibleName(const portolan::Service &service, bool isPinned);
 };
 
 } // namespace portolan

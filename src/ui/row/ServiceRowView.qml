@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// One service as a card.
+// The row of one service.
 Item {
     id: root
 
@@ -10,7 +10,7 @@ Item {
     required property ServiceActions actions
 
     property real trailingWidth: 128
-    property bool isCurrent: true // of the rows of a list only one is on the way of the Tab key
+    property bool isCurrent: true // only the current row of a list is in the Tab order
     property ServiceMenu menu
     readonly property bool hovering: hover.hovered
     readonly property bool copied: copyFeedback.isRaised
@@ -30,7 +30,7 @@ Item {
         }) as ServiceMenu;
     }
 
-    // A key that is held opens one page.
+    // A key that repeats opens one page only.
     function openByKey(event: KeyEvent) {
         if (!event.isAutoRepeat)
             root.actions.openInBrowser(root.service);
@@ -43,7 +43,7 @@ Item {
     implicitHeight: Math.max(tile.height, details.height) + 20
     activeFocusOnTab: root.isCurrent || root.activeFocus
     Accessible.role: Accessible.ListItem
-    Accessible.name: ServicePresentation.spoken(root.service, root.isPinned)
+    Accessible.name: ServicePresentation.accessibleName(root.service, root.isPinned)
     Accessible.focusable: true
     Accessible.onPressAction: root.actions.openInBrowser(root.service)
     Keys.onReturnPressed: event => root.openByKey(event)
@@ -58,7 +58,7 @@ Item {
             root.menu.close();
     }
 
-    MomentaryFlag {
+    TimedFlag {
         id: copyFeedback
 
         duration: 1100
@@ -68,7 +68,7 @@ Item {
         id: hover
     }
 
-    RowGround {
+    RowBackground {
         anchors.fill: parent
         isActive: root.isActive
     }

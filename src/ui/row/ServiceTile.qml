@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// The framework of a service at a glance.
+// The symbol of a service's framework.
 RoundedRect {
     id: root
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// Whether a service answers, and how fast.
+// The health of a service and its response time.
 Column {
     id: root
 
@@ -20,7 +20,7 @@ Column {
             color: root.stateColor
         }
 
-        ExactText {
+        ScaledText {
             anchors.verticalCenter: parent.verticalCenter
             text: ServicePresentation.stateLabel(root.health)
             font: Fonts.system(11.5, Font.Medium)

@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// What a service is called and what it is made with.
+// The name of a service and its framework.
 Item {
     id: root
 
@@ -25,7 +25,7 @@ Item {
         color: Theme.accent
     }
 
-    ExactText {
+    ScaledText {
         id: name
 
         x: root.isPinned ? pin.width + root.spacing : 0
@@ -39,7 +39,7 @@ Item {
         elide: Text.ElideRight
     }
 
-    ExactText {
+    ScaledText {
         id: kind
 
         x: name.x + Math.min(name.width, name.paintedWidth) + root.spacing

@@ -8,8 +8,8 @@
 namespace portolan {
 
 namespace {
-constexpr QSize FirstSize(480, 620);
-constexpr QSize LeastSize(400, 440);
+constexpr QSize InitialSize(480, 620);
+constexpr QSize MinimumSize(400, 440);
 } // namespace
 
 DesktopWindow::DesktopWindow(QQmlEngine &engine, const RootContent &content)
@@ -19,8 +19,8 @@ DesktopWindow::DesktopWindow(QQmlEngine &engine, const RootContent &content)
     for (const int size : {16, 32, 48, 128})
         icon.addPixmap(QPixmap::fromImage(AppIcon::image(size)));
     setIcon(icon);
-    setMinimumSize(LeastSize);
-    resize(FirstSize);
+    setMinimumSize(MinimumSize);
+    resize(InitialSize);
 }
 
 void DesktopWindow::closeEvent(QCloseEvent *event)

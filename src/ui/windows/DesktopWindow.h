@@ -4,7 +4,7 @@
 
 namespace portolan {
 
-/// The ordinary window that holds the list for as long as the user wants.
+/// The ordinary window with the list, into which the popover can be detached.
 class DesktopWindow : public RootWindow
 {
     Q_OBJECT

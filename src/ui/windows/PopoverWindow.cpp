@@ -11,7 +11,7 @@ namespace portolan {
 
 namespace {
 
-// Menus and hints are windows of their own, but part of the one they belong to.
+// A transient window of the popover counts as part of it.
 bool belongsTo(const QWindow *window, const QWindow *owner)
 {
     while (window && window != owner)

@@ -6,7 +6,7 @@
 
 namespace portolan {
 
-/// The panel at the status icon: as high as its content, gone as soon as the user turns to something else.
+/// The popover at the status icon. It is as high as its content and closes when it loses the focus.
 class PopoverWindow : public RootWindow
 {
     Q_OBJECT
@@ -14,11 +14,11 @@ class PopoverWindow : public RootWindow
 public:
     PopoverWindow(QQmlEngine &engine, const RootContent &content);
 
-    /// Shows the popover at the icon, `anchor`.
+    /// Shows the popover for an icon at `anchor`, in device-independent pixels of the virtual desktop.
     void open(QPoint anchor);
 
 Q_SIGNALS:
-    /// The popover closed by itself, as the focus went elsewhere.
+    /// The popover has closed because another window got the focus.
     void closedByFocusLoss();
 
 protected:

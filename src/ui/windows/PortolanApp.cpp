@@ -16,7 +16,7 @@ namespace portolan {
 
 namespace {
 
-/// Qt ends a program that opens a window while no screen is plugged in.
+/// Qt aborts the program if a window is opened while no screen is connected.
 bool canShow()
 {
     return QGuiApplication::primaryScreen();
@@ -30,8 +30,8 @@ StatusIconArt statusIconArt()
     return art;
 }
 
-// A panel of this size needs no GPU: drawn in software it takes a third of the memory and a fifth of the time
-// to its first frame. The user's choice by the toolkit's own variables holds.
+// The software renderer takes a third of the memory and a fifth of the time to the first frame. Qt's own
+// variables override it.
 void drawInSoftware()
 {
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !qEnvironmentVariableIsSet("QSG_RHI_BACKEND"))
@@ -94,7 +94,7 @@ void PortolanApp::clickIcon(QPoint anchor)
 {
     m_iconPosition =
         anchor.isNull() ? QCursor::pos() : PopoverPlacement::fromDevicePixels(anchor, Screens::all());
-    if (m_reopenGuard.swallowsActivation(ReopenGuard::Clock::now()))
+    if (m_reopenGuard.shouldIgnore(ReopenGuard::Clock::now()))
         return;
     if (m_popover && m_popover->isVisible())
         m_popover->hide();
@@ -122,7 +122,7 @@ void PortolanApp::detach()
 
 void PortolanApp::leaveWindow()
 {
-    // Without a status icon nothing would be left to reach the program by.
+    // Without a status icon the user could not open the program again.
     if (!isReachable())
         QCoreApplication::quit();
 }

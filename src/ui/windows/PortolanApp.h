@@ -18,25 +18,25 @@ class DesktopWindow;
 class PopoverWindow;
 class RootWindow;
 
-/// The program as the user meets it: a status icon, the popover at it and the window that the popover can be
-/// detached into, both showing the one store. Main thread only.
+/// The user interface of the program: the status icon, the popover, and the window into which the popover can
+/// be detached. Both show the same store. Main thread only.
 class PortolanApp : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Shows the status icon and nothing else. What `content` names outlives this.
+    /// Shows the status icon. The objects in `content` must outlive this one.
     explicit PortolanApp(const RootContent &content);
     ~PortolanApp() override;
 
-    /// Does what this start of the program asks for. Where no status icon can be shown, a start that is not
-    /// in the background opens the window, so that the user finds the program.
+    /// Handles the request of this start of the program. `Open` shows nothing but the status icon, or the
+    /// window if the desktop has no status area.
     void start(StartRequest request);
-    /// Does what a later start asks for.
+    /// Handles the request of a later start.
     void show(StartRequest request);
 
 private:
-    [[nodiscard]] bool isReachable() const; // by its icon
+    [[nodiscard]] bool isReachable() const; // through a status icon
     template <typename Action>
     void onceHostIsKnown(Action action);
 
@@ -53,10 +53,10 @@ private:
 
     RootContent m_content;
     std::unique_ptr<StatusIcon> m_icon;
-    std::optional<QPoint> m_iconPosition; // as far as a click has told
+    std::optional<QPoint> m_iconPosition; // known after the first click
     ReopenGuard m_reopenGuard;
 
-    // Made when first needed: most of the memory is theirs.
+    // Created on demand, as they take most of the memory.
     std::unique_ptr<QQmlEngine> m_engine;
     std::unique_ptr<PopoverWindow> m_popover;
     std::unique_ptr<DesktopWindow> m_window;

@@ -6,7 +6,7 @@ class LoginItemFace;
 class ServiceActionsFace;
 class ServiceStore;
 
-/// What the views show and act on: the same for every window.
+/// The objects that the views of every window show and call.
 struct RootContent
 {
     ServiceStore &store;

@@ -1,7 +1,7 @@
 import QtQuick
 import Portolan
 
-// Everything there is to see, in the popover or in the window.
+// The root item of the popover and of the window.
 FocusScope {
     id: root
 

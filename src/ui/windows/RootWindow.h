@@ -6,30 +6,30 @@
 
 namespace portolan {
 
-/// A window filled by a RootView.
+/// A window that shows a RootView.
 class RootWindow : public QQuickView
 {
     Q_OBJECT
 
 public:
-    /// RootView's presentations, in its order.
+    /// The values of RootView.Presentation.
     enum class Presentation : quint8 { Popover, Window };
 
-    /// What `content` names outlives the window.
+    /// The objects in `content` must outlive the window.
     RootWindow(QQmlEngine &engine, const RootContent &content, Presentation presentation);
 
-    /// Shows the window, if it is not shown yet, above the others and with the keyboard's focus.
+    /// Shows the window, raises it and requests the keyboard focus.
     void bringToFront();
 
 Q_SIGNALS:
-    /// The window came into view, having been out of it.
+    /// The window was hidden and is now shown.
     void appeared();
-    /// The user wants the content in a window of its own.
+    /// The user wants to open the content in a desktop window.
     void detachRequested();
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
-    /// Escape was pressed and nothing inside wanted it.
+    /// Escape was pressed, and no item has handled it.
     virtual void escapePressed() {}
 };
 

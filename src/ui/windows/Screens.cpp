@@ -8,11 +8,11 @@ namespace portolan {
 QList<ScreenArea> Screens::all()
 {
     QList<ScreenArea> areas;
-    for (const QScreen *screen : QGuiApplication::screens()) // the primary one comes first
+    for (const QScreen *screen : QGuiApplication::screens()) // starts with the primary one
         areas.append({screen->geometry(), screen->availableGeometry(), screen->devicePixelRatio()});
     if (areas.isEmpty()) {
-        constexpr QRect usual(0, 0, 1920, 1080);
-        areas.append({usual, usual});
+        constexpr QRect fallback(0, 0, 1920, 1080);
+        areas.append({fallback, fallback});
     }
     return areas;
 }

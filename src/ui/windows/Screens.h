@@ -4,10 +4,10 @@
 
 namespace portolan {
 
-/// The screens as they are now, for placing.
+/// The current screens. Main thread.
 namespace Screens {
 
-/// All of them, the primary one first. Never empty: one of a usual size stands for those that are unplugged.
+/// All screens, the primary one first. Never empty: if no screen is connected, one of 1920 x 1080 pixels.
 [[nodiscard]] QList<ScreenArea> all();
 
 } // namespace Screens

@@ -7,13 +7,13 @@
 
 namespace portolan {
 
-/// What the views may ask to be done to a service. The program hands them SystemServiceActions, a test or the
-/// gallery its own. Main thread.
+/// The actions on a service that the views call. The program passes SystemServiceActions; tests and the
+/// gallery pass their own. Main thread.
 class ServiceActionsFace : public QObject
 {
     Q_OBJECT
     QML_NAMED_ELEMENT(ServiceActions)
-    QML_UNCREATABLE("Handed to the views by the program")
+    QML_UNCREATABLE("Passed to the views by the program")
 
 public:
     using QObject::QObject;

@@ -9,8 +9,7 @@
 
 namespace portolan {
 
-/// Whether anything of the window that an item is in can be seen, so that nothing moves or ticks where nobody
-/// looks.
+/// Whether the window of an item is exposed, for animations and timers to stop while it is not.
 class WindowExposure : public QObject
 {
     Q_OBJECT

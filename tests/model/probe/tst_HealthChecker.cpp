@@ -1,6 +1,5 @@
 #include "HealthChecker.h"
 #include "LocalSocket.h"
-#include "OddServer.h"
 #include "Printers.h"
 #include "Probe.h"
 
@@ -25,7 +24,7 @@ namespace portolan {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
-using Connection = OddServer::Connection;
+using Connection = ScriptedServer::Connection;
 
 void PrintTo(const Health &health, std::ostream *out)
 {
@@ -64,13 +63,13 @@ QByteArray redirect(const QByteArray &location)
     return "HTTP/1.1 302 Found\r\nLocation: " + location + "\r\nContent-Length: 0\r\n\r\n";
 }
 
-QByteArray address(const OddServer &server)
+QByteArray address(const ScriptedServer &server)
 {
     return "http://127.0.0.1:" + QByteArray::number(server.port()) + '/';
 }
 
 // A script that hangs up on every request but a GET, which it answers with `response`.
-OddServer::Script answersOnlyGet(const QByteArray &response)
+ScriptedServer::Script answersOnlyGet(const QByteArray &response)
 {
     return [response](Connection &connection) {
         if (connection.readRequest() == "GET")
@@ -79,7 +78,7 @@ OddServer::Script answersOnlyGet(const QByteArray &response)
 }
 
 // A script that answers every request with `start` and then with `rest` over and over.
-OddServer::Script neverStops(const QByteArray &start, const QByteArray &rest)
+ScriptedServer::Script neverStops(const QByteArray &start, const QByteArray &rest)
 {
     return [start, rest](Connection &connection) {
         if (connection.readRequest().isEmpty() || !connection.send(start))
@@ -148,7 +147,7 @@ qint64 sleepCount(const QString &thread)
 struct Server
 {
     const char *name;
-    OddServer::Script script;
+    ScriptedServer::Script script;
     qint64 status;
     QList<QByteArray> methods;
 };
@@ -163,7 +162,7 @@ class HealthCheckerProbes : public testing::TestWithParam<Server>
 
 TEST_P(HealthCheckerProbes, AServerThat)
 {
-    const OddServer server(GetParam().script);
+    const ScriptedServer server(GetParam().script);
     EXPECT_EQ(statusOf(outcomeOf(server.port())), GetParam().status);
     EXPECT_EQ(server.methods(), GetParam().methods);
 }
@@ -175,7 +174,7 @@ static std::string nameOf(const testing::TestParamInfo<Server> &row)
 
 static Server answersWith(const char *name, const QByteArray &response, qint64 status)
 {
-    return {name, OddServer::answers(response), status, {"HEAD"}};
+    return {name, ScriptedServer::answers(response), status, {"HEAD"}};
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -306,7 +305,7 @@ INSTANTIATE_TEST_SUITE_P(
                {"HEAD", "GET"}}),
     nameOf);
 
-static Server isNoHttp(const char *name, OddServer::Script script)
+static Server isNoHttp(const char *name, ScriptedServer::Script script)
 {
     return {name, std::move(script), unreachable, {"HEAD", "GET"}};
 }
@@ -320,35 +319,35 @@ INSTANTIATE_TEST_SUITE_P(
                      connection.readRequest();
                      connection.reset();
                  }),
-        isNoHttp("SpeaksHttp09", OddServer::answers("<html>hello</html>")),
-        isNoHttp("SendsGarbage", OddServer::answers(QByteArray("\0\xff\xfe\r\n\n\r\0garbage", 15))),
-        isNoHttp("SendsAnEmptyLine", OddServer::answers("\r\n\r\n")),
-        isNoHttp("AnswersLikeRedis", OddServer::answers("-ERR unknown command\r\n")),
-        isNoHttp("SpeaksOnlyTls", OddServer::answers(QByteArray("\x15\x03\x01\x00\x02\x02\x46", 7))),
-        isNoHttp("HasStatus000", OddServer::answers("HTTP/1.1 000 Odd\r\n\r\n")),
-        isNoHttp("HasANegativeStatus", OddServer::answers("HTTP/1.1 -1 Odd\r\n\r\n")),
-        isNoHttp("HasAStatusOfFiveDigits", OddServer::answers("HTTP/1.1 99999 Odd\r\n\r\n")),
-        isNoHttp("ClosesWithinItsHeaders", OddServer::answers("HTTP/1.1 200 OK\r\nServer: x\r\n")),
-        isNoHttp("ClosesAfterAnInterimResponse", OddServer::answers("HTTP/1.1 100 Continue\r\n\r\n")),
+        isNoHttp("SpeaksHttp09", ScriptedServer::answers("<html>hello</html>")),
+        isNoHttp("SendsGarbage", ScriptedServer::answers(QByteArray("\0\xff\xfe\r\n\n\r\0garbage", 15))),
+        isNoHttp("SendsAnEmptyLine", ScriptedServer::answers("\r\n\r\n")),
+        isNoHttp("AnswersLikeRedis", ScriptedServer::answers("-ERR unknown command\r\n")),
+        isNoHttp("SpeaksOnlyTls", ScriptedServer::answers(QByteArray("\x15\x03\x01\x00\x02\x02\x46", 7))),
+        isNoHttp("HasStatus000", ScriptedServer::answers("HTTP/1.1 000 Odd\r\n\r\n")),
+        isNoHttp("HasANegativeStatus", ScriptedServer::answers("HTTP/1.1 -1 Odd\r\n\r\n")),
+        isNoHttp("HasAStatusOfFiveDigits", ScriptedServer::answers("HTTP/1.1 99999 Odd\r\n\r\n")),
+        isNoHttp("ClosesWithinItsHeaders", ScriptedServer::answers("HTTP/1.1 200 OK\r\nServer: x\r\n")),
+        isNoHttp("ClosesAfterAnInterimResponse", ScriptedServer::answers("HTTP/1.1 100 Continue\r\n\r\n")),
         isNoHttp("SwitchesProtocolsUnasked",
-                 OddServer::answers("HTTP/1.1 101 Switching\r\nUpgrade: x\r\n\r\n")),
+                 ScriptedServer::answers("HTTP/1.1 101 Switching\r\nUpgrade: x\r\n\r\n")),
         isNoHttp("NeverStopsSendingHeaders", neverStops("HTTP/1.1 200 OK\r\n", "X-Odd: 0123456789\r\n")),
         isNoHttp("NeverStopsSendingOneHeader", neverStops("HTTP/1.1 200 OK\r\nX-Odd: ", "0123456789")),
         isNoHttp("NeverStopsSayingContinue", neverStops("", "HTTP/1.1 100 Continue\r\n\r\n")),
         isNoHttp("SendsAStatusLineOfAMegabyte",
-                 OddServer::answers("HTTP/1.1 200 " + QByteArray(1 << 20, 'O') + "\r\n\r\n"))),
+                 ScriptedServer::answers("HTTP/1.1 200 " + QByteArray(1 << 20, 'O') + "\r\n\r\n"))),
     nameOf);
 
 TEST(HealthChecker, IsUnreachableWhereTheServerClosesEveryConnectionAtOnce)
 {
-    const OddServer server([](Connection &) {});
+    const ScriptedServer server([](Connection &) {});
     EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
     EXPECT_EQ(server.connections(), 2);
 }
 
 TEST(HealthChecker, IsUnreachableWhereTheServerResetsEveryConnectionAtOnce)
 {
-    const OddServer server([](Connection &connection) { connection.reset(); });
+    const ScriptedServer server([](Connection &connection) { connection.reset(); });
     EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
     EXPECT_EQ(server.connections(), 2);
 }
@@ -357,7 +356,7 @@ TEST(HealthChecker, IsUnreachableWhereTheServerResetsEveryConnectionAtOnce)
 TEST(HealthChecker, IsUnreachableWhereTheServerGreetsInAnotherProtocol)
 {
     for (const char *greeting : {"SSH-2.0-OpenSSH_9.2\r\n", "220 localhost ESMTP\r\n"}) {
-        const OddServer server([greeting](Connection &connection) {
+        const ScriptedServer server([greeting](Connection &connection) {
             connection.send(greeting);
             connection.hang();
         });
@@ -368,7 +367,7 @@ TEST(HealthChecker, IsUnreachableWhereTheServerGreetsInAnotherProtocol)
 
 TEST(HealthChecker, TakesAnAnswerThatComesBeforeTheRequest)
 {
-    const OddServer server([](Connection &connection) {
+    const ScriptedServer server([](Connection &connection) {
         connection.send("HTTP/1.1 503 Service Unavailable\r\n\r\n");
         connection.hang();
     });
@@ -396,7 +395,7 @@ TEST(HealthChecker, IsUnknownWhereNoAddressCanBeMadeOfThePort)
 
 TEST(HealthChecker, FinishesWhatIsUnderWayAsUnreachableWhenItEnds)
 {
-    const OddServer silent([](OddServer::Connection &connection) { connection.hang(); });
+    const ScriptedServer silent([](ScriptedServer::Connection &connection) { connection.hang(); });
     QList<QFuture<Health>> probes;
     {
         HealthChecker checker;
@@ -414,9 +413,10 @@ TEST(HealthChecker, FinishesWhatIsUnderWayAsUnreachableWhenItEnds)
 
 TEST(HealthChecker, FinishesWhatIsUnderWayElsewhereAsUnreachableWhenItEnds)
 {
-    const OddServer silent([](OddServer::Connection &connection) { connection.hang(); });
-    const OddServer server(OddServer::answers("HTTP/1.1 302 Found\r\nLocation: http://away.localhost:" +
-                                              QByteArray::number(silent.port()) + "/\r\n\r\n"));
+    const ScriptedServer silent([](ScriptedServer::Connection &connection) { connection.hang(); });
+    const ScriptedServer server(ScriptedServer::answers(
+        "HTTP/1.1 302 Found\r\nLocation: http://away.localhost:" + QByteArray::number(silent.port()) +
+        "/\r\n\r\n"));
     QList<QFuture<Health>> probes;
     {
         HealthChecker checker;
@@ -439,7 +439,7 @@ TEST(HealthChecker, EndsWithoutEverHavingProbed)
 
 TEST(HealthChecker, IsUnreachableWithoutDescriptorsAndRecoversWithThem)
 {
-    const OddServer server(OddServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
+    const ScriptedServer server(ScriptedServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
     HealthChecker checker;
     rlimit limit{};
     ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
@@ -457,7 +457,7 @@ TEST(HealthChecker, IsUnreachableWithoutDescriptorsAndRecoversWithThem)
 
 TEST(HealthChecker, SleepsWithoutAWakeUpWhileThereIsNothingToProbe)
 {
-    const OddServer server(OddServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
+    const ScriptedServer server(ScriptedServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
     const QStringList others = threadsNamed("portolan-probes");
     HealthChecker checker;
     ASSERT_TRUE(outcome(checker.check(server.port())));
@@ -473,7 +473,7 @@ TEST(HealthChecker, SleepsWithoutAWakeUpWhileThereIsNothingToProbe)
 
 TEST(HealthChecker, SendsTheseRequestsAndNothingElse)
 {
-    const OddServer server(answersOnlyGet("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
+    const ScriptedServer server(answersOnlyGet("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
     EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
     const QByteArray rest = " / HTTP/1.1\r\nHost: 127.0.0.1:" + QByteArray::number(server.port()) +
                             "\r\nUser-Agent: Portolan\r\nAccept: */*\r\n\r\n";
@@ -482,7 +482,7 @@ TEST(HealthChecker, SendsTheseRequestsAndNothingElse)
 
 TEST(HealthChecker, CountsTheFailedHeadIntoTheTime)
 {
-    const OddServer server([](Connection &connection) {
+    const ScriptedServer server([](Connection &connection) {
         if (connection.readRequest() == "HEAD")
             connection.pause(150ms);
         else if (connection.pause(150ms))
@@ -499,8 +499,9 @@ TEST(HealthChecker, CountsTheFailedHeadIntoTheTime)
 TEST(HealthChecker, ChecksAreIndependent)
 {
     HealthChecker checker;
-    const OddServer server(OddServer::answers("HTTP/1.1 200 OK\r\nSet-Cookie: a=b\r\nContent-Length: 0\r\n"
-                                              "ETag: \"x\"\r\nCache-Control: max-age=3600\r\n\r\n"));
+    const ScriptedServer server(
+        ScriptedServer::answers("HTTP/1.1 200 OK\r\nSet-Cookie: a=b\r\nContent-Length: 0\r\n"
+                                "ETag: \"x\"\r\nCache-Control: max-age=3600\r\n\r\n"));
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(statusOf(outcome(checker.check(server.port()))), 200);
     const QList<QByteArray> requests = server.requests();
@@ -510,9 +511,9 @@ TEST(HealthChecker, ChecksAreIndependent)
 
 TEST(HealthChecker, TakesNothingFromTheSurroundings)
 {
-    const OddServer proxy(OddServer::answers("HTTP/1.1 502 Bad Gateway\r\n\r\n"));
-    const OddServer server(
-        OddServer::answers("HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: Basic\r\n\r\n"));
+    const ScriptedServer proxy(ScriptedServer::answers("HTTP/1.1 502 Bad Gateway\r\n\r\n"));
+    const ScriptedServer server(
+        ScriptedServer::answers("HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: Basic\r\n\r\n"));
     QTemporaryDir home;
     QFile netrc(home.filePath(QStringLiteral(".netrc")));
     ASSERT_TRUE(netrc.open(QFile::WriteOnly));
@@ -535,7 +536,7 @@ TEST(HealthChecker, TakesNothingFromTheSurroundings)
 }
 
 // A server that redirects the first `hops` requests to itself and answers the next with 200.
-static OddServer::Script redirectsTimes(int hops)
+static ScriptedServer::Script redirectsTimes(int hops)
 {
     return [left = std::make_shared<std::atomic<int>>(hops)](Connection &connection) {
         if (!connection.readRequest().isEmpty())
@@ -546,8 +547,8 @@ static OddServer::Script redirectsTimes(int hops)
 
 TEST(HealthCheckerRedirect, IsFollowedToTheFinalStatus)
 {
-    const OddServer target(OddServer::answers("HTTP/1.1 404 Not Found\r\n\r\n"));
-    const OddServer server(OddServer::answers(redirect(address(target) + "login?next=/")));
+    const ScriptedServer target(ScriptedServer::answers("HTTP/1.1 404 Not Found\r\n\r\n"));
+    const ScriptedServer server(ScriptedServer::answers(redirect(address(target) + "login?next=/")));
     EXPECT_EQ(statusOf(outcomeOf(server.port())), 404);
     EXPECT_EQ(server.methods(), QList<QByteArray>{"HEAD"});
     ASSERT_EQ(target.methods(), QList<QByteArray>{"HEAD"});
@@ -556,9 +557,9 @@ TEST(HealthCheckerRedirect, IsFollowedToTheFinalStatus)
 
 TEST(HealthCheckerRedirect, LeadsAwayAndBack)
 {
-    const OddServer last(OddServer::answers("HTTP/1.1 204 No Content\r\n\r\n"));
-    const OddServer away(OddServer::answers(redirect(address(last) + "home")));
-    const OddServer server(OddServer::answers(
+    const ScriptedServer last(ScriptedServer::answers("HTTP/1.1 204 No Content\r\n\r\n"));
+    const ScriptedServer away(ScriptedServer::answers(redirect(address(last) + "home")));
+    const ScriptedServer server(ScriptedServer::answers(
         redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/away?x=1")));
     EXPECT_EQ(statusOf(outcomeOf(server.port())), 204);
     ASSERT_EQ(away.methods(), QList<QByteArray>{"HEAD"});
@@ -571,13 +572,13 @@ TEST(HealthCheckerRedirect, LeadsAwayAndBack)
 
 TEST(HealthCheckerRedirect, LeadsAGetAwayToo)
 {
-    const OddServer away([](Connection &connection) {
+    const ScriptedServer away([](Connection &connection) {
         if (connection.readRequest() == "GET" && connection.send("HTTP/1.1 200 OK\r\n\r\n"))
             while (connection.send(QByteArray(64 * 1024, 'x'))) {
             }
     });
-    const OddServer server(
-        OddServer::answers(redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/")));
+    const ScriptedServer server(
+        ScriptedServer::answers(redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/")));
     EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
     EXPECT_EQ(away.methods(), QList<QByteArray>({"HEAD", "GET"}));
     EXPECT_EQ(server.methods(), QList<QByteArray>({"HEAD", "GET"}));
@@ -585,17 +586,17 @@ TEST(HealthCheckerRedirect, LeadsAGetAwayToo)
 
 TEST(HealthCheckerRedirect, ToAServerThatNeverStopsIsUnreachable)
 {
-    const OddServer away(neverStops("HTTP/1.1 200 OK\r\n", "X-Odd: 0123456789\r\n"));
-    const OddServer server(
-        OddServer::answers(redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/")));
+    const ScriptedServer away(neverStops("HTTP/1.1 200 OK\r\n", "X-Odd: 0123456789\r\n"));
+    const ScriptedServer server(
+        ScriptedServer::answers(redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/")));
     EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
 }
 
 TEST(HealthCheckerRedirect, PrintsNothingOfWhatIsSaidInAnotherProtocol)
 {
-    const OddServer away(OddServer::answers("HTTP/1.1 101 Switching\r\nUpgrade: x\r\n\r\nhello\n"));
-    const OddServer server(
-        OddServer::answers(redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/")));
+    const ScriptedServer away(ScriptedServer::answers("HTTP/1.1 101 Switching\r\nUpgrade: x\r\n\r\nhello\n"));
+    const ScriptedServer server(
+        ScriptedServer::answers(redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/")));
     testing::internal::CaptureStdout();
     EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
@@ -605,8 +606,8 @@ TEST(HealthCheckerRedirect, PrintsNothingOfWhatIsSaidInAnotherProtocol)
 TEST(HealthCheckerRedirect, ToASilentServerIsUnreachableInTime)
 {
     const auto silent = LocalSocket::listening("127.0.0.1");
-    const OddServer server(
-        OddServer::answers(redirect("http://away.localhost:" + QByteArray::number(silent.port()) + "/")));
+    const ScriptedServer server(ScriptedServer::answers(
+        redirect("http://away.localhost:" + QByteArray::number(silent.port()) + "/")));
     const auto before = Clock::now();
     EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
     EXPECT_GE(Clock::now() - before, 5s);
@@ -616,22 +617,23 @@ TEST(HealthCheckerRedirect, ToASilentServerIsUnreachableInTime)
 // The server listens on 127.0.0.1 alone, and the name stands for ::1 too.
 TEST(HealthCheckerRedirect, FindsLocalhostOnEitherAddress)
 {
-    const OddServer target(OddServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
-    const OddServer server(
-        OddServer::answers(redirect("http://localhost:" + QByteArray::number(target.port()) + "/")));
+    const ScriptedServer target(ScriptedServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
+    const ScriptedServer server(
+        ScriptedServer::answers(redirect("http://localhost:" + QByteArray::number(target.port()) + "/")));
     EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
     EXPECT_EQ(target.methods(), QList<QByteArray>{"HEAD"});
 }
 
 TEST(HealthCheckerRedirect, ReachesTheIpv6AddressOfThisMachineByEitherName)
 {
-    const OddServer target(OddServer::answers("HTTP/1.1 200 OK\r\n\r\n"), OddServer::Address::ipv6);
+    const ScriptedServer target(ScriptedServer::answers("HTTP/1.1 200 OK\r\n\r\n"),
+                                ScriptedServer::Address::ipv6);
     if (target.port() == 0)
         GTEST_SKIP() << "this machine has no IPv6";
     const QByteArray port = ':' + QByteArray::number(target.port());
     QList<QByteArray> requests;
     for (const QByteArray &host : {QByteArray("localhost"), QByteArray("[::1]")}) {
-        const OddServer server(OddServer::answers(redirect("http://" + host + port + "/x")));
+        const ScriptedServer server(ScriptedServer::answers(redirect("http://" + host + port + "/x")));
         EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
         requests.append("HEAD /x HTTP/1.1\r\nHost: " + host + port +
                         "\r\nUser-Agent: Portolan\r\nAccept: */*\r\n\r\n");
@@ -643,8 +645,8 @@ TEST(HealthCheckerRedirect, ToAPortOfThisMachineWhereNothingListensIsUnreachable
 {
     const auto closed = LocalSocket::bound("127.0.0.1");
     for (const QByteArray &host : {QByteArray("localhost"), QByteArray("[::1]"), QByteArray("127.0.0.1")}) {
-        const OddServer server(
-            OddServer::answers(redirect("http://" + host + ':' + QByteArray::number(closed.port()) + '/')));
+        const ScriptedServer server(ScriptedServer::answers(
+            redirect("http://" + host + ':' + QByteArray::number(closed.port()) + '/')));
         EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
         EXPECT_EQ(server.methods(), QList<QByteArray>({"HEAD", "GET"}));
     }
@@ -652,28 +654,28 @@ TEST(HealthCheckerRedirect, ToAPortOfThisMachineWhereNothingListensIsUnreachable
 
 TEST(HealthCheckerRedirect, IsFollowedTwentyTimes)
 {
-    const OddServer server(redirectsTimes(20));
+    const ScriptedServer server(redirectsTimes(20));
     EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
     EXPECT_EQ(server.methods(), QList<QByteArray>(21, "HEAD"));
 }
 
 TEST(HealthCheckerRedirect, FailsTheRequestAfterTwenty)
 {
-    const OddServer server(redirectsTimes(21));
+    const ScriptedServer server(redirectsTimes(21));
     EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
     EXPECT_EQ(server.methods(), QList<QByteArray>(21, "HEAD") << "GET");
 }
 
 TEST(HealthCheckerRedirect, LoopIsUnreachable)
 {
-    const OddServer server(OddServer::answers(redirect("/")));
+    const ScriptedServer server(ScriptedServer::answers(redirect("/")));
     EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
     EXPECT_EQ(server.methods(), QList<QByteArray>(21, "HEAD") + QList<QByteArray>(21, "GET"));
 }
 
 TEST(HealthCheckerRedirect, TakesNoCookiesAlong)
 {
-    const OddServer server([](Connection &connection) {
+    const ScriptedServer server([](Connection &connection) {
         connection.readRequest();
         connection.send(
             "HTTP/1.1 302 Found\r\nSet-Cookie: a=b; Path=/\r\nLocation: /x\r\nContent-Length: 0\r\n\r\n");
@@ -685,8 +687,9 @@ TEST(HealthCheckerRedirect, TakesNoCookiesAlong)
 
 TEST(HealthCheckerRedirect, TakesNoCredentialsAlong)
 {
-    const OddServer target(OddServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
-    const OddServer server(OddServer::answers(redirect("http://me:secret@" + address(target).sliced(7))));
+    const ScriptedServer target(ScriptedServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
+    const ScriptedServer server(
+        ScriptedServer::answers(redirect("http://me:secret@" + address(target).sliced(7))));
     EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
     ASSERT_EQ(target.requests().size(), 1);
     EXPECT_FALSE(target.requests().first().contains("Authorization"));
@@ -694,8 +697,8 @@ TEST(HealthCheckerRedirect, TakesNoCredentialsAlong)
 
 TEST(HealthCheckerRedirect, CannotInjectAHeader)
 {
-    const OddServer target(OddServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
-    const OddServer server(OddServer::answers(redirect(address(target) + "a%0d%0aX-Odd: 1")));
+    const ScriptedServer target(ScriptedServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
+    const ScriptedServer server(ScriptedServer::answers(redirect(address(target) + "a%0d%0aX-Odd: 1")));
     EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
     ASSERT_EQ(target.requests().size(), 1);
     EXPECT_FALSE(target.requests().first().contains("\r\nX-Odd"));
@@ -706,8 +709,8 @@ TEST(HealthCheckerRedirect, CannotInjectAHeader)
 {
     const auto silent = LocalSocket::listening("127.0.0.1");
     {
-        const OddServer server(
-            OddServer::answers(redirect("https://127.0.0.1:" + QByteArray::number(silent.port()) + "/")));
+        const ScriptedServer server(ScriptedServer::answers(
+            redirect("https://127.0.0.1:" + QByteArray::number(silent.port()) + "/")));
         HealthChecker checker;
         const QFuture<Health> check = checker.check(server.port());
         awaitConnection(silent);
@@ -724,9 +727,9 @@ TEST(HealthCheckerDeathTest, EndsWithinTlsAndLetsTheProgramExit)
 
 TEST(HealthCheckerRedirect, OffHostTakesOneThreadThatEndsWithTheChecker)
 {
-    const OddServer server(OddServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
-    const OddServer redirector(
-        OddServer::answers(redirect("http://away.localhost:" + QByteArray::number(server.port()) + "/")));
+    const ScriptedServer server(ScriptedServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
+    const ScriptedServer redirector(ScriptedServer::answers(
+        redirect("http://away.localhost:" + QByteArray::number(server.port()) + "/")));
     {
         HealthChecker checker;
         EXPECT_EQ(statusOf(outcome(checker.check(server.port()))), 200);
@@ -740,9 +743,9 @@ TEST(HealthCheckerRedirect, OffHostTakesOneThreadThatEndsWithTheChecker)
 
 TEST(HealthCheckerRedirect, ToAServerThatNeverStopsDoesNotDelayTheEndOfTheChecker)
 {
-    const OddServer away(neverStops("HTTP/1.1 100 Continue\r\n", "X-Odd: 0123456789\r\n"));
-    const OddServer server(
-        OddServer::answers(redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/")));
+    const ScriptedServer away(neverStops("HTTP/1.1 100 Continue\r\n", "X-Odd: 0123456789\r\n"));
+    const ScriptedServer server(
+        ScriptedServer::answers(redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/")));
     std::optional<HealthChecker> checker(std::in_place);
     const QFuture<Health> check = checker->check(server.port());
     const auto end = Clock::now() + 60s;
@@ -758,7 +761,7 @@ class HealthCheckerRedirectTo : public testing::TestWithParam<std::pair<const ch
 
 TEST_P(HealthCheckerRedirectTo, IsNotFollowed)
 {
-    const OddServer server(OddServer::answers(redirect(GetParam().second)));
+    const ScriptedServer server(ScriptedServer::answers(redirect(GetParam().second)));
     EXPECT_EQ(outcomeOf(server.port()), Health::unreachable());
     EXPECT_EQ(server.methods(), QList<QByteArray>({"HEAD", "GET"}));
 }
@@ -782,7 +785,7 @@ static void expectAnswerAfter(std::chrono::milliseconds delay, std::chrono::mill
 {
     for (int attempt = 0; attempt < 5; ++attempt) {
         std::atomic<bool> wasLate = false;
-        const OddServer server([&](Connection &connection) {
+        const ScriptedServer server([&](Connection &connection) {
             const auto end = Clock::now() + delay + tolerated;
             if (connection.readRequest() == "HEAD" && connection.pause(delay))
                 connection.send("HTTP/1.1 200 OK\r\n\r\n");
@@ -817,7 +820,7 @@ TEST(HealthCheckerTime, SilenceIsUnreachableAfterBothRequests)
 
 TEST(HealthCheckerTime, SilenceAfterTheStartOfAnAnswerIsUnreachable)
 {
-    const OddServer server([](Connection &connection) {
+    const ScriptedServer server([](Connection &connection) {
         connection.readRequest();
         connection.send("HTTP/1.1 200 OK\r\nServer: ");
         connection.hang();
@@ -828,7 +831,7 @@ TEST(HealthCheckerTime, SilenceAfterTheStartOfAnAnswerIsUnreachable)
 
 TEST(HealthCheckerTime, EveryByteRestartsTheIdleLimitUpToTheTotalLimit)
 {
-    const OddServer server([](Connection &connection) {
+    const ScriptedServer server([](Connection &connection) {
         connection.readRequest();
         for (const char byte : QByteArray("HTTP/1.1 200 OK\r\n\r\n")) {
             if (!connection.send(QByteArrayView(&byte, 1)) || !connection.pause(400ms))
@@ -843,7 +846,7 @@ TEST(HealthCheckerTime, EveryByteRestartsTheIdleLimitUpToTheTotalLimit)
 
 TEST(HealthCheckerTime, AByteInTimeExtendsTheWait)
 {
-    const OddServer server([](Connection &connection) {
+    const ScriptedServer server([](Connection &connection) {
         connection.readRequest();
         connection.send("H");
         if (connection.pause(1400ms) && connection.send("TTP/1.1 200 OK\r\n") && connection.pause(1400ms))
@@ -871,10 +874,10 @@ TEST(HealthCheckerCrowd, TwoHundredSilentServersCostOneThreadAndHardlyAnyWork)
 
 TEST(HealthCheckerCrowd, NeighboursOfHostileServersAreUnharmed)
 {
-    const OddServer good(OddServer::answers("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
-    const OddServer headers(neverStops("HTTP/1.1 200 OK\r\n", "X-Odd: 0123456789\r\n"));
-    const OddServer interim(neverStops("", "HTTP/1.1 100 Continue\r\n\r\n"));
-    const OddServer names(OddServer::answers(redirect("http://does-not-exist.invalid/")));
+    const ScriptedServer good(ScriptedServer::answers("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
+    const ScriptedServer headers(neverStops("HTTP/1.1 200 OK\r\n", "X-Odd: 0123456789\r\n"));
+    const ScriptedServer interim(neverStops("", "HTTP/1.1 100 Continue\r\n\r\n"));
+    const ScriptedServer names(ScriptedServer::answers(redirect("http://does-not-exist.invalid/")));
     const auto silent = LocalSocket::listening("127.0.0.1");
     const QList<quint16> hostile{headers.port(), interim.port(), names.port(), silent.port()};
 
@@ -897,9 +900,9 @@ TEST(HealthCheckerCrowd, DoesNotReadAllCertificatesOfTheMachineForEveryTlsReques
     QSslConfiguration::systemCaCertificates();
     const auto reading = processorTime() - beforeReading;
 
-    const OddServer closing([](Connection &) {});
-    const OddServer server(
-        OddServer::answers(redirect("https://127.0.0.1:" + QByteArray::number(closing.port()) + "/")));
+    const ScriptedServer closing([](Connection &) {});
+    const ScriptedServer server(
+        ScriptedServer::answers(redirect("https://127.0.0.1:" + QByteArray::number(closing.port()) + "/")));
     HealthChecker checker;
     const auto start = processorTime();
     for (int i = 0; i < 10; ++i) // of two requests each
@@ -909,7 +912,7 @@ TEST(HealthCheckerCrowd, DoesNotReadAllCertificatesOfTheMachineForEveryTlsReques
 
 TEST(HealthCheckerCrowd, ManyThreadsMayAskAtOnce)
 {
-    const OddServer server(OddServer::answers("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
+    const ScriptedServer server(ScriptedServer::answers("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
     HealthChecker checker;
     std::atomic<int> healthy = 0;
     {
@@ -925,9 +928,9 @@ TEST(HealthCheckerCrowd, ManyThreadsMayAskAtOnce)
 
 TEST(HealthCheckerCrowd, LeavesNoDescriptorBehind)
 {
-    const OddServer server(OddServer::answers("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
-    const OddServer leadingAway(
-        OddServer::answers(redirect("http://away.localhost:" + QByteArray::number(server.port()) + "/")));
+    const ScriptedServer server(ScriptedServer::answers("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
+    const ScriptedServer leadingAway(ScriptedServer::answers(
+        redirect("http://away.localhost:" + QByteArray::number(server.port()) + "/")));
     HealthChecker checker;
     const auto closed = LocalSocket::bound("127.0.0.1");
     EXPECT_EQ(statusOf(outcome(checker.check(leadingAway.port()))), 200);

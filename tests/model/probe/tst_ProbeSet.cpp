@@ -1,6 +1,6 @@
-#include "OddServer.h"
 #include "Printers.h"
 #include "ProbeSet.h"
+#include "ScriptedServer.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@ using Clock = std::chrono::steady_clock;
 
 TEST(ProbeSet, CountsWhatArrivedWhileNobodyReadIt)
 {
-    const OddServer server(OddServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
+    const ScriptedServer server(ScriptedServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
     const FileDescriptor wake(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
     ProbeSet probes(wake.get());
     ASSERT_TRUE(probes.isValid());

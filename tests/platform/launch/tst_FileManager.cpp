@@ -1,10 +1,10 @@
 #include "EventLoopTicker.h"
 #include "Eventually.h"
+#include "FakePrograms.h"
 #include "FileManager.h"
 #include "FileManager_p.h"
 #include "Printers.h"
 #include "PrivateBus.h"
-#include "Recorders.h"
 #include "ScopedEnvironment.h"
 
 #include <QDBusConnectionInterface>
@@ -21,39 +21,39 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A file manager that notes what it is asked for and answers as told.
+/// A file manager that records the calls and answers in a chosen way.
 class FakeFileManager : public QObject, protected QDBusContext
 {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.FileManager1")
 
 public:
-    enum Manner { answers, refuses, isSilent };
+    enum Behaviour { answers, fails, doesNotAnswer };
 
-    FakeFileManager(QDBusConnection bus, Manner manner)
-        : m_manner(manner)
+    FakeFileManager(QDBusConnection bus, Behaviour behaviour)
+        : m_behaviour(behaviour)
     {
         bus.registerObject(u"/org/freedesktop/FileManager1"_s, this, QDBusConnection::ExportAllSlots);
         if (!bus.registerService(u"org.freedesktop.FileManager1"_s))
             qFatal("the file manager's name is taken");
     }
 
-    QList<QStringList> asked;
+    QList<QStringList> calls;
     QStringList startupIds;
 
 public Q_SLOTS:
     void ShowFolders(const QStringList &addresses, const QString &startupId)
     {
-        asked.append(addresses);
+        calls.append(addresses);
         startupIds.append(startupId);
-        if (m_manner == refuses)
+        if (m_behaviour == fails)
             sendErrorReply(QDBusError::Failed, u"no"_s);
-        if (m_manner == isSilent)
+        if (m_behaviour == doesNotAnswer)
             setDelayedReply(true);
     }
 
 private:
-    Manner m_manner;
+    Behaviour m_behaviour;
 };
 
 } // namespace
@@ -61,14 +61,14 @@ private:
 class FileManagerTest : public testing::Test
 {
 protected:
-    void show(const QString &folder, std::chrono::milliseconds patience = 30s)
+    void show(const QString &folder, std::chrono::milliseconds timeout = 30s)
     {
-        FileManager::show(folder, m_bus.connect(), patience,
-                          [this](const QString &path) { m_otherwise.append(path); });
+        FileManager::show(folder, m_bus.connect(), timeout,
+                          [this](const QString &path) { m_fallbacks.append(path); });
     }
 
     PrivateBus m_bus;
-    QStringList m_otherwise;
+    QStringList m_fallbacks;
 };
 
 struct FolderCase
@@ -80,15 +80,15 @@ struct FolderCase
 class FileManagerFolders : public FileManagerTest, public testing::WithParamInterface<FolderCase>
 {};
 
-TEST_P(FileManagerFolders, AreGivenAsAddresses)
+TEST_P(FileManagerFolders, ArePassedAsFileUrls)
 {
     const FakeFileManager manager(m_bus.connect(), FakeFileManager::answers);
     show(GetParam().folder);
-    ASSERT_TRUE(eventually([&] { return !manager.asked.isEmpty(); }));
+    ASSERT_TRUE(eventually([&] { return !manager.calls.isEmpty(); }));
     settle();
-    EXPECT_EQ(manager.asked, QList<QStringList>{{GetParam().address}});
+    EXPECT_EQ(manager.calls, QList<QStringList>{{GetParam().address}});
     EXPECT_EQ(manager.startupIds, QStringList{u""_s});
-    EXPECT_EQ(m_otherwise, QStringList());
+    EXPECT_EQ(m_fallbacks, QStringList());
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -101,66 +101,66 @@ INSTANTIATE_TEST_SUITE_P(
                     FolderCase{u"/tmp/größe/🦊"_s, u"file:///tmp/gr%C3%B6%C3%9Fe/%F0%9F%A6%8A"_s},
                     FolderCase{u"/tmp/-x"_s, u"file:///tmp/-x"_s}, FolderCase{u"/"_s, u"file:///"_s}));
 
-TEST_F(FileManagerTest, IsDoneWithoutWhereThereIsNone)
+TEST_F(FileManagerTest, FallsBackIfThereIsNoFileManager)
 {
     show(u"/tmp/a b"_s);
-    ASSERT_TRUE(eventually([&] { return !m_otherwise.isEmpty(); }));
-    EXPECT_EQ(m_otherwise, QStringList{u"/tmp/a b"_s});
+    ASSERT_TRUE(eventually([&] { return !m_fallbacks.isEmpty(); }));
+    EXPECT_EQ(m_fallbacks, QStringList{u"/tmp/a b"_s});
 }
 
-TEST_F(FileManagerTest, IsDoneWithoutWhenItRefuses)
+TEST_F(FileManagerTest, FallsBackIfTheCallFails)
 {
-    const FakeFileManager manager(m_bus.connect(), FakeFileManager::refuses);
+    const FakeFileManager manager(m_bus.connect(), FakeFileManager::fails);
     show(u"/tmp"_s);
-    ASSERT_TRUE(eventually([&] { return !m_otherwise.isEmpty(); }));
-    EXPECT_EQ(m_otherwise, QStringList{u"/tmp"_s});
-    EXPECT_EQ(manager.asked.size(), 1);
+    ASSERT_TRUE(eventually([&] { return !m_fallbacks.isEmpty(); }));
+    EXPECT_EQ(m_fallbacks, QStringList{u"/tmp"_s});
+    EXPECT_EQ(manager.calls.size(), 1);
 }
 
-TEST_F(FileManagerTest, IsDoneWithoutWhenItDoesNotAnswerInTime)
+TEST_F(FileManagerTest, FallsBackAfterTheTimeout)
 {
-    const FakeFileManager manager(m_bus.connect(), FakeFileManager::isSilent);
+    const FakeFileManager manager(m_bus.connect(), FakeFileManager::doesNotAnswer);
     show(u"/tmp"_s, 100ms);
-    ASSERT_TRUE(eventually([&] { return !m_otherwise.isEmpty(); }));
-    EXPECT_EQ(m_otherwise, QStringList{u"/tmp"_s});
-    EXPECT_EQ(manager.asked.size(), 1);
+    ASSERT_TRUE(eventually([&] { return !m_fallbacks.isEmpty(); }));
+    EXPECT_EQ(m_fallbacks, QStringList{u"/tmp"_s});
+    EXPECT_EQ(manager.calls.size(), 1);
 }
 
-TEST_F(FileManagerTest, IsDoneWithoutWhereThereIsNoBus)
+TEST_F(FileManagerTest, FallsBackIfThereIsNoBus)
 {
     FileManager::show(u"/tmp"_s, QDBusConnection(u"no such connection"_s), 30s,
-                      [this](const QString &path) { m_otherwise.append(path); });
-    ASSERT_TRUE(eventually([&] { return !m_otherwise.isEmpty(); }));
-    EXPECT_EQ(m_otherwise, QStringList{u"/tmp"_s});
+                      [this](const QString &path) { m_fallbacks.append(path); });
+    ASSERT_TRUE(eventually([&] { return !m_fallbacks.isEmpty(); }));
+    EXPECT_EQ(m_fallbacks, QStringList{u"/tmp"_s});
 }
 
-TEST_F(FileManagerTest, IsNotWaitedFor)
+TEST_F(FileManagerTest, DoesNotBlock)
 {
-    const FakeFileManager manager(m_bus.connect(), FakeFileManager::isSilent);
+    const FakeFileManager manager(m_bus.connect(), FakeFileManager::doesNotAnswer);
     show(u"/tmp"_s);
-    // Had the call waited for an answer, this thread could not have served it and the time would be up.
-    EXPECT_EQ(manager.asked.size(), 0);
-    EXPECT_EQ(m_otherwise, QStringList());
-    EXPECT_TRUE(eventually([&] { return manager.asked.size() == 1; }));
+    // The fake runs in this thread: a blocking call could not have been answered yet.
+    EXPECT_EQ(manager.calls.size(), 0);
+    EXPECT_EQ(m_fallbacks, QStringList());
+    EXPECT_TRUE(eventually([&] { return manager.calls.size() == 1; }));
 }
 
-TEST_F(FileManagerTest, IsReplacedOnTheSessionsBusAfterFiveSecondsOfSilence)
+TEST_F(FileManagerTest, FallsBackToXdgOpenAfterFiveSecondsOnTheSessionBus)
 {
     const ScopedEnvironment bus("DBUS_SESSION_BUS_ADDRESS", m_bus.address().toLocal8Bit());
-    const FakeFileManager manager(m_bus.connect(), FakeFileManager::isSilent);
+    const FakeFileManager manager(m_bus.connect(), FakeFileManager::doesNotAnswer);
     if (!m_bus.connect().interface()->isServiceRegistered(QDBusConnection::sessionBus().baseService()))
-        GTEST_SKIP() << "this process was on another session bus before";
-    Recorders recorders;
-    recorders.install(u"xdg-open"_s);
-    const ScopedEnvironment path("PATH", recorders.folder().toLocal8Bit());
+        GTEST_SKIP() << "this process is already connected to another session bus";
+    FakePrograms programs;
+    programs.install(u"xdg-open"_s);
+    const ScopedEnvironment path("PATH", programs.folder().toLocal8Bit());
 
     QElapsedTimer time;
     time.start();
     const EventLoopTicker ticker;
     FileManager::show(u"/tmp/a b"_s);
-    EXPECT_EQ(recorders.record(u"xdg-open"_s).arguments, QStringList{u"/tmp/a b"_s});
-    EXPECT_EQ(manager.asked.size(), 1);
-    EXPECT_GE(time.elapsed(), 5000 * 95 / 100); // the bus library counts in coarse timers
+    EXPECT_EQ(programs.record(u"xdg-open"_s).arguments, QStringList{u"/tmp/a b"_s});
+    EXPECT_EQ(manager.calls.size(), 1);
+    EXPECT_GE(time.elapsed(), 5000 * 95 / 100); // D-Bus timeouts use coarse timers
     EXPECT_GT(ticker.ticks(), 100);
 }
 

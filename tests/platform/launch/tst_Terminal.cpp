@@ -1,5 +1,5 @@
+#include "FakePrograms.h"
 #include "Printers.h"
-#include "Recorders.h"
 #include "ScopedEnvironment.h"
 #include "Terminal.h"
 #include "Terminal_p.h"
@@ -22,23 +22,23 @@ const QStringList shell{u"/bin/sh"_s, u"-c"_s, script};
 
 } // namespace
 
-/// A session whose only programs are stand-ins.
+/// An environment in which only fake programs are found.
 class TerminalChoice : public testing::Test
 {
 protected:
     TerminalChoice()
     {
-        m_environment.insert(u"PATH"_s, m_recorders.folder());
+        m_environment.insert(u"PATH"_s, m_programs.folder());
         m_environment.insert(u"SHELL"_s, u"/bin/sh"_s);
     }
 
     void install(const QStringList &names)
     {
         for (const QString &name : names)
-            m_recorders.install(name);
+            m_programs.install(name);
     }
 
-    /// The name of the program that would be started for a terminal.
+    /// The name of the program that would be started.
     QString chosen() const
     {
         const auto command = Terminal::commandFor(u"/w/a b"_s, m_environment);
@@ -51,28 +51,28 @@ protected:
         return command ? command->arguments : QStringList();
     }
 
-    Recorders m_recorders;
+    FakePrograms m_programs;
     QProcessEnvironment m_environment;
 };
 
 struct EmulatorCase
 {
     const char *name;
-    QStringList before; ///< what comes before the shell
+    QStringList options; ///< the arguments before the shell
 };
 
-class EmulatorWords : public TerminalChoice, public testing::WithParamInterface<EmulatorCase>
+class EmulatorArguments : public TerminalChoice, public testing::WithParamInterface<EmulatorCase>
 {};
 
-TEST_P(EmulatorWords, SayWhereAndWhatToRun)
+TEST_P(EmulatorArguments, SetFolderAndCommand)
 {
     install({QString::fromLatin1(GetParam().name)});
     EXPECT_EQ(chosen(), QString::fromLatin1(GetParam().name));
-    EXPECT_EQ(arguments(), GetParam().before + shell);
+    EXPECT_EQ(arguments(), GetParam().options + shell);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    All, EmulatorWords,
+    All, EmulatorArguments,
     testing::Values(EmulatorCase{"gnome-terminal", {u"--working-directory=/w/a b"_s, u"--"_s}},
                     EmulatorCase{"mate-terminal", {u"--working-directory=/w/a b"_s, u"-x"_s}},
                     EmulatorCase{"xfce4-terminal", {u"--working-directory=/w/a b"_s, u"-x"_s}},
@@ -96,7 +96,7 @@ INSTANTIATE_TEST_SUITE_P(
         return name;
     });
 
-TEST_F(TerminalChoice, FollowsTheUserThenTheDesktopThenTheSystem)
+TEST_F(TerminalChoice, PrefersTheUsersThenTheDesktopsThenTheSystems)
 {
     m_environment.insert(u"TERMINAL"_s, u"mine"_s);
     m_environment.insert(u"XDG_CURRENT_DESKTOP"_s, u"Unity:XFCE"_s);
@@ -105,7 +105,7 @@ TEST_F(TerminalChoice, FollowsTheUserThenTheDesktopThenTheSystem)
     install(inOrder);
     for (const QString &name : inOrder) {
         EXPECT_EQ(chosen(), name);
-        QFile::remove(m_recorders.path(name));
+        QFile::remove(m_programs.path(name));
     }
     EXPECT_EQ(chosen(), QString());
 }
@@ -116,10 +116,10 @@ struct DesktopCase
     const char *emulator;
 };
 
-class DesktopsOwn : public TerminalChoice, public testing::WithParamInterface<DesktopCase>
+class DesktopEmulator : public TerminalChoice, public testing::WithParamInterface<DesktopCase>
 {};
 
-TEST_P(DesktopsOwn, ComesBeforeAllOthers)
+TEST_P(DesktopEmulator, IsPreferredOnItsDesktop)
 {
     install({u"x-terminal-emulator"_s, u"gnome-terminal"_s, u"konsole"_s, u"xfce4-terminal"_s,
              u"mate-terminal"_s, u"qterminal"_s});
@@ -128,21 +128,21 @@ TEST_P(DesktopsOwn, ComesBeforeAllOthers)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Desktops, DesktopsOwn,
+    Desktops, DesktopEmulator,
     testing::Values(DesktopCase{"GNOME", "gnome-terminal"}, DesktopCase{"ubuntu:GNOME", "gnome-terminal"},
                     DesktopCase{"KDE", "konsole"}, DesktopCase{"XFCE", "xfce4-terminal"},
                     DesktopCase{"MATE", "mate-terminal"}, DesktopCase{"LXQt", "qterminal"},
                     DesktopCase{"sway", "x-terminal-emulator"}, DesktopCase{"", "x-terminal-emulator"}));
 
-TEST_F(TerminalChoice, MayBeNamedByItsPath)
+TEST_F(TerminalChoice, AcceptsAPathInTheVariable)
 {
     install({u"elsewhere/kitty"_s, u"xterm"_s});
-    m_environment.insert(u"TERMINAL"_s, m_recorders.path(u"elsewhere/kitty"_s));
+    m_environment.insert(u"TERMINAL"_s, m_programs.path(u"elsewhere/kitty"_s));
     EXPECT_EQ(chosen(), u"kitty"_s);
     EXPECT_EQ(arguments().first(), u"--directory"_s);
 }
 
-TEST_F(TerminalChoice, PassesOverWhatIsNotInstalled)
+TEST_F(TerminalChoice, SkipsWhatIsNotInstalled)
 {
     install({u"xterm"_s});
     m_environment.insert(u"TERMINAL"_s, u"/gone/kitty"_s);
@@ -150,32 +150,32 @@ TEST_F(TerminalChoice, PassesOverWhatIsNotInstalled)
     EXPECT_EQ(chosen(), u"xterm"_s);
 }
 
-TEST_F(TerminalChoice, LooksThroughLinks)
+TEST_F(TerminalChoice, IdentifiesTheTargetOfALink)
 {
     install({u"opt/konsole"_s});
-    ASSERT_TRUE(QFile::link(m_recorders.path(u"opt/konsole"_s), m_recorders.path(u"alternative"_s)));
-    ASSERT_TRUE(QFile::link(m_recorders.path(u"alternative"_s), m_recorders.path(u"x-terminal-emulator"_s)));
+    ASSERT_TRUE(QFile::link(m_programs.path(u"opt/konsole"_s), m_programs.path(u"alternative"_s)));
+    ASSERT_TRUE(QFile::link(m_programs.path(u"alternative"_s), m_programs.path(u"x-terminal-emulator"_s)));
     EXPECT_EQ(arguments(), (QStringList{u"--workdir"_s, u"/w/a b"_s, u"-e"_s} + shell));
 }
 
-TEST_F(TerminalChoice, KeepsTheNameOfALinkThatIsKnownByIt)
+TEST_F(TerminalChoice, IdentifiesALinkByItsOwnNameFirst)
 {
     install({u"opt/snap"_s});
-    ASSERT_TRUE(QFile::link(m_recorders.path(u"opt/snap"_s), m_recorders.path(u"alacritty"_s)));
+    ASSERT_TRUE(QFile::link(m_programs.path(u"opt/snap"_s), m_programs.path(u"alacritty"_s)));
     EXPECT_EQ(chosen(), u"alacritty"_s);
     EXPECT_EQ(arguments().first(), u"--working-directory=/w/a b"_s);
 }
 
-TEST_F(TerminalChoice, TakesTheProgramInsteadOfItsWrapper)
+TEST_F(TerminalChoice, StartsTheWrappedProgramInsteadOfTheWrapper)
 {
     install({u"opt/gnome-terminal.wrapper"_s, u"opt/gnome-terminal"_s});
-    ASSERT_TRUE(QFile::link(m_recorders.path(u"opt/gnome-terminal.wrapper"_s),
-                            m_recorders.path(u"x-terminal-emulator"_s)));
+    ASSERT_TRUE(QFile::link(m_programs.path(u"opt/gnome-terminal.wrapper"_s),
+                            m_programs.path(u"x-terminal-emulator"_s)));
     EXPECT_EQ(chosen(), u"gnome-terminal"_s);
     EXPECT_EQ(arguments(), (QStringList{u"--working-directory=/w/a b"_s, u"--"_s} + shell));
 }
 
-TEST_F(TerminalChoice, NeedsNoPath)
+TEST_F(TerminalChoice, FindsNothingWithoutPath)
 {
     m_environment.remove(u"PATH"_s);
     EXPECT_EQ(chosen(), QString());
@@ -185,8 +185,8 @@ TEST_F(TerminalChoice, RunsTheUsersShell)
 {
     const QString own = QString::fromLocal8Bit(getpwuid(getuid())->pw_shell);
     install({u"fish"_s});
-    m_environment.insert(u"SHELL"_s, m_recorders.path(u"fish"_s));
-    EXPECT_EQ(Terminal::userShell(m_environment), m_recorders.path(u"fish"_s));
+    m_environment.insert(u"SHELL"_s, m_programs.path(u"fish"_s));
+    EXPECT_EQ(Terminal::userShell(m_environment), m_programs.path(u"fish"_s));
     for (const QString &broken : {u""_s, u"fish"_s, u"/no/such/shell"_s, u"/etc/passwd"_s, u"/tmp"_s}) {
         m_environment.insert(u"SHELL"_s, broken);
         EXPECT_EQ(Terminal::userShell(m_environment), own) << broken.toStdString();
@@ -207,7 +207,7 @@ TEST_P(Quoting, MakesOneWord)
     EXPECT_EQ(Terminal::quoted(GetParam().text), GetParam().word);
 }
 
-TEST_P(Quoting, IsUndoneByTheShell)
+TEST_P(Quoting, IsParsedByTheShell)
 {
     QProcess sh;
     sh.start(u"/bin/sh"_s, {u"-c"_s, u"printf %s "_s + Terminal::quoted(GetParam().text)});
@@ -226,28 +226,28 @@ INSTANTIATE_TEST_SUITE_P(Texts, Quoting,
                                          QuotingCase{u"größe 🦊"_s, u"'größe 🦊'"_s},
                                          QuotingCase{u"-x"_s, u"'-x'"_s}));
 
-/// What a terminal does with the command that it is given, without the window.
+/// Runs the command that a terminal would run.
 class TerminalFolder : public testing::TestWithParam<QString>
 {};
 
-TEST_P(TerminalFolder, IsWhereTheShellIs)
+TEST_P(TerminalFolder, IsTheWorkingDirectoryOfTheShell)
 {
-    Recorders recorders;
-    recorders.install(u"xterm"_s);
-    const QString shellPath = recorders.install(u"bob's $hell"_s);
-    const QString folder = recorders.path(GetParam());
+    FakePrograms programs;
+    programs.install(u"xterm"_s);
+    const QString shellPath = programs.install(u"bob's $hell"_s);
+    const QString folder = programs.path(GetParam());
     ASSERT_TRUE(QDir().mkpath(folder));
-    const ScopedEnvironment path("PATH", recorders.folder().toLocal8Bit());
+    const ScopedEnvironment path("PATH", programs.folder().toLocal8Bit());
     const ScopedEnvironment shellVariable("SHELL", shellPath.toLocal8Bit());
     const ScopedEnvironment terminal("TERMINAL", std::nullopt);
 
     Terminal::open(folder);
 
-    const QStringList command = recorders.record(u"xterm"_s).arguments;
+    const QStringList command = programs.record(u"xterm"_s).arguments;
     ASSERT_EQ(command.size(), 4);
     ASSERT_EQ(command.first(), u"-e"_s);
     ASSERT_EQ(QProcess::execute(command[1], command.sliced(2)), 0);
-    const StartRecord record = recorders.record(u"bob's $hell"_s);
+    const StartRecord record = programs.record(u"bob's $hell"_s);
     EXPECT_EQ(record.folder, folder);
     EXPECT_EQ(record.arguments, QStringList());
 }
@@ -257,25 +257,25 @@ INSTANTIATE_TEST_SUITE_P(Names, TerminalFolder,
                                          u"größe 🦊"_s, u"$HOME `id` $(id)"_s, u"--help"_s, u"a;b&c|d"_s,
                                          u"*?[x]"_s, u"~"_s, u"'''"_s, u"%s%20#1"_s, u"trailing\\"_s));
 
-TEST(Terminal, OpensNothingWhereThereIsNone)
+TEST(Terminal, DoesNothingIfNoneIsInstalled)
 {
-    const Recorders recorders;
-    const ScopedEnvironment path("PATH", recorders.folder().toLocal8Bit());
+    const FakePrograms programs;
+    const ScopedEnvironment path("PATH", programs.folder().toLocal8Bit());
     const ScopedEnvironment terminal("TERMINAL", std::nullopt);
     Terminal::open(u"/tmp"_s);
 }
 
-TEST(Terminal, LeavesTheUserAShellWhereTheFolderIsGone)
+TEST(Terminal, StartsAShellEvenIfTheFolderIsGone)
 {
-    Recorders recorders;
-    recorders.install(u"xterm"_s);
+    FakePrograms programs;
+    programs.install(u"xterm"_s);
     QProcessEnvironment environment;
-    environment.insert(u"PATH"_s, recorders.folder());
-    environment.insert(u"SHELL"_s, recorders.install(u"shell"_s));
-    const auto command = Terminal::commandFor(recorders.path(u"gone"_s), environment);
+    environment.insert(u"PATH"_s, programs.folder());
+    environment.insert(u"SHELL"_s, programs.install(u"shell"_s));
+    const auto command = Terminal::commandFor(programs.path(u"gone"_s), environment);
     ASSERT_TRUE(command);
     QProcess::execute(command->arguments[1], command->arguments.sliced(2));
-    EXPECT_EQ(recorders.record(u"shell"_s).folder, QDir::currentPath());
+    EXPECT_EQ(programs.record(u"shell"_s).folder, QDir::currentPath());
 }
 
 } // namespace portolan

@@ -1,5 +1,5 @@
+#include "FakePrograms.h"
 #include "Printers.h"
-#include "Recorders.h"
 #include "ScopedEnvironment.h"
 #include "XdgOpen.h"
 
@@ -15,20 +15,20 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// While it is there, programs that this process has left on their own become its children again.
-class Orphanage
+/// Makes orphaned descendants children of this process (PR_SET_CHILD_SUBREAPER).
+class ChildSubreaper
 {
 public:
-    Orphanage() { prctl(PR_SET_CHILD_SUBREAPER, 1); }
-    ~Orphanage()
+    ChildSubreaper() { prctl(PR_SET_CHILD_SUBREAPER, 1); }
+    ~ChildSubreaper()
     {
-        collect();
+        waitForAll();
         prctl(PR_SET_CHILD_SUBREAPER, 0);
     }
-    Q_DISABLE_COPY_MOVE(Orphanage)
+    Q_DISABLE_COPY_MOVE(ChildSubreaper)
 
-    /// Waits for the end of all that has been started so far, and returns how many it was.
-    int collect() const
+    /// Waits until all children have exited and returns their number.
+    int waitForAll() const
     {
         int count = 0;
         while (waitpid(-1, nullptr, 0) > 0)
@@ -42,70 +42,70 @@ public:
 class XdgOpenTest : public testing::Test
 {
 protected:
-    Recorders m_recorders;
-    ScopedEnvironment m_path{"PATH", m_recorders.folder().toLocal8Bit()};
-    Orphanage m_orphanage;
+    FakePrograms m_programs;
+    ScopedEnvironment m_path{"PATH", m_programs.folder().toLocal8Bit()};
+    ChildSubreaper m_subreaper;
 };
 
 TEST_F(XdgOpenTest, OpensWebAddresses)
 {
-    m_recorders.install(u"xdg-open"_s);
+    m_programs.install(u"xdg-open"_s);
     XdgOpen::address(QUrl(u"http://localhost:3000"_s));
-    EXPECT_EQ(m_recorders.record(u"xdg-open"_s).arguments, QStringList{u"http://localhost:3000"_s});
+    EXPECT_EQ(m_programs.record(u"xdg-open"_s).arguments, QStringList{u"http://localhost:3000"_s});
 }
 
-TEST_F(XdgOpenTest, OpensSecureAddressesEncoded)
+TEST_F(XdgOpenTest, EncodesAddresses)
 {
-    m_recorders.install(u"xdg-open"_s);
+    m_programs.install(u"xdg-open"_s);
     XdgOpen::address(QUrl(u"https://localhost:3000/a b?q=größe"_s));
-    EXPECT_EQ(m_recorders.record(u"xdg-open"_s).arguments,
+    EXPECT_EQ(m_programs.record(u"xdg-open"_s).arguments,
               QStringList{u"https://localhost:3000/a%20b?q=gr%C3%B6%C3%9Fe"_s});
 }
 
-TEST_F(XdgOpenTest, LeavesAllOtherAddressesAlone)
+TEST_F(XdgOpenTest, IgnoresOtherAddresses)
 {
-    m_recorders.install(u"xdg-open"_s);
+    m_programs.install(u"xdg-open"_s);
     for (const QString &address :
          {u"file:///etc/passwd"_s, u"ftp://localhost"_s, u"javascript:1"_s, u"localhost"_s, u"-http://x"_s,
           u"http:"_s, u"http:///x"_s, u""_s, u"http://localhost:70000"_s}) {
         XdgOpen::address(QUrl(address));
         EXPECT_FALSE(XdgOpen::addressWatched(QUrl(address), 30s));
-        EXPECT_EQ(m_orphanage.collect(), 0) << address.toStdString();
+        EXPECT_EQ(m_subreaper.waitForAll(), 0) << address.toStdString();
     }
-    EXPECT_FALSE(m_recorders.wasStarted(u"xdg-open"_s));
+    EXPECT_FALSE(m_programs.wasStarted(u"xdg-open"_s));
     XdgOpen::address(QUrl(u"http://localhost"_s));
-    EXPECT_EQ(m_orphanage.collect(), 1);
-    EXPECT_TRUE(m_recorders.wasStarted(u"xdg-open"_s));
+    EXPECT_EQ(m_subreaper.waitForAll(), 1);
+    EXPECT_TRUE(m_programs.wasStarted(u"xdg-open"_s));
 }
 
-TEST_F(XdgOpenTest, TellsWhetherThatWentWell)
+TEST_F(XdgOpenTest, ReportsTheExitStatus)
 {
     const QUrl url(u"http://localhost:3000"_s);
-    m_recorders.install(u"xdg-open"_s);
+    m_programs.install(u"xdg-open"_s);
     EXPECT_TRUE(XdgOpen::addressWatched(url, 30s));
-    EXPECT_EQ(m_recorders.record(u"xdg-open"_s).arguments, QStringList{url.toString()});
-    EXPECT_TRUE(QFile::remove(m_recorders.path(u"xdg-open"_s)));
-    EXPECT_TRUE(QFile::link(u"/bin/false"_s, m_recorders.path(u"xdg-open"_s)));
+    EXPECT_EQ(m_programs.record(u"xdg-open"_s).arguments, QStringList{url.toString()});
+    EXPECT_TRUE(QFile::remove(m_programs.path(u"xdg-open"_s)));
+    EXPECT_TRUE(QFile::link(u"/bin/false"_s, m_programs.path(u"xdg-open"_s)));
     EXPECT_FALSE(XdgOpen::addressWatched(url, 30s));
 }
 
-TEST_F(XdgOpenTest, OpensFoldersByTheirPath)
+TEST_F(XdgOpenTest, PassesFoldersAsPaths)
 {
-    m_recorders.install(u"xdg-open"_s);
+    m_programs.install(u"xdg-open"_s);
     const QString folder = u"/tmp/bob's \"dir\" \\x %20 #1\nö"_s;
     XdgOpen::folder(folder);
-    EXPECT_EQ(m_recorders.record(u"xdg-open"_s).arguments, QStringList{folder});
+    EXPECT_EQ(m_programs.record(u"xdg-open"_s).arguments, QStringList{folder});
 }
 
-TEST_F(XdgOpenTest, StartsNothingWhereItIsNotInstalled)
+TEST_F(XdgOpenTest, DoesNothingIfItIsNotInstalled)
 {
-    m_recorders.install(u"not-xdg-open"_s);
+    m_programs.install(u"not-xdg-open"_s);
     const QUrl url(u"http://localhost:3000"_s);
     EXPECT_FALSE(XdgOpen::isInstalled());
     XdgOpen::address(url);
     XdgOpen::folder(u"/tmp"_s);
     EXPECT_FALSE(XdgOpen::addressWatched(url, 30s));
-    EXPECT_EQ(m_orphanage.collect(), 0);
+    EXPECT_EQ(m_subreaper.waitForAll(), 0);
 }
 
 } // namespace portolan

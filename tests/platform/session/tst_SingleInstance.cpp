@@ -17,7 +17,7 @@ using Outcome = SingleInstance::Outcome;
 
 namespace {
 
-/// What the starts of one session share: a bus, if it has one, and a folder.
+/// A session with a runtime folder and, if `hasBus`, a session bus.
 class Session
 {
 public:
@@ -32,7 +32,7 @@ public:
 
     QString folder() const { return m_folder.path(); }
 
-    /// What a further start gets to hear, while this one goes on running.
+    /// Starts a second instance in another thread and returns its outcome.
     Outcome start(StartRequest request)
     {
         std::optional<Outcome> outcome;
@@ -54,7 +54,7 @@ private:
 
 } // namespace
 
-// The parameter: whether there is a session bus.
+// The parameter is whether the session has a bus.
 class SingleInstances : public testing::TestWithParam<bool>
 {
 protected:
@@ -75,13 +75,13 @@ protected:
 INSTANTIATE_TEST_SUITE_P(Sessions, SingleInstances, testing::Bool(),
                          [](const auto &test) { return test.param ? "Bus" : "NoBus"; });
 
-TEST_P(SingleInstances, TheFirstStartIsTheOne)
+TEST_P(SingleInstances, TheFirstStartSucceeds)
 {
     EXPECT_EQ(m_first.claim(StartRequest::Open), Outcome::First);
-    EXPECT_EQ(m_requests, QList<StartRequest>()) << "it asks nothing of itself";
+    EXPECT_EQ(m_requests, QList<StartRequest>()) << "its own request is not emitted";
 }
 
-TEST_P(SingleInstances, ASecondStartHandsItsRequestOver)
+TEST_P(SingleInstances, ASecondStartForwardsItsRequest)
 {
     ASSERT_EQ(m_first.claim(StartRequest::None), Outcome::First);
     EXPECT_EQ(m_session.start(StartRequest::Open), Outcome::Forwarded);
@@ -89,7 +89,7 @@ TEST_P(SingleInstances, ASecondStartHandsItsRequestOver)
     expectRequests({StartRequest::Open, StartRequest::Window});
 }
 
-TEST_P(SingleInstances, ASecondStartInTheBackgroundAsksForNothing)
+TEST_P(SingleInstances, ASecondStartInTheBackgroundForwardsNothing)
 {
     ASSERT_EQ(m_first.claim(StartRequest::None), Outcome::First);
     EXPECT_EQ(m_session.start(StartRequest::None), Outcome::Forwarded);
@@ -97,21 +97,21 @@ TEST_P(SingleInstances, ASecondStartInTheBackgroundAsksForNothing)
     expectRequests({StartRequest::Open});
 }
 
-TEST_P(SingleInstances, OneThatDoesNotAnswerIsNotJoinedByAnother)
+TEST_P(SingleInstances, ReportsThatTheFirstDoesNotAnswer)
 {
     ASSERT_EQ(m_first.claim(StartRequest::None), Outcome::First);
-    // Without the event loop, which answers.
+    // Blocks this thread, whose event loop would have to answer.
     SingleInstance second(m_session.connection(), m_session.folder());
     EXPECT_EQ(second.claim(StartRequest::Open), Outcome::Unanswered);
 }
 
-TEST(SingleInstanceInFolder, WithoutAUsableFolderRunsUnasked)
+TEST(SingleInstanceInFolder, RunsIfTheFolderIsUnusable)
 {
     SingleInstance alone(QDBusConnection(u"no such connection"_s), u"/proc/self/no-such-folder"_s);
     EXPECT_EQ(alone.claim(StartRequest::Open), Outcome::First);
 }
 
-TEST(SingleInstanceInFolder, TheEndOfTheFirstMakesRoom)
+TEST(SingleInstanceInFolder, SucceedsAfterTheFirstHasEnded)
 {
     const QTemporaryDir folder;
     const QDBusConnection noBus(u"no such connection"_s);

@@ -1,6 +1,6 @@
 #include "Autostart.h"
+#include "FakePrograms.h"
 #include "Printers.h"
-#include "Recorders.h"
 #include "ScopedEnvironment.h"
 
 #include <QCoreApplication>
@@ -22,7 +22,7 @@ using Status = Autostart::Status;
 
 namespace {
 
-/// A session with folders of its own.
+/// A session with temporary folders.
 class AutostartTest : public testing::Test
 {
 protected:
@@ -59,7 +59,7 @@ protected:
 struct StatusCase
 {
     const char *name;
-    QByteArray keys; ///< of the user's entry
+    QByteArray keys; ///< the lines of the user's entry
     Status status;
 };
 
@@ -68,7 +68,7 @@ class AutostartStatus : public AutostartTest, public testing::WithParamInterface
 
 } // namespace
 
-TEST_P(AutostartStatus, IsWhatTheEntrySays)
+TEST_P(AutostartStatus, FollowsTheEntry)
 {
     write(userFile(), "[Desktop Entry]\nType=Application\n" + GetParam().keys);
     EXPECT_EQ(autostart().status(), GetParam().status);
@@ -95,7 +95,7 @@ INSTANTIATE_TEST_SUITE_P(
         StatusCase{"gnomeOff", "Exec=sh\nX-GNOME-Autostart-enabled=false\n", Status::requiresApproval},
         StatusCase{"mateOff", "Exec=sh\nX-MATE-Autostart-enabled=false\n", Status::requiresApproval},
         StatusCase{"onlyOthers", "Exec=sh\nOnlyShowIn=GNOME;KDE;\n", Status::requiresApproval},
-        StatusCase{"onlyNobody", "Exec=sh\nOnlyShowIn=\n", Status::requiresApproval},
+        StatusCase{"onlyShowInEmpty", "Exec=sh\nOnlyShowIn=\n", Status::requiresApproval},
         StatusCase{"onlyThis", "Exec=sh\nOnlyShowIn=GNOME;XFCE;\n", Status::enabled},
         StatusCase{"notThis", "Exec=sh\nNotShowIn=XFCE\n", Status::requiresApproval},
         StatusCase{"notOthers", "Exec=sh\nNotShowIn=KDE;\n", Status::enabled}),
@@ -104,10 +104,10 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(AutostartTest, IsNotRegisteredWithoutAnEntry)
 {
     EXPECT_EQ(autostart().status(), Status::notRegistered);
-    EXPECT_FALSE(QFile::exists(path(u"user"_s))) << "asking makes nothing";
+    EXPECT_FALSE(QFile::exists(path(u"user"_s))) << "status() creates nothing";
 }
 
-TEST_F(AutostartTest, LetsTheUsersEntryOverruleTheSystems)
+TEST_F(AutostartTest, PrefersTheUsersEntryToTheSystems)
 {
     write(systemFile(), "[Desktop Entry]\nExec=/bin/true\n");
     EXPECT_EQ(autostart().status(), Status::enabled);
@@ -115,7 +115,7 @@ TEST_F(AutostartTest, LetsTheUsersEntryOverruleTheSystems)
     EXPECT_EQ(autostart().status(), Status::requiresApproval);
 }
 
-TEST_F(AutostartTest, IsNotFoundWhereNothingCanBeKept)
+TEST_F(AutostartTest, IsNotFoundWithoutFolderOrProgram)
 {
     Autostart::Session noFolder = session();
     noFolder.userFolder.clear();
@@ -129,7 +129,7 @@ TEST_F(AutostartTest, IsNotFoundWhereNothingCanBeKept)
     EXPECT_FALSE(QFile::exists(userFile()));
 }
 
-TEST_F(AutostartTest, TakesNothingButFilesForEntries)
+TEST_F(AutostartTest, IgnoresWhatIsNotAFile)
 {
     QDir().mkpath(path(u"user/autostart"_s));
     ASSERT_EQ(mkfifo(QFile::encodeName(userFile()).constData(), 0600), 0);
@@ -155,7 +155,7 @@ TEST_F(AutostartTest, WritesANewEntry)
               QStringList{u"portolan.desktop"_s});
 }
 
-TEST_F(AutostartTest, ReplacesAnEntryThatIsTurnedOffOrBroken)
+TEST_F(AutostartTest, ReplacesADisabledOrBrokenEntry)
 {
     write(userFile(), "[Desktop Entry]\nType=Application\nHidden=true\nExec=/gone --old\n"
                       "X-GNOME-Autostart-enabled=false\nX-MATE-Autostart-enabled=false\n");
@@ -183,10 +183,10 @@ TEST_F(AutostartTest, HidesTheSystemsEntry)
     EXPECT_EQ(autostart().status(), Status::enabled);
 }
 
-TEST_F(AutostartTest, LeavesTheEntryWholeWhenItCannotWrite)
+TEST_F(AutostartTest, FailsIfItCannotWrite)
 {
     if (getuid() == 0)
-        // Root may write anywhere, except where a file is in the way of the folder.
+        // Permissions do not stop root, but a file in place of the folder does.
         write(path(u"user"_s), "a file");
     else
         ASSERT_TRUE(QFile::setPermissions(m_folder.path(), QFile::ReadOwner | QFile::ExeOwner));
@@ -195,7 +195,7 @@ TEST_F(AutostartTest, LeavesTheEntryWholeWhenItCannotWrite)
     QFile::setPermissions(m_folder.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
-TEST_F(AutostartTest, KnowsThisProgramsSession)
+TEST_F(AutostartTest, ReadsTheSessionFromTheEnvironment)
 {
     const ScopedEnvironment config("XDG_CONFIG_HOME", path(u"user"_s).toLocal8Bit());
     const ScopedEnvironment system("XDG_CONFIG_DIRS", path(u"system"_s).toLocal8Bit());
@@ -213,7 +213,7 @@ TEST_F(AutostartTest, KnowsThisProgramsSession)
     EXPECT_EQ(Autostart::ofThisProgram().status(), Status::enabled);
 }
 
-TEST_F(AutostartTest, HasNoPlaceWithoutAHome)
+TEST_F(AutostartTest, IsNotFoundWithoutAHomeFolder)
 {
     const ScopedEnvironment config("XDG_CONFIG_HOME", std::nullopt);
     const ScopedEnvironment home("HOME", std::nullopt);
@@ -221,7 +221,7 @@ TEST_F(AutostartTest, HasNoPlaceWithoutAHome)
     EXPECT_FALSE(Autostart::ofThisProgram().add());
 }
 
-TEST_F(AutostartTest, StartsTheAppImageThatItRunsFromAndNoOther)
+TEST_F(AutostartTest, StartsTheAppImageThatItRunsFrom)
 {
     const ScopedEnvironment config("XDG_CONFIG_HOME", path(u"user"_s).toLocal8Bit());
     const ScopedEnvironment image("APPIMAGE", "/bin/sh");
@@ -237,20 +237,20 @@ TEST_F(AutostartTest, StartsTheAppImageThatItRunsFromAndNoOther)
     EXPECT_EQ(program(), QCoreApplication::applicationFilePath());
 }
 
-/// A program that lives in a folder of some name.
+/// A program in a folder whose name is the parameter.
 class AutostartPrograms : public AutostartTest, public testing::WithParamInterface<QString>
 {
 protected:
     void SetUp() override
     {
-        m_program = m_recorders.install(GetParam() + u"/portolan"_s);
+        m_program = m_programs.install(GetParam() + u"/portolan"_s);
         Autostart::Session here = session();
         here.program = m_program;
         ASSERT_TRUE(Autostart(here).add());
         ASSERT_EQ(Autostart(here).status(), Status::enabled);
     }
 
-    /// The lines of the unit that systemd's generator makes of the entry.
+    /// The lines of the unit that systemd's generator creates from the entry.
     [[nodiscard]] QList<QByteArray> systemdUnit(const QString &generator) const
     {
         const QString units = path(u"units"_s);
@@ -261,11 +261,11 @@ protected:
         return read(units + u"/app-portolan@autostart.service"_s).split('\n');
     }
 
-    Recorders m_recorders;
+    FakePrograms m_programs;
     QString m_program;
 };
 
-TEST_P(AutostartPrograms, PassTheDesktopsOwnValidator)
+TEST_P(AutostartPrograms, PassDesktopFileValidate)
 {
     QProcess validator;
     validator.start(u"desktop-file-validate"_s, {userFile()});
@@ -283,7 +283,7 @@ TEST_P(AutostartPrograms, AreStartedByADesktop)
     if (!launcher.waitForStarted())
         GTEST_SKIP() << "gio is not installed";
     ASSERT_TRUE(launcher.waitForFinished());
-    EXPECT_EQ(m_recorders.record(GetParam() + u"/portolan"_s).arguments, QStringList{u"--background"_s});
+    EXPECT_EQ(m_programs.record(GetParam() + u"/portolan"_s).arguments, QStringList{u"--background"_s});
 }
 
 TEST_P(AutostartPrograms, AreStartedBySystemd)
@@ -292,7 +292,7 @@ TEST_P(AutostartPrograms, AreStartedBySystemd)
     if (!QFile::exists(generator))
         GTEST_SKIP() << "systemd's generator of autostart units is not installed";
     if (GetParam().contains(u'\\'))
-        GTEST_SKIP() << "systemd looks for the program before it has undone the escapes of its path";
+        GTEST_SKIP() << "systemd looks up the program before it unescapes its path";
     const QString quoted = QString(m_program).replace(QRegularExpression(u"([$\"`])"_s), u"\\\\1"_s);
     const bool isPlain = GetParam() == u"plain"_s || GetParam() == u"größe"_s;
     const QString word = isPlain ? m_program : u'"' + quoted + u'"';
@@ -300,8 +300,7 @@ TEST_P(AutostartPrograms, AreStartedBySystemd)
                 testing::Contains(QByteArray("ExecStart=:" + word.toUtf8() + " --background")));
 }
 
-// A % is left out: what the standard asks for is not found by GLib nor systemd, which look for the program
-// before they undo the doubling.
+// Without %: GLib and systemd look up the program before they replace the %% that the standard demands.
 INSTANTIATE_TEST_SUITE_P(Folders, AutostartPrograms,
                          testing::Values(u"plain"_s, u"two words"_s, u"it's \"quoted\""_s, u"$HOME `id`"_s,
                                          u"back\\slash"_s, u"größe"_s));

@@ -37,13 +37,13 @@ TEST(DesktopEntry, ReadsTheMainGroupOnly)
     EXPECT_EQ(entry.value("# Exec"), std::nullopt);
 }
 
-TEST(DesktopEntry, TakesTheLastOfSeveralLinesWithOneKey)
+TEST(DesktopEntry, UsesTheLastLineWithAKey)
 {
     EXPECT_FALSE(DesktopEntry("[Desktop Entry]\nHidden=true\nHidden=false\n").isTrue("Hidden"));
     EXPECT_TRUE(DesktopEntry("[Desktop Entry]\r\nHidden=false\r\nHidden=true").isTrue("Hidden"));
 }
 
-TEST(DesktopEntry, SaysNothingWithoutItsGroup)
+TEST(DesktopEntry, IsEmptyWithoutItsGroup)
 {
     for (const QByteArray &text :
          {QByteArray(), QByteArray("\n\n"), QByteArray("Hidden=true\n"), QByteArray("[Other]\nHidden=true\n"),
@@ -60,7 +60,7 @@ struct TextCase
 class TextValue : public testing::TestWithParam<TextCase>
 {};
 
-TEST_P(TextValue, IsEscapedAndBack)
+TEST_P(TextValue, IsEscapedAndUnescaped)
 {
     EXPECT_EQ(DesktopEntry::escaped(GetParam().text), GetParam().value);
     EXPECT_EQ(DesktopEntry::unescaped(GetParam().value), GetParam().text);
@@ -73,7 +73,7 @@ INSTANTIATE_TEST_SUITE_P(Texts, TextValue,
                                          TextCase{u"a\nb\tc\rd"_s, "a\\nb\\tc\\rd"},
                                          TextCase{u"\\n"_s, "\\\\n"}, TextCase{u"größe"_s, "größe"}));
 
-TEST(DesktopEntry, LeavesUnknownEscapesAlone)
+TEST(DesktopEntry, KeepsUnknownEscapes)
 {
     EXPECT_EQ(DesktopEntry::unescaped("a\\qb\\"), u"a\\qb\\"_s);
 }
@@ -87,7 +87,7 @@ struct ExecCase
 class ExecValue : public testing::TestWithParam<ExecCase>
 {};
 
-TEST_P(ExecValue, NamesTheProgramAndBack)
+TEST_P(ExecValue, IsWrittenAndParsed)
 {
     EXPECT_EQ(DesktopEntry::exec(GetParam().program, {u"--background"_s}),
               GetParam().value + " --background");
@@ -103,7 +103,7 @@ INSTANTIATE_TEST_SUITE_P(
                     ExecCase{u"/a`b/p"_s, R"("/a\\`b/p")"}, ExecCase{u"/a\\b/p"_s, R"("/a\\\\b/p")"},
                     ExecCase{u"/größe/p"_s, "/größe/p"}, ExecCase{u"/a\nb/p"_s, R"("/a\nb/p")"}));
 
-TEST(DesktopEntry, TakesTheFirstWordOfAnyCommandLine)
+TEST(DesktopEntry, TakesTheFirstWordOfACommandLine)
 {
     EXPECT_EQ(DesktopEntry::programOf(""), u""_s);
     EXPECT_EQ(DesktopEntry::programOf("portolan"), u"portolan"_s);

@@ -50,7 +50,8 @@ protected:
     QTemporaryDir m_home;
 };
 
-/// Takes a folder's write permission, and the superuser's way around it, for a while.
+/// Removes the write permission of a folder for a scope. Root ignores permissions, so it becomes another
+/// user.
 class Unwritable
 {
 public:
@@ -77,7 +78,7 @@ private:
 
 } // namespace
 
-TEST_F(UserDefaultsTest, NothingIsStoredAndNothingWrittenAtFirst)
+TEST_F(UserDefaultsTest, IsEmptyAndWritesNothingAtFirst)
 {
     const UserDefaults defaults(path());
     EXPECT_EQ(defaults.string(u"sortOrder").presence, Presence::absent);
@@ -118,7 +119,7 @@ struct TypedRead
 class UserDefaultsTypes : public UserDefaultsTest, public testing::WithParamInterface<TypedRead>
 {};
 
-TEST_P(UserDefaultsTypes, TellAbsentFromWrongTyped)
+TEST_P(UserDefaultsTypes, DistinguishAbsentFromWrongType)
 {
     write("{\"key\": " + GetParam().json + "}");
     const UserDefaults defaults(path());
@@ -150,7 +151,7 @@ INSTANTIATE_TEST_SUITE_P(
         TypedRead{"nested", "[[1]]", Presence::wrongType, Presence::wrongType, Presence::wrongType}),
     [](const auto &row) { return std::string(row.param.name); });
 
-TEST_F(UserDefaultsTest, KeepsKeysItDoesNotKnow)
+TEST_F(UserDefaultsTest, KeepsUnknownKeys)
 {
     write(R"({"future": {"a": [1, null, 2.5]}, "sortOrder": "port"})");
     UserDefaults defaults(path());
@@ -160,7 +161,7 @@ TEST_F(UserDefaultsTest, KeepsKeysItDoesNotKnow)
     EXPECT_EQ(object(), expected);
 }
 
-TEST_F(UserDefaultsTest, LaysItsWritesOverWhatOthersWroteMeanwhile)
+TEST_F(UserDefaultsTest, MergesWithWhatOthersHaveWritten)
 {
     UserDefaults first(path());
     UserDefaults second(path());
@@ -173,7 +174,7 @@ TEST_F(UserDefaultsTest, LaysItsWritesOverWhatOthersWroteMeanwhile)
     EXPECT_EQ(first.boolean(u"autoRefresh").presence, Presence::present);
 }
 
-TEST_F(UserDefaultsTest, WritesBackAValueThatSomeoneElseTookAway)
+TEST_F(UserDefaultsTest, WritesAValueAgainIfTheFileWasRemoved)
 {
     UserDefaults defaults(path());
     defaults.setString(u"sortOrder", u"name"_s);
@@ -182,7 +183,7 @@ TEST_F(UserDefaultsTest, WritesBackAValueThatSomeoneElseTookAway)
     EXPECT_EQ(object(), QJsonObject({{u"sortOrder"_s, u"name"_s}}));
 }
 
-TEST_F(UserDefaultsTest, FileIsTheOwnersAlone)
+TEST_F(UserDefaultsTest, FileIsAccessibleToTheOwnerOnly)
 {
     UserDefaults(path()).setBoolean(u"autoRefresh", true);
     EXPECT_EQ(QFile::permissions(path()) & (QFile::ReadGroup | QFile::ReadOther | QFile::WriteOther), 0);
@@ -191,7 +192,7 @@ TEST_F(UserDefaultsTest, FileIsTheOwnersAlone)
                 testing::ElementsAre(u"settings.json"_s));
 }
 
-TEST_F(UserDefaultsTest, DoesNotTouchAFileThatSaysItAlready)
+TEST_F(UserDefaultsTest, DoesNotRewriteAnUnchangedValue)
 {
     write(R"({  "autoRefresh"  :  true  })");
     UserDefaults(path()).setBoolean(u"autoRefresh", true);
@@ -201,7 +202,7 @@ TEST_F(UserDefaultsTest, DoesNotTouchAFileThatSaysItAlready)
 class UserDefaultsBroken : public UserDefaultsTest, public testing::WithParamInterface<const char *>
 {};
 
-TEST_P(UserDefaultsBroken, FileIsEmptyToReadersAndKeptAsideByTheNextWrite)
+TEST_P(UserDefaultsBroken, FileCountsAsEmptyAndIsRenamedByTheNextWrite)
 {
     write(GetParam());
     write(GetParam());
@@ -228,7 +229,7 @@ INSTANTIATE_TEST_SUITE_P(Contents, UserDefaultsBroken,
                                          "{\"autoRefresh\": false} x"),
                          [](const auto &row) { return std::to_string(row.index); });
 
-TEST_F(UserDefaultsTest, APipeInTheFilesPlaceIsNotOpened)
+TEST_F(UserDefaultsTest, DoesNotOpenAPipe)
 {
     QDir().mkpath(folder());
     ASSERT_EQ(mkfifo(QFile::encodeName(path()).constData(), 0600), 0);
@@ -238,7 +239,7 @@ TEST_F(UserDefaultsTest, APipeInTheFilesPlaceIsNotOpened)
     EXPECT_EQ(object(), QJsonObject({{u"autoRefresh"_s, true}}));
 }
 
-TEST_F(UserDefaultsTest, AFolderInTheFilesPlaceIsPutAside)
+TEST_F(UserDefaultsTest, RenamesAFolderInPlaceOfTheFile)
 {
     QDir().mkpath(path() + u"/inner"_s);
     UserDefaults defaults(path());
@@ -247,7 +248,7 @@ TEST_F(UserDefaultsTest, AFolderInTheFilesPlaceIsPutAside)
     EXPECT_TRUE(QFileInfo::exists(path() + u".broken-1/inner"_s));
 }
 
-TEST_F(UserDefaultsTest, WritesThroughALink)
+TEST_F(UserDefaultsTest, FollowsASymbolicLink)
 {
     QDir().mkpath(folder());
     const QString target = m_home.filePath(u"dotfiles.json"_s);
@@ -258,7 +259,7 @@ TEST_F(UserDefaultsTest, WritesThroughALink)
     EXPECT_TRUE(UserDefaults(path()).boolean(u"autoRefresh").value);
 }
 
-TEST_F(UserDefaultsTest, AnUnwritableFolderKeepsValuesInMemoryUntilItCanBeWritten)
+TEST_F(UserDefaultsTest, KeepsValuesInMemoryWhileTheFolderIsNotWritable)
 {
     write(R"({"autoRefresh": false})");
     UserDefaults defaults(path());
@@ -276,7 +277,7 @@ TEST_F(UserDefaultsTest, AnUnwritableFolderKeepsValuesInMemoryUntilItCanBeWritte
     EXPECT_EQ(object(), expected);
 }
 
-TEST_F(UserDefaultsTest, ABrokenFileInAnUnwritableFolderStays)
+TEST_F(UserDefaultsTest, KeepsABrokenFileIfTheFolderIsNotWritable)
 {
     write("broken");
     UserDefaults defaults(path());
@@ -286,14 +287,14 @@ TEST_F(UserDefaultsTest, ABrokenFileInAnUnwritableFolderStays)
     EXPECT_TRUE(defaults.boolean(u"autoRefresh").value);
 }
 
-TEST_F(UserDefaultsTest, AFolderThatCannotBeMadeIsHarmless)
+TEST_F(UserDefaultsTest, KeepsValuesIfTheFolderCannotBeCreated)
 {
     UserDefaults defaults(u"/proc/portolan/settings.json"_s);
     defaults.setBoolean(u"autoRefresh", false);
     EXPECT_EQ(defaults.boolean(u"autoRefresh"), (UserDefaults::Reading<bool>{Presence::present, false}));
 }
 
-TEST_F(UserDefaultsTest, ReadOnlyNeverTouchesTheDisk)
+TEST_F(UserDefaultsTest, ReadOnlyAccessNeverWrites)
 {
     UserDefaults defaults(path(), UserDefaults::Access::readOnly);
     defaults.setString(u"sortOrder", u"name"_s);
@@ -305,7 +306,7 @@ TEST_F(UserDefaultsTest, ReadOnlyNeverTouchesTheDisk)
     EXPECT_EQ(contentOf(path()), "broken");
 }
 
-TEST_F(UserDefaultsTest, AWriterKilledAtAnyMomentLeavesAWholeFile)
+TEST_F(UserDefaultsTest, FileIsCompleteIfTheWriterIsKilled)
 {
     QList<qint64> ports;
     for (int i = 0; i < 2000; ++i)

@@ -7,7 +7,7 @@
 
 namespace portolan {
 
-/// The panel's side of the protocol: takes registrations and says whether it shows icons.
+/// The panel's side of the protocol: accepts registrations and reports whether a host is present.
 class FakeStatusNotifierWatcher : public QObject, protected QDBusContext
 {
     Q_OBJECT
@@ -40,7 +40,7 @@ public:
             Q_EMIT StatusNotifierHostUnregistered();
     }
 
-    /// What registered, in order.
+    /// The registered items, in order.
     [[nodiscard]] const QStringList &items() const { return m_items; }
 
 public Q_SLOTS:

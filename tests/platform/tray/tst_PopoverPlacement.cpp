@@ -21,7 +21,7 @@ namespace {
 constexpr QSize Popover(384, 600);
 
 // A screen of 1280 x 800 with a panel of 30 pixels at one of its edges.
-const ScreenArea Bare{QRect(0, 0, 1280, 800), QRect(0, 0, 1280, 800)};
+const ScreenArea NoPanel{QRect(0, 0, 1280, 800), QRect(0, 0, 1280, 800)};
 const ScreenArea TopPanel{QRect(0, 0, 1280, 800), QRect(0, 30, 1280, 770)};
 const ScreenArea BottomPanel{QRect(0, 0, 1280, 800), QRect(0, 0, 1280, 770)};
 const ScreenArea LeftPanel{QRect(0, 0, 1280, 800), QRect(30, 0, 1250, 800)};
@@ -29,7 +29,7 @@ const ScreenArea RightPanel{QRect(0, 0, 1280, 800), QRect(0, 0, 1250, 800)};
 
 } // namespace
 
-struct Placement
+struct PlacementCase
 {
     const char *name;
     QPoint anchor;
@@ -37,42 +37,42 @@ struct Placement
     QRect expected;
 };
 
-void PrintTo(const Placement &placement, std::ostream *out)
+void PrintTo(const PlacementCase &placement, std::ostream *out)
 {
     *out << placement.name;
 }
 
-class PopoverPlaces : public testing::TestWithParam<Placement>
+class PopoverPosition : public testing::TestWithParam<PlacementCase>
 {};
 
-TEST_P(PopoverPlaces, AtTheIcon)
+TEST_P(PopoverPosition, IsNextToTheIcon)
 {
     const auto &[name, anchor, screens, expected] = GetParam();
     EXPECT_EQ(PopoverPlacement::place(anchor, Popover, screens), expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Edges, PopoverPlaces,
-    testing::Values(Placement{"TopCentred", {640, 15}, {TopPanel}, {448, 34, 384, 600}},
-                    Placement{"TopRightCorner", {1265, 15}, {TopPanel}, {892, 34, 384, 600}},
-                    Placement{"TopLeftCorner", {5, 5}, {TopPanel}, {4, 34, 384, 600}},
-                    Placement{"BottomCentred", {640, 785}, {BottomPanel}, {448, 166, 384, 600}},
-                    Placement{"BottomRightCorner", {1275, 795}, {BottomPanel}, {892, 166, 384, 600}},
-                    Placement{"LeftCentred", {15, 400}, {LeftPanel}, {34, 100, 384, 600}},
-                    // The panel decides, not the nearer upper edge.
-                    Placement{"LeftTop", {25, 5}, {LeftPanel}, {34, 4, 384, 600}},
-                    Placement{"RightCentred", {1265, 400}, {RightPanel}, {862, 100, 384, 600}},
-                    Placement{"RightBottom", {1255, 795}, {RightPanel}, {862, 196, 384, 600}}),
+    Edges, PopoverPosition,
+    testing::Values(PlacementCase{"TopCentred", {640, 15}, {TopPanel}, {448, 34, 384, 600}},
+                    PlacementCase{"TopRightCorner", {1265, 15}, {TopPanel}, {892, 34, 384, 600}},
+                    PlacementCase{"TopLeftCorner", {5, 5}, {TopPanel}, {4, 34, 384, 600}},
+                    PlacementCase{"BottomCentred", {640, 785}, {BottomPanel}, {448, 166, 384, 600}},
+                    PlacementCase{"BottomRightCorner", {1275, 795}, {BottomPanel}, {892, 166, 384, 600}},
+                    PlacementCase{"LeftCentred", {15, 400}, {LeftPanel}, {34, 100, 384, 600}},
+                    // The edge of the panel counts, not the nearer top edge.
+                    PlacementCase{"LeftTop", {25, 5}, {LeftPanel}, {34, 4, 384, 600}},
+                    PlacementCase{"RightCentred", {1265, 400}, {RightPanel}, {862, 100, 384, 600}},
+                    PlacementCase{"RightBottom", {1255, 795}, {RightPanel}, {862, 196, 384, 600}}),
     [](const auto &test) { return test.param.name; });
 
 INSTANTIATE_TEST_SUITE_P(
-    // Panels that reserve no space: the icon itself must stay free for the second click.
-    PanelsThatHide, PopoverPlaces,
-    testing::Values(Placement{"Top", {640, 10}, {Bare}, {448, 27, 384, 600}},
-                    Placement{"Bottom", {640, 790}, {Bare}, {448, 174, 384, 600}},
-                    Placement{"Left", {10, 400}, {Bare}, {27, 100, 384, 600}},
-                    Placement{"Right", {1270, 400}, {Bare}, {870, 100, 384, 600}},
-                    Placement{"Corner", {1270, 12}, {Bare}, {892, 29, 384, 600}}),
+    // Panels that reserve no space: the popover must not cover the icon.
+    PanelsWithoutReservedSpace, PopoverPosition,
+    testing::Values(PlacementCase{"Top", {640, 10}, {NoPanel}, {448, 27, 384, 600}},
+                    PlacementCase{"Bottom", {640, 790}, {NoPanel}, {448, 174, 384, 600}},
+                    PlacementCase{"Left", {10, 400}, {NoPanel}, {27, 100, 384, 600}},
+                    PlacementCase{"Right", {1270, 400}, {NoPanel}, {870, 100, 384, 600}},
+                    PlacementCase{"Corner", {1270, 12}, {NoPanel}, {892, 29, 384, 600}}),
     [](const auto &test) { return test.param.name; });
 
 namespace {
@@ -83,26 +83,27 @@ const ScreenArea Above{QRect(0, -900, 1600, 900), QRect(0, -900, 1600, 860)};
 } // namespace
 
 INSTANTIATE_TEST_SUITE_P(
-    SeveralScreens, PopoverPlaces,
-    testing::Values(Placement{"OnTheSecond", {3100, 860}, {TopPanel, Second}, {2812, 236, 384, 600}},
-                    Placement{"NotOverTheBorder", {1300, 860}, {TopPanel, Second}, {1284, 236, 384, 600}},
-                    Placement{"NegativeCoordinates", {-20, 12}, {TopPanel, LeftOf}, {-388, 28, 384, 600}},
-                    Placement{"NegativeAbove", {800, -20}, {TopPanel, Above}, {608, -644, 384, 600}},
-                    Placement{"NowhereIsThePrimary", {5000, 5000}, {TopPanel, Second}, {892, 196, 384, 600}}),
+    SeveralScreens, PopoverPosition,
+    testing::Values(PlacementCase{"OnTheSecond", {3100, 860}, {TopPanel, Second}, {2812, 236, 384, 600}},
+                    PlacementCase{"NotOverTheBorder", {1300, 860}, {TopPanel, Second}, {1284, 236, 384, 600}},
+                    PlacementCase{"NegativeCoordinates", {-20, 12}, {TopPanel, LeftOf}, {-388, 28, 384, 600}},
+                    PlacementCase{"NegativeAbove", {800, -20}, {TopPanel, Above}, {608, -644, 384, 600}},
+                    PlacementCase{
+                        "OutsideUsesThePrimary", {5000, 5000}, {TopPanel, Second}, {892, 196, 384, 600}}),
     [](const auto &test) { return test.param.name; });
 
 namespace {
 const ScreenArea Netbook{QRect(0, 0, 800, 480), QRect(0, 30, 800, 450)};
 const ScreenArea NetbookBelow{QRect(0, 0, 800, 480), QRect(0, 0, 800, 450)};
-const ScreenArea Sliver{QRect(0, 0, 320, 480), QRect(0, 30, 320, 450)};
+const ScreenArea NarrowScreen{QRect(0, 0, 320, 480), QRect(0, 30, 320, 450)};
 } // namespace
 
 INSTANTIATE_TEST_SUITE_P(
-    SmallScreens, PopoverPlaces,
-    testing::Values(Placement{"LowerThanTheContent", {790, 15}, {Netbook}, {412, 34, 384, 442}},
-                    Placement{"LowerWithThePanelBelow", {790, 470}, {NetbookBelow}, {412, 4, 384, 442}},
-                    // The width is not negotiable: the popover starts at the left edge and is cut off.
-                    Placement{"NarrowerThanTheContent", {300, 15}, {Sliver}, {4, 34, 384, 442}}),
+    SmallScreens, PopoverPosition,
+    testing::Values(PlacementCase{"LowerThanTheContent", {790, 15}, {Netbook}, {412, 34, 384, 442}},
+                    PlacementCase{"LowerWithThePanelBelow", {790, 470}, {NetbookBelow}, {412, 4, 384, 442}},
+                    // The width is fixed: the popover starts at the left edge and is cut off.
+                    PlacementCase{"NarrowerThanTheContent", {300, 15}, {NarrowScreen}, {4, 34, 384, 442}}),
     [](const auto &test) { return test.param.name; });
 
 struct Conversion
@@ -121,7 +122,7 @@ void PrintTo(const Conversion &conversion, std::ostream *out)
 class DevicePixels : public testing::TestWithParam<Conversion>
 {};
 
-TEST_P(DevicePixels, BecomeCoordinatesOfTheirScreen)
+TEST_P(DevicePixels, AreConvertedByTheScaleOfTheirScreen)
 {
     const auto &[name, devicePixels, screens, expected] = GetParam();
     EXPECT_EQ(PopoverPlacement::fromDevicePixels(devicePixels, screens), expected);
@@ -149,7 +150,7 @@ INSTANTIATE_TEST_SUITE_P(Scales, DevicePixels,
                                              "OneAndAQuarter", {1900, 15}, {OneAndAQuarter}, {1520, 12}},
                                          Conversion{"OneAndAHalf", {1905, 15}, {OneAndAHalf}, {1270, 10}},
                                          Conversion{"Two", {3800, 30}, {Two}, {1900, 15}},
-                                         // Each screen is scaled about its own corner.
+                                         // Each screen is scaled from its own top left corner.
                                          Conversion{"SecondScreen", {5720, 30}, {One, TwoBeside}, {3820, 15}},
                                          Conversion{"FirstOfTwo", {1900, 30}, {One, TwoBeside}, {1900, 30}}),
                          [](const auto &test) { return test.param.name; });
@@ -159,7 +160,7 @@ TEST(PopoverPlacement, FallsBackToTheRightEndOfThePanel)
     EXPECT_EQ(PopoverPlacement::fallbackAnchor({TopPanel, Second}), QPoint(1279, 0));
     EXPECT_EQ(PopoverPlacement::fallbackAnchor({BottomPanel, Second}), QPoint(1279, 799));
     EXPECT_EQ(PopoverPlacement::fallbackAnchor({LeftPanel}), QPoint(1279, 0));
-    EXPECT_EQ(PopoverPlacement::fallbackAnchor({Bare}), QPoint(1279, 0));
+    EXPECT_EQ(PopoverPlacement::fallbackAnchor({NoPanel}), QPoint(1279, 0));
 }
 
 } // namespace portolan

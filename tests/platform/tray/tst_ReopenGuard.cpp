@@ -10,40 +10,40 @@ namespace {
 const ReopenGuard::Clock::time_point Now = ReopenGuard::Clock::time_point() + 24h;
 }
 
-TEST(ReopenGuard, LetsAClickOpenWhatWasNotClosedByIt)
+TEST(ReopenGuard, AcceptsAClickWithoutFocusLoss)
 {
     ReopenGuard guard;
-    EXPECT_FALSE(guard.swallowsActivation(Now));
+    EXPECT_FALSE(guard.shouldIgnore(Now));
 }
 
-TEST(ReopenGuard, SwallowsTheClickThatTookTheFocus)
-{
-    ReopenGuard guard;
-    guard.closedByFocusLoss(Now);
-    EXPECT_TRUE(guard.swallowsActivation(Now + 200ms));
-}
-
-TEST(ReopenGuard, SwallowsOnlyOnce)
+TEST(ReopenGuard, IgnoresTheClickThatTookTheFocus)
 {
     ReopenGuard guard;
     guard.closedByFocusLoss(Now);
-    EXPECT_TRUE(guard.swallowsActivation(Now + 100ms));
-    EXPECT_FALSE(guard.swallowsActivation(Now + 150ms));
+    EXPECT_TRUE(guard.shouldIgnore(Now + 200ms));
 }
 
-TEST(ReopenGuard, LetsALaterClickThrough)
+TEST(ReopenGuard, IgnoresOneClickOnly)
 {
     ReopenGuard guard;
     guard.closedByFocusLoss(Now);
-    EXPECT_FALSE(guard.swallowsActivation(Now + ReopenGuard::Window));
+    EXPECT_TRUE(guard.shouldIgnore(Now + 100ms));
+    EXPECT_FALSE(guard.shouldIgnore(Now + 150ms));
 }
 
-TEST(ReopenGuard, CountsFromTheLastLoss)
+TEST(ReopenGuard, AcceptsALaterClick)
+{
+    ReopenGuard guard;
+    guard.closedByFocusLoss(Now);
+    EXPECT_FALSE(guard.shouldIgnore(Now + ReopenGuard::Interval));
+}
+
+TEST(ReopenGuard, CountsFromTheLastFocusLoss)
 {
     ReopenGuard guard;
     guard.closedByFocusLoss(Now);
     guard.closedByFocusLoss(Now + 1s);
-    EXPECT_TRUE(guard.swallowsActivation(Now + 1200ms));
+    EXPECT_TRUE(guard.shouldIgnore(Now + 1200ms));
 }
 
 } // namespace portolan

@@ -1,4 +1,4 @@
-// Draws all symbols beside each other, at the sizes they are used in and large, for the eye to judge.
+// Draws all symbols into one picture, at the sizes at which they are used and larger, for visual inspection.
 //
 //     symbol_sheet FILE.png [SCALE [SIZE:WEIGHT...]]
 #include "SymbolSet.h"

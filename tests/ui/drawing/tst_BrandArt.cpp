@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The figure of a rectangle by its measures.
+/// The expected dimensions of the figure in a rectangle.
 struct Figure
 {
     const char *name;
@@ -64,7 +64,7 @@ const Figure figures[] = {
      {-14.25, 38.25, 38.5, 39}},
 };
 
-constexpr qreal margin = 0.05; // a circle made of four curves is that exact
+constexpr qreal margin = 0.05; // the precision of a circle of four Bezier curves
 
 QPointF direction(qreal degrees)
 {
@@ -77,7 +77,7 @@ qreal distance(const QPointF &a, const QPointF &b)
     return std::hypot(a.x() - b.x(), a.y() - b.y());
 }
 
-/// How far `point` is from the line between `a` and `b`.
+/// The distance of `point` from the line segment between `a` and `b`.
 qreal distance(const QPointF &point, const QPointF &a, const QPointF &b)
 {
     const QPointF along = b - a;
@@ -85,7 +85,7 @@ qreal distance(const QPointF &point, const QPointF &a, const QPointF &b)
     return distance(point, a + std::clamp(share, 0.0, 1.0) * along);
 }
 
-/// How far inside the figure `point` is; negative outside.
+/// The distance of `point` from the outline of the figure; negative outside.
 qreal depth(const Figure &figure, const QPointF &point)
 {
     qreal result = figure.discRadius - distance(point, figure.center);
@@ -121,7 +121,7 @@ TEST_P(BrandFigure, HasItsDisc)
         const QPointF outside = figure.center + (figure.discRadius + margin) * direction(degrees);
         EXPECT_EQ(path.contains(outside), depth(figure, outside) > 0) << degrees;
     }
-    // Straight up and to the sides no spoke leaves the disc.
+    // There is no spoke to the left, to the right and upwards.
     for (const int degrees : {0, 180, 270})
         EXPECT_FALSE(path.contains(figure.center + (figure.discRadius + margin) * direction(degrees)))
             << degrees;
@@ -161,7 +161,7 @@ TEST_P(BrandFigure, HasItsSpokes)
     }
 }
 
-TEST_P(BrandFigure, IsOneSilhouetteEverywhere)
+TEST_P(BrandFigure, IsTheUnionOfItsParts)
 {
     const Figure &figure = GetParam();
     const QPainterPath path = BrandArt::path(figure.rect);
@@ -200,7 +200,7 @@ TEST(BrandArt, DrawsOpaqueBlackWithoutHolesWherePartsOverlap)
     EXPECT_EQ(image.pixelColor(50, 20).alpha(), 0);
 }
 
-TEST(BrandArt, WithoutAPainterDrawsNothing)
+TEST(BrandArt, DrawsNothingWithoutAPainter)
 {
     EXPECT_FALSE(BrandArt::draw(nullptr, QRectF(0, 0, 18, 18)));
 
@@ -213,7 +213,7 @@ TEST(BrandArt, WithoutAPainterDrawsNothing)
     EXPECT_EQ(image, before);
 }
 
-TEST(BrandArt, LeavesThePainterAsItWas)
+TEST(BrandArt, RestoresTheStateOfThePainter)
 {
     QImage image(18, 18, QImage::Format_ARGB32);
     QPainter painter(&image);
@@ -231,7 +231,7 @@ TEST(MenuBarImage, IsATemplateOfItsSize)
     EXPECT_EQ(icon.availableSizes(), QList<QSize>({QSize(18, 18)}));
 }
 
-TEST(MenuBarImage, IsDrawnForEachScale)
+TEST(MenuBarImage, IsRenderedForEachScale)
 {
     const QIcon icon = BrandArt::menuBarImage(18);
     for (const qreal scale : {1.0, 1.5, 2.0, 3.0}) {
@@ -245,7 +245,7 @@ TEST(MenuBarImage, IsDrawnForEachScale)
     }
 }
 
-TEST(MenuBarImage, StandsUpright)
+TEST(MenuBarImage, IsNotFlipped)
 {
     const QImage image = BrandArt::menuBarImage(18).pixmap(QSize(100, 100)).toImage();
     EXPECT_EQ(image.pixelColor(23, 28).alpha(), 255);
@@ -254,7 +254,7 @@ TEST(MenuBarImage, StandsUpright)
     EXPECT_EQ(image.pixelColor(23, 72).alpha(), 0);
 }
 
-TEST(SymbolicSvg, ShowsTheFigure)
+TEST(SymbolicSvg, DrawsTheFigure)
 {
     QSvgRenderer renderer(BrandArt::symbolicSvg());
     ASSERT_TRUE(renderer.isValid());

@@ -19,13 +19,13 @@ namespace portolan {
 
 using namespace Qt::StringLiterals;
 
-// Run at several logical resolutions, and without a screen, see CMakeLists.txt.
+// CMakeLists.txt runs these tests at several resolutions, and without a screen.
 
 namespace {
 
 const auto pangram = u"The quick brown fox jumps over the lazy dog 0123456789"_s;
 
-/// The width of `text` in `font` where it is drawn so large that no rounding to pixels matters.
+/// The exact width of `text` at `size`, measured at a size so large that rounding to pixels does not matter.
 qreal outlineWidth(QFont font, qreal size, const QString &text)
 {
     constexpr int large = 1000;
@@ -33,13 +33,13 @@ qreal outlineWidth(QFont font, qreal size, const QString &text)
     return QFontMetricsF(font).horizontalAdvance(text) * size / large;
 }
 
-class ExactText : public testing::Test
+class ScaledText : public testing::Test
 {
 protected:
     std::unique_ptr<QQuickItem> make(const QString &text, const QFont &font)
     {
         QQmlComponent component(&m_engine);
-        component.setData("import Portolan; ExactText {}", QUrl());
+        component.setData("import Portolan; ScaledText {}", QUrl());
         std::unique_ptr<QObject> object(
             component.createWithInitialProperties({{u"text"_s, text}, {u"font"_s, font}}));
         EXPECT_TRUE(object) << component.errorString().toStdString();
@@ -55,7 +55,7 @@ private:
 class FontSize : public testing::TestWithParam<double>
 {};
 
-TEST_P(FontSize, IsAskedForInDeviceIndependentPixels)
+TEST_P(FontSize, IsInDeviceIndependentPixels)
 {
     const QScreen *screen = QGuiApplication::primaryScreen();
     const qreal dotsPerInch = screen ? screen->logicalDotsPerInchY() : 96;
@@ -69,14 +69,14 @@ TEST_P(FontSize, IsAskedForInDeviceIndependentPixels)
     }
 }
 
-TEST_P(FontSize, IsDrawnToTheFraction)
+TEST_P(FontSize, IsKeptByScaling)
 {
     for (const QFont &font : {Fonts::system(GetParam()), Fonts::monospaced(GetParam(), QFont::Medium)}) {
         const QFont whole = Fonts::whole(font);
         EXPECT_EQ(QFontInfo(whole).pixelSize(), whole.pixelSize());
         const qreal drawn = QFontMetricsF(whole).horizontalAdvance(pangram) * Fonts::ratio(font);
         const qreal wanted = outlineWidth(font, GetParam(), pangram);
-        // Half a pixel more or less of size would be 3.5 to 6 percent.
+        // An error of half a pixel would be 3.5 to 6 percent.
         EXPECT_NEAR(drawn / wanted, 1, 0.02) << font.toString().toStdString();
     }
 }
@@ -99,7 +99,7 @@ TEST(Fonts, AreTheDesktopsOwn)
               QFontDatabase::systemFont(QFontDatabase::FixedFont).families());
 }
 
-TEST(Fonts, HaveTheWeightAndTrackingAskedFor)
+TEST(Fonts, HaveWeightAndTracking)
 {
     const QFont font = Fonts::system(10, QFont::DemiBold, 0.8);
     EXPECT_EQ(font.weight(), QFont::DemiBold);
@@ -117,14 +117,14 @@ TEST(Fonts, TrackingIsInPixels)
     EXPECT_NEAR(tracked - plain, 0.8 * text.size(), 0.5);
 }
 
-TEST(Fonts, FiguresAreOfOneWidth)
+TEST(Fonts, DigitsHaveEqualWidths)
 {
     const QFontMetricsF metrics(Fonts::digits(10, QFont::Medium));
     for (const QChar digit : u"123456789"_s)
         EXPECT_EQ(metrics.horizontalAdvance(digit), metrics.horizontalAdvance(u'0')) << digit.digitValue();
 }
 
-TEST_F(ExactText, TakesTheRoomOfItsFraction)
+TEST_F(ScaledText, HasTheSizeOfItsFont)
 {
     for (const qreal size : {8.5, 10.5, 11.5, 13.5}) {
         const auto item = make(pangram, Fonts::system(size));
@@ -134,7 +134,7 @@ TEST_F(ExactText, TakesTheRoomOfItsFraction)
     }
 }
 
-TEST_F(ExactText, IsNotCutShortInItsOwnRoom)
+TEST_F(ScaledText, IsNotElidedAtItsImplicitWidth)
 {
     QString text;
     for (const QChar character : pangram) {
@@ -147,7 +147,7 @@ TEST_F(ExactText, IsNotCutShortInItsOwnRoom)
     }
 }
 
-TEST_F(ExactText, IsCutShortInLess)
+TEST_F(ScaledText, IsElidedAtLessWidth)
 {
     const auto item = make(pangram, Fonts::system(13.5));
     item->setProperty("elide", Qt::ElideRight);

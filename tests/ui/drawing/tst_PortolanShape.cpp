@@ -1,6 +1,6 @@
 #include "BrandArt.h"
 #include "PortolanShape.h"
-#include "Scene.h"
+#include "TestWindow.h"
 
 #include <QPainter>
 
@@ -10,7 +10,7 @@ namespace portolan {
 
 namespace {
 
-/// The figure on `side` x `side` transparent pixels: its alpha, and `color` everywhere.
+/// The figure in `side` x `side` pixels: every pixel has the colour `color`, with the alpha of the figure.
 QImage figureIn(const QColor &color, int side)
 {
     QImage image(side, side, QImage::Format_ARGB32);
@@ -30,26 +30,26 @@ QImage figureIn(const QColor &color, int side)
 
 TEST(PortolanShape, ShowsTheFigureInItsColour)
 {
-    Scene scene(Qt::black);
+    TestWindow window(Qt::black);
     PortolanShape shape;
-    scene.put(shape, {5, 5});
+    window.put(shape, {5, 5});
     shape.setSize({14, 14});
     shape.setColor(QColor(237, 237, 237));
 
-    const QImage figure = figureIn(shape.color(), qRound(14 * scene.scale()));
-    EXPECT_TRUE(scene.expected(figure, {5, 5}).contains(scene.pixels()));
+    const QImage figure = figureIn(shape.color(), qRound(14 * window.scale()));
+    EXPECT_TRUE(window.expected(figure, {5, 5}).contains(window.pixels()));
 }
 
 TEST(PortolanShape, FillsItsRectangle)
 {
-    Scene scene(Qt::black);
+    TestWindow window(Qt::black);
     PortolanShape shape;
-    scene.put(shape, {0, 0});
+    window.put(shape, {0, 0});
     shape.setSize({100, 50});
     shape.setColor(Qt::white);
-    const QImage pixels = scene.pixels();
+    const QImage pixels = window.pixels();
     const auto at = [&](qreal x, qreal y) {
-        return pixels.pixelColor(int(x * scene.scale()), int(y * scene.scale()));
+        return pixels.pixelColor(int(x * window.scale()), int(y * window.scale()));
     };
     EXPECT_EQ(at(23, 14), QColor(Qt::white));
     EXPECT_EQ(at(77, 14), QColor(Qt::white));
@@ -60,12 +60,12 @@ TEST(PortolanShape, FillsItsRectangle)
 
 TEST(PortolanShape, ShowsNothingWithoutASize)
 {
-    Scene scene(Qt::black);
-    const QImage empty = scene.pixels();
+    TestWindow window(Qt::black);
+    const QImage empty = window.pixels();
     PortolanShape shape;
-    scene.put(shape, {5, 5});
+    window.put(shape, {5, 5});
     shape.setColor(Qt::white);
-    EXPECT_EQ(scene.pixels(), empty);
+    EXPECT_EQ(window.pixels(), empty);
 }
 
 } // namespace portolan

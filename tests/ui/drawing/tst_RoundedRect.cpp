@@ -1,5 +1,5 @@
 #include "RoundedRect.h"
-#include "Scene.h"
+#include "TestWindow.h"
 
 #include <QSignalSpy>
 
@@ -7,7 +7,7 @@
 
 namespace portolan {
 
-// Run at several scales, see CMakeLists.txt.
+// CMakeLists.txt runs these tests at several device pixel ratios.
 
 namespace {
 
@@ -19,30 +19,30 @@ protected:
         m_rect.setColor(QColor(0, 0, 255));
         m_rect.setBorderColor(QColor(255, 0, 0));
         m_rect.setRadius(9);
-        // Whole pixels at every quarter of a scale.
-        m_scene.put(m_rect, {8, 4});
+        // On whole pixels at every ratio in steps of 0.25.
+        m_window.put(m_rect, {8, 4});
         m_rect.setSize({40, 40});
     }
 
     [[nodiscard]] QImage shown()
     {
-        const QRectF rect(m_rect.position() * m_scene.scale(), m_rect.size() * m_scene.scale());
-        return m_scene.pixels().copy(rect.toRect());
+        const QRectF rect(m_rect.position() * m_window.scale(), m_rect.size() * m_window.scale());
+        return m_window.pixels().copy(rect.toRect());
     }
 
-    Scene m_scene{Qt::black};
+    TestWindow m_window{Qt::black};
     RoundedRect m_rect;
 };
 
 } // namespace
 
-TEST_F(RoundedRectInWindow, HasSidesWithoutGapsAndSteps)
+TEST_F(RoundedRectInWindow, HasStraightSidesWithoutGaps)
 {
     for (int step = 0; step < 8; ++step) {
         m_rect.setPosition({8.0 + step, 4.0 + step});
-        const QImage image = m_scene.pixels();
-        // Along each line through the straight part of the sides the pixels are the same.
-        const qreal scale = m_scene.scale();
+        const QImage image = m_window.pixels();
+        // Along the straight part of each side all pixels are equal.
+        const qreal scale = m_window.scale();
         const int from = int(std::ceil((m_rect.x() + 10) * scale));
         const int to = int(std::floor((m_rect.x() + 28) * scale));
         for (int y = 0; y < image.height(); ++y) {
@@ -58,21 +58,21 @@ TEST_F(RoundedRectInWindow, HasSidesWithoutGapsAndSteps)
     }
 }
 
-TEST_F(RoundedRectInWindow, HasFillAndLine)
+TEST_F(RoundedRectInWindow, HasFillAndBorder)
 {
     const QImage image = shown();
     const int middle = image.width() / 2;
     EXPECT_EQ(image.pixelColor(middle, middle), QColor(0, 0, 255));
-    EXPECT_EQ(image.pixelColor(middle, int(m_scene.scale() + 1.5)), QColor(0, 0, 255));
-    EXPECT_EQ(image.pixelColor(middle, 1).blue() < 255, m_scene.scale() > 1);
-    EXPECT_EQ(m_scene.pixels().pixelColor(0, 0), QColor(Qt::black));
+    EXPECT_EQ(image.pixelColor(middle, int(m_window.scale() + 1.5)), QColor(0, 0, 255));
+    EXPECT_EQ(image.pixelColor(middle, 1).blue() < 255, m_window.scale() > 1);
+    EXPECT_EQ(m_window.pixels().pixelColor(0, 0), QColor(Qt::black));
 }
 
 TEST_F(RoundedRectInWindow, HasRoundCorners)
 {
     const QImage image = shown();
     const int side = image.width() - 1;
-    const int inside = int(4 * m_scene.scale());
+    const int inside = int(4 * m_window.scale());
     for (const QPoint &corner : {QPoint(0, 0), QPoint(side, 0), QPoint(0, side), QPoint(side, side)}) {
         EXPECT_EQ(image.pixelColor(corner), QColor(Qt::black));
         const QPoint center(side / 2, side / 2);
@@ -82,7 +82,7 @@ TEST_F(RoundedRectInWindow, HasRoundCorners)
     }
 }
 
-TEST_F(RoundedRectInWindow, IsACapsuleWhereItsRadiusIsLarge)
+TEST_F(RoundedRectInWindow, LimitsTheRadiusToHalfItsSize)
 {
     m_rect.setRadius(1000);
     const QImage image = shown();
@@ -92,7 +92,7 @@ TEST_F(RoundedRectInWindow, IsACapsuleWhereItsRadiusIsLarge)
     EXPECT_NE(image.pixelColor(image.width() / 2, 0), QColor(Qt::black));
 }
 
-TEST_F(RoundedRectInWindow, DrawsTheLineOverTheFill)
+TEST_F(RoundedRectInWindow, DrawsTheBorderOverTheFill)
 {
     m_rect.setColor(QColor(255, 255, 255, 51));
     m_rect.setBorderColor(QColor(255, 255, 255, 102));
@@ -100,16 +100,16 @@ TEST_F(RoundedRectInWindow, DrawsTheLineOverTheFill)
     const int middle = image.width() / 2;
     EXPECT_EQ(image.pixelColor(middle, middle), QColor(51, 51, 51));
     // 0.4 of white over 0.2 of white
-    EXPECT_NEAR(image.pixelColor(middle, m_scene.scale() < 2 ? 0 : 1).red(), 133, 2);
+    EXPECT_NEAR(image.pixelColor(middle, m_window.scale() < 2 ? 0 : 1).red(), 133, 2);
 }
 
-TEST_F(RoundedRectInWindow, FollowsItsProperties)
+TEST_F(RoundedRectInWindow, UpdatesWithItsProperties)
 {
     QSignalSpy color(&m_rect, &RoundedRect::colorChanged);
     QSignalSpy border(&m_rect, &RoundedRect::borderColorChanged);
     QSignalSpy radius(&m_rect, &RoundedRect::radiusChanged);
-    QImage last = m_scene.pixels();
-    const auto changed = [&] { return std::exchange(last, m_scene.pixels()) != last; };
+    QImage last = m_window.pixels();
+    const auto changed = [&] { return std::exchange(last, m_window.pixels()) != last; };
     for (int i = 0; i < 2; ++i) {
         m_rect.setColor(Qt::green);
         EXPECT_EQ(changed(), i == 0);
@@ -125,13 +125,13 @@ TEST_F(RoundedRectInWindow, FollowsItsProperties)
     EXPECT_EQ(radius.count(), 1);
 }
 
-TEST_F(RoundedRectInWindow, MayBeSmallerThanItsLine)
+TEST_F(RoundedRectInWindow, MayBeSmallerThanItsBorder)
 {
     for (const QSizeF &size : {QSizeF(1, 1), QSizeF(2, 10), QSizeF(0.1, 0.1), QSizeF(0, 5)}) {
         m_rect.setSize(size);
-        m_scene.pixels();
+        m_window.pixels();
     }
-    // Then the line is all there is.
+    // Then it consists of the border only.
     m_rect.setSize({2, 12});
     const QImage image = shown();
     EXPECT_EQ(image.pixelColor(0, image.height() / 2).red(), 255);

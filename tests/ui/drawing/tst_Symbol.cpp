@@ -1,7 +1,7 @@
 #include "Printers.h"
-#include "Scene.h"
 #include "Symbol.h"
 #include "SymbolSet.h"
+#include "TestWindow.h"
 
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -15,7 +15,7 @@ namespace portolan {
 
 using namespace Qt::StringLiterals;
 
-// Run at several scales, see CMakeLists.txt.
+// CMakeLists.txt runs these tests at several device pixel ratios.
 
 namespace {
 
@@ -37,7 +37,7 @@ QImage drawn(const Symbol &symbol, qreal scale)
 
 } // namespace
 
-TEST(Symbol, IsKnownToQml)
+TEST(Symbol, IsRegisteredWithQml)
 {
     QQmlEngine engine;
     QQmlComponent component(&engine);
@@ -54,7 +54,7 @@ TEST(Symbol, IsKnownToQml)
     EXPECT_EQ(symbol->color(), QColor(59, 130, 246));
 }
 
-TEST(Symbol, TellsOfEachChangeOnce)
+TEST(Symbol, EmitsEachChangeOnce)
 {
     Symbol symbol;
     QSignalSpy name(&symbol, &Symbol::nameChanged);
@@ -73,7 +73,7 @@ TEST(Symbol, TellsOfEachChangeOnce)
     EXPECT_EQ(color.count(), 1);
 }
 
-TEST(Symbol, TakesTheRoomOfItsSize)
+TEST(Symbol, HasAnImplicitSize)
 {
     Symbol symbol;
     for (const auto &[size, side] : {std::pair(8.5, 12),
@@ -93,9 +93,9 @@ TEST(Symbol, TakesTheRoomOfItsSize)
 class SymbolInWindow : public testing::TestWithParam<double>
 {};
 
-TEST_P(SymbolInWindow, IsShownPixelForPixelWhereverItStands)
+TEST_P(SymbolInWindow, IsDrawnWithoutScalingAtAnyPosition)
 {
-    Scene scene(QColor(10, 10, 10));
+    TestWindow window(QColor(10, 10, 10));
     Symbol symbol;
     symbol.setName(u"doc.on.doc"_s);
     symbol.setSize(GetParam());
@@ -103,24 +103,24 @@ TEST_P(SymbolInWindow, IsShownPixelForPixelWhereverItStands)
     symbol.setColor(QColor(143, 143, 143));
     for (const QPointF &position : {QPointF(0, 0), QPointF(1, 2), QPointF(3, 5), QPointF(6, 7),
                                     QPointF(10.5, 9.5), QPointF(20.3, 11.7)}) {
-        scene.put(symbol, position);
-        EXPECT_TRUE(scene.expected(drawn(symbol, scene.scale()), position).contains(scene.pixels()))
+        window.put(symbol, position);
+        EXPECT_TRUE(window.expected(drawn(symbol, window.scale()), position).contains(window.pixels()))
             << position.x() << ", " << position.y();
     }
 }
 
-TEST_P(SymbolInWindow, StandsInTheMiddleOfALargerItem)
+TEST_P(SymbolInWindow, IsCentredInALargerItem)
 {
-    Scene scene(QColor(10, 10, 10));
+    TestWindow window(QColor(10, 10, 10));
     Symbol symbol;
     symbol.setName(u"power"_s);
     symbol.setSize(GetParam());
     symbol.setColor(Qt::white);
-    scene.put(symbol, {4, 4});
+    window.put(symbol, {4, 4});
     symbol.setSize(GetParam());
     symbol.setWidth(symbol.implicitWidth() + 12);
     symbol.setHeight(symbol.implicitHeight() + 8);
-    EXPECT_TRUE(scene.expected(drawn(symbol, scene.scale()), {10, 8}).contains(scene.pixels()));
+    EXPECT_TRUE(window.expected(drawn(symbol, window.scale()), {10, 8}).contains(window.pixels()));
 }
 
 INSTANTIATE_TEST_SUITE_P(Sizes, SymbolInWindow, testing::Values(8.5, 9, 11.5, 12.5, 15, 26),
@@ -128,24 +128,24 @@ INSTANTIATE_TEST_SUITE_P(Sizes, SymbolInWindow, testing::Values(8.5, 9, 11.5, 12
                              return QString::number(size.param).replace(u'.', u'_').toStdString();
                          });
 
-TEST(Symbol, FollowsItsProperties)
+TEST(Symbol, UpdatesWithItsProperties)
 {
-    Scene scene(Qt::black);
+    TestWindow window(Qt::black);
     Symbol symbol;
     symbol.setName(u"clock"_s);
     symbol.setColor(Qt::white);
-    scene.put(symbol, {4, 4});
-    QImage last = scene.pixels();
+    window.put(symbol, {4, 4});
+    QImage last = window.pixels();
     const auto changed = [&] {
-        const QImage before = std::exchange(last, scene.pixels());
-        return before != last && scene.expected(drawn(symbol, scene.scale()), {4, 4}).contains(last);
+        const QImage before = std::exchange(last, window.pixels());
+        return before != last && window.expected(drawn(symbol, window.scale()), {4, 4}).contains(last);
     };
     symbol.setName(u"folder"_s);
     EXPECT_TRUE(changed());
     symbol.setColor(Qt::green);
     EXPECT_TRUE(changed());
     symbol.setSize(26);
-    scene.put(symbol, {4, 4});
+    window.put(symbol, {4, 4});
     EXPECT_TRUE(changed());
     symbol.setWeight(QFont::DemiBold);
     EXPECT_TRUE(changed());
@@ -153,28 +153,28 @@ TEST(Symbol, FollowsItsProperties)
 
 TEST(Symbol, ShowsTranslucentColours)
 {
-    Scene scene(Qt::black);
+    TestWindow window(Qt::black);
     Symbol symbol;
     symbol.setName(u"stop.fill"_s);
     symbol.setSize(26);
     symbol.setColor(QColor(255, 255, 255, 51));
-    scene.put(symbol, {0, 0});
-    const int middle = int(18 * scene.scale());
-    EXPECT_EQ(scene.pixels().pixelColor(middle, middle), QColor(51, 51, 51));
+    window.put(symbol, {0, 0});
+    const int middle = int(18 * window.scale());
+    EXPECT_EQ(window.pixels().pixelColor(middle, middle), QColor(51, 51, 51));
 }
 
 TEST(Symbol, ShowsNothingForAnUnknownName)
 {
-    Scene scene(Qt::black);
-    const QImage empty = scene.pixels();
+    TestWindow window(Qt::black);
+    const QImage empty = window.pixels();
     Symbol symbol;
     symbol.setColor(Qt::white);
-    scene.put(symbol, {4, 4});
+    window.put(symbol, {4, 4});
     for (const QString &name : {u""_s, u"no.such.symbol"_s, u"../qmldir"_s, u"clock.svg"_s}) {
         symbol.setName(u"clock"_s);
-        EXPECT_NE(scene.pixels(), empty);
+        EXPECT_NE(window.pixels(), empty);
         symbol.setName(name);
-        EXPECT_EQ(scene.pixels(), empty) << name.toStdString();
+        EXPECT_EQ(window.pixels(), empty) << name.toStdString();
         EXPECT_EQ(symbol.implicitWidth(), SymbolSet::box(symbol.size()));
     }
 }

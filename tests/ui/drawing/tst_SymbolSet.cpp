@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QStringList wanted{
+const QStringList expectedNames{
     u"arrow.clockwise"_s,
     u"arrow.up.right"_s,
     u"atom"_s,
@@ -57,7 +57,7 @@ const QStringList wanted{
 };
 
 constexpr int large = 240; // ten pixels to a unit of the grid
-constexpr qreal usual = 20;
+constexpr qreal largeStroke = 20;
 
 QString source(const QString &name)
 {
@@ -66,7 +66,7 @@ QString source(const QString &name)
     return QString::fromUtf8(file.readAll());
 }
 
-QRect inkBounds(const QImage &image)
+QRect blackBounds(const QImage &image)
 {
     QRect bounds;
     for (int y = 0; y < image.height(); ++y) {
@@ -78,8 +78,8 @@ QRect inkBounds(const QImage &image)
     return bounds;
 }
 
-/// The ink of `image` in full pixels.
-qreal ink(const QImage &image)
+/// The sum of the alpha of all pixels, in opaque pixels.
+qreal coverage(const QImage &image)
 {
     qint64 sum = 0;
     for (int y = 0; y < image.height(); ++y) {
@@ -91,18 +91,18 @@ qreal ink(const QImage &image)
 
 } // namespace
 
-TEST(SymbolSet, HoldsExactlyWhatIsUsed)
+TEST(SymbolSet, ContainsExactlyTheExpectedSymbols)
 {
-    EXPECT_EQ(SymbolSet::names(), wanted);
+    EXPECT_EQ(SymbolSet::names(), expectedNames);
 }
 
-TEST(SymbolSet, HoldsASymbolForEachFramework)
+TEST(SymbolSet, ContainsTheSymbolOfEachFramework)
 {
     for (const Framework &framework : Framework::allCases())
         EXPECT_TRUE(SymbolSet::names().contains(framework.symbol())) << framework.symbol().toStdString();
 }
 
-TEST(SymbolSet, HoldsEachSymbolThatAViewNames)
+TEST(SymbolSet, ContainsEachSymbolUsedInAView)
 {
     // `name: "x"` of a Symbol and `symbol: a ? "x" : "y"` of what contains one.
     static const QRegularExpression line(uR"(^\s*symbol:.*|\bSymbol\s*\{[^{}]*?\bname:[^\n]*)"_s,
@@ -133,7 +133,7 @@ TEST(SymbolSet, HasNoImageForAnUnknownName)
     EXPECT_TRUE(SymbolSet::image(u"clock"_s, 0, 2).isNull());
 }
 
-TEST(SymbolSet, DrawsAnImageOnce)
+TEST(SymbolSet, CachesImages)
 {
     EXPECT_EQ(SymbolSet::image(u"clock"_s, 24, 2).cacheKey(), SymbolSet::image(u"clock"_s, 24, 2).cacheKey());
     EXPECT_NE(SymbolSet::image(u"clock"_s, 24, 2), SymbolSet::image(u"clock"_s, 24, 3));
@@ -155,7 +155,7 @@ TEST(SymbolSet, NoTwoSymbolsLookAlike)
 class SymbolFile : public testing::TestWithParam<QString>
 {};
 
-TEST_P(SymbolFile, IsOnTheGridInInkAndPaper)
+TEST_P(SymbolFile, HasTheCommonGridStrokeAndColours)
 {
     const QString svg = source(GetParam());
     EXPECT_TRUE(svg.startsWith(uR"(<svg xmlns="http://www.w3.org/2000/svg" width="24" height="24" )"
@@ -167,44 +167,44 @@ TEST_P(SymbolFile, IsOnTheGridInInkAndPaper)
         EXPECT_TRUE(QStringList({u"none"_s, u"#000"_s, u"#fff"_s}).contains(paints.next().captured(1)));
 }
 
-TEST_P(SymbolFile, KeepsInsideTheGrid)
+TEST_P(SymbolFile, KeepsAMarginInTheGrid)
 {
-    const QRect bounds = inkBounds(SymbolSet::image(GetParam(), large, usual));
+    const QRect bounds = blackBounds(SymbolSet::image(GetParam(), large, largeStroke));
     EXPECT_GE(bounds.left(), 8);
     EXPECT_GE(bounds.top(), 8);
     EXPECT_LE(bounds.right(), large - 8);
     EXPECT_LE(bounds.bottom(), large - 8);
 }
 
-TEST_P(SymbolFile, StandsInTheMiddle)
+TEST_P(SymbolFile, IsCentred)
 {
-    const QPointF middle = QRectF(inkBounds(SymbolSet::image(GetParam(), large, usual))).center();
+    const QPointF middle = QRectF(blackBounds(SymbolSet::image(GetParam(), large, largeStroke))).center();
     EXPECT_NEAR(middle.x(), large / 2.0, 10);
     EXPECT_NEAR(middle.y(), large / 2.0, 10);
 }
 
-TEST_P(SymbolFile, IsLargeEnoughToRead)
+TEST_P(SymbolFile, HasAMinimumSize)
 {
-    const QRect bounds = inkBounds(SymbolSet::image(GetParam(), large, usual));
+    const QRect bounds = blackBounds(SymbolSet::image(GetParam(), large, largeStroke));
     EXPECT_GE(qMax(bounds.width(), bounds.height()), 140);
 }
 
-TEST_P(SymbolFile, BolderStrokesNeverTakeInkAway)
+TEST_P(SymbolFile, CoversMoreWithBolderStrokes)
 {
-    const qreal regular = ink(SymbolSet::image(GetParam(), 40, 3));
-    const qreal bold = ink(SymbolSet::image(GetParam(), 40, 3.5));
+    const qreal regular = coverage(SymbolSet::image(GetParam(), 40, 3));
+    const qreal bold = coverage(SymbolSet::image(GetParam(), 40, 3.5));
     EXPECT_GT(regular, 0);
     if (source(GetParam()).contains(u"stroke=\"#fff\""_s))
-        EXPECT_GE(bold, 0.93 * regular); // the paper between the parts widens too
+        EXPECT_GE(bold, 0.93 * regular); // the white strokes between the parts widen too
     else
         EXPECT_GE(bold, regular);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, SymbolFile, testing::ValuesIn(wanted), [](const auto &name) {
+INSTANTIATE_TEST_SUITE_P(All, SymbolFile, testing::ValuesIn(expectedNames), [](const auto &name) {
     return QString(name.param).replace(u'.', u'_').toStdString();
 });
 
-TEST(SymbolBox, IsAWholeNumberOfPixelsAtEveryQuarterOfAScale)
+TEST(SymbolBox, IsAWholeNumberOfPixelsAtEveryRatio)
 {
     for (qreal size = 6; size <= 40; size += 0.5) {
         for (qreal scale = 1; scale <= 3; scale += 0.25) {

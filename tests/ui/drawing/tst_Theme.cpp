@@ -50,7 +50,7 @@ class ThemeColor : public testing::TestWithParam<Row>
 
 TEST_P(ThemeColor, IsExact)
 {
-    // QColor counts in 65535ths.
+    // QColor stores each component in 16 bits.
     constexpr double step = 0.5 / 65535 + 1e-7;
     const QColor &color = GetParam().color();
     EXPECT_NEAR(color.redF(), GetParam().red, step);
@@ -59,7 +59,7 @@ TEST_P(ThemeColor, IsExact)
     EXPECT_NEAR(color.alphaF(), GetParam().opacity, step);
 }
 
-TEST_P(ThemeColor, IsMadeOnce)
+TEST_P(ThemeColor, IsCreatedOnce)
 {
     EXPECT_EQ(&GetParam().color(), &GetParam().color());
 }

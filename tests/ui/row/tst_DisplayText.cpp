@@ -23,7 +23,7 @@ class DisplayTextLine : public testing::TestWithParam<Case>
 TEST_P(DisplayTextLine, Shows)
 {
     EXPECT_EQ(DisplayText::line(GetParam().text), GetParam().shown);
-    EXPECT_EQ(DisplayText::path(GetParam().text), GetParam().shown); // as long as it is short
+    EXPECT_EQ(DisplayText::path(GetParam().text), GetParam().shown); // which differ for long texts only
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -47,11 +47,11 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"RightToLeft", u"\u05E9\u05DC\u05D5\u05DD"_s, u"\u05E9\u05DC\u05D5\u05DD"_s}),
     [](const auto &row) { return row.param.name; });
 
-TEST(DisplayText, CutsWhatNoLineCanShow)
+TEST(DisplayText, ShortensLongTexts)
 {
-    const QString most(DisplayText::longest, u'a');
+    const QString most(DisplayText::maxLength, u'a');
     EXPECT_EQ(DisplayText::line(most), most);
-    EXPECT_EQ(DisplayText::line(most + u'b'), QString(DisplayText::longest - 1, u'a') + u'\u2026');
+    EXPECT_EQ(DisplayText::line(most + u'b'), QString(DisplayText::maxLength - 1, u'a') + u'\u2026');
     EXPECT_EQ(DisplayText::path(most), most);
 }
 
@@ -59,13 +59,13 @@ TEST(DisplayText, KeepsBothEndsOfALongPath)
 {
     const QString path = u"/home/"_s + QString(9000, u'x') + u"/project"_s;
     const QString shown = DisplayText::path(path);
-    EXPECT_EQ(shown.size(), DisplayText::longest);
+    EXPECT_EQ(shown.size(), DisplayText::maxLength);
     EXPECT_TRUE(shown.startsWith(u"/home/"_s));
     EXPECT_TRUE(shown.endsWith(u"/project"_s));
     EXPECT_EQ(shown.count(u'\u2026'), 1);
 }
 
-TEST(DisplayText, IsolatesWhatStandsInASentence)
+TEST(DisplayText, IsolatesTextForASentence)
 {
     EXPECT_EQ(DisplayText::isolated(u"\u202Ea"_s), u"\u2068\uFFFDa\u2069"_s);
 }

@@ -8,9 +8,9 @@
 
 namespace portolan {
 
-// Run with a screen and without one, see CMakeLists.txt.
+// CMakeLists.txt runs this test with a screen and without one.
 
-TEST(Screens, ArePlacesToShowThingsAlways)
+TEST(Screens, AreNeverEmpty)
 {
     const QList<ScreenArea> areas = Screens::all();
     ASSERT_FALSE(areas.isEmpty());

@@ -1,0 +1,51 @@
+#include "ImageItem.h"
+
+#include <QQuickWindow>
+#include <QSGImageNode>
+
+namespace portolan {
+
+ImageItem::ImageItem(QQuickItem *parent)
+    : QQuickItem(parent)
+{
+    setFlag(ItemHasContents);
+}
+
+QSGNode *ImageItem::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
+{
+    const qreal scale = window()->effectiveDevicePixelRatio();
+    const QSize pixels = (imageSize() * scale).toSize();
+    const QImage shown = pixels.isEmpty() ? QImage() : image(pixels, scale);
+    if (shown.isNull()) {
+        delete old;
+        return nullptr;
+    }
+
+    auto *node = static_cast<QSGImageNode *>(old);
+    if (!node) {
+        node = window()->createImageNode();
+        node->setOwnsTexture(true);
+    }
+    node->setTexture(window()->createTextureFromImage(shown));
+    // One pixel of the image is one pixel of the window, so interpolation would only blur it.
+    node->setFiltering(QSGTexture::Nearest);
+    const QSizeF size = QSizeF(pixels) / scale;
+    node->setRect(QRectF(QPointF((width() - size.width()) / 2, (height() - size.height()) / 2), size));
+    return node;
+}
+
+void ImageItem::itemChange(ItemChange change, const ItemChangeData &data)
+{
+    if (change == ItemDevicePixelRatioHasChanged)
+        update();
+    QQuickItem::itemChange(change, data);
+}
+
+void ImageItem::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry)
+{
+    if (newGeometry.size() != oldGeometry.size())
+        update();
+    QQuickItem::geometryChange(newGeometry, oldGeometry);
+}
+
+} // namespace portolan

@@ -1,0 +1,7 @@
+import QtQuick
+
+// Space between two groups of entries.
+Item {
+    implicitWidth: 20
+    implicitHeight: 6
+}
