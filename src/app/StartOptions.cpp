@@ -25,8 +25,8 @@ std::variant<StartRequest, StartOptions::Reply> StartOptions::parse(int argc, co
     CLI::App app("Shows the dev servers of this machine in the desktop's status area.", "portolan");
     app.set_help_flag("-h,--help", "print this and exit");
     app.set_version_flag("--version", "portolan " PORTOLAN_VERSION, "print the version and exit");
-    const CLI::Option *background = app.add_flag("--background", "start silently, as at login");
-    CLI::Option *window = app.add_flag("--window", "open the list in a window");
+    const CLI::Option *background = app.add_flag("--background")->description("start silently, as at login");
+    CLI::Option *window = app.add_flag("--window")->description("open the list in a window");
     window->excludes("--background");
     try {
         app.parse(argc, argv);
