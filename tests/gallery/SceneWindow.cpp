@@ -33,7 +33,7 @@ SceneWindow::SceneWindow(const GalleryScene &scene)
     if (scene.scanState != GalleryScene::ScanState::FirstScan)
         m_bench.find(scene.services);
     if (scene.scanState != GalleryScene::ScanState::Scanned)
-        m_bench.store()->refreshNow();
+        m_bench.store()->refresh();
     m_bench.store()->setSearchText(scene.searchText);
 
     m_view.setTitle(scene.name);

@@ -97,7 +97,7 @@ ViewTest {
 
     function test_first_scan() {
         const view = make();
-        bench.store.refreshNow();
+        bench.store.refresh();
         tryVerify(() => part(view, "LoadingView"));
         verify(!part(view, "EmptyStateView"));
         bench.finishScan(Samples.ordinary(1));
@@ -108,7 +108,7 @@ ViewTest {
     function test_a_scan_keeps_the_rows() {
         const view = make();
         bench.find(Samples.ordinary(2));
-        bench.store.refreshNow();
+        bench.store.refresh();
         tryVerify(() => ViewInspector.all(view, "ServiceRowView").length === 2);
         verify(!part(view, "LoadingView"));
         bench.finishScan(Samples.ordinary(2));

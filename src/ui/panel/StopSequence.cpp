@@ -17,7 +17,7 @@ void StopSequence::run(const Service &service)
     m_actions->stop(service);
     m_store->removeService(service);
     QTimer::singleShot(rescanDelay, Qt::PreciseTimer, m_store,
-                       [store = m_store.data()] { store->refreshNow(); });
+                       [store = m_store.data()] { store->refresh(); });
 }
 
 } // namespace portolan
