@@ -13,6 +13,8 @@
 #include <utility>
 #include <vector>
 
+using namespace std::chrono_literals;
+
 namespace portolan {
 
 namespace {
@@ -20,6 +22,8 @@ namespace {
 constexpr QStringView sortOrderKey = u"sortOrder";
 constexpr QStringView pinnedPortsKey = u"pinnedPorts";
 constexpr QStringView autoRefreshKey = u"autoRefresh";
+
+constexpr auto timeToEnd = 1400ms; // a scan at once would still see the listener of a process that ends
 
 /// `found` with the health that each service had in `known`; of two known services with one key, the later
 /// counts.
@@ -213,6 +217,12 @@ void ServiceStore::removeService(const Service &service)
     changeInPlace(m_services, [key = keyOf(service)](QList<Service> &services) {
         services.removeIf([key](const Service &candidate) { return keyOf(candidate) == key; });
     });
+}
+
+void ServiceStore::expectEnd(const Service &service)
+{
+    removeService(service);
+    QTimer::singleShot(timeToEnd, Qt::PreciseTimer, this, [this] { refresh(); });
 }
 
 // The derived properties read the stored ones without registering: whoever reads them depends on them alone,

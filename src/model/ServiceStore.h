@@ -132,6 +132,9 @@ public:
     Q_INVOKABLE void togglePin(const portolan::Service &service);
     /// Takes the service off the list until a scan finds it again.
     Q_INVOKABLE void removeService(const portolan::Service &service);
+    /// To be called when the service has been told to end: takes it off the list at once, and refreshes when
+    /// it has had the time to.
+    Q_INVOKABLE void expectEnd(const portolan::Service &service);
 
 Q_SIGNALS:
     void servicesChanged();

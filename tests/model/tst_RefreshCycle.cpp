@@ -319,6 +319,21 @@ TEST_F(RefreshCycle, ARefreshAskedForByAnObserverOfTheEndOfTheScanRuns)
     EXPECT_EQ(m_checker.ports().size(), 2);
 }
 
+TEST_F(RefreshCycle, AServiceThatIsToEndGoesAtOnceAndIsScannedForLater)
+{
+    makeStore();
+    scan({service(1, 10), service(2, 20)});
+    QElapsedTimer timer;
+    timer.start();
+    m_store->expectEnd(service(1, 10));
+    EXPECT_EQ(m_store->services(), QList{service(2, 20)});
+    EXPECT_FALSE(m_store->isScanning());
+    ASSERT_TRUE(eventually([this] { return m_scanner.begun() == 2; }));
+    EXPECT_GE(timer.elapsed(), 1400);
+    finishScan({service(1, 10), service(2, 20)});
+    EXPECT_EQ(m_store->serviceCount(), 2);
+}
+
 // Auto-refresh. Times are only ever compared with the shortest wait that can be right.
 
 TEST_F(RefreshCycle, StartRefreshesAtOnceAndThenAgainAfterTheInterval)

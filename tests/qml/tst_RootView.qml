@@ -45,6 +45,7 @@ ViewTest {
     function make(presentation) {
         root.bench = keep(benchComponent);
         root.actions = keep(actionsComponent);
+        root.actions.stopRequested.connect(service => root.bench.store.expectEnd(service));
         const view = createTemporaryObject(component, root, {
             store: root.bench.store,
             presentation: presentation ?? RootView.Popover,
