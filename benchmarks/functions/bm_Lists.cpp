@@ -1,5 +1,4 @@
-// From one list to the next: the visible list, the steps between two lists, the model that takes them.
-#include "ListMerge.h"
+// From one list to the next: the visible list and the model that follows it.
 #include "SampleServices.h"
 #include "ServiceStore.h"
 #include "UserDefaults.h"
@@ -35,20 +34,6 @@ void visibleWithSearch(benchmark::State &state)
                                          .sortOrder = *SortOrder::fromRawValue(u"port")};
     for (auto _ : state)
         benchmark::DoNotOptimize(VisibleList::of(services, criteria));
-    state.SetItemsProcessed(state.iterations() * state.range());
-}
-
-/// Every twentieth row goes, one comes for it, and the list is turned by a third.
-void mergeSteps(benchmark::State &state)
-{
-    const int count = int(state.range());
-    std::vector<int> origins;
-    for (int row = 0; row < count; ++row) {
-        const int old = (row + count / 3) % count;
-        origins.push_back(old % 20 == 0 ? ListMerge::newRow : old);
-    }
-    for (auto _ : state)
-        benchmark::DoNotOptimize(ListMerge::steps(count, origins));
     state.SetItemsProcessed(state.iterations() * state.range());
 }
 
@@ -114,7 +99,6 @@ void searchModel(benchmark::State &state)
 
 BENCHMARK(visible)->Arg(50)->Arg(1'000)->Arg(10'000);
 BENCHMARK(visibleWithSearch)->Arg(50)->Arg(1'000)->Arg(10'000);
-BENCHMARK(mergeSteps)->Arg(50)->Arg(1'000)->Arg(10'000);
 BENCHMARK(refreshModel)
     ->Arg(50)
     ->Arg(1'000)

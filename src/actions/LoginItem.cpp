@@ -1,27 +1,27 @@
 #include "LoginItem.h"
 
-#include "LoginItem_p.h"
+#include <utility>
 
 namespace portolan {
 
-LoginItem::Status LoginItem::status()
-{
-    return Autostart::ofThisProgram().status();
-}
+LoginItem::LoginItem(Autostart entry, QObject *parent)
+    : QObject(parent)
+    , m_entry(std::move(entry))
+{}
 
-bool LoginItem::setEnabled(bool enabled, const Autostart &entry)
+bool LoginItem::isEnabled() const
 {
-    const bool isEnabled = entry.status() == Status::enabled;
-    if (enabled && !isEnabled)
-        entry.add();
-    if (!enabled && isEnabled)
-        entry.remove();
-    return entry.status() == Status::enabled;
+    return m_entry.status() == Autostart::Status::enabled;
 }
 
 bool LoginItem::setEnabled(bool enabled)
 {
-    return setEnabled(enabled, Autostart::ofThisProgram());
+    const bool wasEnabled = isEnabled();
+    if (enabled && !wasEnabled)
+        m_entry.add();
+    if (!enabled && wasEnabled)
+        m_entry.remove();
+    return isEnabled();
 }
 
 } // namespace portolan

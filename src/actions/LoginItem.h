@@ -2,21 +2,31 @@
 
 #include "Autostart.h"
 
+#include <QObject>
+
 namespace portolan {
 
 /// Whether the program starts by itself when the user logs in. The desktop holds the state; nothing is kept
 /// here. Main thread; reads and writes one small file.
-namespace LoginItem {
+///
+/// There is one, which the views are given. Their tests give them another, hence the virtual functions.
+class LoginItem : public QObject
+{
+    Q_OBJECT
 
-using Status = Autostart::Status;
+public:
+    explicit LoginItem(Autostart entry = Autostart::ofThisProgram(), QObject *parent = nullptr);
 
-/// What the desktop holds now. Only `enabled` counts as on.
-[[nodiscard]] Status status();
+    /// What the desktop holds now. An entry that the desktop has turned off, or whose program is gone, counts
+    /// as off.
+    Q_INVOKABLE [[nodiscard]] virtual bool isEnabled() const;
 
-/// Asks for the state and returns what then holds: whether the program starts at login. A request that fails,
-/// or that the desktop does not follow, shows in that alone.
-bool setEnabled(bool enabled);
+    /// Asks for the state and returns what then holds. A request that fails, or that the desktop does not
+    /// follow, shows in that alone.
+    Q_INVOKABLE virtual bool setEnabled(bool enabled);
 
-} // namespace LoginItem
+private:
+    const Autostart m_entry;
+};
 
 } // namespace portolan

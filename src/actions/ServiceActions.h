@@ -3,45 +3,59 @@
 #include "ProcessIdentity.h"
 #include "Service.h"
 
-#include <chrono>
-#include <memory>
+#include <QObject>
+#include <QStringList>
+
+#include <functional>
 #include <optional>
 
 namespace portolan {
 
-class ProcessHandle;
-
 /// What the user can do to a discovered server. Every action acts at once, on the main thread, without
-/// waiting for anybody; none of them reports a failure or changes the list. Without a folder the folder
-/// actions do nothing.
-namespace ServiceActions {
+/// waiting for its outcome; none of them reports a failure. Without a folder the folder actions do nothing.
+///
+/// There is one, which the views are given. Their tests give them another, hence the virtual functions.
+class ServiceActions : public QObject
+{
+    Q_OBJECT
 
-/// How long a server has to end by itself before it is killed.
-inline constexpr std::chrono::milliseconds stopGrace(1500);
+public:
+    /// The launchers of the code editors, the preferred one first.
+    [[nodiscard]] static QStringList usualEditors();
 
-/// Sends SIGTERM to the server's process now and, if it still is there after `stopGrace`, SIGKILL. Signals
-/// nobody if the process that was listed, `identity`, has ended, whoever has its pid by now; where the system
-/// tells no identities, it is whoever has the pid at this call. A program that ends earlier leaves it at
-/// SIGTERM.
-void stop(const Service &service, const std::optional<ProcessIdentity> &identity);
-/// The same to a process that is held already.
-void stop(std::shared_ptr<const ProcessHandle> process);
+    /// Which process was listed as the server's; absent where the system does not tell.
+    using IdentityOf = std::function<std::optional<ProcessIdentity>(const Service &service)>;
 
-/// Opens the server's address in the user's browser.
-void openInBrowser(const Service &service);
+    explicit ServiceActions(IdentityOf identityOf = {}, QStringList editors = usualEditors(),
+                            QObject *parent = nullptr);
 
-/// Puts the server's address, "http://localhost:" and the port, on the clipboard.
-void copyURL(const Service &service);
-/// Puts the port's number on the clipboard.
-void copyPort(const Service &service);
+    /// Ends the server's process as Termination does. Signals nobody if the process that was listed has
+    /// ended, whoever has its pid by now; where the system does not tell, it is whoever has the pid at this
+    /// call. Once this object is gone, the process is no longer killed.
+    Q_INVOKABLE virtual void stop(const portolan::Service &service);
 
-/// Shows the project folder in the file manager.
-void revealInFinder(const Service &service);
-/// Opens the project folder in the first code editor that is installed, else in the file manager.
-void openInEditor(const Service &service);
-/// Opens a terminal window whose shell is in the project folder.
-void openInTerminal(const Service &service);
+    /// Opens the server's address in the user's browser.
+    Q_INVOKABLE virtual void openInBrowser(const portolan::Service &service);
 
-} // namespace ServiceActions
+    /// Puts the server's address, "http://localhost:" and the port, on the clipboard.
+    Q_INVOKABLE virtual void copyURL(const portolan::Service &service);
+    /// Puts the port's number on the clipboard.
+    Q_INVOKABLE virtual void copyPort(const portolan::Service &service);
+
+    /// Shows the project folder in the file manager.
+    Q_INVOKABLE virtual void revealInFinder(const portolan::Service &service);
+    /// Opens the project folder in the first code editor that is installed, else in the file manager.
+    Q_INVOKABLE virtual void openInEditor(const portolan::Service &service);
+    /// Opens a terminal window whose shell is in the project folder.
+    Q_INVOKABLE virtual void openInTerminal(const portolan::Service &service);
+
+Q_SIGNALS:
+    /// The server has been told to end.
+    void stopRequested(const portolan::Service &service);
+
+private:
+    const IdentityOf m_identityOf;
+    const QStringList m_editors;
+};
 
 } // namespace portolan

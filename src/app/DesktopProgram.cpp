@@ -4,14 +4,14 @@
 #include "BusWatcher.h"
 #include "DisplayServer.h"
 #include "HealthChecker.h"
+#include "LoginItem.h"
 #include "PortScanner.h"
 #include "PortolanApp.h"
+#include "ServiceActions.h"
 #include "ServiceStore.h"
 #include "SingleInstance.h"
 #include "StandardStreams.h"
 #include "StartOptions.h"
-#include "SystemLoginItem.h"
-#include "SystemServiceActions.h"
 #include "SystemSource.h"
 #include "TerminationSignals.h"
 #include "UserDefaults.h"
@@ -73,8 +73,9 @@ int serve(StartRequest request)
     ServiceStore store(
         defaults, [&](std::stop_token stop) { return PortScanner::scan(*source, files, std::move(stop)); },
         [&](qint64 port) { return checker.check(port); });
-    SystemServiceActions actions(store);
-    SystemLoginItem loginItem;
+    ServiceActions actions([&store](const Service &service) { return store.identityOf(service); });
+    QObject::connect(&actions, &ServiceActions::stopRequested, &store, &ServiceStore::expectEnd);
+    LoginItem loginItem;
     PortolanApp app({store, actions, loginItem});
     QObject::connect(&instance, &SingleInstance::requested, &app, &PortolanApp::show);
 

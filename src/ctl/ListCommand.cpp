@@ -7,8 +7,6 @@
 #include "Session.h"
 #include "TerminationSignals.h"
 
-#include <QCoroTask>
-
 #include <QEventLoop>
 #include <QTimer>
 
@@ -30,7 +28,7 @@ int refresh(ServiceStore &store)
     QEventLoop loop;
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, &loop, &QEventLoop::exit);
-    QTimer::singleShot(0, &loop, [&] { QCoro::connect(store.refresh(), &loop, &QEventLoop::quit); });
+    QTimer::singleShot(0, &loop, [&] { store.refresh([&] { loop.quit(); }); });
     return loop.exec();
 }
 

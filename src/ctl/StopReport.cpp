@@ -2,8 +2,10 @@
 
 #include "Output.h"
 #include "ProcessHandle.h"
-#include "ServiceActions.h"
 #include "TerminalText.h"
+#include "Termination.h"
+
+#include <QCoreApplication>
 
 #include <algorithm>
 #include <functional>
@@ -65,11 +67,11 @@ std::vector<Stopping> takeOut(std::vector<Stopping> &all, Predicate isTaken)
     return result;
 }
 
-void sendStop(std::vector<Stopping> &all)
+void sendStop(std::vector<Stopping> &all, QObject *owner)
 {
     for (auto one = all.begin(); one != all.end(); ++one) {
         if (std::none_of(all.begin(), one, [&](const Stopping &o) { return o.process == one->process; }))
-            ServiceActions::stop(one->process);
+            Termination::start(one->process, owner);
         one->since = Clock::now();
     }
 }
@@ -98,11 +100,13 @@ bool reportForbidden(const Stopping &stopping)
 /// Reports each when it has ended. Returns whether all have.
 bool reportEnds(std::vector<Stopping> stopping)
 {
-    const auto end = Clock::now() + ServiceActions::stopGrace + killTimeout;
+    const auto end = Clock::now() + Termination::gracePeriod + killTimeout;
     std::erase_if(stopping, [](const Stopping &one) { return reportEnd(one, 0ms); });
     const auto forbidden = std::erase_if(stopping, reportForbidden);
-    while (!stopping.empty() && Clock::now() < end)
+    while (!stopping.empty() && Clock::now() < end) {
+        QCoreApplication::processEvents(); // sends SIGKILL to those whose grace period is over
         std::erase_if(stopping, [](const Stopping &one) { return reportEnd(one, pollInterval); });
+    }
     for (const Stopping &one : stopping)
         Output::printError(described(one.service) + u" still runs"_s);
     return forbidden == 0 && stopping.empty();
@@ -122,7 +126,8 @@ bool StopReport::stopAll(const QList<Service> &services, const QHash<qint32, Pro
         return std::ranges::find(listed, one.service.id(), &Service::id) == listed.end();
     });
     // All signals are sent before anything is written: a terminal stopped by Control-S would delay them.
-    sendStop(stopping);
+    QObject owner;
+    sendStop(stopping, &owner);
     for (const Stopping &one : ended)
         (void)Output::write(u"%1 had ended already.\n"_s.arg(described(one.service)).toUtf8());
     for (const Stopping &one : unlisted)

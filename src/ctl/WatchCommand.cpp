@@ -8,8 +8,6 @@
 #include "TerminationSignals.h"
 #include "WatchFrame.h"
 
-#include <QCoroTask>
-
 #include <QEventLoop>
 #include <QTimer>
 
@@ -86,7 +84,7 @@ int watchAsJson(ServiceStore &store)
         else
             loop.exit(statusAfterFailedWrite());
     };
-    next.callOnTimeout(&loop, [&] { QCoro::connect(store.refresh(), &loop, print); });
+    next.callOnTimeout(&loop, [&] { store.refresh(print); });
     next.start(0s);
     return loop.exec();
 }

@@ -1,16 +1,19 @@
 #include "ServiceStore.h"
 
-#include "Mailbox.h"
-#include "Pause.h"
-#include "ServiceKey.h"
 #include "UserDefaults.h"
 #include "VisibleList.h"
 
 #include <QHash>
 
 #include <algorithm>
+#include <deque>
+#include <mutex>
+#include <optional>
 #include <system_error>
 #include <utility>
+#include <vector>
+
+using namespace std::chrono_literals;
 
 namespace portolan {
 
@@ -19,6 +22,8 @@ namespace {
 constexpr QStringView sortOrderKey = u"sortOrder";
 constexpr QStringView pinnedPortsKey = u"pinnedPorts";
 constexpr QStringView autoRefreshKey = u"autoRefresh";
+
+constexpr auto timeToEnd = 1400ms; // a scan at once would still see the listener of a process that ends
 
 /// `found` with the health that each service had in `known`; of two known services with one key, the later
 /// counts.
@@ -47,25 +52,99 @@ void changeInPlace(Property &property, Change change)
 
 } // namespace
 
+/// One probe of every service, all at once.
+struct ServiceStore::ProbePass
+{
+    /// All of them are kept: a future that is cancelled looks at those that follow it, even when it has
+    /// finished.
+    struct Probe
+    {
+        QFuture<Health> outcome;
+        QFuture<void> delivered;
+        QFuture<void> deliveredOrCancelled;
+    };
+
+    std::vector<Probe> probes;
+    qsizetype unanswered;
+    std::function<void()> whenDone;
+};
+
+struct ServiceStore::ProbeResult
+{
+    ProbePass *pass; ///< there until its last result is applied
+    ServiceKey key;
+    Health health;
+};
+
+/// The results that are to be applied, in the order of their completion. The threads that answer probes
+/// share it with the store, which they may outlive. What a thread leaves in it is guarded by a mutex of its
+/// own, not by Qt's, which the thread sanitizer does not see.
+struct ServiceStore::ProbeResults
+{
+    std::mutex mutex;
+    std::deque<ProbeResult> waiting;
+    ServiceStore *store; ///< none once it has ended
+
+    void add(const ProbeResult &result)
+    {
+        const std::lock_guard lock(mutex);
+        if (!store)
+            return;
+        waiting.push_back(result);
+        // One event for all that arrive until it is handled.
+        if (waiting.size() == 1)
+            Q_EMIT store->probesAnswered(QPrivateSignal());
+    }
+
+    std::optional<ProbeResult> take()
+    {
+        const std::lock_guard lock(mutex);
+        if (waiting.empty())
+            return std::nullopt;
+        const ProbeResult result = waiting.front();
+        waiting.pop_front();
+        return result;
+    }
+
+    void detach()
+    {
+        const std::lock_guard lock(mutex);
+        store = nullptr;
+        waiting.clear();
+    }
+};
+
 ServiceStore::ServiceStore(UserDefaults &defaults, Scanner scan, Checker check,
                            std::chrono::milliseconds autoRefreshInterval, QObject *parent)
     : QObject(parent)
     , m_defaults(defaults)
     , m_scan(std::move(scan))
     , m_check(std::move(check))
-    , m_autoRefreshInterval(autoRefreshInterval)
     , m_derivedFrom{m_services.addNotifier([this] { announceDerived(); }),
                     m_searchText.addNotifier([this] { announceVisible(); }),
                     m_pinnedPorts.addNotifier([this] { announceVisibleOrder(); }),
                     m_sortOrder.addNotifier([this] { announceVisibleOrder(); })}
+    , m_results(new ProbeResults{.store = this})
 {
+    connect(this, &ServiceStore::scanEnded, this, &ServiceStore::finishScan, Qt::QueuedConnection);
+    connect(this, &ServiceStore::probesAnswered, this, &ServiceStore::applyResults, Qt::QueuedConnection);
+    // A precise timer wakes the program as often as a coarse one, but never early.
+    m_autoRefreshTimer.setTimerType(Qt::PreciseTimer);
+    m_autoRefreshTimer.setSingleShot(true);
+    m_autoRefreshTimer.setInterval(autoRefreshInterval);
+    m_autoRefreshTimer.callOnTimeout(this, &ServiceStore::refreshAutomatically);
     load();
 }
 
 ServiceStore::~ServiceStore()
 {
-    // Coroutines use the other members until they end.
-    m_waits.cancel();
+    m_results->detach();
+    for (ProbePass &pass : m_passes) {
+        for (ProbePass::Probe &probe : pass.probes) {
+            if (!probe.outcome.isFinished())
+                probe.outcome.cancel();
+        }
+    }
 }
 
 std::optional<ProcessIdentity> ServiceStore::identityOf(const Service &service) const
@@ -121,7 +200,7 @@ void ServiceStore::setAutoRefresh(bool autoRefresh)
     if (autoRefresh)
         startAutoRefresh();
     else
-        m_autoRefreshLoop.request_stop();
+        stopAutoRefresh();
 }
 
 void ServiceStore::togglePin(const Service &service)
@@ -138,6 +217,12 @@ void ServiceStore::removeService(const Service &service)
     changeInPlace(m_services, [key = keyOf(service)](QList<Service> &services) {
         services.removeIf([key](const Service &candidate) { return keyOf(candidate) == key; });
     });
+}
+
+void ServiceStore::expectEnd(const Service &service)
+{
+    removeService(service);
+    QTimer::singleShot(timeToEnd, Qt::PreciseTimer, this, [this] { refresh(); });
 }
 
 // The derived properties read the stored ones without registering: whoever reads them depends on them alone,
@@ -182,69 +267,101 @@ void ServiceStore::start()
         startAutoRefresh();
 }
 
-QCoro::Task<> ServiceStore::refresh()
+void ServiceStore::refresh()
+{
+    refresh([] {});
+}
+
+void ServiceStore::refresh(std::function<void()> whenDone)
 {
     if (m_isScanning.valueBypassingBindings())
-        co_return;
+        return whenDone();
     m_isScanning = true;
-    Mailbox<ScanResult> scan(m_waits);
-    startScan(scan.sender());
-    std::optional<ScanResult> found = co_await scan.next();
-    if (!found)
-        co_return;
-    m_identities = std::move(found->identities);
-    m_services = merged(std::move(found->services), m_services.valueBypassingBindings());
+    m_whenProbed = std::move(whenDone);
+    try {
+        m_scanThread = std::jthread([this](std::stop_token stop) {
+            m_found = m_scan(std::move(stop));
+            Q_EMIT scanEnded(QPrivateSignal());
+        });
+    } catch (const std::system_error &) {
+        Q_EMIT scanEnded(QPrivateSignal()); // a scan that cannot be made finds nothing
+    }
+}
+
+void ServiceStore::finishScan()
+{
+    // It has said its last, so this does not wait.
+    if (m_scanThread.joinable())
+        m_scanThread.join();
+    const auto whenProbed = std::exchange(m_whenProbed, nullptr);
+    ScanResult found = std::exchange(m_found, {});
+    m_identities = std::move(found.identities);
+    m_services = merged(std::move(found.services), m_services.valueBypassingBindings());
     m_lastUpdated = QDateTime::currentDateTimeUtc();
     m_isScanning = false;
-    co_await runHealthChecks();
+    runHealthChecks(whenProbed);
 }
 
-void ServiceStore::startScan(const Mailbox<ScanResult>::Sender &result)
+void ServiceStore::runHealthChecks(std::function<void()> whenDone)
 {
-    try {
-        // The worker of the scan before has delivered its list, so replacing it does not wait.
-        m_scanWorker =
-            std::jthread([this, result](std::stop_token stop) { result.send(m_scan(std::move(stop))); });
-    } catch (const std::system_error &) {
-        result.send({});
+    const QList<Service> services = m_services.valueBypassingBindings();
+    if (services.isEmpty())
+        return whenDone();
+    ProbePass &pass = m_passes.emplace_back(
+        ProbePass{.probes = {}, .unanswered = services.size(), .whenDone = std::move(whenDone)});
+    for (const Service &service : services) {
+        const auto deliver = [results = m_results, &pass, key = keyOf(service)](Health health) {
+            results->add({&pass, key, health});
+        };
+        // On the thread that answers: a future watcher would take five events of this one for each.
+        ProbePass::Probe probe{.outcome = m_check(service.port)};
+        probe.delivered = probe.outcome.then(QtFuture::Launch::Sync, deliver);
+        probe.deliveredOrCancelled = probe.delivered.onCanceled([deliver] { deliver(Health::unknown()); });
+        pass.probes.push_back(std::move(probe));
     }
 }
 
-QCoro::Task<> ServiceStore::runHealthChecks()
+void ServiceStore::applyResults()
 {
-    ProbePass pass(m_waits);
-    pass.start(m_services.valueBypassingBindings(), m_check);
-    while (pass.isUnderWay()) {
-        const std::optional<ProbePass::Result> result = co_await pass.next();
-        if (!result)
-            co_return;
-        applyHealth(*result);
+    while (const std::optional<ProbeResult> result = m_results->take()) {
+        applyHealth(result->key, result->health);
+        if (--result->pass->unanswered > 0)
+            continue;
+        const auto whenDone = std::move(result->pass->whenDone);
+        m_passes.remove_if([&](const ProbePass &pass) { return &pass == result->pass; });
+        whenDone();
     }
 }
 
-void ServiceStore::applyHealth(const ProbePass::Result &result)
+void ServiceStore::applyHealth(ServiceKey key, Health health)
 {
     const QList<Service> &services = m_services.valueBypassingBindings();
-    const auto found = std::ranges::find(services, result.key, keyOf);
+    const auto found = std::ranges::find(services, key, keyOf);
     if (found == services.end())
         return;
-    changeInPlace(m_services, [&result, row = found - services.begin()](QList<Service> &changed) {
-        changed[row].health = result.health;
+    changeInPlace(m_services, [health, row = found - services.begin()](QList<Service> &changed) {
+        changed[row].health = health;
     });
 }
 
 void ServiceStore::startAutoRefresh()
 {
-    m_autoRefreshLoop.request_stop();
-    m_autoRefreshLoop = std::stop_source();
-    runAutoRefresh(m_autoRefreshLoop.get_token());
+    ++m_autoRefreshLoop;
+    m_autoRefreshTimer.start();
 }
 
-QCoro::Task<> ServiceStore::runAutoRefresh(std::stop_token stop)
+void ServiceStore::stopAutoRefresh()
 {
-    Pause pause(m_waits, m_autoRefreshInterval, stop);
-    while (co_await pause.over())
-        co_await refresh();
+    ++m_autoRefreshLoop;
+    m_autoRefreshTimer.stop();
+}
+
+void ServiceStore::refreshAutomatically()
+{
+    refresh([this, loop = m_autoRefreshLoop] {
+        if (loop == m_autoRefreshLoop)
+            m_autoRefreshTimer.start();
+    });
 }
 
 } // namespace portolan

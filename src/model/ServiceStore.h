@@ -1,15 +1,13 @@
 #pragma once
 
 #include "PortScanner.h"
-#include "ProbePass.h"
 #include "Service.h"
+#include "ServiceKey.h"
 #include "SortOrder.h"
-#include "Waits.h"
-
-#include <QCoroTask>
 
 #include <QBindable>
 #include <QDateTime>
+#include <QFuture>
 #include <QHash>
 #include <QList>
 #include <QObject>
@@ -17,10 +15,13 @@
 #include <QSet>
 #include <QString>
 #include <QStringList>
+#include <QTimer>
 
 #include <array>
 #include <chrono>
 #include <functional>
+#include <list>
+#include <memory>
 #include <optional>
 #include <stop_token>
 #include <thread>
@@ -65,8 +66,9 @@ public:
     /// Finds the services of this machine. Blocks, so it runs on a thread of its own; a stop request makes it
     /// return early.
     using Scanner = std::function<ScanResult(std::stop_token)>;
-    /// Probes one port without blocking.
-    using Checker = ProbePass::Checker;
+    /// Probes one port without blocking. The future finishes with a value, on any thread; where it is
+    /// cancelled, the health is unknown.
+    using Checker = std::function<QFuture<Health>(qint64 port)>;
 
     /// How long auto-refresh pauses between two refreshes.
     static constexpr std::chrono::milliseconds usualInterval{5000};
@@ -75,7 +77,7 @@ public:
     /// stored as on, its loop starts.
     ServiceStore(UserDefaults &defaults, Scanner scan, Checker check,
                  std::chrono::milliseconds autoRefreshInterval = usualInterval, QObject *parent = nullptr);
-    /// Ends everything under way. A task of `refresh()` that is still awaited finishes in here.
+    /// Ends the scan and the probes under way.
     ~ServiceStore() override;
 
     /// All services, in the scan's order.
@@ -121,15 +123,18 @@ public:
     /// Refreshes now and, with auto-refresh on, every five seconds from now on. To be called whenever the
     /// list comes into view.
     Q_INVOKABLE void start();
-    /// Scans and then probes every service; the task ends with the last probe. Does nothing while a scan is
-    /// under way.
-    QCoro::Task<> refresh();
-    /// `refresh()` for QML, which does not wait for it.
-    Q_INVOKABLE void refreshNow() { refresh(); }
+    /// Scans and then probes every service. Does nothing while a scan is under way.
+    Q_INVOKABLE void refresh();
+    /// As `refresh()`. Calls `whenDone` after the last probe, or at once where there is nothing to do; not at
+    /// all if the store ends first.
+    void refresh(std::function<void()> whenDone);
     /// Pins the service's port, or unpins it.
     Q_INVOKABLE void togglePin(const portolan::Service &service);
     /// Takes the service off the list until a scan finds it again.
     Q_INVOKABLE void removeService(const portolan::Service &service);
+    /// To be called when the service has been told to end: takes it off the list at once, and refreshes when
+    /// it has had the time to.
+    Q_INVOKABLE void expectEnd(const portolan::Service &service);
 
 Q_SIGNALS:
     void servicesChanged();
@@ -142,7 +147,15 @@ Q_SIGNALS:
     void visibleChanged();
     void runningCountChanged();
 
+    // From other threads to this one.
+    void scanEnded(QPrivateSignal);
+    void probesAnswered(QPrivateSignal);
+
 private:
+    struct ProbePass;
+    struct ProbeResult;
+    struct ProbeResults;
+
     void load();
     void storePinnedPorts();
     void announceDerived();
@@ -151,16 +164,17 @@ private:
     [[nodiscard]] QList<Service> computeVisible() const;
     [[nodiscard]] int computeRunningCount() const;
 
-    void startScan(const Mailbox<ScanResult>::Sender &result);
-    QCoro::Task<> runHealthChecks();
-    void applyHealth(const ProbePass::Result &result);
+    void finishScan();
+    void runHealthChecks(std::function<void()> whenDone);
+    void applyResults();
+    void applyHealth(ServiceKey key, Health health);
     void startAutoRefresh();
-    QCoro::Task<> runAutoRefresh(std::stop_token stop);
+    void stopAutoRefresh();
+    void refreshAutomatically();
 
     UserDefaults &m_defaults;
     const Scanner m_scan;
     const Checker m_check;
-    const std::chrono::milliseconds m_autoRefreshInterval;
 
     Q_OBJECT_BINDABLE_PROPERTY(ServiceStore, QList<Service>, m_services, &ServiceStore::servicesChanged)
     Q_OBJECT_BINDABLE_PROPERTY(ServiceStore, bool, m_isScanning, &ServiceStore::isScanningChanged)
@@ -176,9 +190,15 @@ private:
 
     QHash<qint32, ProcessIdentity> m_identities; ///< of the processes in m_services, by pid
 
-    Waits m_waits;
-    std::stop_source m_autoRefreshLoop{std::nostopstate};
-    std::jthread m_scanWorker;
+    std::function<void()> m_whenProbed; ///< of the refresh whose scan is under way
+    std::list<ProbePass> m_passes;      ///< those with probes unanswered
+    const std::shared_ptr<ProbeResults> m_results;
+
+    QTimer m_autoRefreshTimer;
+    int m_autoRefreshLoop = 0; ///< which loop is the current one: an earlier one ends with its refresh
+
+    ScanResult m_found;        ///< the scan's, until it is joined
+    std::jthread m_scanThread; ///< the last member: ends before what it uses
 };
 
 } // namespace portolan

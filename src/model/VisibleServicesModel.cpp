@@ -1,6 +1,5 @@
 #include "VisibleServicesModel.h"
 
-#include "ListMerge.h"
 #include "ServiceKey.h"
 #include "ServiceStore.h"
 
@@ -11,17 +10,9 @@
 
 namespace portolan {
 
-struct VisibleServicesModel::Row
-{
-    Service service;
-    bool isPinned;
-};
-
 VisibleServicesModel::VisibleServicesModel(QObject *parent)
     : QAbstractListModel(parent)
 {}
-
-VisibleServicesModel::~VisibleServicesModel() = default;
 
 ServiceStore *VisibleServicesModel::store() const
 {
@@ -60,7 +51,7 @@ QVariant VisibleServicesModel::data(const QModelIndex &index, int role) const
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
         return {};
-    const Row &row = *m_rows[size_t(index.row())];
+    const Row &row = m_rows[size_t(index.row())];
     switch (role) {
     case ServiceRole:
         return QVariant::fromValue(row.service);
@@ -96,6 +87,7 @@ void VisibleServicesModel::update()
     m_isUpdating = true;
     const int oldCount = count();
     const Rows wanted = wantedRows();
+    removeOthers(wanted);
     arrange(wanted);
     refill(wanted);
     m_isUpdating = false;
@@ -114,58 +106,69 @@ VisibleServicesModel::Rows VisibleServicesModel::wantedRows() const
     const QList<Service> visible = m_store->visible();
     rows.reserve(visible.size());
     for (const Service &service : visible)
-        rows.push_back(std::make_shared<Row>(Row{service, pinnedPorts.contains(service.port)}));
+        rows.push_back({service, pinnedPorts.contains(service.port)});
     return rows;
 }
 
-/// For each wanted row the present row of the same service. Of several rows with one key, the first goes with
-/// the first.
-std::vector<int> VisibleServicesModel::originsOf(const Rows &wanted) const
+/// Removes the rows that are not wanted, each run of them at once. Of several rows with one key, the last go.
+void VisibleServicesModel::removeOthers(const Rows &wanted)
 {
-    QHash<ServiceKey, int> firstWithKey;
-    firstWithKey.reserve(qsizetype(m_rows.size()));
-    std::vector<int> nextWithKey(m_rows.size());
-    for (int row = count() - 1; row >= 0; --row) {
-        nextWithKey[row] = firstWithKey.value(keyOf(m_rows[row]->service), ListMerge::newRow);
-        firstWithKey.insert(keyOf(m_rows[row]->service), row);
+    QHash<ServiceKey, int> places;
+    for (const Row &row : wanted)
+        ++places[keyOf(row.service)];
+    std::vector<bool> isWanted;
+    for (const Row &row : m_rows)
+        isWanted.push_back(places[keyOf(row.service)]-- > 0);
+
+    // From the back, so that the rows in front keep their numbers.
+    for (int end = count(); end > 0;) {
+        int first = end;
+        while (first > 0 && !isWanted[first - 1])
+            --first;
+        if (first < end) {
+            beginRemoveRows({}, first, end - 1);
+            m_rows.erase(m_rows.begin() + first, m_rows.begin() + end);
+            endRemoveRows();
+        }
+        end = first - 1;
     }
-    std::vector<int> origins;
-    origins.reserve(wanted.size());
-    for (const auto &row : wanted) {
-        const auto first = firstWithKey.find(keyOf(row->service));
-        const bool isNew = first == firstWithKey.end() || *first == ListMerge::newRow;
-        origins.push_back(isNew ? ListMerge::newRow : std::exchange(*first, nextWithKey[*first]));
-    }
-    return origins;
 }
 
-/// Makes the rows the wanted ones, in their order. Rows that stay keep their old content.
+/// Makes the rows the wanted ones, in their order: goes down the list and brings to each place what belongs
+/// there, a run of rows at a time. Rows that stay keep their old content.
 void VisibleServicesModel::arrange(const Rows &wanted)
 {
-    using Kind = ListMerge::Step::Kind;
-    for (const auto &[kind, row, count, other] : ListMerge::steps(int(m_rows.size()), originsOf(wanted))) {
-        const auto begin = m_rows.begin() + row;
-        const auto end = begin + count;
-        switch (kind) {
-        case Kind::remove:
-            beginRemoveRows({}, row, row + count - 1);
-            m_rows.erase(begin, end);
-            endRemoveRows();
-            break;
-        case Kind::insert:
-            beginInsertRows({}, row, row + count - 1);
-            m_rows.insert(begin, wanted.begin() + other, wanted.begin() + other + count);
+    const auto keyOfRow = [](const Row &row) { return keyOf(row.service); };
+    const auto placeOf = [&](const Row &row, int from) {
+        return int(std::ranges::find(m_rows.begin() + from, m_rows.end(), keyOfRow(row), keyOfRow) -
+                   m_rows.begin());
+    };
+    const int wantedCount = int(wanted.size());
+    for (int row = 0; row < wantedCount;) {
+        const int first = row;
+        const int from = placeOf(wanted[first], first);
+        if (from == count()) {
+            while (row < wantedCount && placeOf(wanted[row], first) == count())
+                ++row;
+            beginInsertRows({}, first, row - 1);
+            m_rows.insert(m_rows.begin() + first, wanted.begin() + first, wanted.begin() + row);
             endInsertRows();
-            break;
-        case Kind::move:
-            beginMoveRows({}, row, row + count - 1, {}, other);
-            if (other < row)
-                std::rotate(m_rows.begin() + other, begin, end);
-            else
-                std::rotate(begin, end, m_rows.begin() + other);
-            endMoveRows();
-            break;
+            continue;
         }
+        int end = from;
+        while (row < wantedCount && end < count() && keyOfRow(m_rows[end]) == keyOfRow(wanted[row])) {
+            ++row;
+            ++end;
+        }
+        if (from == first)
+            continue;
+        // The rows in between and those that belong here change places: the fewer are said to move.
+        if (from - first < end - from)
+            beginMoveRows({}, first, from - 1, {}, end);
+        else
+            beginMoveRows({}, from, end - 1, {}, first);
+        std::rotate(m_rows.begin() + first, m_rows.begin() + from, m_rows.begin() + end);
+        endMoveRows();
     }
 }
 
@@ -174,10 +177,10 @@ void VisibleServicesModel::arrange(const Rows &wanted)
 void VisibleServicesModel::refill(const Rows &wanted)
 {
     const auto changedRoles = [this, &wanted](int row) {
-        const Row &before = *m_rows[row];
-        const Row &after = *wanted[row];
+        const Row &before = m_rows[row];
+        const Row &after = wanted[row];
         QList<int> roles;
-        if (&before != &after && before.service != after.service)
+        if (before.service != after.service)
             roles.append(ServiceRole);
         if (before.isPinned != after.isPinned)
             roles.append(IsPinnedRole);

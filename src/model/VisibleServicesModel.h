@@ -1,11 +1,12 @@
 #pragma once
 
+#include "Service.h"
+
 #include <QAbstractListModel>
 #include <QPointer>
 #include <QProperty>
 
 #include <array>
-#include <memory>
 #include <vector>
 
 namespace portolan {
@@ -32,7 +33,6 @@ public:
     };
 
     explicit VisibleServicesModel(QObject *parent = nullptr);
-    ~VisibleServicesModel() override;
 
     [[nodiscard]] ServiceStore *store() const;
     /// Shows the list of `store`, at once; nothing once it is null or destroyed.
@@ -50,14 +50,18 @@ Q_SIGNALS:
     void countChanged();
 
 private:
-    struct Row;
-    using Rows = std::vector<std::shared_ptr<const Row>>;
+    struct Row
+    {
+        Service service;
+        bool isPinned;
+    };
+    using Rows = std::vector<Row>;
 
     void followStore();
     void scheduleUpdate();
     void update();
     [[nodiscard]] Rows wantedRows() const;
-    [[nodiscard]] std::vector<int> originsOf(const Rows &wanted) const;
+    void removeOthers(const Rows &wanted);
     void arrange(const Rows &wanted);
     void refill(const Rows &wanted);
 

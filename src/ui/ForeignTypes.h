@@ -2,7 +2,9 @@
 
 // Registers types of other libraries with QML.
 
+#include "LoginItem.h"
 #include "Service.h"
+#include "ServiceActions.h"
 #include "ServiceStore.h"
 #include "SortOrder.h"
 #include "VisibleServicesModel.h"
@@ -52,6 +54,22 @@ struct ServiceStoreForeign
     QML_FOREIGN(portolan::ServiceStore)
     QML_NAMED_ELEMENT(ServiceStore)
     QML_UNCREATABLE("Passed to the views by the program")
+};
+
+struct ServiceActionsForeign
+{
+    Q_GADGET
+    QML_FOREIGN(portolan::ServiceActions)
+    QML_NAMED_ELEMENT(ServiceActions)
+    QML_UNCREATABLE("There is one, handed to the views by the program")
+};
+
+struct LoginItemForeign
+{
+    Q_GADGET
+    QML_FOREIGN(portolan::LoginItem)
+    QML_NAMED_ELEMENT(LoginItem)
+    QML_UNCREATABLE("There is one, handed to the views by the program")
 };
 
 struct VisibleServicesModelForeign

@@ -17,7 +17,8 @@ int main(int argc, char **argv)
         return 2;
     Service service;
     service.port = QByteArrayView(argv[2]).toLongLong();
-    QByteArrayView(argv[1]) == "url" ? ServiceActions::copyURL(service) : ServiceActions::copyPort(service);
+    ServiceActions actions;
+    QByteArrayView(argv[1]) == "url" ? actions.copyURL(service) : actions.copyPort(service);
     std::puts("copied");
     std::fflush(stdout);
 

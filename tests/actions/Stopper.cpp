@@ -1,9 +1,11 @@
-// Stops the process of the given id, without an event loop, and ends when whatever was to come after that has
-// come; with "quit" behind the id it ends at once.
+// Stops the process of the given id, and ends when whatever was to come after that has come; with "quit"
+// behind the id it ends at once.
+#include "Eventually.h"
 #include "ServiceActions.h"
 #include "TestChild.h"
 
 #include <QByteArrayView>
+#include <QCoreApplication>
 
 int main(int argc, char **argv)
 {
@@ -12,15 +14,17 @@ int main(int argc, char **argv)
     setsid();
     if (argc < 2)
         return 2;
+    const QCoreApplication app(argc, argv);
+    ServiceActions actions;
     Service service;
     service.pid = QByteArrayView(argv[1]).toInt();
-    ServiceActions::stop(service, {});
+    actions.stop(service);
     if (argc > 2)
         return 0;
 
     // What is stopped later is killed later.
     TestChild last(TestChild::ignoresTerm);
     service.pid = last.pid();
-    ServiceActions::stop(service, {});
-    return last.collect() == SIGKILL ? 0 : 1;
+    actions.stop(service);
+    return eventually([&] { return !last.isAlive(); }) && last.collect() == SIGKILL ? 0 : 1;
 }

@@ -1,5 +1,4 @@
 #include "LoginItem.h"
-#include "LoginItem_p.h"
 #include "ScopedEnvironment.h"
 
 #include <QDir>
@@ -13,7 +12,7 @@
 namespace portolan {
 
 using namespace Qt::StringLiterals;
-using LoginItem::Status;
+using Status = Autostart::Status;
 
 class LoginItemTest : public testing::Test
 {
@@ -48,64 +47,70 @@ protected:
 
 TEST_F(LoginItemTest, IsTurnedOnAndOff)
 {
-    EXPECT_TRUE(LoginItem::setEnabled(true, entry()));
+    EXPECT_TRUE(LoginItem(entry()).setEnabled(true));
     EXPECT_EQ(entry().status(), Status::enabled);
-    EXPECT_FALSE(LoginItem::setEnabled(false, entry()));
+    EXPECT_FALSE(LoginItem(entry()).setEnabled(false));
     EXPECT_EQ(entry().status(), Status::notRegistered);
 }
 
 TEST_F(LoginItemTest, TouchesNothingWhenItIsOnAlready)
 {
-    LoginItem::setEnabled(true, entry());
+    LoginItem(entry()).setEnabled(true);
     const ino_t before = incarnation();
-    EXPECT_TRUE(LoginItem::setEnabled(true, entry()));
+    EXPECT_TRUE(LoginItem(entry()).setEnabled(true));
     EXPECT_EQ(incarnation(), before);
 }
 
 TEST_F(LoginItemTest, TouchesNothingWhenItIsOffAlready)
 {
-    EXPECT_FALSE(LoginItem::setEnabled(false, entry()));
+    EXPECT_FALSE(LoginItem(entry()).setEnabled(false));
     EXPECT_EQ(incarnation(), 0u);
 
     for (const QByteArray &keys : {"Exec=/no/such/program\n"_ba, "Exec=sh\nHidden=true\n"_ba}) {
         write(keys);
         const ino_t before = incarnation();
-        EXPECT_FALSE(LoginItem::setEnabled(false, entry()));
+        EXPECT_FALSE(LoginItem(entry()).setEnabled(false));
         EXPECT_EQ(incarnation(), before) << keys.toStdString();
     }
 }
 
 TEST_F(LoginItemTest, IsTurnedOnAgainAfterTheDesktopTurnedItOff)
 {
-    write("Exec=sh\nHidden=true\n");
-    EXPECT_EQ(entry().status(), Status::requiresApproval);
-    EXPECT_TRUE(LoginItem::setEnabled(true, entry()));
+    for (const QByteArray &keys : {"Exec=sh\nHidden=true\n"_ba, "Exec=sh\nOnlyShowIn=KDE;\n"_ba}) {
+        write(keys);
+        EXPECT_EQ(entry().status(), Status::requiresApproval) << keys.toStdString();
+        EXPECT_TRUE(LoginItem(entry()).setEnabled(true)) << keys.toStdString();
+        EXPECT_EQ(entry().status(), Status::enabled) << keys.toStdString();
+    }
 }
 
-TEST_F(LoginItemTest, TurnsOnWhatAnEntryForAnotherDesktopKeptOff)
+TEST_F(LoginItemTest, StaysOffWhereTheProgramIsGone)
 {
-    write("Exec=sh\nOnlyShowIn=KDE;\n");
-    EXPECT_EQ(entry().status(), Status::requiresApproval);
-    EXPECT_TRUE(LoginItem::setEnabled(true, entry()));
-    EXPECT_EQ(entry().status(), Status::enabled);
+    const Autostart gone({.userFolder = m_folder.filePath(u"autostart"_s),
+                          .systemFolders = {},
+                          .desktops = {},
+                          .program = u"/no/such/program"_s});
+    EXPECT_FALSE(LoginItem(gone).setEnabled(true));
+    EXPECT_EQ(gone.status(), Status::notFound);
 }
 
 TEST_F(LoginItemTest, StaysOffWhereNothingCanBeWritten)
 {
     QFile inTheWay(m_folder.filePath(u"autostart"_s));
     ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
-    EXPECT_FALSE(LoginItem::setEnabled(true, entry()));
+    EXPECT_FALSE(LoginItem(entry()).setEnabled(true));
 }
 
 TEST_F(LoginItemTest, IsThisProgramsOwn)
 {
     const ScopedEnvironment config("XDG_CONFIG_HOME", m_folder.path().toLocal8Bit());
-    EXPECT_EQ(LoginItem::status(), Status::notRegistered);
-    EXPECT_TRUE(LoginItem::setEnabled(true));
+    LoginItem loginItem;
+    EXPECT_FALSE(loginItem.isEnabled());
+    EXPECT_TRUE(loginItem.setEnabled(true));
     EXPECT_TRUE(QFile::exists(file()));
-    EXPECT_EQ(LoginItem::status(), Status::enabled);
-    EXPECT_FALSE(LoginItem::setEnabled(false));
-    EXPECT_EQ(LoginItem::status(), Status::notRegistered);
+    EXPECT_TRUE(loginItem.isEnabled());
+    EXPECT_FALSE(loginItem.setEnabled(false));
+    EXPECT_FALSE(loginItem.isEnabled());
 }
 
 } // namespace portolan

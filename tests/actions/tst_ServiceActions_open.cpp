@@ -2,7 +2,7 @@
 #include "FakePrograms.h"
 #include "Printers.h"
 #include "ScopedEnvironment.h"
-#include "ServiceActions_p.h"
+#include "ServiceActions.h"
 
 #include <gtest/gtest.h>
 
@@ -22,6 +22,11 @@ class Open : public testing::Test
 protected:
     Open() { m_service.port = 5173; }
 
+    void openInEditor(const QStringList &editors) const
+    {
+        ServiceActions({}, editors).openInEditor(m_service);
+    }
+
     Service m_service;
     FakePrograms m_recorders;
 
@@ -35,7 +40,7 @@ private:
 TEST_F(Open, ShowsTheAddressInTheBrowser)
 {
     m_recorders.install(u"xdg-open"_s);
-    ServiceActions::openInBrowser(m_service);
+    ServiceActions().openInBrowser(m_service);
     EXPECT_EQ(m_recorders.record(u"xdg-open"_s).arguments, QStringList{u"http://localhost:5173"_s});
 }
 
@@ -43,7 +48,7 @@ TEST_F(Open, ShowsTheFolderInTheFileManager)
 {
     m_recorders.install(u"xdg-open"_s);
     m_service.folderPath = u"/tmp/my shop"_s;
-    ServiceActions::revealInFinder(m_service);
+    ServiceActions().revealInFinder(m_service);
     EXPECT_EQ(m_recorders.record(u"xdg-open"_s).arguments, QStringList{u"/tmp/my shop"_s});
 }
 
@@ -52,8 +57,7 @@ TEST_F(Open, TakesTheFirstEditorThatIsInstalled)
     m_recorders.install(u"code"_s);
     m_recorders.install(u"cursor"_s);
     m_service.folderPath = u"/tmp/bob's \"dir\" \\x -- %s\nö"_s;
-    ServiceActions::openInEditor(
-        m_service, {m_recorders.path(u"gone"_s), m_recorders.path(u"code"_s), m_recorders.path(u"cursor"_s)});
+    openInEditor({m_recorders.path(u"gone"_s), m_recorders.path(u"code"_s), m_recorders.path(u"cursor"_s)});
     const StartRecord record = m_recorders.record(u"code"_s);
     EXPECT_EQ(record.arguments, QStringList{*m_service.folderPath});
     EXPECT_EQ(record.descriptors,
@@ -76,8 +80,8 @@ TEST_F(Open, WaitsForNoEditorThatIsItsOwnLauncher)
         QFile file(sign);
         return file.open(QFile::ReadOnly) ? file.readAll().trimmed().split('\n') : QList<QByteArray>();
     };
-    ServiceActions::openInEditor(m_service, {editor});
-    ServiceActions::openInEditor(m_service, {editor});
+    openInEditor({editor});
+    openInEditor({editor});
     ASSERT_TRUE(eventually([&] { return editors().size() == 2; }));
     for (const QByteArray &pid : editors())
         EXPECT_EQ(kill(pid.toInt(), SIGKILL), 0);
@@ -92,8 +96,7 @@ TEST_F(Open, PassesOverWhatCannotBeExecuted)
     ASSERT_TRUE(QDir().mkpath(m_recorders.path(u"folder"_s)));
     m_recorders.install(u"cursor"_s);
     m_service.folderPath = u"/tmp"_s;
-    ServiceActions::openInEditor(m_service, {m_recorders.path(u"code"_s), m_recorders.path(u"folder"_s),
-                                             m_recorders.path(u"cursor"_s)});
+    openInEditor({m_recorders.path(u"code"_s), m_recorders.path(u"folder"_s), m_recorders.path(u"cursor"_s)});
     EXPECT_EQ(m_recorders.record(u"cursor"_s).arguments, QStringList{u"/tmp"_s});
 }
 
@@ -101,13 +104,13 @@ TEST_F(Open, ShowsTheFolderWhereNoEditorIsInstalled)
 {
     m_recorders.install(u"xdg-open"_s);
     m_service.folderPath = u"/tmp"_s;
-    ServiceActions::openInEditor(m_service, {m_recorders.path(u"gone"_s)});
+    openInEditor({m_recorders.path(u"gone"_s)});
     EXPECT_EQ(m_recorders.record(u"xdg-open"_s).arguments, QStringList{u"/tmp"_s});
 }
 
 TEST_F(Open, KnowsFourEditors)
 {
-    EXPECT_EQ(ServiceActions::editorCandidates(),
+    EXPECT_EQ(ServiceActions::usualEditors(),
               (QStringList{u"/usr/local/bin/code"_s, u"/opt/homebrew/bin/code"_s, u"/usr/local/bin/cursor"_s,
                            u"/opt/homebrew/bin/cursor"_s}));
 }
@@ -116,7 +119,7 @@ TEST_F(Open, OpensATerminalInTheFolder)
 {
     m_recorders.install(u"xterm"_s);
     m_service.folderPath = u"/tmp/bob's app"_s;
-    ServiceActions::openInTerminal(m_service);
+    ServiceActions().openInTerminal(m_service);
     const QStringList arguments = m_recorders.record(u"xterm"_s).arguments;
     ASSERT_EQ(arguments.size(), 4);
     EXPECT_TRUE(arguments.last().startsWith(uR"(cd '/tmp/bob'\''s app';)"_s))
@@ -127,9 +130,9 @@ TEST_F(Open, DoesNothingWithoutAFolder)
 {
     for (const QString &name : {u"xdg-open"_s, u"xterm"_s, u"code"_s})
         m_recorders.install(name);
-    ServiceActions::revealInFinder(m_service);
-    ServiceActions::openInTerminal(m_service);
-    ServiceActions::openInEditor(m_service, {m_recorders.path(u"code"_s)});
+    ServiceActions().revealInFinder(m_service);
+    ServiceActions().openInTerminal(m_service);
+    openInEditor({m_recorders.path(u"code"_s)});
     // Were anything of that still to come, it would come before this.
     DetachedProgram::start(m_recorders.install(u"last"_s), {});
     EXPECT_GT(m_recorders.record(u"last"_s).process, 0);

@@ -1,5 +1,7 @@
+#include "Eventually.h"
 #include "Printers.h"
-#include "ServiceActions_p.h"
+#include "ServiceActions.h"
+#include "Termination.h"
 #include "TestChild.h"
 
 #include <QProcess>
@@ -14,27 +16,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-Service serviceOf(const TestChild &child)
-{
-    Service service;
-    service.pid = child.pid();
-    service.port = 3000;
-    return service;
-}
-
-std::optional<ProcessIdentity> identityOf(const TestChild &child)
-{
-    return ProcessIdentity::of(child.pid());
-}
-
-/// Stops a process that has to be killed, and so returns when all earlier stops are over.
-void finishEarlierStops()
-{
-    TestChild last(TestChild::ignoresTerm);
-    ServiceActions::stop(serviceOf(last), identityOf(last));
-    ASSERT_EQ(last.collect(), SIGKILL);
-}
-
 int runStopper(const QStringList &arguments, const QStringList &wrapper = {})
 {
     const QStringList command = wrapper + QStringList{QStringLiteral(PORTOLAN_STOPPER)} + arguments;
@@ -43,57 +24,88 @@ int runStopper(const QStringList &arguments, const QStringList &wrapper = {})
 
 } // namespace
 
-TEST(Stop, EndsAServerThatListensToSigterm)
+class Stop : public testing::Test
+{
+protected:
+    /// The service of `child`, as listed now.
+    Service serviceOf(const TestChild &child)
+    {
+        if (const auto identity = ProcessIdentity::of(child.pid()))
+            m_listed.insert(child.pid(), *identity);
+        Service service;
+        service.pid = child.pid();
+        service.port = 3000;
+        return service;
+    }
+
+    /// Waits for the end of `child`; the signal that ended it, or 0.
+    static int endOf(TestChild &child)
+    {
+        return eventually([&] { return !child.isAlive(); }) ? child.collect() : 0;
+    }
+
+    /// Stops a process that has to be killed, and so returns when all earlier stops are over.
+    void finishEarlierStops()
+    {
+        TestChild last(TestChild::ignoresTerm);
+        m_actions.stop(serviceOf(last));
+        ASSERT_EQ(endOf(last), SIGKILL);
+    }
+
+    QHash<qint32, ProcessIdentity> m_listed;
+    ServiceActions m_actions{
+        [this](const Service &service) { return std::optional(m_listed.value(service.pid)); }};
+};
+
+TEST_F(Stop, EndsAServerThatListensToSigterm)
 {
     TestChild server(TestChild::endsOnTerm);
-    ServiceActions::stop(serviceOf(server), identityOf(server));
+    m_actions.stop(serviceOf(server));
     EXPECT_EQ(server.collect(), SIGTERM);
 }
 
-TEST(Stop, KillsAServerThatDoesNotButGivesItItsTime)
+TEST_F(Stop, KillsAServerThatDoesNotButGivesItItsTime)
 {
     TestChild server(TestChild::ignoresTerm);
     const auto begin = std::chrono::steady_clock::now();
-    ServiceActions::stop(serviceOf(server), identityOf(server));
-    EXPECT_EQ(server.collect(), SIGKILL);
-    EXPECT_GE(std::chrono::steady_clock::now() - begin, ServiceActions::stopGrace);
-    EXPECT_EQ(ServiceActions::stopGrace, std::chrono::milliseconds(1500));
+    m_actions.stop(serviceOf(server));
+    EXPECT_EQ(endOf(server), SIGKILL);
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, Termination::gracePeriod);
+    EXPECT_EQ(Termination::gracePeriod, std::chrono::milliseconds(1500));
 }
 
-TEST(Stop, DoesNothingToAServerThatIsGone)
+TEST_F(Stop, DoesNothingToAServerThatIsGone)
 {
     TestChild server(TestChild::endsOnTerm);
     const Service service = serviceOf(server);
-    const auto identity = identityOf(server);
     kill(server.pid(), SIGKILL);
     EXPECT_EQ(server.collect(), SIGKILL);
-    ServiceActions::stop(service, identity);
-    ServiceActions::stop(service, {});
+    m_actions.stop(service);
+    ServiceActions().stop(service);
     finishEarlierStops();
 }
 
-TEST(Stop, NeverSignalsAStrangerThatGotTheServersIdBeforeTheStop)
+TEST_F(Stop, NeverSignalsAStrangerThatGotTheServersIdBeforeTheStop)
 {
     TestChild server(TestChild::endsOnTerm);
     const Service service = serviceOf(server);
-    const auto identity = identityOf(server);
-    ASSERT_TRUE(identity);
+    ASSERT_TRUE(m_listed.contains(service.pid));
     kill(server.pid(), SIGKILL);
     server.collect();
 
     const auto stranger = TestChild::withPidLater(service.pid, TestChild::endsOnTerm);
     if (!stranger)
         GTEST_SKIP() << "choosing a process id needs the right to (clone3 with set_tid): " << strerror(errno);
-    ServiceActions::stop(service, identity);
+    m_actions.stop(service);
     finishEarlierStops();
     EXPECT_TRUE(stranger->isAlive());
 }
 
-TEST(Stop, NeverKillsAStrangerThatGotTheServersId)
+TEST_F(Stop, NeverKillsAStrangerThatGotTheServersId)
 {
     TestChild server(TestChild::endsOnTerm);
     const pid_t pid = server.pid();
-    ServiceActions::stop(serviceOf(server), identityOf(server));
+    m_actions.stop(serviceOf(server));
     ASSERT_EQ(server.collect(), SIGTERM);
 
     const auto stranger = TestChild::withPid(pid, TestChild::ignoresTerm);
@@ -103,18 +115,35 @@ TEST(Stop, NeverKillsAStrangerThatGotTheServersId)
     EXPECT_TRUE(stranger->isAlive());
 }
 
-TEST(Stop, NeedsNoEventLoop)
+TEST_F(Stop, KillsEachWhenItsTimeIsOver)
 {
-    TestChild obedient(TestChild::endsOnTerm);
-    EXPECT_EQ(runStopper({QString::number(obedient.pid())}), 0);
-    EXPECT_EQ(obedient.collect(), SIGTERM);
-
-    TestChild stubborn(TestChild::ignoresTerm);
-    EXPECT_EQ(runStopper({QString::number(stubborn.pid())}), 0);
-    EXPECT_EQ(stubborn.collect(), SIGKILL);
+    TestChild first(TestChild::ignoresTerm);
+    TestChild second(TestChild::ignoresTerm);
+    m_actions.stop(serviceOf(first));
+    m_actions.stop(serviceOf(second));
+    EXPECT_EQ(endOf(first), SIGKILL);
+    EXPECT_EQ(endOf(second), SIGKILL);
 }
 
-TEST(Stop, LeavesOtherUsersServersAlone)
+TEST_F(Stop, KillsNoneAfterItsOwnEnd)
+{
+    TestChild server(TestChild::ignoresTerm);
+    ServiceActions().stop(serviceOf(server));
+    finishEarlierStops();
+    EXPECT_TRUE(server.isAlive());
+}
+
+TEST_F(Stop, IsSignalled)
+{
+    QList<Service> stopped;
+    QObject::connect(&m_actions, &ServiceActions::stopRequested, &m_actions,
+                     [&](const Service &service) { stopped.append(service); });
+    TestChild server(TestChild::endsOnTerm);
+    m_actions.stop(serviceOf(server));
+    EXPECT_EQ(stopped, QList{serviceOf(server)});
+}
+
+TEST_F(Stop, LeavesOtherUsersServersAlone)
 {
     if (getuid() != 0)
         GTEST_SKIP() << "only root can be another user";
@@ -128,7 +157,7 @@ TEST(Stop, LeavesOtherUsersServersAlone)
     EXPECT_TRUE(server.isAlive());
 }
 
-TEST(Stop, SignalsNoGroup)
+TEST_F(Stop, SignalsNoGroup)
 {
     // Neither its own, nor, with a negative id, another.
     EXPECT_EQ(runStopper({u"0"_s}), 0);
@@ -138,7 +167,7 @@ TEST(Stop, SignalsNoGroup)
     EXPECT_TRUE(bystander.isAlive());
 }
 
-TEST(Stop, LeavesItAtSigtermWhenTheProgramEnds)
+TEST_F(Stop, LeavesItAtSigtermWhenTheProgramEnds)
 {
     TestChild stubborn(TestChild::ignoresTerm);
     EXPECT_EQ(runStopper({QString::number(stubborn.pid()), u"quit"_s}), 0);

@@ -32,7 +32,7 @@ protected:
         const ScopedEnvironment shell("SHELL", QFile::encodeName(recorders.install(u"bob's $hell"_s)));
         Service service;
         service.folderPath = folder;
-        ServiceActions::openInTerminal(service);
+        ServiceActions().openInTerminal(service);
         return recorders.record(u"bob's $hell"_s).folder;
     }
 

@@ -33,7 +33,7 @@ SceneWindow::SceneWindow(const GalleryScene &scene)
     if (scene.scanState != GalleryScene::ScanState::FirstScan)
         m_bench.find(scene.services);
     if (scene.scanState != GalleryScene::ScanState::Scanned)
-        m_bench.store()->refreshNow();
+        m_bench.store()->refresh();
     m_bench.store()->setSearchText(scene.searchText);
 
     m_view.setTitle(scene.name);
@@ -41,8 +41,8 @@ SceneWindow::SceneWindow(const GalleryScene &scene)
     m_view.setResizeMode(QQuickView::SizeRootObjectToView);
     m_view.setInitialProperties({{u"store"_s, QVariant::fromValue(m_bench.store())},
                                  {u"presentation"_s, int(scene.presentation)},
-                                 {u"actions"_s, QVariant::fromValue<ServiceActionsFace *>(&m_actions)},
-                                 {u"loginItem"_s, QVariant::fromValue<LoginItemFace *>(&m_loginItem)}});
+                                 {u"actions"_s, QVariant::fromValue<ServiceActions *>(&m_actions)},
+                                 {u"loginItem"_s, QVariant::fromValue<LoginItem *>(&m_loginItem)}});
     m_view.setSource(QUrl(u"qrc:/qt-project.org/imports/Portolan/RootView.qml"_s));
     fit();
     m_view.show();

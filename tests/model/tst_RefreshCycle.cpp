@@ -58,7 +58,7 @@ TEST_F(RefreshCycle, ARefreshDuringAScanIsDropped)
     const Announcements scanning(m_store->bindableIsScanning());
     bool secondReturned = false;
     m_store->refresh();
-    m_store->refresh().then([&] { secondReturned = true; });
+    m_store->refresh([&] { secondReturned = true; });
     EXPECT_TRUE(secondReturned);
     finishScan({service(1, 10)});
     settle();
@@ -81,11 +81,11 @@ TEST_F(RefreshCycle, AThousandRefreshesAreOneScan)
     EXPECT_FALSE(m_store->isScanning());
 }
 
-TEST_F(RefreshCycle, TheTaskEndsWithTheLastProbe)
+TEST_F(RefreshCycle, ARefreshIsDoneWithTheLastProbe)
 {
     makeStore();
     bool done = false;
-    m_store->refresh().then([&] { done = true; });
+    m_store->refresh([&] { done = true; });
     finishScan({service(1, 10), service(2, 20)});
     m_checker.answer(1, Health::healthy(200, 1));
     ASSERT_TRUE(eventually([this] { return m_store->runningCount() == 1; }));
@@ -101,7 +101,7 @@ TEST_F(RefreshCycle, AnEmptyScanEmptiesTheListAndProbesNothing)
     scan({service(1, 10)});
     EXPECT_EQ(m_store->serviceCount(), 1);
     bool done = false;
-    m_store->refresh().then([&] { done = true; });
+    m_store->refresh([&] { done = true; });
     finishScan({});
     EXPECT_TRUE(m_store->services().isEmpty());
     EXPECT_EQ(m_store->serviceCount(), 0);
@@ -197,6 +197,32 @@ TEST_F(RefreshCycle, ResultsAreAppliedOneAtATimeInTheOrderOfCompletion)
     EXPECT_EQ(seen, expected);
 }
 
+TEST_F(RefreshCycle, ResultsThatArriveTogetherAreOneEvent)
+{
+    class EventCounter : public QObject
+    {
+    public:
+        int count = 0;
+        bool eventFilter(QObject *, QEvent *) override
+        {
+            ++count;
+            return false;
+        }
+    };
+
+    makeStore();
+    scan({service(1, 10), service(2, 20), service(3, 30)});
+    EventCounter events;
+    m_store->installEventFilter(&events);
+    std::jthread([this] {
+        for (size_t probe = 0; probe < 3; ++probe)
+            m_checker.answer(probe, Health::healthy(200, 1));
+    }).join();
+    EXPECT_EQ(m_store->runningCount(), 0);
+    ASSERT_TRUE(eventually([this] { return m_store->runningCount() == 3; }));
+    EXPECT_EQ(events.count, 1);
+}
+
 TEST_F(RefreshCycle, AResultEqualToTheKnownHealthIsAnnouncedAllTheSame)
 {
     makeStore();
@@ -232,7 +258,7 @@ TEST_F(RefreshCycle, AResultForAServiceThatIsGoneChangesNothing)
 {
     makeStore();
     bool done = false;
-    m_store->refresh().then([&] { done = true; });
+    m_store->refresh([&] { done = true; });
     finishScan({service(1, 10), service(2, 20)});
     m_store->removeService(service(1, 10));
     const QList<Service> left = m_store->services();
@@ -258,7 +284,7 @@ TEST_F(RefreshCycle, AProbeGivenUpLeavesTheHealthUnknown)
 {
     makeStore();
     bool done = false;
-    m_store->refresh().then([&] { done = true; });
+    m_store->refresh([&] { done = true; });
     finishScan({service(1, 10)});
     m_checker.abandon(0);
     ASSERT_TRUE(eventually([&] { return done; }));
@@ -291,6 +317,21 @@ TEST_F(RefreshCycle, ARefreshAskedForByAnObserverOfTheEndOfTheScanRuns)
     ASSERT_TRUE(eventually([&] { return idle == 2; }));
     EXPECT_EQ(m_scanner.begun(), 2);
     EXPECT_EQ(m_checker.ports().size(), 2);
+}
+
+TEST_F(RefreshCycle, AServiceThatIsToEndGoesAtOnceAndIsScannedForLater)
+{
+    makeStore();
+    scan({service(1, 10), service(2, 20)});
+    QElapsedTimer timer;
+    timer.start();
+    m_store->expectEnd(service(1, 10));
+    EXPECT_EQ(m_store->services(), QList{service(2, 20)});
+    EXPECT_FALSE(m_store->isScanning());
+    ASSERT_TRUE(eventually([this] { return m_scanner.begun() == 2; }));
+    EXPECT_GE(timer.elapsed(), 1400);
+    finishScan({service(1, 10), service(2, 20)});
+    EXPECT_EQ(m_store->serviceCount(), 2);
 }
 
 // Auto-refresh. Times are only ever compared with the shortest wait that can be right.
@@ -388,7 +429,7 @@ TEST_F(RefreshCycle, ManyStartsLeaveOneLoop)
     EXPECT_GE(timer.elapsed(), 499);
 }
 
-// The end of the store, wherever its coroutines are suspended.
+// The end of the store, at every step of a refresh.
 
 namespace {
 
@@ -425,7 +466,7 @@ protected:
             if (moment == Moment::loopSleeps)
                 return;
         } else {
-            m_store->refresh().then([this] { m_taskEnded = true; });
+            m_store->refresh([this] { m_isDone = true; });
         }
         ASSERT_TRUE(eventually([this] { return m_scanner.begun() == 1; }));
         if (moment == Moment::stoppedLoopScans)
@@ -446,21 +487,19 @@ protected:
             eventually([&] { return moment != Moment::oneAnswerApplied || m_store->runningCount() == 1; }));
     }
 
-    bool m_taskEnded = false;
+    bool m_isDone = false;
 };
 
 TEST_P(RefreshCycleEnd, LeavesNothingBehind)
 {
     bringStoreTo(GetParam().moment);
-    const bool isTaskAwaited = GetParam().moment < Moment::loopSleeps;
-    EXPECT_FALSE(m_taskEnded);
     m_store.reset();
-    EXPECT_EQ(m_taskEnded, isTaskAwaited);
     // What comes too late finds nobody.
     m_scanner.finish({service(9, 90)});
     for (size_t probe = 0; probe < m_checker.ports().size(); ++probe)
         m_checker.abandon(probe);
     settle();
+    EXPECT_FALSE(m_isDone);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -522,7 +561,7 @@ TEST_F(RefreshCycle, ProbesAnsweredByOtherThreadsAreAllApplied)
         check);
     for (int round = 0; round < rounds; ++round) {
         bool done = false;
-        store.refresh().then([&] { done = true; });
+        store.refresh([&] { done = true; });
         ASSERT_TRUE(eventually([&] { return done; }));
         EXPECT_EQ(store.runningCount(), count);
         threads.clear();

@@ -45,6 +45,7 @@ ViewTest {
     function make(presentation) {
         root.bench = keep(benchComponent);
         root.actions = keep(actionsComponent);
+        root.actions.stopRequested.connect(service => root.bench.store.expectEnd(service));
         const view = createTemporaryObject(component, root, {
             store: root.bench.store,
             presentation: presentation ?? RootView.Popover,
@@ -97,7 +98,7 @@ ViewTest {
 
     function test_first_scan() {
         const view = make();
-        bench.store.refreshNow();
+        bench.store.refresh();
         tryVerify(() => part(view, "LoadingView"));
         verify(!part(view, "EmptyStateView"));
         bench.finishScan(Samples.ordinary(1));
@@ -108,7 +109,7 @@ ViewTest {
     function test_a_scan_keeps_the_rows() {
         const view = make();
         bench.find(Samples.ordinary(2));
-        bench.store.refreshNow();
+        bench.store.refresh();
         tryVerify(() => ViewInspector.all(view, "ServiceRowView").length === 2);
         verify(!part(view, "LoadingView"));
         bench.finishScan(Samples.ordinary(2));

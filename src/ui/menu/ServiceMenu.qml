@@ -9,7 +9,6 @@ PopupMenu {
     required property bool isPinned
     required property ServiceActions actions
 
-    signal stop
     signal togglePin
 
     MenuEntry {
@@ -51,6 +50,6 @@ PopupMenu {
     MenuEntry {
         text: "Stop Server"
         isDestructive: true
-        onTriggered: root.stop()
+        onTriggered: root.actions.stop(root.service)
     }
 }

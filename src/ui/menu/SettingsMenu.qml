@@ -46,6 +46,6 @@ PopupMenu {
     MenuEntry {
         text: "Refresh Now"
         isIndented: true
-        onTriggered: root.store.refreshNow()
+        onTriggered: root.store.refresh()
     }
 }

@@ -15,13 +15,6 @@ Item {
 
     implicitHeight: root.shown === ContentState.List ? list.implicitHeight : root.shown === ContentState.Loading ? loading.implicitHeight : empty.implicitHeight
 
-    StopSequence {
-        id: stopping
-
-        store: root.store
-        actions: root.actions
-    }
-
     ServiceListView {
         id: list
 
@@ -29,8 +22,6 @@ Item {
         visible: root.shown === ContentState.List
         services: root.services
         actions: root.actions
-        onStop: service => stopping.run(service)
-        onTogglePin: service => root.store.togglePin(service)
     }
 
     LoadingView {

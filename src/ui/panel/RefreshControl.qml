@@ -20,7 +20,7 @@ Item {
         label: "Refresh"
         toolTip: root.store.isScanning ? "" : button.label
         Accessible.ignored: root.store.isScanning
-        onClicked: root.store.refreshNow()
+        onClicked: root.store.refresh()
     }
 
     Spinner {

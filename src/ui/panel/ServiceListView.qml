@@ -8,9 +8,6 @@ Item {
     required property VisibleServicesModel services
     required property ServiceActions actions
 
-    signal stop(service: service)
-    signal togglePin(service: service)
-
     implicitHeight: rows.y + Math.max(300, Math.min(470, rows.contentHeight + rows.bottomMargin))
 
     SectionLabel {
@@ -29,10 +26,9 @@ Item {
         anchors.topMargin: label.y + label.height
         anchors.leftMargin: 14
         anchors.rightMargin: 14
+        store: root.services.store
         actions: root.actions
         model: root.services
-        onStop: service => root.stop(service)
-        onTogglePin: service => root.togglePin(service)
 
         delegate: ServiceRowView {
             id: row
@@ -45,8 +41,7 @@ Item {
             actions: row.rows ? row.rows.actions : null
             trailingWidth: 128
             isCurrent: row.ListView.isCurrentItem
-            onStop: row.rows.stop(row.service)
-            onTogglePin: row.rows.togglePin(row.service)
+            onTogglePin: row.rows.store.togglePin(row.service)
             onActiveFocusChanged: {
                 if (row.activeFocus)
                     row.rows.makeCurrent(row.index);

@@ -5,10 +5,8 @@ import Portolan
 ListView {
     id: root
 
+    required property ServiceStore store
     required property ServiceActions actions
-
-    signal stop(service: service)
-    signal togglePin(service: service)
 
     // Makes a row the current one and scrolls it into view. Calling positionViewAtIndex() also stops the list from
     // following the new current item when a refresh moves it.

@@ -16,7 +16,6 @@ Item {
     readonly property bool copied: copyFeedback.isRaised
     readonly property bool isActive: root.hovering || root.activeFocus || trailing.activeFocus || root.menu !== null
 
-    signal stop
     signal togglePin
 
     function openMenu(anchor: rect, isByPointer: bool) {
@@ -122,7 +121,7 @@ Item {
             root.actions.copyURL(root.service);
             copyFeedback.raise();
         }
-        onStop: root.stop()
+        onStop: root.actions.stop(root.service)
         onMenu: button => root.openMenu(button.mapToItem(root, 0, 0, button.width, button.height), button.isByPointer)
     }
 
@@ -138,10 +137,6 @@ Item {
 
     Connections {
         target: root.menu
-
-        function onStop() {
-            root.stop();
-        }
 
         function onTogglePin() {
             root.togglePin();

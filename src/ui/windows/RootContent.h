@@ -2,16 +2,16 @@
 
 namespace portolan {
 
-class LoginItemFace;
-class ServiceActionsFace;
+class LoginItem;
+class ServiceActions;
 class ServiceStore;
 
 /// The objects that the views of every window show and call.
 struct RootContent
 {
     ServiceStore &store;
-    ServiceActionsFace &actions;
-    LoginItemFace &loginItem;
+    ServiceActions &actions;
+    LoginItem &loginItem;
 };
 
 } // namespace portolan

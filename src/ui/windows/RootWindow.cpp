@@ -1,7 +1,7 @@
 #include "RootWindow.h"
 
-#include "LoginItemFace.h"
-#include "ServiceActionsFace.h"
+#include "LoginItem.h"
+#include "ServiceActions.h"
 #include "ServiceStore.h"
 #include "Theme.h"
 

@@ -1,0 +1,94 @@
+#include "ServiceActions.h"
+
+#include "Clipboard.h"
+#include "DetachedProgram.h"
+#include "FileManager.h"
+#include "ProcessHandle.h"
+#include "Terminal.h"
+#include "Termination.h"
+#include "XdgOpen.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace portolan {
+
+namespace {
+
+bool isExecutableFile(const QString &path)
+{
+    const QFileInfo file(path);
+    return file.isFile() && file.isExecutable();
+}
+
+} // namespace
+
+QStringList ServiceActions::usualEditors()
+{
+    return {
+        u"/usr/local/bin/code"_s,
+        u"/opt/homebrew/bin/code"_s,
+        u"/usr/local/bin/cursor"_s,
+        u"/opt/homebrew/bin/cursor"_s,
+    };
+}
+
+ServiceActions::ServiceActions(IdentityOf identityOf, QStringList editors, QObject *parent)
+    : QObject(parent)
+    , m_identityOf(std::move(identityOf))
+    , m_editors(std::move(editors))
+{}
+
+void ServiceActions::stop(const Service &service)
+{
+    const auto identity = m_identityOf ? m_identityOf(service) : std::nullopt;
+    Termination::start(
+        std::make_shared<ProcessHandle>(identity ? ProcessHandle(*identity) : ProcessHandle(service.pid)),
+        this);
+    Q_EMIT stopRequested(service);
+}
+
+void ServiceActions::openInBrowser(const Service &service)
+{
+    XdgOpen::address(service.url());
+}
+
+void ServiceActions::copyURL(const Service &service)
+{
+    Clipboard::setText(u"http://localhost:"_s + QString::number(service.port));
+}
+
+void ServiceActions::copyPort(const Service &service)
+{
+    Clipboard::setText(QString::number(service.port));
+}
+
+void ServiceActions::revealInFinder(const Service &service)
+{
+    if (service.folderPath)
+        FileManager::show(*service.folderPath);
+}
+
+void ServiceActions::openInEditor(const Service &service)
+{
+    if (!service.folderPath)
+        return;
+    const auto editor = std::ranges::find_if(m_editors, isExecutableFile);
+    if (editor == m_editors.end())
+        return revealInFinder(service);
+    // Some launchers are the editor itself, which must not end with this program.
+    DetachedProgram::start(*editor, {*service.folderPath});
+}
+
+void ServiceActions::openInTerminal(const Service &service)
+{
+    if (service.folderPath)
+        Terminal::open(*service.folderPath);
+}
+
+} // namespace portolan
