@@ -3,7 +3,7 @@ import QtTest
 import Portolan
 import PortolanTest
 
-// What the tests of menus share: a menu is seen in the window and asked for by what it shows.
+// The base of the tests of menus.
 ViewTest {
     id: root
 
@@ -23,7 +23,7 @@ ViewTest {
         return ViewInspector.symbol(root.entry(text), "checkmark") !== null;
     }
 
-    // Entries and separators from top to bottom.
+    // The entries, and "-" for separators, from top to bottom.
     function outline(): string {
         return ViewInspector.all(root.menu(), "MenuEntry").concat(ViewInspector.all(root.menu(), "MenuSeparator"))
             .sort((a, b) => a.y - b.y).map(item => item.text ?? "-").join(", ");

@@ -2,11 +2,11 @@ import QtQuick
 import QtTest
 import PortolanTest
 
-// What the tests of the views share: a window to stand in, and no warning from any view.
+// The base of the tests of views. A warning of any view fails the test.
 TestCase {
     id: root
 
-    // Where `item` is in `view`, as "x y width height".
+    // The geometry of `item` in `view` as "x y width height".
     function frame(item: Item, view: Item): string {
         const r = item.mapToItem(view, 0, 0, item.width, item.height);
         return [r.x, r.y, r.width, r.height].map(n => Math.round(n * 100) / 100).join(" ");
@@ -21,7 +21,7 @@ TestCase {
         return shown;
     }
 
-    // The middle of `item` in `view`.
+    // The centre of `item` in `view`.
     function centre(item: Item, view: Item): point {
         return item.mapToItem(view, item.width / 2, item.height / 2);
     }
@@ -34,8 +34,18 @@ TestCase {
         mouseMove(root, root.width - 1, root.height - 1);
     }
 
-    visible: true
-    // What a test's views live on has to outlive them: a temporary object goes before those made after it.
+    // Checks rows of [what, actual, expected] or, for numbers, [what, actual, expected, tolerance].
+    function compareTable(rows) {
+        for (const [what, actual, expected, tolerance] of rows) {
+            if (tolerance === undefined)
+                compare(actual, expected, what);
+            else
+                fuzzyCompare(actual, expected, tolerance, what);
+        }
+    }
+
+    // Objects that views depend on. They must outlive the views, but temporary objects are destroyed in the order of
+    // their creation.
     property var kept: []
 
     function keep(component: Component, properties: var): QtObject {
@@ -44,6 +54,7 @@ TestCase {
         return object;
     }
 
+    visible: true
     when: windowShown
     width: 500
     height: 700

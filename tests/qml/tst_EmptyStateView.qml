@@ -42,24 +42,26 @@ ViewTest {
         compare(ViewInspector.texts(view), data.texts);
 
         const symbol = ViewInspector.symbol(view, data.symbol);
-        const title = ViewInspector.text(view, data.texts[0]);
-        const message = ViewInspector.text(view, data.texts[1]);
-        compare(symbol.size, 26);
-        compare(symbol.weight, Font.Normal);
-        compare(symbol.color, Theme.textFaint);
-        compare(ViewInspector.style(title), "14 600 system #c7c7c7");
-        compare(ViewInspector.style(message), "12 400 system #8f8f8f");
-        compare(message.horizontalAlignment, Text.AlignHCenter);
+        const [title, message] = data.texts.map(text => ViewInspector.text(view, text));
+        const top = item => item.mapToItem(view, 0, 0).y;
+        compareTable([
+            ["symbol size", symbol.size, 26],
+            ["symbol weight", symbol.weight, Font.Normal],
+            ["symbol colour", symbol.color, Theme.textFaint],
+            ["title style", ViewInspector.style(title), "14 600 system #c7c7c7"],
+            ["message style", ViewInspector.style(message), "12 400 system #8f8f8f"],
+            ["message alignment", message.horizontalAlignment, Text.AlignHCenter],
+            ["symbol top", top(symbol), 40],
+            ["title top", top(title), 40 + symbol.height + 10],
+            ["message top", top(message), 40 + symbol.height + 10 + title.height + 10],
+            ["height", view.height, top(message) + message.height + 40],
+            ["symbol centre", centre(symbol, view).x, 192, 0.5],
+            ["title centre", centre(title, view).x, 192, 0.5],
+            ["message centre", centre(message, view).x, 192, 0.5],
+            ["title role", ViewInspector.roleAndName(title), "StaticText: " + title.text],
+            ["message role", ViewInspector.roleAndName(message), "StaticText: " + message.text]
+        ]);
         verify(message.width <= 240);
-
-        compare(symbol.mapToItem(view, 0, 0).y, 40);
-        compare(title.mapToItem(view, 0, 0).y, 40 + symbol.height + 10);
-        compare(message.mapToItem(view, 0, 0).y, 40 + symbol.height + 10 + title.height + 10);
-        compare(view.height, message.mapToItem(view, 0, 0).y + message.height + 40);
-        for (const part of [symbol, title, message])
-            fuzzyCompare(centre(part, view).x, 192, 0.5);
-        for (const part of [title, message])
-            compare(ViewInspector.roleAndName(part), "StaticText: " + part.text);
     }
 
     function test_breaks_the_message_into_lines() {

@@ -27,14 +27,16 @@ ViewTest {
         const button = createTemporaryObject(component, root);
         const symbol = ViewInspector.symbol(button, "power");
         const label = ViewInspector.text(button, "Quit");
-        compare(button.height, 28);
-        compare(symbol.mapToItem(button, 0, 0).x, 10);
-        compare(label.mapToItem(button, 0, 0).x, 10 + symbol.width + 5);
-        compare(button.width, 10 + symbol.width + 5 + label.width + 10);
-        compare(centre(symbol, button).y, 14);
-        fuzzyCompare(centre(label, button).y, 14, 0.5);
-        compare(symbol.size, 11);
-        compare(symbol.weight, Font.DemiBold);
+        compareTable([
+            ["height", button.height, 28],
+            ["width", button.width, 10 + symbol.width + 5 + label.width + 10],
+            ["symbol x", symbol.mapToItem(button, 0, 0).x, 10],
+            ["label x", label.mapToItem(button, 0, 0).x, 10 + symbol.width + 5],
+            ["symbol centre", centre(symbol, button).y, 14],
+            ["label centre", centre(label, button).y, 14, 0.5],
+            ["symbol size", symbol.size, 11],
+            ["symbol weight", symbol.weight, Font.DemiBold]
+        ]);
     }
 
     function test_colours() {
@@ -46,13 +48,13 @@ ViewTest {
         point(button);
         compare(ViewInspector.style(ViewInspector.text(button, "Quit")), "12 500 system #ededed");
         compare(symbol.color, Theme.textStrong);
-        const ground = ViewInspector.first(button, "RoundedRect");
-        compare(ground.color, Theme.cardHover);
-        compare(ground.radius, 8);
-        compare(frame(ground, button), frame(button, button));
+        const background = ViewInspector.first(button, "RoundedRect");
+        compare(background.color, Theme.cardHover);
+        compare(background.radius, 8);
+        compare(frame(background, button), frame(button, button));
     }
 
-    function test_calls_and_names_itself() {
+    function test_click_and_accessible_name() {
         const button = createTemporaryObject(component, root);
         clicks.target = button;
         clicks.clear();

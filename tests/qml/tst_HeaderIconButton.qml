@@ -32,33 +32,35 @@ ViewTest {
 
     function test_geometry() {
         const button = make();
-        compare(frame(button, root), "0 0 28 28");
         const symbol = ViewInspector.symbol(button, "arrow.clockwise");
-        compare(centre(symbol, button), Qt.point(14, 14));
-        compare(symbol.size, 12.5);
-        compare(symbol.weight, Font.DemiBold);
+        compareTable([
+            ["button", frame(button, root), "0 0 28 28"],
+            ["symbol centre", centre(symbol, button), Qt.point(14, 14)],
+            ["symbol size", symbol.size, 12.5],
+            ["symbol weight", symbol.weight, Font.DemiBold]
+        ]);
     }
 
-    function test_ground_shows_while_hovered() {
+    function test_shows_a_background_while_hovered() {
         const button = make();
         const symbol = ViewInspector.symbol(button, "arrow.clockwise");
         verify(!ViewInspector.first(button, "RoundedRect"));
         compare(symbol.color, Theme.textMuted);
         point(button);
-        const ground = ViewInspector.first(button, "RoundedRect");
-        compare(frame(ground, button), "0 0 28 28");
-        compare(ground.radius, 7);
-        compare(ground.color, Theme.cardHover);
+        const background = ViewInspector.first(button, "RoundedRect");
+        compare(frame(background, button), "0 0 28 28");
+        compare(background.radius, 7);
+        compare(background.color, Theme.cardHover);
         compare(symbol.color, Theme.textStrong);
     }
 
-    function test_shows_where_the_keyboard_is() {
+    function test_shows_a_focus_ring() {
         const button = make();
         button.forceActiveFocus();
         compare(ViewInspector.first(button, "FocusRing").borderColor, Qt.alpha(Theme.accent, 0.7));
     }
 
-    function test_calls_and_names_itself() {
+    function test_click_and_accessible_name() {
         const button = make();
         mouseClick(button);
         compare(clicks.count, 1);

@@ -41,29 +41,27 @@ ViewTest {
         return [header, bench];
     }
 
-    function test_bar() {
+    function test_bar_and_brand() {
         const [header] = make();
-        compare(header.height, 52);
-        compare(header.color, Theme.elevated);
         const line = ViewInspector.all(header, "QQuickRectangle").find(r => r.height === 1);
-        compare(frame(line, header), "0 51 384 1");
-        compare(line.color, Theme.border);
-    }
-
-    function test_brand() {
-        const [header] = make();
         const mark = ViewInspector.first(header, "BrandMark");
-        compare(frame(mark, header), "14 14 24 24");
-        compare(mark.radius, 7);
-        compare(mark.color, Theme.textStrong);
         const figure = ViewInspector.first(mark, "PortolanShape");
-        compare(frame(figure, mark), "5 5 14 14");
-        compare(figure.color, Theme.canvas);
         const title = ViewInspector.text(header, "Portolan");
-        compare(ViewInspector.style(title), "15 600 system #ededed -0.2");
-        compare(title.mapToItem(header, 0, 0).x, 14 + 24 + 8);
-        fuzzyCompare(centre(title, header).y, 26, 0.5);
-        compare(ViewInspector.roleAndName(title), "StaticText: Portolan");
+        compareTable([
+            ["height", header.height, 52],
+            ["colour", header.color, Theme.elevated],
+            ["line", frame(line, header), "0 51 384 1"],
+            ["line colour", line.color, Theme.border],
+            ["mark", frame(mark, header), "14 14 24 24"],
+            ["mark radius", mark.radius, 7],
+            ["mark colour", mark.color, Theme.textStrong],
+            ["figure", frame(figure, mark), "5 5 14 14"],
+            ["figure colour", figure.color, Theme.canvas],
+            ["title style", ViewInspector.style(title), "15 600 system #ededed -0.2"],
+            ["title x", title.mapToItem(header, 0, 0).x, 14 + 24 + 8],
+            ["title centre", centre(title, header).y, 26, 0.5],
+            ["title role", ViewInspector.roleAndName(title), "StaticText: Portolan"]
+        ]);
     }
 
     function test_leading_inset() {
@@ -73,24 +71,24 @@ ViewTest {
         compare(ViewInspector.first(header, "BrandMark").x, 84);
     }
 
-    function test_controls_stand_in_order() {
+    function test_controls() {
         const [header] = make([], {
             canDetach: true
         });
-        const refresh = ViewInspector.named(header, "Refresh");
-        const detach = ViewInspector.named(header, "Open in window");
         const settings = ViewInspector.named(header, "Settings");
         const badge = ViewInspector.first(header, "CountBadge");
-        compare(frame(refresh, header), "342 12 28 28");
-        compare(frame(detach, header), "306 12 28 28");
-        compare(frame(settings, header), "270 12 28 28");
-        compare(badge.mapToItem(header, badge.width, 0).x, 262);
-        compare(centre(badge, header).y, 26);
-        compare(ViewInspector.symbols(header), ["slider.horizontal.3", "macwindow", "arrow.clockwise"]);
         const symbol = ViewInspector.symbol(settings, "slider.horizontal.3");
-        compare(symbol.size, 12.5);
-        compare(symbol.weight, Font.DemiBold);
-        compare(symbol.color, Theme.textMuted);
+        compareTable([
+            ["refresh", frame(ViewInspector.named(header, "Refresh"), header), "342 12 28 28"],
+            ["detach", frame(ViewInspector.named(header, "Open in window"), header), "306 12 28 28"],
+            ["settings", frame(settings, header), "270 12 28 28"],
+            ["badge right", badge.mapToItem(header, badge.width, 0).x, 262],
+            ["badge centre", centre(badge, header).y, 26],
+            ["symbols", ViewInspector.symbols(header), ["slider.horizontal.3", "macwindow", "arrow.clockwise"]],
+            ["settings symbol size", symbol.size, 12.5],
+            ["settings symbol weight", symbol.weight, Font.DemiBold],
+            ["settings symbol colour", symbol.color, Theme.textMuted]
+        ]);
     }
 
     function test_without_detach() {
@@ -112,18 +110,20 @@ ViewTest {
         const badge = ViewInspector.first(header, "CountBadge");
         const text = ViewInspector.text(badge, data.text);
         const dot = ViewInspector.first(badge, "Dot");
-        compare(ViewInspector.style(text), "12 500 system #c7c7c7");
-        compare(dot.color, data.color);
-        compare(dot.radius, 3);
-        compare(frame(dot, badge), "9 " + (badge.height / 2 - 3) + " 6 6");
-        compare(text.mapToItem(badge, 0, 0).x, 9 + 6 + 6);
-        compare(text.mapToItem(badge, 0, 0).y, 5);
-        compare(badge.width, 9 + 6 + 6 + text.width + 9);
-        compare(badge.height, 5 + text.height + 5);
-        compare(badge.radius, badge.height / 2);
-        compare(badge.color, Theme.card);
-        compare(badge.borderColor, Theme.border);
-        compare(ViewInspector.roleAndName(badge), "StaticText: " + data.text);
+        compareTable([
+            ["text style", ViewInspector.style(text), "12 500 system #c7c7c7"],
+            ["text x", text.mapToItem(badge, 0, 0).x, 9 + 6 + 6],
+            ["text y", text.mapToItem(badge, 0, 0).y, 5],
+            ["dot", frame(dot, badge), "9 " + (badge.height / 2 - 3) + " 6 6"],
+            ["dot colour", dot.color, data.color],
+            ["dot radius", dot.radius, 3],
+            ["width", badge.width, 9 + 6 + 6 + text.width + 9],
+            ["height", badge.height, 5 + text.height + 5],
+            ["radius", badge.radius, badge.height / 2],
+            ["colour", badge.color, Theme.card],
+            ["border colour", badge.borderColor, Theme.border],
+            ["role", ViewInspector.roleAndName(badge), "StaticText: " + data.text]
+        ]);
     }
 
     function test_detaches() {
@@ -134,7 +134,7 @@ ViewTest {
         compare(detaches.count, 1);
     }
 
-    function test_refresh_turns_while_scanning() {
+    function test_shows_a_spinner_while_scanning() {
         const [header, bench] = make();
         verify(!ViewInspector.first(header, "Spinner"));
         mouseClick(ViewInspector.named(header, "Refresh"));
@@ -149,7 +149,7 @@ ViewTest {
         compare(ViewInspector.symbols(header), ["slider.horizontal.3", "arrow.clockwise"]);
     }
 
-    function test_refresh_keeps_the_focus_over_a_scan() {
+    function test_refresh_keeps_the_focus_during_a_scan() {
         const [header, bench] = make();
         const refresh = ViewInspector.named(header, "Refresh");
         refresh.forceActiveFocus();

@@ -20,17 +20,19 @@ ViewTest {
         const view = createTemporaryObject(component, root);
         const spinner = ViewInspector.first(view, "Spinner");
         const text = ViewInspector.text(view, "Scanning ports\u2026");
-        compare(ViewInspector.texts(view), ["Scanning ports\u2026"]);
-        compare(ViewInspector.style(text), "12 400 system #8f8f8f");
-        compare(spinner.mapToItem(view, 0, 0).y, 44);
-        compare(text.mapToItem(view, 0, 0).y, 44 + spinner.height + 10);
-        compare(view.height, 44 + spinner.height + 10 + text.height + 44);
-        compare(centre(spinner, view).x, 192);
-        fuzzyCompare(centre(text, view).x, 192, 0.5);
-        compare(ViewInspector.roleAndName(text), "StaticText: Scanning ports\u2026");
+        compareTable([
+            ["texts", ViewInspector.texts(view), ["Scanning ports\u2026"]],
+            ["text style", ViewInspector.style(text), "12 400 system #8f8f8f"],
+            ["text role", ViewInspector.roleAndName(text), "StaticText: Scanning ports\u2026"],
+            ["spinner top", spinner.mapToItem(view, 0, 0).y, 44],
+            ["text top", text.mapToItem(view, 0, 0).y, 44 + spinner.height + 10],
+            ["height", view.height, 44 + spinner.height + 10 + text.height + 44],
+            ["spinner centre", centre(spinner, view).x, 192],
+            ["text centre", centre(text, view).x, 192, 0.5]
+        ]);
     }
 
-    function test_turns_only_while_shown() {
+    function test_is_animated_only_while_visible() {
         const view = createTemporaryObject(component, root);
         const spinner = ViewInspector.first(view, "Spinner");
         const start = spinner.step;

@@ -122,7 +122,7 @@ ViewTest {
         tryVerify(() => ViewInspector.text(view, "No matches"));
         bench.store.searchText = "";
         bench.find(Samples.ordinary(5));
-        bench.store.searchText = "elsewhere";
+        bench.store.searchText = "unmatched";
         tryVerify(() => ViewInspector.text(view, "No matches"));
         compare(ViewInspector.all(view, "ServiceRowView").length, 0);
     }
@@ -143,7 +143,7 @@ ViewTest {
         compare(part(view, "SearchField").text, "");
     }
 
-    function test_search_is_reached_from_everywhere() {
+    function test_shortcut_focuses_the_search_from_any_control() {
         const view = make();
         bench.find(Samples.ordinary(2));
         tryVerify(() => ViewInspector.first(view, "ServiceRowView"));
@@ -154,7 +154,7 @@ ViewTest {
         }
     }
 
-    function test_search_is_reached_from_a_menu() {
+    function test_shortcut_focuses_the_search_from_a_menu() {
         const view = make();
         mouseClick(ViewInspector.named(view, "Settings"));
         verify(ViewInspector.first(root.Window.contentItem, "PopupMenu"));
@@ -190,7 +190,7 @@ ViewTest {
         verify(Date.now() - start > 4700);
     }
 
-    function test_tick_rests_while_hidden() {
+    function test_tick_stops_while_hidden() {
         const view = make();
         view.visible = false;
         wait(5300);
@@ -225,7 +225,7 @@ ViewTest {
         tryVerify(() => row.isPinned && row.y === 0);
     }
 
-    function test_tab_goes_through_everything() {
+    function test_tab_order() {
         const view = make();
         bench.find(Samples.ordinary(3));
         tryVerify(() => ViewInspector.all(view, "ServiceRowView").length === 3);

@@ -34,25 +34,27 @@ ViewTest {
 
     function test_geometry() {
         const button = make();
-        compare(frame(button, root), "40 40 26 26");
-        const ground = ViewInspector.first(button, "RoundedRect");
-        compare(frame(ground, button), "0 0 26 26");
-        compare(ground.radius, 7);
+        const background = ViewInspector.first(button, "RoundedRect");
         const symbol = ViewInspector.symbol(button, "doc.on.doc");
-        compare(centre(symbol, button), Qt.point(13, 13));
-        compare(symbol.size, 11.5);
-        compare(symbol.weight, Font.DemiBold);
+        compareTable([
+            ["button", frame(button, root), "40 40 26 26"],
+            ["background", frame(background, button), "0 0 26 26"],
+            ["background radius", background.radius, 7],
+            ["symbol centre", centre(symbol, button), Qt.point(13, 13)],
+            ["symbol size", symbol.size, 11.5],
+            ["symbol weight", symbol.weight, Font.DemiBold]
+        ]);
     }
 
     function test_colours() {
         const button = make();
-        const ground = ViewInspector.first(button, "RoundedRect");
+        const background = ViewInspector.first(button, "RoundedRect");
         const symbol = ViewInspector.symbol(button, "doc.on.doc");
-        compare(ground.color, Qt.rgba(1, 1, 1, 0.04));
+        compare(background.color, Qt.rgba(1, 1, 1, 0.04));
         compare(symbol.color, Theme.textMuted);
         point(button);
         verify(button.hovering);
-        compare(ground.color, Theme.cardHover);
+        compare(background.color, Theme.cardHover);
         compare(symbol.color, Theme.textStrong);
         leave();
         verify(!button.hovering);
@@ -69,7 +71,7 @@ ViewTest {
         compare(symbol.color, Theme.offline);
     }
 
-    function test_is_pressed_by_every_means_data() {
+    function test_click_data() {
         return [
             { tag: "click", press: button => mouseClick(button) },
             { tag: "space", press: button => keyClick(Qt.Key_Space) },
@@ -79,14 +81,14 @@ ViewTest {
         ];
     }
 
-    function test_is_pressed_by_every_means(data) {
+    function test_click(data) {
         const button = make();
         button.forceActiveFocus();
         data.press(button);
         compare(clicks.count, 1);
     }
 
-    function test_is_pressed_once_by_a_key_that_is_held() {
+    function test_a_held_key_clicks_once() {
         const button = make();
         button.forceActiveFocus();
         for (const key of [Qt.Key_Space, Qt.Key_Return, Qt.Key_Enter])
@@ -94,17 +96,17 @@ ViewTest {
         compare(clicks.count, 3);
     }
 
-    function test_is_not_pressed_by_the_right_button() {
+    function test_ignores_the_right_button() {
         const button = make();
         mouseClick(button, 13, 13, Qt.RightButton);
         compare(clicks.count, 0);
     }
 
-    function test_says_what_it_is() {
+    function test_accessible_name() {
         compare(ViewInspector.roleAndName(make()), "Button: Copy URL");
     }
 
-    function test_shows_its_help_after_a_while() {
+    function test_shows_a_tool_tip() {
         const button = make();
         point(button);
         verify(!ViewInspector.text(root.Window.contentItem, "Copy URL"));

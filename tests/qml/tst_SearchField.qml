@@ -21,33 +21,31 @@ ViewTest {
 
     function test_geometry() {
         const view = createTemporaryObject(component, root);
-        compare(view.height, 54);
         const field = ViewInspector.first(view, "RoundedRect");
-        compare(frame(field, view), "14 10 356 34");
-        compare(field.radius, 9);
-        compare(field.color, Theme.card);
         const symbol = ViewInspector.symbol(view, "magnifyingglass");
-        compare(symbol.mapToItem(field, 0, 0).x, 11);
-        compare(centre(symbol, field).y, 17);
-        compare(symbol.size, 12);
-        compare(symbol.weight, Font.Medium);
         const input = ViewInspector.first(view, "SearchInput");
-        compare(input.mapToItem(field, 0, 0).x, 11 + symbol.width + 8);
-        fuzzyCompare(centre(input, field).y, 17, 0.5);
-        compare(ViewInspector.style(input), "13 400 system #ededed");
-        compare(ViewInspector.texts(view), [root.placeholder, root.hint]);
-    }
-
-    function test_key_hint() {
-        const view = createTemporaryObject(component, root);
         const hint = ViewInspector.first(view, "KeyHint");
-        const text = ViewInspector.text(view, root.hint);
-        compare(hint.mapToItem(view, 0, 0).x + hint.width, 384 - 14 - 11);
-        compare(hint.radius, 4);
-        compare(hint.borderColor, Theme.border);
-        compare(ViewInspector.style(text), "10 500 system #5c5c5c");
-        compare(hint.width, text.width + 10);
-        compare(hint.height, text.height + 4);
+        const hintText = ViewInspector.text(view, root.hint);
+        compareTable([
+            ["height", view.height, 54],
+            ["field", frame(field, view), "14 10 356 34"],
+            ["field radius", field.radius, 9],
+            ["field colour", field.color, Theme.card],
+            ["symbol x", symbol.mapToItem(field, 0, 0).x, 11],
+            ["symbol centre", centre(symbol, field).y, 17],
+            ["symbol size", symbol.size, 12],
+            ["symbol weight", symbol.weight, Font.Medium],
+            ["input x", input.mapToItem(field, 0, 0).x, 11 + symbol.width + 8],
+            ["input centre", centre(input, field).y, 17, 0.5],
+            ["input style", ViewInspector.style(input), "13 400 system #ededed"],
+            ["texts", ViewInspector.texts(view), [root.placeholder, root.hint]],
+            ["key hint right", hint.mapToItem(view, 0, 0).x + hint.width, 384 - 14 - 11],
+            ["key hint radius", hint.radius, 4],
+            ["key hint border", hint.borderColor, Theme.border],
+            ["key hint width", hint.width, hintText.width + 10],
+            ["key hint height", hint.height, hintText.height + 4],
+            ["key hint style", ViewInspector.style(hintText), "10 500 system #5c5c5c"]
+        ]);
     }
 
     function test_focus_colours() {
@@ -60,7 +58,7 @@ ViewTest {
         mouseClick(view, 200, 27);
         verify(view.focused);
         const start = Date.now();
-        verify(field.borderColor !== Qt.alpha(Theme.accent, 0.7)); // on its way there
+        verify(field.borderColor !== Qt.alpha(Theme.accent, 0.7)); // during the transition
         tryCompare(field, "borderColor", Qt.alpha(Theme.accent, 0.7));
         verify(Date.now() - start >= 110);
         tryCompare(symbol, "color", Theme.text);
@@ -132,7 +130,7 @@ ViewTest {
         compare(input.x + input.width, ViewInspector.named(view, "Clear").x - 8);
     }
 
-    function test_says_what_it_is() {
+    function test_accessible_name() {
         const view = createTemporaryObject(component, root);
         compare(ViewInspector.roleAndName(ViewInspector.first(view, "SearchInput")), "EditableText: " + root.placeholder);
     }

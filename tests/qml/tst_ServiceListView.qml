@@ -49,12 +49,12 @@ ViewTest {
         });
         list.height = Qt.binding(() => list.implicitHeight);
         waitForRendering(list);
-        settled(list);
+        waitForTransitions(list);
         return list;
     }
 
-    // Every row is where it belongs and fully there.
-    function settled(list) {
+    // Waits until all transitions have finished.
+    function waitForTransitions(list) {
         tryVerify(() => {
             const shown = rows(list);
             return shown.length > 0 && shown.every((row, i) => row.opacity === 1 && (i === 0 || row.y === shown[i - 1].y + shown[i - 1].height + 8));
@@ -91,16 +91,18 @@ ViewTest {
     function test_label() {
         const list = make(Samples.ordinary(3));
         const label = ViewInspector.first(list, "SectionLabel");
-        compare(label.y, 2);
-        compare(ViewInspector.texts(label), ["SERVICES", "3"]);
         const title = ViewInspector.text(label, "SERVICES");
         const count = ViewInspector.text(label, "3");
-        compare(ViewInspector.style(title), "10 600 system #5c5c5c 0.8");
-        compare(ViewInspector.style(count), "10 600 system #5c5c5c");
-        compare(title.x, 16);
-        compare(count.x + count.width, 384 - 16);
-        compare(label.height, title.height + 8);
-        compare(view(list).y, 2 + label.height);
+        compareTable([
+            ["texts", ViewInspector.texts(label), ["SERVICES", "3"]],
+            ["y", label.y, 2],
+            ["height", label.height, title.height + 8],
+            ["title style", ViewInspector.style(title), "10 600 system #5c5c5c 0.8"],
+            ["title x", title.x, 16],
+            ["count style", ViewInspector.style(count), "10 600 system #5c5c5c"],
+            ["count right", count.x + count.width, 384 - 16],
+            ["rows y", view(list).y, 2 + label.height]
+        ]);
     }
 
     function test_rows() {
@@ -135,18 +137,18 @@ ViewTest {
         compare(view(list).height, last.y + last.height + 12);
     }
 
-    function test_a_refresh_touches_nothing_that_stays() {
+    function test_a_refresh_keeps_rows_hover_and_focus() {
         const list = make(services(1, 2, 3, 4));
         const before = rows(list);
-        const pointed = before[1];
-        point(pointed);
-        pointed.forceActiveFocus();
+        const hovered = before[1];
+        point(hovered);
+        hovered.forceActiveFocus();
         for (let i = 0; i < 5; ++i) {
             bench.find(Samples.services([1, 2, 3, 4].map(port => ({ port: port, name: "s" + port, pid: port, folder: "/srv", uptime: 65 + i, health: i % 2 ? "healthy" : "unreachable" }))));
             waitForRendering(list);
             verify(rows(list).every((row, n) => row === before[n]));
-            verify(pointed.hovering);
-            verify(pointed.activeFocus);
+            verify(hovered.hovering);
+            verify(hovered.activeFocus);
         }
     }
 
@@ -156,7 +158,7 @@ ViewTest {
         const menu = ViewInspector.first(root.Window.contentItem, "PopupMenu");
         verify(menu);
         bench.find(services(1, 2, 3, 10, 20, 30));
-        settled(list);
+        waitForTransitions(list);
         compare(ViewInspector.first(root.Window.contentItem, "PopupMenu"), menu);
         const entry = ViewInspector.text(menu, "Copy Port");
         mouseClick(entry);
@@ -174,27 +176,27 @@ ViewTest {
         tryVerify(() => row(list, "s15"));
         const added = row(list, "s15");
         verify(added.opacity < 1 || Date.now() - start >= 180);
-        settled(list);
+        waitForTransitions(list);
         verify(Date.now() - start >= 170);
-        verify(moves > 1, "in steps");
+        verify(moves > 1, "the row must be animated");
         compare(below.y, oldY + added.height + 8);
     }
 
-    function test_a_leaving_row_fades_and_takes_no_clicks() {
+    function test_a_removed_row_fades_out_and_ignores_clicks() {
         const list = make(services(10, 20));
-        const leaving = row(list, "s10");
+        const removed = row(list, "s10");
         bench.find(services(20));
-        tryVerify(() => !leaving.enabled);
-        verify(leaving.opacity > 0);
-        mouseClick(leaving, 100, 20);
-        mouseClick(leaving, 100, 20, Qt.RightButton);
+        tryVerify(() => !removed.enabled);
+        verify(removed.opacity > 0);
+        mouseClick(removed, 100, 20);
+        mouseClick(removed, 100, 20, Qt.RightButton);
         compare(actions.calls.filter(call => call.endsWith("10-10")), []);
         verify(!ViewInspector.first(root.Window.contentItem, "ServiceMenu"));
-        settled(list);
+        waitForTransitions(list);
         compare(names(list), ["s20"]);
     }
 
-    function test_a_leaving_row_takes_its_menu_along() {
+    function test_a_removed_row_closes_its_menu() {
         const list = make(services(10, 20));
         mouseClick(row(list, "s10"), 100, 20, Qt.RightButton);
         verify(ViewInspector.first(root.Window.contentItem, "ServiceMenu"));
@@ -202,7 +204,7 @@ ViewTest {
         tryVerify(() => !ViewInspector.first(root.Window.contentItem, "ServiceMenu"));
     }
 
-    function test_many_changes_leave_every_row_whole() {
+    function test_rows_are_complete_after_many_changes() {
         const list = make(services(1, 2, 3, 4, 5));
         let seed = 7;
         const random = () => (seed = (seed * 1103515245 + 12345) % 2147483648) / 2147483648;
@@ -213,7 +215,7 @@ ViewTest {
         }
         bench.find(services(1, 3, 5, 7));
         tryCompare(root.view(list), "count", 4);
-        settled(list);
+        waitForTransitions(list);
         compare(names(list), ["s1", "s3", "s5", "s7"]);
     }
 
@@ -243,18 +245,18 @@ ViewTest {
         compare(seen(list), before);
     }
 
-    function test_what_moves_or_goes_does_not_scroll_the_rest_data() {
+    function test_changes_do_not_scroll_data() {
         return [
-            { tag: "a row in sight is pinned", pinned: 35, current: 0 },
-            { tag: "the current row in sight is pinned", pinned: 35, current: 35 },
-            { tag: "a row out of sight is pinned", pinned: 150, current: 0 },
-            { tag: "the current row out of sight is pinned", pinned: 1, current: 1 },
-            { tag: "the current row in sight goes", removed: 35, current: 35 },
-            { tag: "the current row out of sight goes", removed: 0, current: 0 }
+            { tag: "a visible row is pinned", pinned: 35, current: 0 },
+            { tag: "the visible current row is pinned", pinned: 35, current: 35 },
+            { tag: "an invisible row is pinned", pinned: 150, current: 0 },
+            { tag: "the invisible current row is pinned", pinned: 1, current: 1 },
+            { tag: "the visible current row is removed", removed: 35, current: 35 },
+            { tag: "the invisible current row is removed", removed: 0, current: 0 }
         ];
     }
 
-    function test_what_moves_or_goes_does_not_scroll_the_rest(data) {
+    function test_changes_do_not_scroll(data) {
         const list = make(Samples.ordinary(200));
         view(list).makeCurrent(data.current);
         view(list).contentY = 3000;
@@ -271,7 +273,7 @@ ViewTest {
         compare(seen(list)[0], top);
     }
 
-    function test_two_hundred_rows_cost_only_what_is_seen() {
+    function test_only_visible_rows_are_created() {
         const list = make(Samples.ordinary(200));
         compare(view(list).count, 200);
         verify(rows(list).length < 20, rows(list).length + " rows");

@@ -70,10 +70,10 @@ MenuTest {
         tryVerify(closed);
         compare(actions.calls, data.calls);
         compare(pins.count, data.pins ?? 0);
-        verify(!row.copied); // the check mark is the button's alone
+        verify(!row.copied); // only the button shows the check mark
     }
 
-    function test_the_overflow_button_opens_the_same() {
+    function test_the_overflow_button_opens_the_same_menu() {
         const [row] = open({ folder: "/tmp/x" });
         const outlined = outline();
         keyClick(Qt.Key_Escape);
@@ -111,7 +111,7 @@ MenuTest {
         verify(row.activeFocus);
     }
 
-    function test_the_overflow_button_opens_it_by_keys_too() {
+    function test_the_overflow_button_opens_it_by_keyboard() {
         const [row] = open({});
         keyClick(Qt.Key_Escape);
         tryVerify(closed);
@@ -123,10 +123,10 @@ MenuTest {
         keyClick(Qt.Key_Escape);
         tryVerify(closed);
         mouseClick(ViewInspector.named(row, "More"));
-        verify(menu() && !menu().current, "a click chooses nothing");
+        verify(menu() && !menu().current, "a click does not select an entry");
     }
 
-    function test_looks() {
+    function test_style() {
         open({ folder: "/tmp/x" });
         compare(ViewInspector.style(ViewInspector.text(menu(), "Copy URL")), "12.5 400 system #ededed");
         compare(ViewInspector.style(ViewInspector.text(menu(), "Stop Server")), "12.5 400 system #f43f5e");
@@ -137,7 +137,7 @@ MenuTest {
             verify(one.mapToItem(panel, one.width, 0).x <= panel.width);
     }
 
-    function test_holds_its_row_lit() {
+    function test_keeps_its_row_active() {
         const [row] = open({});
         leave();
         verify(row.isActive);
@@ -146,7 +146,7 @@ MenuTest {
         verify(!row.isActive);
     }
 
-    function test_covers_what_is_below() {
+    function test_blocks_clicks_outside() {
         const [row, actions] = open({});
         mouseClick(row, 20, 60);
         tryVerify(closed);

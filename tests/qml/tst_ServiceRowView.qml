@@ -50,29 +50,27 @@ ViewTest {
         return ViewInspector.first(row, "RoundedRect");
     }
 
-    function test_card() {
+    function test_card_and_tile() {
         const [row] = make();
-        compare(frame(card(row), row), frame(row, row));
-        compare(card(row).radius, 10);
-        compare(card(row).color, Theme.card);
-        compare(card(row).borderColor, Theme.border);
         const details = ViewInspector.first(row, "ServiceDetails");
-        compare(details.mapToItem(row, 0, 0).y, 10);
-        compare(row.height, details.height + 20);
-    }
-
-    function test_tile() {
-        const [row] = make();
         const tile = ViewInspector.first(row, "ServiceTile");
-        compare(frame(tile, row), "12 " + Math.round((row.height - 38) / 2) + " 38 38");
-        compare(tile.radius, 9);
-        compare(tile.color, Theme.card);
-        compare(tile.borderColor, Theme.border);
         const symbol = ViewInspector.symbol(tile, "bolt.fill");
-        compare(centre(symbol, tile), Qt.point(19, 19));
-        compare(symbol.size, 15);
-        compare(symbol.weight, Font.DemiBold);
-        compare(symbol.color, Qt.rgba(183 / 255, 148 / 255, 246 / 255, 1));
+        compareTable([
+            ["card", frame(card(row), row), frame(row, row)],
+            ["card radius", card(row).radius, 10],
+            ["card colour", card(row).color, Theme.card],
+            ["card border", card(row).borderColor, Theme.border],
+            ["details y", details.mapToItem(row, 0, 0).y, 10],
+            ["height", row.height, details.height + 20],
+            ["tile", frame(tile, row), "12 " + Math.round((row.height - 38) / 2) + " 38 38"],
+            ["tile radius", tile.radius, 9],
+            ["tile colour", tile.color, Theme.card],
+            ["tile border", tile.borderColor, Theme.border],
+            ["symbol centre", centre(symbol, tile), Qt.point(19, 19)],
+            ["symbol size", symbol.size, 15],
+            ["symbol weight", symbol.weight, Font.DemiBold],
+            ["symbol colour", symbol.color, Qt.rgba(183 / 255, 148 / 255, 246 / 255, 1)]
+        ]);
     }
 
     function test_lines() {
@@ -86,6 +84,7 @@ ViewTest {
             compare(lines[i].y, lines[i - 1].y + lines[i - 1].height + 2);
         for (const line of lines)
             compare(line.x, 0);
+        compare(ViewInspector.first(row, "Metric").y, 1);
     }
 
     function test_text_styles_data() {
@@ -109,32 +108,45 @@ ViewTest {
         compare(ViewInspector.style(ViewInspector.text(row, data.tag)), data.style);
     }
 
-    function test_gaps() {
+    function test_symbols_of_the_lines_data() {
+        return [
+            { tag: "pin.fill", size: 8.5, color: Theme.accent },
+            { tag: "folder", size: 9, color: Theme.textFaint },
+            { tag: "clock", size: 8.5, color: Theme.textFaint },
+            { tag: "cpu", size: 8.5, color: Theme.textFaint },
+            { tag: "memorychip", size: 8.5, color: Theme.textFaint }
+        ];
+    }
+
+    function test_symbols_of_the_lines(data) {
         const [row] = make({}, { isPinned: true });
-        const right = item => item.mapToItem(row, item.width, 0).x;
-        const left = item => item.mapToItem(row, 0, 0).x;
-        const gap = (a, b) => Math.round((left(b) - right(a)) * 100) / 100;
-        const pin = ViewInspector.symbol(row, "pin.fill");
-        compare(pin.size, 8.5);
-        compare(pin.weight, Font.Normal);
-        compare(pin.color, Theme.accent);
-        compare(gap(pin, ViewInspector.text(row, "shop")), 6);
-        compare(gap(ViewInspector.text(row, "shop"), ViewInspector.text(row, "VITE")), 6);
-        compare(gap(ViewInspector.text(row, "localhost:5173"), ViewInspector.text(row, "\u00b7")), 5);
-        compare(gap(ViewInspector.text(row, "\u00b7"), ViewInspector.text(row, "pid 4242")), 5);
-        const folder = ViewInspector.symbol(row, "folder");
-        compare(folder.size, 9);
-        compare(folder.color, Theme.textFaint);
-        compare(gap(folder, ViewInspector.text(row, "/srv/shop")), 4);
-        for (const [name, text] of [["clock", "1h 0m"], ["cpu", "3%"], ["memorychip", "87 MB"]]) {
-            const symbol = ViewInspector.symbol(row, name);
-            compare(symbol.size, 8.5);
-            compare(symbol.color, Theme.textFaint);
-            compare(gap(symbol, ViewInspector.text(row, text)), 3);
-        }
-        compare(gap(ViewInspector.text(row, "1h 0m"), ViewInspector.symbol(row, "cpu")), 9);
-        compare(gap(ViewInspector.text(row, "3%"), ViewInspector.symbol(row, "memorychip")), 9);
-        compare(ViewInspector.first(row, "Metric").y, 1);
+        const symbol = ViewInspector.symbol(row, data.tag);
+        compare(symbol.size, data.size);
+        compare(symbol.weight, Font.Normal);
+        compare(symbol.color, data.color);
+    }
+
+    function test_gaps_data() {
+        return [
+            ["pin.fill", "shop", 6],
+            ["shop", "VITE", 6],
+            ["localhost:5173", "\u00b7", 5],
+            ["\u00b7", "pid 4242", 5],
+            ["folder", "/srv/shop", 4],
+            ["clock", "1h 0m", 3],
+            ["cpu", "3%", 3],
+            ["memorychip", "87 MB", 3],
+            ["1h 0m", "cpu", 9],
+            ["3%", "memorychip", 9]
+        ].map(([left, right, gap]) => ({ tag: left + " to " + right, left: left, right: right, gap: gap }));
+    }
+
+    function test_gaps(data) {
+        const [row] = make({}, { isPinned: true });
+        const item = name => ViewInspector.symbol(row, name) ?? ViewInspector.text(row, name);
+        const [left, right] = [item(data.left), item(data.right)];
+        const gap = right.mapToItem(row, 0, 0).x - left.mapToItem(row, left.width, 0).x;
+        compare(Math.round(gap * 100) / 100, data.gap);
     }
 
     function test_unpinned_has_no_pin() {
@@ -143,11 +155,11 @@ ViewTest {
         compare(ViewInspector.text(row, "shop").x, 0);
     }
 
-    function test_what_is_absent_takes_no_line() {
-        const [bare] = make();
-        bare.service = Samples.service({ name: "shop", framework: "Vite", port: 5173 });
-        compare(ViewInspector.texts(ViewInspector.first(bare, "ServiceDetails")), ["shop", "VITE", "localhost:5173", "\u00b7", "pid 4242"]);
-        compare(ViewInspector.symbols(ViewInspector.first(bare, "ServiceDetails")), []);
+    function test_missing_values_have_no_line() {
+        const [row] = make();
+        row.service = Samples.service({ name: "shop", framework: "Vite", port: 5173 });
+        compare(ViewInspector.texts(ViewInspector.first(row, "ServiceDetails")), ["shop", "VITE", "localhost:5173", "\u00b7", "pid 4242"]);
+        compare(ViewInspector.symbols(ViewInspector.first(row, "ServiceDetails")), []);
     }
 
     function test_status_data() {
@@ -165,14 +177,16 @@ ViewTest {
         compare(ViewInspector.texts(status), data.texts);
         const label = ViewInspector.text(status, data.texts[0]);
         const dot = ViewInspector.first(status, "Dot");
-        compare(label.color, data.color);
-        compare(label.opacity, 0.9);
-        compare(dot.color, data.color);
-        compare(dot.width, 6);
-        compare(dot.height, 6);
-        compare(label.mapToItem(row, 0, 0).x - dot.mapToItem(row, 6, 0).x, 6);
-        compare(label.mapToItem(row, label.width, 0).x, 480 - 12);
-        fuzzyCompare(centre(status, row).y, row.height / 2, 0.5);
+        compareTable([
+            ["label colour", label.color, data.color],
+            ["label opacity", label.opacity, 0.9],
+            ["label right", label.mapToItem(row, label.width, 0).x, 480 - 12],
+            ["dot colour", dot.color, data.color],
+            ["dot width", dot.width, 6],
+            ["dot height", dot.height, 6],
+            ["gap", label.mapToItem(row, 0, 0).x - dot.mapToItem(row, 6, 0).x, 6],
+            ["centre", centre(status, row).y, row.height / 2, 0.5]
+        ]);
         if (data.texts.length === 2) {
             const time = ViewInspector.text(status, data.texts[1]);
             compare(time.mapToItem(row, time.width, 0).x, 480 - 12);
@@ -198,7 +212,7 @@ ViewTest {
         const end = details.mapToItem(row, details.width, 0).x;
         compare(end, 356 - 12 - Math.max(76, status.width) - 18);
         verify(end <= status.mapToItem(row, 0, 0).x - 18);
-        // In the popover nothing of what is known about an ordinary server is left out.
+        // In the popover all values of a typical server are shown.
         for (const text of ["pid 49000", "2h 14m", "3%", "412 MB"])
             verify(ViewInspector.text(details, text), text);
     }
@@ -212,7 +226,7 @@ ViewTest {
         const trailing = ViewInspector.first(row, "RowTrailing");
         compare(fade.mapToItem(row, 0, 0).x, trailing.x - 20);
         compare(fade.mapToItem(row, fade.width, 0).x, trailing.x + 128);
-        // Solid where the first button begins, and not to be told from the card around it.
+        // Opaque at the first button, and in the same colour as the card.
         verify(fade.gradient.stops[1].position * fade.width <= 20 + 128 - 116);
         tryCompare(card(row), "color", Theme.cardHover);
         row.Window.window.color = Theme.canvas;
@@ -226,7 +240,7 @@ ViewTest {
         point(row);
         verify(row.hovering);
         const start = Date.now();
-        verify(ViewInspector.first(row, "StatusIndicator").opacity > 0); // on its way
+        verify(ViewInspector.first(row, "StatusIndicator").opacity > 0); // during the transition
         tryVerify(() => !ViewInspector.first(row, "StatusIndicator"));
         verify(Date.now() - start >= 120);
         tryCompare(card(row), "color", Theme.cardHover);
@@ -243,20 +257,23 @@ ViewTest {
         point(row);
         tryVerify(() => ViewInspector.first(row, "RowActions"));
         const actions = ViewInspector.first(row, "RowActions");
-        compare(actions.mapToItem(row, actions.width, 0).x, 480 - 12);
-        compare(actions.width, 4 * 26 + 3 * 4);
-        fuzzyCompare(centre(actions, row).y, row.height / 2, 0.5);
         const buttons = ViewInspector.all(actions, "PlainButton");
-        compare(buttons.map(b => frame(b, actions)), ["0 0 26 26", "30 0 26 26", "60 0 26 26", "90 0 26 26"]);
-        compare(buttons.map(b => b.name), ["Open", "Copy URL", "Stop", "More"]);
-        compare(buttons.map(b => b.toolTip), ["Open", "Copy URL", "Stop", ""]);
-        compare(ViewInspector.symbol(row, "stop.fill").color, Theme.offline);
         const more = ViewInspector.symbol(row, "ellipsis");
-        compare(more.size, 12);
-        compare(more.weight, Font.DemiBold);
-        compare(more.color, Theme.textMuted);
-        compare(ViewInspector.first(buttons[3], "RoundedRect").color, Qt.rgba(1, 1, 1, 0.04));
-        compare(ViewInspector.first(buttons[3], "RoundedRect").radius, 7);
+        const moreBackground = ViewInspector.first(buttons[3], "RoundedRect");
+        compareTable([
+            ["right", actions.mapToItem(row, actions.width, 0).x, 480 - 12],
+            ["width", actions.width, 4 * 26 + 3 * 4],
+            ["centre", centre(actions, row).y, row.height / 2, 0.5],
+            ["buttons", buttons.map(b => frame(b, actions)), ["0 0 26 26", "30 0 26 26", "60 0 26 26", "90 0 26 26"]],
+            ["names", buttons.map(b => b.name), ["Open", "Copy URL", "Stop", "More"]],
+            ["tool tips", buttons.map(b => b.toolTip), ["Open", "Copy URL", "Stop", ""]],
+            ["stop colour", ViewInspector.symbol(row, "stop.fill").color, Theme.offline],
+            ["more size", more.size, 12],
+            ["more weight", more.weight, Font.DemiBold],
+            ["more colour", more.color, Theme.textMuted],
+            ["more background", moreBackground.color, Qt.rgba(1, 1, 1, 0.04)],
+            ["more radius", moreBackground.radius, 7]
+        ]);
     }
 
     function button(row, name) {
@@ -298,7 +315,7 @@ ViewTest {
         verify(ViewInspector.symbol(row, "doc.on.doc"));
     }
 
-    function test_a_key_that_is_held_opens_one_page() {
+    function test_a_held_key_opens_one_page() {
         const [row, actions] = make();
         row.forceActiveFocus();
         Keyboard.holdKey(row, Qt.Key_Return);
@@ -324,7 +341,7 @@ ViewTest {
         verify(row.activeFocus);
     }
 
-    function test_the_last_button_is_met_first_from_behind() {
+    function test_backtab_enters_at_the_last_button() {
         const [row] = make();
         const after = createTemporaryObject(afterComponent, root);
         after.forceActiveFocus();
@@ -355,7 +372,7 @@ ViewTest {
         verify(ViewInspector.isShown(copy));
     }
 
-    function test_awkward_texts_stay_before_the_column_data() {
+    function test_unusual_texts_do_not_overlap_data() {
         return [
             { tag: "long name", values: { name: "W".repeat(10000) } },
             { tag: "no name", values: { name: "" } },
@@ -368,20 +385,20 @@ ViewTest {
         ];
     }
 
-    function test_awkward_texts_stay_before_the_column(data) {
+    function test_unusual_texts_do_not_overlap(data) {
         for (const width of [356, 372, 452, 900]) {
             const [row] = make(data.values, { width: width, isPinned: true });
             const status = ViewInspector.first(row, "StatusIndicator");
             const end = width - 12 - Math.max(76, status.width) - 18;
             const details = ViewInspector.first(row, "ServiceDetails");
             for (const line of shownChildren(details)) {
-                verify(line.height < 30, "one line high");
+                verify(line.height < 30, "line height");
                 let last = -1;
                 for (const part of shownChildren(line).filter(part => part.width > 0)) {
                     const left = part.mapToItem(row, 0, 0).x;
                     const right = left + Math.min(part.width, part.paintedWidth ?? part.width);
-                    verify(left >= last, "over its neighbour");
-                    verify(right <= end + 0.01, "beyond its block by " + (right - end));
+                    verify(left >= last, "overlaps the previous item");
+                    verify(right <= end + 0.01, "exceeds the block by " + (right - end));
                     last = right;
                 }
             }
@@ -389,11 +406,11 @@ ViewTest {
         }
     }
 
-    function test_long_names_are_cut_and_long_folders_in_the_middle() {
+    function test_long_names_and_folders_are_elided() {
         const [row] = make({ name: "n".repeat(300), folder: "/srv/" + "d".repeat(300) });
         const details = ViewInspector.first(row, "ServiceDetails");
-        const cut = ViewInspector.all(details, "ScaledText").filter(text => text.truncated);
-        compare(cut.map(text => text.elide), [Text.ElideRight, Text.ElideMiddle]);
+        const elided = ViewInspector.all(details, "ScaledText").filter(text => text.truncated);
+        compare(elided.map(text => text.elide), [Text.ElideRight, Text.ElideMiddle]);
     }
 
     function test_texts_are_plain() {
@@ -403,7 +420,7 @@ ViewTest {
         verify(ViewInspector.text(row, "<b>x</b>"));
     }
 
-    function test_is_spoken() {
+    function test_accessible_name() {
         const [row] = make({}, { isPinned: true });
         compare(ViewInspector.roleAndName(row), "ListItem: \u2068shop\u2069, Vite, localhost:5173, online, 12 ms, pinned");
     }

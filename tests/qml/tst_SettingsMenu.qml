@@ -82,7 +82,7 @@ MenuTest {
         verify(!isChecked("Auto-refresh"));
     }
 
-    function test_launch_at_login_shows_what_holds_data() {
+    function test_launch_at_login_shows_the_actual_state_data() {
         return [
             { tag: "on", enabled: false, mayChange: true, shown: true },
             { tag: "off", enabled: true, mayChange: true, shown: false },
@@ -91,7 +91,7 @@ MenuTest {
         ];
     }
 
-    function test_launch_at_login_shows_what_holds(data) {
+    function test_launch_at_login_shows_the_actual_state(data) {
         const [button, , loginItem] = open({
             enabled: data.enabled,
             mayChange: data.mayChange
@@ -110,7 +110,7 @@ MenuTest {
         bench.finishScan([]);
     }
 
-    function test_goes_by_keyboard() {
+    function test_keyboard_navigation() {
         const [button] = open();
         verify(!menu().current);
         for (const text of ["Port", "Name", "Status", "Uptime", "Auto-refresh", "Launch at Login", "Refresh Now", "Port"]) {
@@ -129,7 +129,7 @@ MenuTest {
         tryVerify(closed);
     }
 
-    function test_chooses_by_keyboard_and_gives_the_focus_back() {
+    function test_keyboard_selection_restores_the_focus() {
         const [button, bench] = open();
         keyClick(Qt.Key_Escape);
         tryVerify(closed);
@@ -156,7 +156,7 @@ MenuTest {
         verify(menu());
     }
 
-    function test_closes_by_a_click_outside_which_does_nothing_else() {
+    function test_a_click_outside_only_closes_it() {
         const [button] = open();
         mouseClick(button);
         tryVerify(closed);

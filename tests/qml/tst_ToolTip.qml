@@ -28,7 +28,7 @@ ViewTest {
         return button;
     }
 
-    function test_comes_after_the_pointer_rested() {
+    function test_is_shown_after_a_delay() {
         const start = Date.now();
         shown();
         verify(Date.now() - start >= 590);
@@ -36,7 +36,7 @@ ViewTest {
         compare(ViewInspector.roleAndName(popup()), "ToolTip: Refresh");
     }
 
-    function test_looks() {
+    function test_style_and_position() {
         shown({ x: 100, y: 100 });
         const text = ViewInspector.text(popup(), "Refresh");
         compare(ViewInspector.style(text), "11 400 system #ededed");
@@ -46,20 +46,20 @@ ViewTest {
         fuzzyCompare(centre(popup(), root).x, 114, 0.5);
     }
 
-    function test_goes_with_the_pointer() {
+    function test_is_hidden_when_the_pointer_leaves() {
         shown();
         leave();
         verify(!popup());
     }
 
-    function test_goes_at_a_press() {
+    function test_is_hidden_on_a_press() {
         const button = shown();
         mousePress(button);
         verify(!popup());
         mouseRelease(button);
     }
 
-    function test_goes_with_its_control() {
+    function test_is_destroyed_with_its_control() {
         const button = shown();
         button.destroy();
         tryVerify(() => !popup());
@@ -79,7 +79,7 @@ ViewTest {
         verify(popup().y >= 4 && popup().y + popup().height <= root.Window.height - 4);
     }
 
-    function test_is_plain_and_cut() {
+    function test_is_plain_text_and_elided() {
         shown({ label: "<b>" + "W".repeat(500) });
         const text = ViewInspector.first(popup(), "QQuickText");
         compare(text.textFormat, Text.PlainText);

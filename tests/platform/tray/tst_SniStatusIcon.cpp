@@ -207,8 +207,8 @@ TEST_F(SniStatus, ExportsTheRequestedPartOfItsMenu)
     const QDBusMessage leaf = askMenu(u"GetLayout"_s, {2, -1, QStringList()});
     EXPECT_EQ(qdbus_cast<StatusMenuLayout>(leaf.arguments().at(1)).id, 2);
     EXPECT_EQ(askMenu(u"GetLayout"_s, {3, -1, QStringList()}).type(), QDBusMessage::ErrorMessage);
-    const QDBusMessage bare = askMenu(u"GetLayout"_s, {0, -1, QStringList{u"icon-name"_s}});
-    EXPECT_TRUE(qdbus_cast<StatusMenuLayout>(bare.arguments().at(1)).children.at(0).properties.isEmpty());
+    const QDBusMessage filtered = askMenu(u"GetLayout"_s, {0, -1, QStringList{u"icon-name"_s}});
+    EXPECT_TRUE(qdbus_cast<StatusMenuLayout>(filtered.arguments().at(1)).children.at(0).properties.isEmpty());
 }
 
 TEST_F(SniStatus, ExportsThePropertiesOfItsMenu)
