@@ -25,9 +25,10 @@ std::variant<StartRequest, StartOptions::Reply> StartOptions::parse(int argc, co
     CLI::App app("Shows the dev servers of this machine in the desktop's status area.", "portolan");
     app.set_help_flag("-h,--help", "print this and exit");
     app.set_version_flag("--version", "portolan " PORTOLAN_VERSION, "print the version and exit");
-    const CLI::Option *background = app.add_flag("--background")->description("start silently, as at login");
-    CLI::Option *window = app.add_flag("--window")->description("open the list in a window");
-    window->excludes("--background");
+    bool background = false;
+    bool window = false;
+    CLI::Option *backgroundFlag = app.add_flag("--background", background, "start silently, as at login");
+    app.add_flag("--window", window, "open the list in a window")->excludes(backgroundFlag);
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp &) {
@@ -39,9 +40,9 @@ std::variant<StartRequest, StartOptions::Reply> StartOptions::parse(int argc, co
     } catch (const CLI::ParseError &error) {
         return refusal(QString::fromUtf8(error.what()));
     }
-    if (background->as<bool>())
+    if (background)
         return StartRequest::None;
-    return window->as<bool>() ? StartRequest::Window : StartRequest::Open;
+    return window ? StartRequest::Window : StartRequest::Open;
 }
 
 } // namespace portolan

@@ -101,7 +101,7 @@ INSTANTIATE_TEST_SUITE_P(
         BadStart{"OptionOfTheToolkit", {"-style"}, u"unknown option '-style'"_s},
         BadStart{"ControlCharacters", {"\x1b[2J\n.\x07"}, u"unknown option '?[2J?.?'"_s},
         BadStart{"ControlCharactersInAValue", {"--window=\x1b[2J"}, u"Could not convert: --window = ?[2J"_s},
-        BadStart{"Contradiction", {"--background", "--window"}, u"--window excludes --background"_s}),
+        BadStart{"Contradiction", {"--background", "--window"}, u"--background excludes --window"_s}),
     [](const auto &row) { return row.param.name; });
 
 } // namespace portolan
