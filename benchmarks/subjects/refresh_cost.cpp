@@ -33,7 +33,8 @@ int main(int argc, char **argv)
     VisibleServicesModel model;
     model.setStore(&store);
     int refreshes = 0;
-    const auto counter = store.bindableIsScanning().addNotifier([&] { refreshes += !store.isScanning(); });
+    QObject::connect(&store, &ServiceStore::isScanningChanged, &store,
+                     [&] { refreshes += !store.isScanning(); });
 
     store.start();
     QTimer::singleShot(4s, &application, &QCoreApplication::quit);

@@ -22,10 +22,9 @@ int refresh(ServiceStore &store)
     const auto showProgress = [&] {
         progress.setText(ProgressLine::text(store.isScanning(), store.services()));
     };
-    const auto onScan = store.bindableIsScanning().addNotifier(showProgress);
-    const auto onServices = store.bindableServices().addNotifier(showProgress);
-
     QEventLoop loop;
+    QObject::connect(&store, &ServiceStore::isScanningChanged, &loop, showProgress);
+    QObject::connect(&store, &ServiceStore::servicesChanged, &loop, showProgress);
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, &loop, &QEventLoop::exit);
     QTimer::singleShot(0, &loop, [&] { store.refresh([&] { loop.quit(); }); });

@@ -120,12 +120,13 @@ ServiceStore::ServiceStore(UserDefaults &defaults, Scanner scan, Checker check,
     , m_defaults(defaults)
     , m_scan(std::move(scan))
     , m_check(std::move(check))
-    , m_derivedFrom{m_services.addNotifier([this] { announceDerived(); }),
-                    m_searchText.addNotifier([this] { announceVisible(); }),
-                    m_pinnedPorts.addNotifier([this] { announceVisibleOrder(); }),
-                    m_sortOrder.addNotifier([this] { announceVisibleOrder(); })}
     , m_results(new ProbeResults{.store = this})
 {
+    connect(this, &ServiceStore::servicesChanged, this, &ServiceStore::visibleChanged);
+    connect(this, &ServiceStore::servicesChanged, this, &ServiceStore::runningCountChanged);
+    connect(this, &ServiceStore::searchTextChanged, this, &ServiceStore::visibleChanged);
+    connect(this, &ServiceStore::pinnedPortsChanged, this, &ServiceStore::announceVisibleOrder);
+    connect(this, &ServiceStore::sortOrderChanged, this, &ServiceStore::announceVisibleOrder);
     connect(this, &ServiceStore::scanEnded, this, &ServiceStore::finishScan, Qt::QueuedConnection);
     connect(this, &ServiceStore::probesAnswered, this, &ServiceStore::applyResults, Qt::QueuedConnection);
     // A precise timer wakes the program as often as a coarse one, but never early.
@@ -225,39 +226,21 @@ void ServiceStore::expectEnd(const Service &service)
     QTimer::singleShot(timeToEnd, Qt::PreciseTimer, this, [this] { refresh(); });
 }
 
-// The derived properties read the stored ones without registering: whoever reads them depends on them alone,
-// and is told once by the announcements below.
-
-QList<Service> ServiceStore::computeVisible() const
+QList<Service> ServiceStore::visible() const
 {
-    return VisibleList::of(m_services.valueBypassingBindings(),
-                           {m_searchText.valueBypassingBindings(), m_pinnedPorts.valueBypassingBindings(),
-                            m_sortOrder.valueBypassingBindings()});
+    return VisibleList::of(services(), {searchText(), pinnedPorts(), sortOrder()});
 }
 
-int ServiceStore::computeRunningCount() const
+int ServiceStore::runningCount() const
 {
     return int(
         std::ranges::count_if(m_services.valueBypassingBindings(), &Health::isHealthy, &Service::health));
 }
 
-void ServiceStore::announceDerived()
-{
-    announceVisible();
-    m_runningCount.notify();
-    Q_EMIT runningCountChanged();
-}
-
-void ServiceStore::announceVisible()
-{
-    m_visible.notify();
-    Q_EMIT visibleChanged();
-}
-
 void ServiceStore::announceVisibleOrder()
 {
-    if (VisibleList::hasOrder(m_services.valueBypassingBindings(), m_searchText.valueBypassingBindings()))
-        announceVisible();
+    if (VisibleList::hasOrder(services(), searchText()))
+        Q_EMIT visibleChanged();
 }
 
 void ServiceStore::start()

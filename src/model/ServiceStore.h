@@ -5,7 +5,6 @@
 #include "ServiceKey.h"
 #include "SortOrder.h"
 
-#include <QBindable>
 #include <QDateTime>
 #include <QFuture>
 #include <QHash>
@@ -17,7 +16,6 @@
 #include <QStringList>
 #include <QTimer>
 
-#include <array>
 #include <chrono>
 #include <functional>
 #include <list>
@@ -33,29 +31,21 @@ class UserDefaults;
 /// The state of the running program: the current services, the search text, the user's settings, the list as
 /// shown, and the cycle that keeps it all true. Made once and handed on by reference. Main thread only.
 ///
-/// Every property is bindable: a reader is told when, and only when, the property gets a value unequal to the
-/// one it had, and after every change in place. The bindables are read-only, since an assignment has to come
-/// through the setter, which also stores the settings.
+/// A property's signal tells when, and only when, the property got a value unequal to the one it had, and
+/// after every change in place. No property is offered as a QBindable: the inline code of that calls a
+/// function that Qt counts among its private ones, which ties a package to one exact version of Qt.
 class ServiceStore : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(QList<portolan::Service> services READ services NOTIFY servicesChanged BINDABLE
-                   bindableServices FINAL)
-    Q_PROPERTY(bool isScanning READ isScanning NOTIFY isScanningChanged BINDABLE bindableIsScanning FINAL)
-    Q_PROPERTY(
-        QDateTime lastUpdated READ lastUpdated NOTIFY lastUpdatedChanged BINDABLE bindableLastUpdated FINAL)
-    Q_PROPERTY(QString searchText READ searchText WRITE setSearchText NOTIFY searchTextChanged BINDABLE
-                   bindableSearchText FINAL)
-    Q_PROPERTY(portolan::SortOrder sortOrder READ sortOrder WRITE setSortOrder NOTIFY sortOrderChanged
-                   BINDABLE bindableSortOrder FINAL)
-    Q_PROPERTY(QSet<qint64> pinnedPorts READ pinnedPorts NOTIFY pinnedPortsChanged BINDABLE
-                   bindablePinnedPorts FINAL)
-    Q_PROPERTY(bool autoRefresh READ autoRefresh WRITE setAutoRefresh NOTIFY autoRefreshChanged BINDABLE
-                   bindableAutoRefresh FINAL)
-    Q_PROPERTY(
-        QList<portolan::Service> visible READ visible NOTIFY visibleChanged BINDABLE bindableVisible FINAL)
-    Q_PROPERTY(
-        int runningCount READ runningCount NOTIFY runningCountChanged BINDABLE bindableRunningCount FINAL)
+    Q_PROPERTY(QList<portolan::Service> services READ services NOTIFY servicesChanged FINAL)
+    Q_PROPERTY(bool isScanning READ isScanning NOTIFY isScanningChanged FINAL)
+    Q_PROPERTY(QDateTime lastUpdated READ lastUpdated NOTIFY lastUpdatedChanged FINAL)
+    Q_PROPERTY(QString searchText READ searchText WRITE setSearchText NOTIFY searchTextChanged FINAL)
+    Q_PROPERTY(portolan::SortOrder sortOrder READ sortOrder WRITE setSortOrder NOTIFY sortOrderChanged FINAL)
+    Q_PROPERTY(QSet<qint64> pinnedPorts READ pinnedPorts NOTIFY pinnedPortsChanged FINAL)
+    Q_PROPERTY(bool autoRefresh READ autoRefresh WRITE setAutoRefresh NOTIFY autoRefreshChanged FINAL)
+    Q_PROPERTY(QList<portolan::Service> visible READ visible NOTIFY visibleChanged FINAL)
+    Q_PROPERTY(int runningCount READ runningCount NOTIFY runningCountChanged FINAL)
     // For QML, where reading a list to count it leaves a copy of it behind until the garbage is collected.
     Q_PROPERTY(int serviceCount READ serviceCount NOTIFY servicesChanged FINAL)
     // QML cannot name enumerators that begin with a small letter, so it speaks of orders by their raw value.
@@ -81,44 +71,34 @@ public:
     ~ServiceStore() override;
 
     /// All services, in the scan's order.
-    [[nodiscard]] QList<Service> services() const { return m_services; }
-    [[nodiscard]] int serviceCount() const { return int(m_services.value().size()); }
+    [[nodiscard]] QList<Service> services() const { return m_services.valueBypassingBindings(); }
+    [[nodiscard]] int serviceCount() const { return int(services().size()); }
     /// Which process the last scan saw behind the service; absent where the system does not tell.
     [[nodiscard]] std::optional<ProcessIdentity> identityOf(const Service &service) const;
     /// Whether a scan is under way.
-    [[nodiscard]] bool isScanning() const { return m_isScanning; }
+    [[nodiscard]] bool isScanning() const { return m_isScanning.valueBypassingBindings(); }
     /// When the last scan was completed; invalid before.
-    [[nodiscard]] QDateTime lastUpdated() const { return m_lastUpdated; }
+    [[nodiscard]] QDateTime lastUpdated() const { return m_lastUpdated.valueBypassingBindings(); }
     /// What the user searches for, as typed. Never stored.
-    [[nodiscard]] QString searchText() const { return m_searchText; }
+    [[nodiscard]] QString searchText() const { return m_searchText.valueBypassingBindings(); }
     void setSearchText(const QString &searchText) { m_searchText = searchText; }
-    [[nodiscard]] SortOrder sortOrder() const { return m_sortOrder; }
+    [[nodiscard]] SortOrder sortOrder() const { return m_sortOrder.valueBypassingBindings(); }
     void setSortOrder(SortOrder sortOrder);
-    [[nodiscard]] QSet<qint64> pinnedPorts() const { return m_pinnedPorts; }
-    [[nodiscard]] bool autoRefresh() const { return m_autoRefresh; }
+    [[nodiscard]] QSet<qint64> pinnedPorts() const { return m_pinnedPorts.valueBypassingBindings(); }
+    [[nodiscard]] bool autoRefresh() const { return m_autoRefresh.valueBypassingBindings(); }
     void setAutoRefresh(bool autoRefresh);
 
     /// The services that match the search text, pinned ones first, in the chosen order. Computed by every
     /// read.
-    [[nodiscard]] QList<Service> visible() const { return m_visible; }
+    [[nodiscard]] QList<Service> visible() const;
     /// How many of all services answer, whatever their status code. Computed by every read.
-    [[nodiscard]] int runningCount() const { return m_runningCount; }
+    [[nodiscard]] int runningCount() const;
 
     [[nodiscard]] QString sortOrderId() const { return sortOrder().rawValue(); }
     /// Anything but the raw value of an order changes nothing.
     void setSortOrderId(const QString &rawValue);
     /// All orders, as they are offered.
     [[nodiscard]] static QList<SortOrder> sortOrders();
-
-    [[nodiscard]] QBindable<QList<Service>> bindableServices() const { return &m_services; }
-    [[nodiscard]] QBindable<bool> bindableIsScanning() const { return &m_isScanning; }
-    [[nodiscard]] QBindable<QDateTime> bindableLastUpdated() const { return &m_lastUpdated; }
-    [[nodiscard]] QBindable<QString> bindableSearchText() const { return &m_searchText; }
-    [[nodiscard]] QBindable<SortOrder> bindableSortOrder() const { return &m_sortOrder; }
-    [[nodiscard]] QBindable<QSet<qint64>> bindablePinnedPorts() const { return &m_pinnedPorts; }
-    [[nodiscard]] QBindable<bool> bindableAutoRefresh() const { return &m_autoRefresh; }
-    [[nodiscard]] QBindable<QList<Service>> bindableVisible() const { return &m_visible; }
-    [[nodiscard]] QBindable<int> bindableRunningCount() const { return &m_runningCount; }
 
     /// Refreshes now and, with auto-refresh on, every five seconds from now on. To be called whenever the
     /// list comes into view.
@@ -158,11 +138,7 @@ private:
 
     void load();
     void storePinnedPorts();
-    void announceDerived();
-    void announceVisible();
     void announceVisibleOrder();
-    [[nodiscard]] QList<Service> computeVisible() const;
-    [[nodiscard]] int computeRunningCount() const;
 
     void finishScan();
     void runHealthChecks(std::function<void()> whenDone);
@@ -184,9 +160,6 @@ private:
     Q_OBJECT_BINDABLE_PROPERTY(ServiceStore, QSet<qint64>, m_pinnedPorts, &ServiceStore::pinnedPortsChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(ServiceStore, bool, m_autoRefresh, true,
                                          &ServiceStore::autoRefreshChanged)
-    Q_OBJECT_COMPUTED_PROPERTY(ServiceStore, QList<Service>, m_visible, &ServiceStore::computeVisible)
-    Q_OBJECT_COMPUTED_PROPERTY(ServiceStore, int, m_runningCount, &ServiceStore::computeRunningCount)
-    std::array<QPropertyNotifier, 4> m_derivedFrom;
 
     QHash<qint32, ProcessIdentity> m_identities; ///< of the processes in m_services, by pid
 

@@ -24,12 +24,11 @@ void VisibleServicesModel::setStore(ServiceStore *store)
     if (m_store == store)
         return;
     if (m_store)
-        disconnect(m_store, &QObject::destroyed, this, nullptr);
+        m_store->disconnect(this);
     m_store = store;
-    m_notifiers = {};
     if (store) {
-        m_notifiers = {store->bindableVisible().addNotifier([this] { scheduleUpdate(); }),
-                       store->bindablePinnedPorts().addNotifier([this] { scheduleUpdate(); })};
+        connect(store, &ServiceStore::visibleChanged, this, &VisibleServicesModel::scheduleUpdate);
+        connect(store, &ServiceStore::pinnedPortsChanged, this, &VisibleServicesModel::scheduleUpdate);
         connect(store, &QObject::destroyed, this, &VisibleServicesModel::followStore);
     }
     followStore();

@@ -4,9 +4,7 @@
 
 #include <QAbstractListModel>
 #include <QPointer>
-#include <QProperty>
 
-#include <array>
 #include <vector>
 
 namespace portolan {
@@ -66,7 +64,6 @@ private:
     void refill(const Rows &wanted);
 
     QPointer<ServiceStore> m_store;
-    std::array<QPropertyNotifier, 2> m_notifiers;
     Rows m_rows;
     bool m_isUpdateScheduled = false;
     bool m_isUpdating = false;

@@ -1,24 +1,26 @@
 #pragma once
 
-#include <QBindable>
+#include "ServiceStore.h"
+
+#include <QObject>
 
 namespace portolan {
 
-/// Counts how often a property tells its observers that it changed.
+/// Counts how often a store announces the change of a property.
 class Announcements
 {
 public:
-    template <typename T>
-    explicit Announcements(QBindable<T> property)
-        : m_notifier(property.addNotifier([this] { ++m_count; }))
+    Announcements(const ServiceStore &store, void (ServiceStore::*changed)())
+        : m_connection(QObject::connect(&store, changed, &store, [this] { ++m_count; }))
     {}
+    ~Announcements() { QObject::disconnect(m_connection); }
     Q_DISABLE_COPY_MOVE(Announcements)
 
     int count() const { return m_count; }
 
 private:
     int m_count = 0;
-    QPropertyNotifier m_notifier;
+    QMetaObject::Connection m_connection;
 };
 
 } // namespace portolan

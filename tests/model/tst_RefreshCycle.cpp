@@ -55,7 +55,7 @@ TEST_F(RefreshCycle, TheMainThreadIsNeverBlockedByAScan)
 TEST_F(RefreshCycle, ARefreshDuringAScanIsDropped)
 {
     makeStore();
-    const Announcements scanning(m_store->bindableIsScanning());
+    const Announcements scanning(*m_store, &ServiceStore::isScanningChanged);
     bool secondReturned = false;
     m_store->refresh();
     m_store->refresh([&] { secondReturned = true; });
@@ -114,8 +114,8 @@ TEST_F(RefreshCycle, EveryScanIsATimeOfUpdateEvenIfNothingChanged)
     makeStore();
     scan({service(1, 10)});
     const QDateTime first = m_store->lastUpdated();
-    const Announcements services(m_store->bindableServices());
-    const Announcements lastUpdated(m_store->bindableLastUpdated());
+    const Announcements services(*m_store, &ServiceStore::servicesChanged);
+    const Announcements lastUpdated(*m_store, &ServiceStore::lastUpdatedChanged);
     ASSERT_TRUE(eventually([&] { return QDateTime::currentDateTimeUtc() > first; }));
     scan({service(1, 10)});
     EXPECT_GT(m_store->lastUpdated(), first);
@@ -126,7 +126,7 @@ TEST_F(RefreshCycle, EveryScanIsATimeOfUpdateEvenIfNothingChanged)
 TEST_F(RefreshCycle, AMergeIsOneAnnouncementOfTheWholeList)
 {
     makeStore();
-    const Announcements services(m_store->bindableServices());
+    const Announcements services(*m_store, &ServiceStore::servicesChanged);
     const QSignalSpy signalled(m_store.get(), &ServiceStore::servicesChanged);
     scan({service(1, 10), service(2, 20), service(3, 30)});
     EXPECT_EQ(services.count(), 1);
@@ -182,7 +182,7 @@ TEST_F(RefreshCycle, ResultsAreAppliedOneAtATimeInTheOrderOfCompletion)
     makeStore();
     scan({service(1, 10), service(2, 20), service(3, 30)});
     QList<QList<Health::State>> seen;
-    const auto note = m_store->bindableServices().addNotifier([&] {
+    QObject::connect(m_store.get(), &ServiceStore::servicesChanged, m_store.get(), [&] {
         seen.append(QList<Health::State>());
         for (const Service &known : m_store->services())
             seen.last().append(known.health.state());
@@ -227,7 +227,7 @@ TEST_F(RefreshCycle, AResultEqualToTheKnownHealthIsAnnouncedAllTheSame)
 {
     makeStore();
     scan({service(1, 10)});
-    const Announcements services(m_store->bindableServices());
+    const Announcements services(*m_store, &ServiceStore::servicesChanged);
     m_checker.answer(0, Health::unknown());
     EXPECT_TRUE(eventually([&] { return services.count() == 1; }));
 }
@@ -262,7 +262,7 @@ TEST_F(RefreshCycle, AResultForAServiceThatIsGoneChangesNothing)
     finishScan({service(1, 10), service(2, 20)});
     m_store->removeService(service(1, 10));
     const QList<Service> left = m_store->services();
-    const Announcements services(m_store->bindableServices());
+    const Announcements services(*m_store, &ServiceStore::servicesChanged);
     m_checker.answer(0, Health::healthy(200, 1));
     m_checker.answer(1, Health::unknown());
     ASSERT_TRUE(eventually([&] { return done; }));
@@ -306,7 +306,7 @@ TEST_F(RefreshCycle, ARefreshAskedForByAnObserverOfTheEndOfTheScanRuns)
 {
     makeStore();
     int idle = 0;
-    const auto note = m_store->bindableIsScanning().addNotifier([&] {
+    QObject::connect(m_store.get(), &ServiceStore::isScanningChanged, m_store.get(), [&] {
         if (!m_store->isScanning() && ++idle == 1)
             m_store->refresh();
     });

@@ -127,8 +127,8 @@ TEST_F(ServiceStoreTest, AnEqualAssignmentIsSilentButStored)
     m_store->setSortOrder(SortOrder::name);
     m_store->setAutoRefresh(false);
     ASSERT_TRUE(QFile::remove(settingsPath()));
-    const Announcements sortOrder(m_store->bindableSortOrder());
-    const Announcements autoRefresh(m_store->bindableAutoRefresh());
+    const Announcements sortOrder(*m_store, &ServiceStore::sortOrderChanged);
+    const Announcements autoRefresh(*m_store, &ServiceStore::autoRefreshChanged);
     const QSignalSpy sortOrderChanged(m_store.get(), &ServiceStore::sortOrderChanged);
 
     m_store->setSortOrder(SortOrder::name);
@@ -147,8 +147,8 @@ TEST_F(ServiceStoreTest, AnEqualAssignmentIsSilentButStored)
 TEST_F(ServiceStoreTest, TheSameSearchTextIsSilent)
 {
     makeStore();
-    const Announcements searchText(m_store->bindableSearchText());
-    const Announcements visible(m_store->bindableVisible());
+    const Announcements searchText(*m_store, &ServiceStore::searchTextChanged);
+    const Announcements visible(*m_store, &ServiceStore::visibleChanged);
     m_store->setSearchText(u"shop"_s);
     m_store->setSearchText(u"shop"_s);
     EXPECT_EQ(searchText.count(), 1);
@@ -158,7 +158,7 @@ TEST_F(ServiceStoreTest, TheSameSearchTextIsSilent)
 TEST_F(ServiceStoreTest, TogglingAPinTwiceAnnouncesAndStoresTwice)
 {
     makeStore();
-    const Announcements pinnedPorts(m_store->bindablePinnedPorts());
+    const Announcements pinnedPorts(*m_store, &ServiceStore::pinnedPortsChanged);
     m_store->togglePin(service(1, 3000));
     EXPECT_EQ(m_store->pinnedPorts(), QSet<qint64>{3000});
     EXPECT_EQ(settings().value(u"pinnedPorts"_s), QJsonArray{3000});
@@ -173,7 +173,7 @@ TEST_F(ServiceStoreTest, RemovingAServiceTakesEveryRecordOfItAndNothingElse)
     makeStore();
     m_store->togglePin(service(1, 3000));
     scan({service(1, 3000), service(2, 3000), service(1, 3000), service(1, 4000)});
-    const Announcements services(m_store->bindableServices());
+    const Announcements services(*m_store, &ServiceStore::servicesChanged);
     m_store->removeService(service(1, 3000, Health::unreachable()));
     EXPECT_EQ(m_store->services(), QList({service(2, 3000), service(1, 4000)}));
     EXPECT_EQ(services.count(), 1);
@@ -184,8 +184,8 @@ TEST_F(ServiceStoreTest, RemovingAServiceThatIsGoneIsAnnouncedAllTheSame)
 {
     makeStore();
     scan({service(1, 3000)});
-    const Announcements services(m_store->bindableServices());
-    const Announcements visible(m_store->bindableVisible());
+    const Announcements services(*m_store, &ServiceStore::servicesChanged);
+    const Announcements visible(*m_store, &ServiceStore::visibleChanged);
     m_store->removeService(service(7, 3000));
     EXPECT_EQ(m_store->services().size(), 1);
     EXPECT_EQ(services.count(), 1);
@@ -318,22 +318,11 @@ TEST_F(ServiceStoreTest, DerivedPropertiesAreFreshInsideEveryNotification)
 {
     makeStore();
     QList<qsizetype> seen;
-    const auto note =
-        m_store->bindableServices().addNotifier([&] { seen.append(m_store->visible().size()); });
+    QObject::connect(m_store.get(), &ServiceStore::servicesChanged, m_store.get(),
+                     [&] { seen.append(m_store->visible().size()); });
     scan({service(1, 10), service(2, 20)});
     m_store->removeService(service(1, 10));
     EXPECT_EQ(seen, (QList<qsizetype>{2, 1}));
-}
-
-TEST_F(ServiceStoreTest, BindablesCannotBeAssignedPastTheSetters)
-{
-    makeStore();
-    const QMetaObject *type = m_store->metaObject();
-    for (int i = type->propertyOffset(); i < type->propertyCount(); ++i) {
-        const QMetaProperty property = type->property(i);
-        EXPECT_TRUE(!property.isBindable() || property.bindable(m_store.get()).isReadOnly())
-            << property.name();
-    }
 }
 
 TEST_F(ServiceStoreTest, CountsItsServicesAloudForThoseWhoNeedNoMore)

@@ -12,13 +12,12 @@ class TimedFlag : public QObject
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(int duration MEMBER m_duration FINAL)
-    Q_PROPERTY(bool isRaised READ isRaised NOTIFY isRaisedChanged BINDABLE bindableIsRaised FINAL)
+    Q_PROPERTY(bool isRaised READ isRaised NOTIFY isRaisedChanged FINAL)
 
 public:
     using QObject::QObject;
 
-    [[nodiscard]] bool isRaised() const { return m_isRaised; }
-    [[nodiscard]] QBindable<bool> bindableIsRaised() const { return &m_isRaised; }
+    [[nodiscard]] bool isRaised() const { return m_isRaised.valueBypassingBindings(); }
 
     /// Sets the flag, to be cleared after `duration` milliseconds. A further call while it is set does not
     /// extend that time.

@@ -15,7 +15,7 @@ class WindowExposure : public QObject
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QQuickItem *item READ item WRITE setItem NOTIFY itemChanged FINAL)
-    Q_PROPERTY(bool isExposed READ isExposed NOTIFY isExposedChanged BINDABLE bindableIsExposed FINAL)
+    Q_PROPERTY(bool isExposed READ isExposed NOTIFY isExposedChanged FINAL)
 
 public:
     using QObject::QObject;
@@ -23,8 +23,7 @@ public:
     [[nodiscard]] QQuickItem *item() const { return m_item; }
     void setItem(QQuickItem *item);
 
-    [[nodiscard]] bool isExposed() const { return m_isExposed; }
-    [[nodiscard]] QBindable<bool> bindableIsExposed() const { return &m_isExposed; }
+    [[nodiscard]] bool isExposed() const { return m_isExposed.valueBypassingBindings(); }
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 

@@ -2,6 +2,7 @@
 #include "LocalSocket.h"
 #include "Printers.h"
 #include "Probe.h"
+#include "ScriptedServer.h"
 
 #include <QDir>
 #include <QFile>

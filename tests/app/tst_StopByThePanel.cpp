@@ -1,12 +1,13 @@
 // The panel's Stop with everything real: sockets, scans by both process sources, processes and signals.
-#include "SystemServiceActions.h"
-
 #include "AbandonableWorker.h"
 #include "Eventually.h"
 #include "KernelSource.h"
 #include "LocalSocket.h"
 #include "PortScanner_p.h"
+#include "ProcessHandle.h"
+#include "ServiceActions.h"
 #include "ServiceStore.h"
+#include "Termination.h"
 #include "TestChild.h"
 #include "ToolSource.h"
 #include "UserDefaults.h"
@@ -64,7 +65,7 @@ protected:
     qint64 m_port = 0;
     ServiceStore m_store{m_defaults, [this](const std::stop_token &) { return scan(); },
                          [](qint64) { return QtFuture::makeReadyFuture(Health::unreachable()); }};
-    SystemServiceActions m_actions{m_store};
+    ServiceActions m_actions{[this](const Service &service) { return m_store.identityOf(service); }};
 };
 
 } // namespace
@@ -99,7 +100,8 @@ TEST_P(StopByThePanel, SignalsNobodyWhenThePidHasGoneToAnotherProcess)
     EXPECT_EQ(m_store.serviceCount(), 0);
     // What is stopped later is killed later: by then the stranger would have been.
     TestChild last(TestChild::ignoresTerm);
-    ServiceActions::stop({.pid = last.pid()}, {});
+    Termination::start(std::make_shared<ProcessHandle>(last.pid()), &m_actions);
+    ASSERT_TRUE(eventually([&] { return !last.isAlive(); }));
     EXPECT_EQ(last.collect(), SIGKILL);
     EXPECT_TRUE(stranger->isAlive());
 }
