@@ -4,7 +4,6 @@
 
 #include <QJsonArray>
 #include <QMetaProperty>
-#include <QProperty>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -205,111 +204,87 @@ TEST_F(ServiceStoreTest, RunningCountIsThatOfAllHealthyServices)
     EXPECT_EQ(m_store->runningCount(), 2);
 }
 
-// A binding is run again when, and only when, something it read has changed, and then once.
-class ServiceStoreBinding : public ServiceStoreTest
-{
-protected:
-    template <typename Read>
-    void observe(Read read)
-    {
-        m_evaluations = 0;
-        m_binding.setBinding([this, read] {
-            ++m_evaluations;
-            return qint64(read());
-        });
-    }
-
-    int evaluations() { return std::exchange(m_evaluations, 0); }
-
-    int m_evaluations = 0;
-    QProperty<qint64> m_binding;
-};
-
-TEST_F(ServiceStoreBinding, OfServicesFollowsTheServicesAlone)
+TEST_F(ServiceStoreTest, ServicesAreAnnouncedWhenTheyChange)
 {
     makeStore();
-    observe([this] { return m_store->services().size(); });
-    evaluations();
+    const Announcements services(*m_store, &ServiceStore::servicesChanged);
     m_store->setSearchText(u"x"_s);
     m_store->setSortOrder(SortOrder::name);
     m_store->togglePin(service(1, 1));
-    EXPECT_EQ(evaluations(), 0);
+    EXPECT_EQ(services.count(), 0);
     scan({service(1, 1)});
-    EXPECT_EQ(evaluations(), 1);
-    EXPECT_EQ(m_binding.value(), 1);
+    EXPECT_EQ(services.count(), 1);
+    EXPECT_EQ(m_store->services().size(), 1);
     m_checker.answer(0, Health::healthy(200, 1));
     ASSERT_TRUE(eventually([this] { return m_store->runningCount() == 1; }));
-    EXPECT_EQ(evaluations(), 1);
+    EXPECT_EQ(services.count(), 2);
     scan({service(1, 1)});
-    EXPECT_EQ(evaluations(), 0);
+    EXPECT_EQ(services.count(), 2);
     m_store->removeService(service(1, 1));
-    EXPECT_EQ(evaluations(), 1);
-    EXPECT_EQ(m_binding.value(), 0);
+    EXPECT_EQ(services.count(), 3);
+    EXPECT_EQ(m_store->services().size(), 0);
 }
 
-TEST_F(ServiceStoreBinding, OfVisibleFollowsAllThatDecidesIt)
+TEST_F(ServiceStoreTest, VisibleIsAnnouncedWhenAnythingThatDecidesItChanges)
 {
     makeStore();
     scan({service(1, 10), service(2, 20)});
-    observe([this] { return m_store->visible().value(0).port; });
-    evaluations();
-    EXPECT_EQ(m_binding.value(), 10);
+    const Announcements visible(*m_store, &ServiceStore::visibleChanged);
+    const auto first = [this] { return m_store->visible().value(0).port; };
+    EXPECT_EQ(first(), 10);
     m_store->togglePin(service(2, 20));
-    EXPECT_EQ(evaluations(), 1);
-    EXPECT_EQ(m_binding.value(), 20);
+    EXPECT_EQ(visible.count(), 1);
+    EXPECT_EQ(first(), 20);
     m_store->setSortOrder(SortOrder::name);
-    EXPECT_EQ(evaluations(), 1);
+    EXPECT_EQ(visible.count(), 2);
     m_store->setSortOrder(SortOrder::name);
-    EXPECT_EQ(evaluations(), 0);
+    EXPECT_EQ(visible.count(), 2);
     m_store->setSearchText(u"10"_s);
-    EXPECT_EQ(evaluations(), 1);
-    EXPECT_EQ(m_binding.value(), 10);
+    EXPECT_EQ(visible.count(), 3);
+    EXPECT_EQ(first(), 10);
     m_store->removeService(service(1, 10));
-    EXPECT_EQ(evaluations(), 1);
-    EXPECT_EQ(m_binding.value(), 0);
+    EXPECT_EQ(visible.count(), 4);
+    EXPECT_EQ(first(), 0);
     m_store->setAutoRefresh(false);
-    EXPECT_EQ(evaluations(), 0);
+    EXPECT_EQ(visible.count(), 4);
 }
 
-TEST_F(ServiceStoreBinding, OfVisibleIgnoresPinsAndOrderWhereThereIsNothingToOrder)
+TEST_F(ServiceStoreTest, VisibleIsNotAnnouncedForPinsAndOrderWhereThereIsNothingToOrder)
 {
     makeStore();
     scan({service(1, 10), service(2, 20)});
     m_store->setSearchText(u"20"_s);
-    observe([this] { return m_store->visible().size(); });
-    evaluations();
+    const Announcements visible(*m_store, &ServiceStore::visibleChanged);
     m_store->togglePin(service(2, 20));
     m_store->setSortOrder(SortOrder::uptime);
-    EXPECT_EQ(evaluations(), 0);
+    EXPECT_EQ(visible.count(), 0);
     m_store->setSearchText({});
-    EXPECT_EQ(evaluations(), 1);
+    EXPECT_EQ(visible.count(), 1);
     m_store->setSortOrder(SortOrder::port);
-    EXPECT_EQ(evaluations(), 1);
+    EXPECT_EQ(visible.count(), 2);
 }
 
-TEST_F(ServiceStoreBinding, OfRunningCountFollowsTheServicesAlone)
+TEST_F(ServiceStoreTest, RunningCountIsAnnouncedForTheServicesAlone)
 {
     makeStore();
     scan({service(1, 10), service(2, 20)});
-    observe([this] { return m_store->runningCount(); });
-    evaluations();
+    const Announcements runningCount(*m_store, &ServiceStore::runningCountChanged);
     m_store->setSearchText(u"20"_s);
     m_store->togglePin(service(2, 20));
-    EXPECT_EQ(evaluations(), 0);
+    EXPECT_EQ(runningCount.count(), 0);
     m_checker.answer(1, Health::healthy(404, 1));
-    ASSERT_TRUE(eventually([this] { return m_binding.value() == 1; }));
-    EXPECT_EQ(evaluations(), 1);
+    ASSERT_TRUE(eventually([this] { return m_store->runningCount() == 1; }));
+    EXPECT_EQ(runningCount.count(), 1);
 }
 
-TEST_F(ServiceStoreBinding, OfLastUpdatedAndScanningFollowTheScan)
+TEST_F(ServiceStoreTest, AScanIsAnnouncedFromBeginningToEnd)
 {
     makeStore();
     QStringList seen;
-    QProperty<bool> updated([this] { return m_store->lastUpdated().isValid(); });
-    QProperty<bool> scanning([this] { return m_store->isScanning(); });
-    const auto noteUpdated = updated.onValueChanged([&] { seen.append(u"updated"_s); });
-    const auto noteScanning =
-        scanning.onValueChanged([&] { seen.append(scanning.value() ? u"busy"_s : u"idle"_s); });
+    QObject::connect(m_store.get(), &ServiceStore::lastUpdatedChanged, m_store.get(),
+                     [&] { seen.append(u"updated"_s); });
+    QObject::connect(m_store.get(), &ServiceStore::isScanningChanged, m_store.get(),
+                     [&] { seen.append(m_store->isScanning() ? u"busy"_s : u"idle"_s); });
     scan({});
     EXPECT_THAT(seen, testing::ElementsAre(u"busy"_s, u"updated"_s, u"idle"_s));
 }
