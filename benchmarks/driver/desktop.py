@@ -92,7 +92,7 @@ def popover_header(driver):
 
 def measure_portolan(driver, paths, servers, area):
     report.heading(f"desktop: Portolan, {servers} servers")
-    with population(paths.programs, "bare", servers, paths.scratch), driver.Desktop() as desktop:
+    with population(paths.programs, "idle", servers, paths.scratch), driver.Desktop() as desktop:
         desktop.program, milliseconds = start_to_icon(desktop, [driver.PORTOLAN, "--background"])
         pid = desktop.program.pid
         print(f"start to icon              {milliseconds:7.1f} ms")

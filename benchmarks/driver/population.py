@@ -6,16 +6,16 @@ import pathlib
 import subprocess
 
 # What even an idle machine runs: processes with a handful of descriptors each, a few of which wake up every second.
-HOUSEHOLD = (75, 10, 15)
+IDLE = (75, 10, 15)
 # What a browser and an editor add to it; half of it wakes up every second.
 DESKTOP = (300, 40, 150)
 
-BACKGROUNDS = {"bare": [HOUSEHOLD], "crowded": [HOUSEHOLD, DESKTOP]}
+BACKGROUNDS = {"idle": [IDLE], "loaded": [IDLE, DESKTOP]}
 
 
 @contextlib.contextmanager
-def standing(command):
-    """Runs a program that says one line when it stands and ends with its standard input; yields the line."""
+def running(command):
+    """Runs a program that prints one line when it is ready and ends with its standard input; yields the line."""
     with subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True) as process:
         yield process.stdout.readline()
         process.stdin.close()
@@ -34,10 +34,10 @@ def project_folders(root, count):
 def population(programs, background, servers, root):
     """`servers` servers before one of BACKGROUNDS; yields their ports."""
     with contextlib.ExitStack() as stack:
-        for crowd in BACKGROUNDS[background]:
-            stack.enter_context(standing([programs / "crowd", *map(str, crowd)]))
+        for processes in BACKGROUNDS[background]:
+            stack.enter_context(running([programs / "background_processes", *map(str, processes)]))
         if servers == 0:
             yield []
             return
         farm = [programs / "server_farm", *project_folders(root, servers)]
-        yield stack.enter_context(standing(farm)).split()
+        yield stack.enter_context(running(farm)).split()

@@ -1,5 +1,5 @@
 // refresh_cost SECONDS: lets a store refresh itself every five seconds, as it does all day, and says what one
-// refresh cost on average: scan, merge, probes, and every thirty seconds the look at everything.
+// refresh cost on average: scan, merge, probes, and every thirty seconds a full rescan.
 #include "../Meter.h"
 
 #include "AbandonableWorker.h"

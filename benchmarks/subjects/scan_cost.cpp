@@ -18,7 +18,7 @@ namespace portolan {
 
 namespace {
 
-/// Has every server run between two scans, as a probe does: a process that sleeps is cheaper to look at.
+/// Has every server run between two scans, as a probe does: a process that sleeps takes less to read.
 void wake(const QList<Service> &services)
 {
     for (const Service &service : services) {

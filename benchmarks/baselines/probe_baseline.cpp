@@ -1,5 +1,5 @@
-// bare_probes ROUNDS PORT...: the least that asking every server can cost: a connection, a HEAD request and
-// the start of the answer, for all ports at once, on non-blocking sockets and one epoll.
+// probe_baseline ROUNDS PORT...: the least that probing every server can cost: a connection, a HEAD request
+// and the start of the answer, for all ports at once, on non-blocking sockets and one epoll.
 #include "../Meter.h"
 
 #include <cstring>

@@ -1,6 +1,6 @@
-// table_walk ROUNDS: finding every listening server on bare system calls, in a fresh process and in ROUNDS
-// more after that: one question to the kernel for the sockets, one list of every process's descriptors, one
-// look at each of them, and two files for each owner.
+// proc_baseline ROUNDS: finds every listening server with plain system calls, once in a fresh process and
+// ROUNDS times more: one netlink dump of the sockets, one listing of the descriptors of every process, one
+// readlink for each of them, and two files for each owner.
 #include "../Meter.h"
 
 #include <charconv>
@@ -83,7 +83,7 @@ size_t readFacts(int process)
     return size_t(link) + size_t(text);
 }
 
-size_t walk()
+size_t scan()
 {
     std::unordered_set<unsigned> inodes;
     const int netlink = socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_SOCK_DIAG);
@@ -117,12 +117,12 @@ int main(int argc, char **argv)
     if (argc != 2)
         return 2;
     size_t owners = 0;
-    const auto look = [&owners] { owners = walk(); };
-    report("first", costOf(look));
+    const auto run = [&owners] { owners = scan(); };
+    report("first", costOf(run));
     std::vector<Cost> rounds;
     for (int left = std::stoi(argv[1]); left > 0; --left)
-        rounds.push_back(costOf(look));
+        rounds.push_back(costOf(run));
     if (!rounds.empty())
-        report("walk", median(rounds));
+        report("baseline", median(rounds));
     std::printf("found %zu\n", owners);
 }
