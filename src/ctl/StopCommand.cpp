@@ -18,13 +18,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-ScanResult scanFor(const QList<ServiceOperand> &operands, ProcessSource &source)
+ScanResult scanFor(const QList<ServiceOperand> &operands)
 {
     QSet<qint64> ports;
     for (const ServiceOperand &operand : operands)
         ports.insert(operand.port);
+    const std::unique_ptr<ProcessSource> source = SystemSource::make();
     AbandonableWorker files;
-    return PortScanner::scanPorts(source, files, ports);
+    return PortScanner::scanPorts(*source, files, ports);
 }
 
 QString severalProcessesText(const QList<Service> &services)
@@ -65,8 +66,7 @@ int Commands::stop(const CommandLine &line)
     // output.
     std::signal(SIGPIPE, SIG_IGN);
 
-    const std::unique_ptr<ProcessSource> source = SystemSource::make();
-    const auto [services, identities] = scanFor(line.operands, *source);
+    const auto [services, identities] = scanFor(line.operands);
     QList<Service> chosen;
     bool isDone = true;
     for (const ServiceOperand &operand : line.operands) {
@@ -76,8 +76,7 @@ int Commands::stop(const CommandLine &line)
             chosen.append(*service);
     }
 
-    isDone &=
-        StopReport::stopAll(chosen, identities, [&] { return scanFor(line.operands, *source).services; });
+    isDone &= StopReport::stopAll(chosen, identities);
     return isDone ? ExitStatus::success : ExitStatus::failure;
 }
 

@@ -8,8 +8,6 @@
 #include <QCoreApplication>
 
 #include <algorithm>
-#include <functional>
-#include <iterator>
 #include <memory>
 #include <vector>
 
@@ -55,16 +53,6 @@ std::vector<Stopping> openHandles(const QList<Service> &services,
                                     : std::make_shared<const ProcessHandle>(service.pid)});
     }
     return all;
-}
-
-/// Removes those that `isTaken` is true of from `all` and returns them.
-template <typename Predicate>
-std::vector<Stopping> takeOut(std::vector<Stopping> &all, Predicate isTaken)
-{
-    const auto part = std::ranges::stable_partition(all, std::not_fn(isTaken));
-    std::vector<Stopping> result(std::make_move_iterator(part.begin()), std::make_move_iterator(part.end()));
-    all.erase(part.begin(), part.end());
-    return result;
 }
 
 void sendStop(std::vector<Stopping> &all, QObject *owner)
@@ -114,27 +102,21 @@ bool reportEnds(std::vector<Stopping> stopping)
 
 } // namespace
 
-bool StopReport::stopAll(const QList<Service> &services, const QHash<qint32, ProcessIdentity> &identities,
-                         const std::function<QList<Service>()> &rescan)
+bool StopReport::stopAll(const QList<Service> &services, const QHash<qint32, ProcessIdentity> &identities)
 {
-    if (services.isEmpty())
-        return true;
     std::vector<Stopping> stopping = openHandles(services, identities);
-    const QList<Service> listed = rescan();
-    const auto ended = takeOut(stopping, [](const Stopping &one) { return one.process->waitForEnd(0ms); });
-    const auto unlisted = takeOut(stopping, [&](const Stopping &one) {
-        return std::ranges::find(listed, one.service.id(), &Service::id) == listed.end();
-    });
+    const auto ended = std::ranges::stable_partition(
+        stopping, [](const Stopping &one) { return !one.process->waitForEnd(0ms); });
+    const std::vector<Stopping> endedBefore(ended.begin(), ended.end());
+    stopping.erase(ended.begin(), ended.end());
     // All signals are sent before anything is written: a terminal stopped by Control-S would delay them.
     QObject owner;
     sendStop(stopping, &owner);
-    for (const Stopping &one : ended)
+    for (const Stopping &one : endedBefore)
         (void)Output::write(u"%1 had ended already.\n"_s.arg(described(one.service)).toUtf8());
-    for (const Stopping &one : unlisted)
-        Output::printError(described(one.service) + u" no longer listens there and is not stopped"_s);
     for (const Stopping &one : stopping)
         (void)Output::write(u"Stopping %1…\n"_s.arg(described(one.service)).toUtf8());
-    return reportEnds(std::move(stopping)) && unlisted.empty();
+    return reportEnds(std::move(stopping));
 }
 
 } // namespace portolan

@@ -20,13 +20,11 @@ struct Outcome
     std::string error;
 };
 
-/// Stops `services`, of which `listed` are those that a second scan lists.
-Outcome stop(const QList<Service> &services, const std::function<QList<Service>()> &listed,
-             const QHash<qint32, ProcessIdentity> &identities = {})
+Outcome stop(const QList<Service> &services, const QHash<qint32, ProcessIdentity> &identities = {})
 {
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
-    const bool haveEnded = StopReport::stopAll(services, identities, listed);
+    const bool haveEnded = StopReport::stopAll(services, identities);
     return {haveEnded, testing::internal::GetCapturedStdout(), testing::internal::GetCapturedStderr()};
 }
 
@@ -37,6 +35,14 @@ Service serverOf(pid_t pid)
     return service;
 }
 
+QHash<qint32, ProcessIdentity> identitiesOf(const QList<Service> &services)
+{
+    QHash<qint32, ProcessIdentity> identities;
+    for (const Service &service : services)
+        identities.insert(service.pid, ProcessIdentity::of(service.pid).value());
+    return identities;
+}
+
 std::string described(const Service &service)
 {
     return "Shop (process " + std::to_string(service.pid) + ", port 3000)";
@@ -44,11 +50,11 @@ std::string described(const Service &service)
 
 } // namespace
 
-TEST(StopReport, StopsWhatIsStillListed)
+TEST(StopReport, StopsTheServers)
 {
     TestChild child(TestChild::endsOnTerm);
     const Service server = serverOf(child.pid());
-    const Outcome outcome = stop({server}, [&] { return QList{server}; });
+    const Outcome outcome = stop({server}, identitiesOf({server}));
     EXPECT_TRUE(outcome.haveEnded);
     EXPECT_THAT(outcome.output, MatchesRegex("Stopping .*\nStopped .* after [0-9]+\\.[0-9] s\\.\n"));
     EXPECT_EQ(outcome.error, "");
@@ -67,70 +73,34 @@ TEST(StopReport, ReportsWhatHadEndedBefore)
     siginfo_t ended = {};
     ASSERT_EQ(waitid(P_PID, id_t(other.pid), &ended, WEXITED | WNOWAIT), 0);
 
-    const Outcome outcome = stop({one, other}, [] { return QList<Service>(); });
+    const Outcome outcome = stop({one, other});
     EXPECT_TRUE(outcome.haveEnded);
     EXPECT_EQ(outcome.output,
               described(one) + " had ended already.\n" + described(other) + " had ended already.\n");
     EXPECT_EQ(outcome.error, "");
 }
 
-TEST(StopReport, DoesNotStopWhatNoLongerListens)
-{
-    TestChild child(TestChild::endsOnTerm);
-    const Service server = serverOf(child.pid());
-    const Outcome outcome = stop({server}, [] { return QList<Service>(); });
-    EXPECT_FALSE(outcome.haveEnded);
-    EXPECT_EQ(outcome.output, "");
-    EXPECT_EQ(outcome.error,
-              "portolanctl: " + described(server) + " no longer listens there and is not stopped\n");
-    EXPECT_TRUE(child.isAlive());
-}
-
-TEST(StopReport, NeverReachesAServerThatGotTheIdOfTheOneThatWasListed)
-{
-    TestChild child(TestChild::endsOnTerm);
-    const Service server = serverOf(child.pid());
-    std::optional<TestChild> newcomer;
-    const Outcome outcome = stop({server}, [&] {
-        kill(server.pid, SIGTERM);
-        child.collect();
-        if (auto successor = TestChild::withPid(server.pid, TestChild::endsOnTerm))
-            newcomer.emplace(std::move(*successor));
-        return QList{server};
-    });
-    if (!newcomer)
-        GTEST_SKIP() << "choosing a process id needs the right to (clone3 with set_tid): " << strerror(errno);
-    EXPECT_TRUE(outcome.haveEnded);
-    EXPECT_EQ(outcome.output, described(server) + " had ended already.\n");
-    EXPECT_TRUE(newcomer->isAlive());
-}
-
 TEST(StopReport, NeverReachesAServerThatGotTheIdSinceTheScan)
 {
     TestChild child(TestChild::endsOnTerm);
     const Service server = serverOf(child.pid());
-    const auto identity = ProcessIdentity::of(child.pid());
-    ASSERT_TRUE(identity);
+    const auto identities = identitiesOf({server});
     kill(server.pid, SIGTERM);
     child.collect();
     const auto newcomer = TestChild::withPidLater(server.pid, TestChild::endsOnTerm);
     if (!newcomer)
         GTEST_SKIP() << "choosing a process id needs the right to (clone3 with set_tid): " << strerror(errno);
-    const Outcome outcome = stop({server}, [&] { return QList{server}; }, {{server.pid, *identity}});
+    const Outcome outcome = stop({server}, identities);
     EXPECT_TRUE(outcome.haveEnded);
     EXPECT_EQ(outcome.output, described(server) + " had ended already.\n");
     EXPECT_TRUE(newcomer->isAlive());
 }
 
-TEST(StopReport, DoesNotScanAgainForNothing)
+TEST(StopReport, StopsNothingWithoutServers)
 {
-    bool hasScanned = false;
-    const Outcome outcome = stop({}, [&] {
-        hasScanned = true;
-        return QList<Service>();
-    });
+    const Outcome outcome = stop({});
     EXPECT_TRUE(outcome.haveEnded);
-    EXPECT_FALSE(hasScanned);
+    EXPECT_EQ(outcome.output + outcome.error, "");
 }
 
 } // namespace portolan
