@@ -105,10 +105,11 @@ bool reportEnds(std::vector<Stopping> stopping)
 bool StopReport::stopAll(const QList<Service> &services, const QHash<qint32, ProcessIdentity> &identities)
 {
     std::vector<Stopping> stopping = openHandles(services, identities);
-    const auto ended = std::ranges::stable_partition(
-        stopping, [](const Stopping &one) { return !one.process->waitForEnd(0ms); });
-    const std::vector<Stopping> endedBefore(ended.begin(), ended.end());
-    stopping.erase(ended.begin(), ended.end());
+    // Not std::ranges, whose subranges clang 14 does not compile with this standard library.
+    const auto ended = std::stable_partition(
+        stopping.begin(), stopping.end(), [](const Stopping &one) { return !one.process->waitForEnd(0ms); });
+    const std::vector<Stopping> endedBefore(ended, stopping.end());
+    stopping.erase(ended, stopping.end());
     // All signals are sent before anything is written: a terminal stopped by Control-S would delay them.
     QObject owner;
     sendStop(stopping, &owner);

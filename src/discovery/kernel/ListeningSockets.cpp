@@ -219,8 +219,11 @@ std::optional<std::vector<ListeningSocket>> ListeningSockets::read()
     // Without an inode it is no process's; twice when the table changed while it was read.
     std::erase_if(*sockets, [](const ListeningSocket &socket) { return socket.inode == 0; });
     std::ranges::sort(*sockets, {}, &ListeningSocket::inode);
-    const auto repeated = std::ranges::unique(*sockets, {}, &ListeningSocket::inode);
-    sockets->erase(repeated.begin(), repeated.end());
+    // Not std::ranges, whose subranges clang 14 does not compile with this standard library.
+    const auto haveOneInode = [](const ListeningSocket &a, const ListeningSocket &b) {
+        return a.inode == b.inode;
+    };
+    sockets->erase(std::unique(sockets->begin(), sockets->end(), haveOneInode), sockets->end());
     return sockets;
 }
 
