@@ -110,14 +110,6 @@ QList<QByteArray> toolEnvironment()
     return environment;
 }
 
-void waitForUsersProgram(const QString &path, const QStringList &arguments, const QDeadlineTimer &deadline,
-                         int stop)
-{
-    std::optional<ChildProcess> child = ChildProcess::start({.path = path, .arguments = arguments});
-    if (child)
-        (void)child->wait(deadline, stop);
-}
-
 } // namespace
 
 QString Shell::run(const QString &path, const QStringList &arguments)
@@ -132,10 +124,6 @@ Shell::Result Shell::run(const QString &path, const QStringList &arguments, cons
     const StopSignal stop(limits.stop);
     if (!stop.isHeard(limits.stop) || limits.stop.stop_requested())
         return {};
-    if (limits.isUsersProgram) {
-        waitForUsersProgram(path, arguments, deadline, stop.descriptor());
-        return {};
-    }
     std::optional<Pipe> pipe = Pipe::open();
     if (!pipe)
         return {};

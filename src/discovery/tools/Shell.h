@@ -26,10 +26,6 @@ struct Limits
     qsizetype maxOutput = qsizetype(64) * 1024 * 1024;
     /// A stop request ends the run as the deadline does.
     std::stop_token stop;
-    /// For a program that is the user's rather than a tool of ours, run for what it does: it has the user's
-    /// own locale and descriptor limit and nowhere to print to, and a limit ends only the waiting. It
-    /// outlives this program.
-    bool isUsersProgram = false;
     /// Takes a killed child that does not end in time; without it nobody reaps such a child.
     UnreapedChildren *unreaped = nullptr;
 };

@@ -376,44 +376,12 @@ TEST_F(ShellRun, RefusesWhatItCouldNotStop)
     none.rlim_cur = 0;
     const std::stop_source source;
     ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
-    const QString output = Shell::run(u"/bin/sh"_s, {u"-c"_s, u"> '%1'"_s.arg(path(u"sign"_s))},
-                                      {.stop = source.get_token(), .isUsersProgram = true})
-                               .output;
+    const QString output =
+        Shell::run(u"/bin/sh"_s, {u"-c"_s, u"> '%1'"_s.arg(path(u"sign"_s))}, {.stop = source.get_token()})
+            .output;
     setrlimit(RLIMIT_NOFILE, &before);
     EXPECT_EQ(output, QString());
     EXPECT_FALSE(QFile::exists(path(u"sign"_s)));
-}
-
-TEST_F(ShellRun, AUsersProgramHasTheUsersSurroundings)
-{
-    qputenv("LC_ALL", "de_DE.UTF-8");
-    rlimit limit{};
-    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
-    const QString script = u"{ echo $LC_ALL; ulimit -Sn; readlink /proc/$$/fd/0 /proc/$$/fd/1; } > '%1'"_s;
-    EXPECT_EQ(Shell::run(u"/bin/sh"_s, {u"-c"_s, u"echo dropped; "_s + script.arg(path(u"facts"_s))},
-                         {.isUsersProgram = true})
-                  .output,
-              QString());
-    QFile facts(path(u"facts"_s));
-    ASSERT_TRUE(facts.open(QFile::ReadOnly));
-    EXPECT_EQ(facts.readLine(), "de_DE.UTF-8\n");
-    EXPECT_EQ(facts.readLine().trimmed().toULong(), limit.rlim_cur);
-    EXPECT_EQ(facts.readLine(), "/dev/null\n");
-    qunsetenv("LC_ALL");
-}
-
-TEST_F(ShellRun, AUsersProgramIsLeftRunning)
-{
-    const QString script = u"echo $$ > '%1'; exec sleep 1000"_s.arg(path(u"pid"_s));
-    std::jthread runner([&](const std::stop_token &stop) {
-        (void)Shell::run(u"/bin/sh"_s, {u"-c"_s, script}, {.stop = stop, .isUsersProgram = true});
-    });
-    ASSERT_TRUE(waitUntil([&] { return pidIn(u"pid"_s) > 0; }));
-    runner.request_stop();
-    runner.join();
-    EXPECT_TRUE(isRunning(pidIn(u"pid"_s)));
-    kill(pidIn(u"pid"_s), SIGKILL);
-    EXPECT_EQ(waitpid(pidIn(u"pid"_s), nullptr, 0), pidIn(u"pid"_s));
 }
 
 TEST_F(ShellRun, TheChildDiesWithThisProgram)
