@@ -330,8 +330,9 @@ TEST_P(NameThatLsofMisreads, IsRightInTheKernelSource)
     EXPECT_EQ(detailsDifference(process.pid()), "");
     // Should lsof ever read such names right, the exception made for them has to go. An empty one is read
     // right since lsof 4.99.
-    if (!GetParam().isEmpty())
+    if (!GetParam().isEmpty()) {
         EXPECT_NE(find(listingOf(m_tools), process.pid()), listed(process.pid()));
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Names, NameThatLsofMisreads,
