@@ -106,8 +106,9 @@ int DesktopProgram::run(int argc, char **argv)
     QByteArray option("-platform");
     std::array<char *, 4> words{argv[0], option.data(), platform->data(), nullptr};
     int wordCount = platform->isEmpty() ? 1 : 3;
-    // Qt warns of every portal and bus that a desktop does without. QT_LOGGING_RULES shows it again.
-    QLoggingCategory::setFilterRules(u"qt.qpa.*.warning=false"_s);
+    // Qt warns of every portal and bus that a desktop does without, and of every item that a screen reader
+    // asks for after it has gone. QT_LOGGING_RULES shows it again.
+    QLoggingCategory::setFilterRules(u"qt.qpa.*.warning=false\nqt.accessibility.*.warning=false"_s);
     QGuiApplication application(wordCount, words.data());
     describe(application);
     return serve(std::get<StartRequest>(parsed));

@@ -9,7 +9,9 @@ RoundedRect {
     required property string text
 
     readonly property rect covered: root.target.mapToItem(null, 0, 0, root.target.width, root.target.height)
-    readonly property point place: OverlayPlacement.toolTip(root.covered, Qt.size(root.width, root.height), Qt.rect(0, 0, root.parent.width, root.parent.height))
+    readonly property point place: OverlayPlacement.toolTip(root.covered, Qt.size(root.width, root.height), Qt.rect(0, 0, root.space.width, root.space.height))
+    // Without a parent for a moment while its window ends.
+    readonly property size space: root.parent ? Qt.size(root.parent.width, root.parent.height) : Qt.size(0, 0)
 
     parent: root.target.Window.contentItem
     x: Math.round(root.place.x)
@@ -27,7 +29,7 @@ RoundedRect {
         id: label
 
         anchors.centerIn: parent
-        width: Math.min(Math.ceil(label.implicitWidth), root.parent.width - 24)
+        width: Math.min(Math.ceil(label.implicitWidth), root.space.width - 24)
         text: root.text
         textFormat: Text.PlainText
         font: Fonts.system(11)
