@@ -30,8 +30,8 @@ public:
                             QObject *parent = nullptr);
 
     /// Ends the server's process as Termination does. Signals nobody if the process that was listed has
-    /// ended, whoever has its pid by now; where the system does not tell, it is whoever has the pid at this
-    /// call. Once this object is gone, the process is no longer killed.
+    /// ended, even if another has its pid; where the system does not tell, it is the process with the pid at
+    /// this call. Once this object is gone, the process is no longer killed.
     Q_INVOKABLE virtual void stop(const portolan::Service &service);
 
     /// Opens the server's address in the user's browser.

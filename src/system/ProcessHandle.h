@@ -20,7 +20,7 @@ public:
     /// for groups).
     explicit ProcessHandle(qint32 pid);
 
-    /// Holds the process `identity`, and none if it has ended, whoever has its pid by now.
+    /// Holds the process `identity`, and none if it has ended, even if another has its pid.
     explicit ProcessHandle(const ProcessIdentity &identity);
 
     /// Sends `signal`; 0 sends nothing and only asks. Returns whether the process is there and takes signals
