@@ -1,8 +1,11 @@
 #include "StartOptions.h"
 
+#include "HelpFormatter.h"
+
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <memory>
 
 namespace portolan {
 
@@ -23,6 +26,7 @@ StartOptions::Reply refusal(QString message)
 std::variant<StartRequest, StartOptions::Reply> StartOptions::parse(int argc, const char *const *argv)
 {
     CLI::App app("Shows the dev servers of this machine in the desktop's status area.", "portolan");
+    app.formatter(std::make_shared<HelpFormatter>());
     app.set_help_flag("-h,--help", "print this and exit");
     app.set_version_flag("--version", "portolan " PORTOLAN_VERSION, "print the version and exit");
     bool background = false;

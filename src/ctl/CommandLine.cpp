@@ -1,10 +1,12 @@
 #include "CommandLine.h"
 
+#include "HelpFormatter.h"
 #include "TerminalText.h"
 
 #include <CLI/CLI.hpp>
 
 #include <array>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -22,10 +24,10 @@ class Parser
 public:
     Parser()
     {
+        m_app.formatter(std::make_shared<HelpFormatter>());
         m_app.set_help_flag("-h,--help", "print this and exit");
         m_app.set_version_flag("--version", "portolanctl " PORTOLAN_VERSION, "print the version and exit");
         m_app.require_subcommand(0, 1);
-        m_app.get_formatter()->label("SUBCOMMAND", "COMMAND");
         const std::vector<CLI::Option *> listOptions = addListOptions(&m_app);
 
         addListOptions(
