@@ -4,6 +4,7 @@
 #include "VisibleList.h"
 
 #include <QHash>
+#include <QTimer>
 
 #include <algorithm>
 #include <deque>
@@ -121,6 +122,7 @@ ServiceStore::ServiceStore(UserDefaults &defaults, Scanner scan, Checker check,
     , m_scan(std::move(scan))
     , m_check(std::move(check))
     , m_results(new ProbeResults{.store = this})
+    , m_autoRefreshInterval(autoRefreshInterval)
 {
     connect(this, &ServiceStore::servicesChanged, this, &ServiceStore::visibleChanged);
     connect(this, &ServiceStore::servicesChanged, this, &ServiceStore::runningCountChanged);
@@ -129,11 +131,7 @@ ServiceStore::ServiceStore(UserDefaults &defaults, Scanner scan, Checker check,
     connect(this, &ServiceStore::sortOrderChanged, this, &ServiceStore::announceVisibleOrder);
     connect(this, &ServiceStore::scanEnded, this, &ServiceStore::finishScan, Qt::QueuedConnection);
     connect(this, &ServiceStore::probesAnswered, this, &ServiceStore::applyResults, Qt::QueuedConnection);
-    // A precise timer wakes the program as often as a coarse one, but never early.
-    m_autoRefreshTimer.setTimerType(Qt::PreciseTimer);
-    m_autoRefreshTimer.setSingleShot(true);
-    m_autoRefreshTimer.setInterval(autoRefreshInterval);
-    m_autoRefreshTimer.callOnTimeout(this, &ServiceStore::refreshAutomatically);
+    connect(&m_autoRefreshTimer, &ContinuousTimer::timeout, this, &ServiceStore::refreshAutomatically);
     load();
 }
 
@@ -330,7 +328,7 @@ void ServiceStore::applyHealth(ServiceKey key, Health health)
 void ServiceStore::startAutoRefresh()
 {
     ++m_autoRefreshLoop;
-    m_autoRefreshTimer.start();
+    m_autoRefreshTimer.start(m_autoRefreshInterval);
 }
 
 void ServiceStore::stopAutoRefresh()
@@ -343,7 +341,7 @@ void ServiceStore::refreshAutomatically()
 {
     refresh([this, loop = m_autoRefreshLoop] {
         if (loop == m_autoRefreshLoop)
-            m_autoRefreshTimer.start();
+            m_autoRefreshTimer.start(m_autoRefreshInterval);
     });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ContinuousTimer.h"
 #include "PortScanner.h"
 #include "Service.h"
 #include "ServiceKey.h"
@@ -14,7 +15,6 @@
 #include <QSet>
 #include <QString>
 #include <QStringList>
-#include <QTimer>
 
 #include <chrono>
 #include <functional>
@@ -167,7 +167,8 @@ private:
     std::list<ProbePass> m_passes;      ///< those with probes unanswered
     const std::shared_ptr<ProbeResults> m_results;
 
-    QTimer m_autoRefreshTimer;
+    const std::chrono::milliseconds m_autoRefreshInterval;
+    ContinuousTimer m_autoRefreshTimer;
     int m_autoRefreshLoop = 0; ///< which loop is the current one: an earlier one ends with its refresh
 
     ScanResult m_found;        ///< the scan's, until it is joined
