@@ -72,12 +72,12 @@ Folders workingFolders(const QList<RawListener> &listeners, ProcessSource &sourc
     return folders;
 }
 
-ScanResult devServers(const QList<RawListener> &listeners, const Folders &folders, const QString &home)
+ScanResult devServers(const QList<RawListener> &listeners, const Folders &folders, const QStringList &homes)
 {
     ScanResult found;
     for (const RawListener &listener : listeners) {
         const std::optional<QString> folder = folders.value(listener.pid);
-        if (!PortScanner::isDevServer(listener.command, folder, home))
+        if (!PortScanner::isDevServer(listener.command, folder, homes))
             continue;
         found.services.append(
             {.pid = listener.pid, .port = listener.port, .command = listener.command, .folderPath = folder});
@@ -130,7 +130,7 @@ ScanResult PortScanner::scan(ProcessSource &source, AbandonableWorker &files, co
 {
     const QList<RawListener> distinct = wantedListeners(source.listeners(options.stop), options);
     const Folders folders = workingFolders(distinct, source, options.stop);
-    ScanResult found = devServers(distinct, folders, options.home);
+    ScanResult found = devServers(distinct, folders, options.homes);
     readStats(found.services, source, options.stop);
     detectProjects(found.services, files, options);
     std::ranges::stable_sort(found.services, {}, &Service::port);
@@ -138,7 +138,7 @@ ScanResult PortScanner::scan(ProcessSource &source, AbandonableWorker &files, co
 }
 
 bool PortScanner::isDevServer(const QString &command, const std::optional<QString> &folder,
-                              const QString &home)
+                              const QStringList &homes)
 {
     if (contains(systemCommands, command))
         return false;
@@ -148,7 +148,7 @@ bool PortScanner::isDevServer(const QString &command, const std::optional<QStrin
     const auto begins = [&](QLatin1StringView prefix) { return lower.startsWith(prefix); };
     if (std::ranges::any_of(devCommandPrefixes, begins))
         return true;
-    return folder && HomeFolder::holds(home, *folder);
+    return folder && HomeFolder::holds(homes, *folder);
 }
 
 } // namespace portolan

@@ -16,7 +16,7 @@ namespace PortScanner {
 /// What a scan depends on besides its rules.
 struct ScanOptions
 {
-    QString home = HomeFolder::path();
+    QStringList homes = HomeFolder::paths();
     std::chrono::milliseconds folderDeadline = ProjectDetector::deadline;
     std::optional<QSet<qint64>> ports; ///< listeners on others are skipped; absent: on none
     std::stop_token stop;
@@ -26,7 +26,7 @@ struct ScanOptions
 
 /// Whether a listener is one that a developer wants to see, by its command name, else by its folder.
 [[nodiscard]] bool isDevServer(const QString &command, const std::optional<QString> &folder,
-                               const QString &home);
+                               const QStringList &homes);
 
 } // namespace PortScanner
 

@@ -1,11 +1,13 @@
 #include "HomeFolder.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QTextBoundaryFinder>
 
 #include <pwd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <vector>
 
@@ -32,15 +34,7 @@ QString pathFromPasswordDatabase()
     return path;
 }
 
-} // namespace
-
-QString HomeFolder::path()
-{
-    static const QString path = pathFromPasswordDatabase();
-    return path;
-}
-
-bool HomeFolder::holds(const QString &home, const QString &folder)
+bool beginsWith(const QString &folder, const QString &home)
 {
     if (home.isEmpty() || !folder.startsWith(home))
         return false;
@@ -51,9 +45,36 @@ bool HomeFolder::holds(const QString &home, const QString &folder)
     return home.size() == folder.size() || characters.isAtBoundary();
 }
 
-QString HomeFolder::abbreviated(const QString &folder, const QString &home)
+} // namespace
+
+QString HomeFolder::path()
 {
-    return holds(home, folder) ? u'~' + folder.sliced(home.size()) : folder;
+    static const QString path = pathFromPasswordDatabase();
+    return path;
+}
+
+QStringList HomeFolder::namesOf(const QString &home)
+{
+    const QString target = QFileInfo(home).canonicalFilePath();
+    return target.isEmpty() || target == home ? QStringList{home} : QStringList{home, target};
+}
+
+QStringList HomeFolder::paths()
+{
+    static const QStringList paths = namesOf(path());
+    return paths;
+}
+
+bool HomeFolder::holds(const QStringList &homes, const QString &folder)
+{
+    return std::ranges::any_of(homes, [&](const QString &home) { return beginsWith(folder, home); });
+}
+
+QString HomeFolder::abbreviated(const QString &folder, const QStringList &homes)
+{
+    const auto home =
+        std::ranges::find_if(homes, [&](const QString &name) { return beginsWith(folder, name); });
+    return home == homes.end() ? folder : u'~' + folder.sliced(home->size());
 }
 
 } // namespace portolan

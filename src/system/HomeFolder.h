@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace portolan {
 
@@ -11,12 +12,19 @@ namespace HomeFolder {
 /// database knows none. Asked once per program run. Any thread.
 [[nodiscard]] QString path();
 
-/// Whether `folder` begins with the text of `home`. A test of plain text, not of path components: the home
-/// /home/al holds /home/alex too. An empty `home` holds nothing.
-[[nodiscard]] bool holds(const QString &home, const QString &folder);
+/// `home`, and the path it leads to where that differs: behind a symbolic link, the working folder of a
+/// process has the second name. Asks the file system.
+[[nodiscard]] QStringList namesOf(const QString &home);
 
-/// `folder` with the text of `home` at its front replaced by "~"; unchanged where `home` does not hold it.
-[[nodiscard]] QString abbreviated(const QString &folder, const QString &home);
+/// The names of path(). Asked once per program run. Any thread.
+[[nodiscard]] QStringList paths();
+
+/// Whether `folder` begins with the text of one of `homes`. A test of plain text, not of path components: the
+/// home /home/al holds /home/alex too. An empty home holds nothing.
+[[nodiscard]] bool holds(const QStringList &homes, const QString &folder);
+
+/// `folder` with the text of the first of `homes` that holds it replaced by "~"; unchanged where none does.
+[[nodiscard]] QString abbreviated(const QString &folder, const QStringList &homes);
 
 } // namespace HomeFolder
 

@@ -101,7 +101,7 @@ TEST_F(Portolanctl, ListsARunningServer)
     ASSERT_EQ(found.size(), 1) << outcome.output.toStdString();
     EXPECT_TRUE(found.first().contains(u"Online 200 · "_s));
     EXPECT_TRUE(found.first().contains(QString::number(getpid())));
-    EXPECT_TRUE(found.first().endsWith(HomeFolder::abbreviated(folder(), HomeFolder::path())));
+    EXPECT_TRUE(found.first().endsWith(HomeFolder::abbreviated(folder(), HomeFolder::paths())));
 }
 
 TEST_F(Portolanctl, ListsAsJson)

@@ -125,7 +125,7 @@ TEST_F(StopCommand, AsksWhichOfTheProcessesOnAPortIsMeant)
     ASSERT_EQ(lines.size(), 4) << outcome.error.toStdString();
     EXPECT_EQ(lines[0],
               u"portolanctl: 2 processes listen on port %1, stop one by its id:"_s.arg(server.port()));
-    const QString where = u"  shop  "_s + HomeFolder::abbreviated(folder(), HomeFolder::path());
+    const QString where = u"  shop  "_s + HomeFolder::abbreviated(folder(), HomeFolder::paths());
     EXPECT_TRUE(lines.contains(u"  %1%2"_s.arg(server.id(), where))) << outcome.error.toStdString();
     EXPECT_TRUE(lines.contains(u"  %1-%2%3"_s.arg(child, server.port(), where)));
 

@@ -61,7 +61,7 @@ protected:
         Options options{tools.options(), {}};
         options.tools.workers = workers;
         options.tools.deadline = 3s;
-        options.scan.home = u"/fake-home/ada"_s;
+        options.scan.homes = {u"/fake-home/ada"_s};
         return options;
     }
 

@@ -21,7 +21,7 @@ class DevServer : public testing::TestWithParam<DevServerCase>
 
 TEST_P(DevServer, IsToldByCommandThenFolder)
 {
-    EXPECT_EQ(isDevServer(GetParam().command, GetParam().folder, u"/home/al"_s), GetParam().accepted);
+    EXPECT_EQ(isDevServer(GetParam().command, GetParam().folder, {u"/home/al"_s}), GetParam().accepted);
 }
 
 static const auto inHome = std::optional(u"/home/al/code"_s);
@@ -57,7 +57,7 @@ TEST(DevServerCommands, EverySystemCommandIsDropped)
           "nsurlsessiond", "remoted",           "launchd",   "mDNSRespo", "mDNSResponder",
           "rpcbind",       "systemstats",       "com.apple", "sshd",      "distnoted",
           "syslogd",       "coreaudiod",        "netbiosd"})
-        EXPECT_FALSE(isDevServer(QString::fromLatin1(command), inHome, u"/home/al"_s)) << command;
+        EXPECT_FALSE(isDevServer(QString::fromLatin1(command), inHome, {u"/home/al"_s})) << command;
 }
 
 TEST(DevServerCommands, EveryDevelopmentPrefixIsAccepted)
@@ -67,15 +67,15 @@ TEST(DevServerCommands, EveryDevelopmentPrefixIsAccepted)
           "java",    "dotnet", "next", "vite",   "webpack", "rails", "puma",     "gunicorn",
           "uvicorn", "flask",  "hugo", "jekyll", "esbuild", "turbo", "watchman", "rustc"}) {
         const QString name = QString::fromLatin1(command);
-        EXPECT_TRUE(isDevServer(name, nowhere, u"/home/al"_s)) << command;
-        EXPECT_TRUE(isDevServer(name.toUpper() + u"-x"_s, nowhere, u"/home/al"_s)) << command;
-        EXPECT_FALSE(isDevServer(name.chopped(1), nowhere, u"/home/al"_s)) << command;
+        EXPECT_TRUE(isDevServer(name, nowhere, {u"/home/al"_s})) << command;
+        EXPECT_TRUE(isDevServer(name.toUpper() + u"-x"_s, nowhere, {u"/home/al"_s})) << command;
+        EXPECT_FALSE(isDevServer(name.chopped(1), nowhere, {u"/home/al"_s})) << command;
     }
 }
 
 TEST(DevServerHome, WithoutAHomeFolderNoFolderIsInIt)
 {
-    EXPECT_FALSE(isDevServer(u"myserver"_s, elsewhere, QString()));
+    EXPECT_FALSE(isDevServer(u"myserver"_s, elsewhere, {QString()}));
 }
 
 } // namespace portolan

@@ -138,7 +138,7 @@ QList<Service> scan(ProcessSource &source, const QString &home = QDir::currentPa
 {
     AbandonableWorker files;
     PortScanner::ScanOptions options;
-    options.home = home;
+    options.homes = {home};
     return PortScanner::scan(source, files, options).services;
 }
 

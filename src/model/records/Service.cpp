@@ -20,7 +20,7 @@ std::optional<QString> Service::prettyFolder() const
 {
     if (!folderPath)
         return std::nullopt;
-    return HomeFolder::abbreviated(*folderPath, HomeFolder::path());
+    return HomeFolder::abbreviated(*folderPath, HomeFolder::paths());
 }
 
 size_t qHash(const Service &service, size_t seed)
