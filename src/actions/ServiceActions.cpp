@@ -9,6 +9,7 @@
 #include "XdgOpen.h"
 
 #include <QFileInfo>
+#include <QUrl>
 
 #include <algorithm>
 #include <memory>
@@ -55,12 +56,12 @@ void ServiceActions::stop(const Service &service)
 
 void ServiceActions::openInBrowser(const Service &service)
 {
-    XdgOpen::address(service.url());
+    XdgOpen::address(QUrl(service.url()));
 }
 
 void ServiceActions::copyURL(const Service &service)
 {
-    Clipboard::setText(u"http://localhost:"_s + QString::number(service.port));
+    Clipboard::setText(service.url());
 }
 
 void ServiceActions::copyPort(const Service &service)

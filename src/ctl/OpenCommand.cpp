@@ -6,6 +6,8 @@
 #include "SystemSource.h"
 #include "XdgOpen.h"
 
+#include <QUrl>
+
 #include <chrono>
 
 namespace portolan {
@@ -37,10 +39,10 @@ int Commands::open(const CommandLine &line)
     if (!XdgOpen::isInstalled())
         return fail(u"there is no xdg-open to find a browser with"_s);
     // Where several processes share the port, the address is the same.
-    const QUrl url = services.first().url();
-    const bool isWritten = Output::write("Opening " + url.toEncoded() + '\n');
-    if (!XdgOpen::addressWatched(url, openTimeout))
-        return fail(u"xdg-open could not open %1"_s.arg(url.toString()));
+    const QString url = services.first().url();
+    const bool isWritten = Output::write("Opening " + url.toLatin1() + '\n');
+    if (!XdgOpen::addressWatched(QUrl(url), openTimeout))
+        return fail(u"xdg-open could not open %1"_s.arg(url));
     return isWritten ? ExitStatus::success : ExitStatus::failure;
 }
 

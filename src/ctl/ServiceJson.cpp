@@ -5,7 +5,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QUrl>
 
 namespace portolan {
 
@@ -53,7 +52,7 @@ QJsonObject objectOf(const Service &service, bool isPinned)
         {u"prettyFolder"_s, textOrNull(service.prettyFolder())},
         {u"displayName"_s, service.displayName},
         {u"framework"_s, service.framework.rawValue()},
-        {u"url"_s, service.url().toString()},
+        {u"url"_s, service.url()},
         {u"health"_s, healthOf(service.health)},
         {u"stats"_s, statsOf(service.stats)},
         {u"pinned"_s, isPinned},

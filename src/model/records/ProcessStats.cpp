@@ -1,5 +1,8 @@
 #include "ProcessStats.h"
 
+#include <array>
+#include <charconv>
+
 namespace portolan {
 
 using namespace Qt::StringLiterals;
@@ -9,6 +12,16 @@ namespace {
 constexpr qint64 minute = 60;
 constexpr qint64 hour = 60 * minute;
 constexpr qint64 day = 24 * hour;
+
+/// `value` with that many decimals, as printf writes it in the C locale: exact halves go to the even digit,
+/// which Qt's own formatting rounds away from zero.
+QString fixed(double value, int decimals)
+{
+    std::array<char, 512> digits; // more than the largest double has
+    const auto end =
+        std::to_chars(digits.begin(), digits.end(), value, std::chars_format::fixed, decimals).ptr;
+    return QString::fromLatin1(digits.data(), end - digits.data());
+}
 
 } // namespace
 
@@ -26,14 +39,14 @@ QString ProcessStats::uptimeText() const
 
 QString ProcessStats::cpuText() const
 {
-    return QString::asprintf("%.0f%%", cpuPercent);
+    return fixed(cpuPercent, 0) + u'%';
 }
 
 QString ProcessStats::memoryText() const
 {
     if (memoryMB >= 1024.0)
-        return QString::asprintf("%.1f GB", memoryMB / 1024.0);
-    return QString::asprintf("%.0f MB", memoryMB);
+        return fixed(memoryMB / 1024.0, 1) + u" GB"_s;
+    return fixed(memoryMB, 0) + u" MB"_s;
 }
 
 } // namespace portolan

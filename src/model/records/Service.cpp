@@ -11,9 +11,9 @@ QString Service::id() const
     return QString::number(pid) + u'-' + QString::number(port);
 }
 
-QUrl Service::url() const
+QString Service::url() const
 {
-    return QUrl(u"http://localhost:"_s + QString::number(port));
+    return u"http://localhost:"_s + QString::number(port);
 }
 
 std::optional<QString> Service::prettyFolder() const

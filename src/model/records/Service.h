@@ -6,7 +6,6 @@
 
 #include <QList>
 #include <QString>
-#include <QUrl>
 
 #include <optional>
 
@@ -40,8 +39,9 @@ public:
 
     /// The identity of a service: pid, "-" and port in decimal, e.g. "4242-3000".
     [[nodiscard]] QString id() const;
-    /// Where the user opens it: "http://localhost:" and the port. Invalid for a number that is no TCP port.
-    [[nodiscard]] QUrl url() const;
+    /// Where the user opens it: "http://localhost:" and the port. A text, as QUrl holds no number that is no
+    /// TCP port.
+    [[nodiscard]] QString url() const;
     /// `folderPath` with the user's home folder written as "~".
     [[nodiscard]] std::optional<QString> prettyFolder() const;
 

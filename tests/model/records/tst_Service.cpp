@@ -31,9 +31,10 @@ TEST(Service, IdIsPidAndPort)
 
 TEST(Service, UrlIsLocalhostAndPortWithNothingBehind)
 {
-    EXPECT_EQ((Service{.port = 5173}.url().toString()), u"http://localhost:5173"_s);
-    EXPECT_EQ((Service{.pid = 7, .port = 80}.url().toString()), u"http://localhost:80"_s);
-    EXPECT_FALSE((Service{.port = 65536}.url().isValid()));
+    EXPECT_EQ((Service{.port = 5173}.url()), u"http://localhost:5173"_s);
+    EXPECT_EQ((Service{.pid = 7, .port = 80}.url()), u"http://localhost:80"_s);
+    EXPECT_EQ((Service{.port = 70000}.url()), u"http://localhost:70000"_s);
+    EXPECT_EQ((Service{.port = -5}.url()), u"http://localhost:-5"_s);
 }
 
 TEST(Service, PrettyFolderIsAbsentExactlyWithoutAFolder)
