@@ -26,7 +26,8 @@ public:
     /// Probes http://127.0.0.1:`port`/ with a HEAD request and, where that gets no response, a GET. Any
     /// thread; returns at once. The future always finishes with a value, usually on the checker's thread,
     /// within 3 s per request: `healthy` for any HTTP response, `unreachable` for none, `unknown` when `port`
-    /// is no port number.
+    /// is no port number. With PORTOLAN_PROBE=localhost in the environment, a request that 127.0.0.1 refuses
+    /// goes to ::1.
     [[nodiscard]] QFuture<Health> check(qint64 port);
 
 private:

@@ -57,14 +57,18 @@ bool LocalRequest::advance()
 bool LocalRequest::connect(const sockaddr *address, socklen_t size)
 {
     m_socket = FileDescriptor(::socket(address->sa_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-    return (::connect(m_socket.get(), address, size) == 0 || errno == EINPROGRESS) && send();
+    const bool isUnderWay = ::connect(m_socket.get(), address, size) == 0 || errno == EINPROGRESS;
+    m_wasRefused = !isUnderWay && errno == ECONNREFUSED;
+    return isUnderWay && send();
 }
 
 bool LocalRequest::send()
 {
     const ssize_t sent = ::send(m_socket.get(), m_unsent.data(), m_unsent.size(), MSG_NOSIGNAL);
-    if (sent < 0)
+    if (sent < 0) {
+        m_wasRefused = errno == ECONNREFUSED;
         return isNotYetReady(errno);
+    }
     m_unsent.erase(0, size_t(sent));
     return true;
 }

@@ -22,6 +22,8 @@ public:
 
     /// Whether there will be no response.
     [[nodiscard]] bool hasFailed() const { return m_hasFailed; }
+    /// Whether it failed because nothing listens at the address.
+    [[nodiscard]] bool wasRefused() const { return m_wasRefused; }
     /// What has arrived so far.
     [[nodiscard]] const ResponseHead &response() const { return m_response; }
 
@@ -37,6 +39,7 @@ private:
     bool receive();
 
     bool m_hasFailed = true;
+    bool m_wasRefused = false;
     std::string m_unsent;
     FileDescriptor m_socket;
     ResponseHead m_response;

@@ -43,8 +43,13 @@ Probe::Next Probe::answered(const ResponseHead &response, Clock::time_point now)
     return Next::Request;
 }
 
-Probe::Next Probe::failed(Clock::time_point now)
+Probe::Next Probe::failed(Clock::time_point now, bool wasRefused)
 {
+    if (wasRefused && m_target.host() == RequestTarget::ipv4Host &&
+        qgetenv("PORTOLAN_PROBE") == "localhost") {
+        m_target = m_target.onLocalhost();
+        return Next::Request;
+    }
     if (m_method == Method::Get) {
         m_promise.setResult(Health::unreachable());
         return Next::End;

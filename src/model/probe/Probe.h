@@ -44,8 +44,10 @@ public:
     };
     /// A response to the request under way arrived.
     [[nodiscard]] Next answered(const ResponseHead &response, Clock::time_point now);
-    /// The request under way failed.
-    [[nodiscard]] Next failed(Clock::time_point now);
+    /// The request under way failed; `wasRefused` where nothing listens at its address. With
+    /// PORTOLAN_PROBE=localhost, one refused at 127.0.0.1 is made once more, to "localhost", which is ::1
+    /// too.
+    [[nodiscard]] Next failed(Clock::time_point now, bool wasRefused = false);
 
 private:
     void begin(Method method, Clock::time_point now);

@@ -168,7 +168,8 @@ void ProbeSet::endRequest(Items::iterator item, const ResponseHead *response)
     if (!local && m_offHost)
         m_offHost->cancel(item->first);
     const auto now = Clock::now();
-    const Probe::Next next = response ? probe.answered(*response, now) : probe.failed(now);
+    const Probe::Next next =
+        response ? probe.answered(*response, now) : probe.failed(now, local && local->wasRefused());
     if (next == Probe::Next::Request) {
         startRequest(item);
         return;

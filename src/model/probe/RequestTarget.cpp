@@ -52,6 +52,13 @@ std::optional<RequestTarget> RequestTarget::redirected(std::string_view location
     return target;
 }
 
+RequestTarget RequestTarget::onLocalhost() const
+{
+    RequestTarget target(*this);
+    target.m_host = eitherHost;
+    return target;
+}
+
 bool RequestTarget::isLocal() const
 {
     return !m_isTls && (m_host == ipv4Host || m_host == ipv6Host || m_host == eitherHost);

@@ -26,6 +26,9 @@ public:
     /// address for HTTP, with TLS or without. Its credentials and its fragment are dropped.
     [[nodiscard]] std::optional<RequestTarget> redirected(std::string_view location) const;
 
+    /// The same on the host "localhost".
+    [[nodiscard]] RequestTarget onLocalhost() const;
+
     /// Whether it is plain HTTP to one of the hosts above.
     [[nodiscard]] bool isLocal() const;
     [[nodiscard]] bool isTls() const { return m_isTls; }

@@ -2,6 +2,7 @@
 #include "LocalSocket.h"
 #include "Printers.h"
 #include "Probe.h"
+#include "ScopedEnvironment.h"
 #include "ScriptedServer.h"
 
 #include <QDir>
@@ -640,6 +641,46 @@ TEST(HealthCheckerRedirect, ReachesTheIpv6AddressOfThisMachineByEitherName)
                         "\r\nUser-Agent: Portolan\r\nAccept: */*\r\n\r\n");
     }
     EXPECT_EQ(target.requests(), requests);
+}
+
+TEST(HealthCheckerIpv6, IsProbedOnlyWhereAskedForAndOnlyAfterARefusal)
+{
+    const ScriptedServer server(ScriptedServer::answers("HTTP/1.1 204 No Content\r\n\r\n"),
+                                ScriptedServer::Address::ipv6);
+    if (server.port() == 0)
+        GTEST_SKIP() << "this machine has no IPv6";
+    for (const auto &value : {std::optional<QByteArray>(), std::optional<QByteArray>("::1")}) {
+        const ScopedEnvironment other("PORTOLAN_PROBE", value);
+        EXPECT_EQ(statusOf(outcomeOf(server.port())), unreachable);
+    }
+    EXPECT_EQ(server.connections(), 0);
+
+    const ScopedEnvironment localhost("PORTOLAN_PROBE", "localhost");
+    EXPECT_EQ(statusOf(outcomeOf(server.port())), 204);
+    const QByteArray host = "localhost:" + QByteArray::number(server.port());
+    EXPECT_EQ(server.requests(), QList<QByteArray>{"HEAD / HTTP/1.1\r\nHost: " + host +
+                                                   "\r\nUser-Agent: Portolan\r\nAccept: */*\r\n\r\n"});
+
+    const ScriptedServer ipv4(ScriptedServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
+    EXPECT_EQ(statusOf(outcomeOf(ipv4.port())), 200);
+    EXPECT_TRUE(ipv4.requests().first().contains("\r\nHost: 127.0.0.1:"));
+    const auto closed = LocalSocket::bound("127.0.0.1");
+    EXPECT_EQ(statusOf(outcomeOf(closed.port())), unreachable);
+}
+
+TEST(HealthCheckerIpv6, IsSentAGetWhereItDoesNotAnswerAHead)
+{
+    const ScriptedServer server(
+        [](Connection &connection) {
+            if (connection.readRequest() == "GET")
+                connection.send("HTTP/1.1 200 OK\r\n\r\n");
+        },
+        ScriptedServer::Address::ipv6);
+    if (server.port() == 0)
+        GTEST_SKIP() << "this machine has no IPv6";
+    const ScopedEnvironment localhost("PORTOLAN_PROBE", "localhost");
+    EXPECT_EQ(statusOf(outcomeOf(server.port())), 200);
+    EXPECT_EQ(server.methods(), QList<QByteArray>({"HEAD", "GET"}));
 }
 
 TEST(HealthCheckerRedirect, ToAPortOfThisMachineWhereNothingListensIsUnreachable)

@@ -1,4 +1,5 @@
 #include "Probe.h"
+#include "ScopedEnvironment.h"
 
 #include <gtest/gtest.h>
 
@@ -59,6 +60,20 @@ TEST_F(ProbeOfAPort, IsUnreachableAfterTwoFailures)
 {
     EXPECT_EQ(probe->failed(start + 1ms), Next::Request);
     EXPECT_EQ(probe->failed(start + 2ms), Next::End);
+    EXPECT_EQ(outcome.result(), Health::unreachable());
+}
+
+TEST_F(ProbeOfAPort, TriesARefusedRequestOnLocalhostWhereAskedTo)
+{
+    const ScopedEnvironment localhost("PORTOLAN_PROBE", "localhost");
+    for (const auto method : {Probe::Method::Head, Probe::Method::Get}) {
+        EXPECT_EQ(probe->method(), method);
+        EXPECT_EQ(probe->target().url(), "http://127.0.0.1:3000/");
+        EXPECT_EQ(probe->failed(start, true), Next::Request);
+        EXPECT_EQ(probe->method(), method);
+        EXPECT_EQ(probe->target().url(), "http://localhost:3000/");
+        EXPECT_EQ(probe->failed(start, true), method == Probe::Method::Head ? Next::Request : Next::End);
+    }
     EXPECT_EQ(outcome.result(), Health::unreachable());
 }
 
