@@ -37,7 +37,7 @@ SceneWindow::SceneWindow(const GalleryScene &scene)
     m_bench.store()->setSearchText(scene.searchText);
 
     m_view.setTitle(scene.name);
-    m_view.setColor(Theme::canvas());
+    m_view.setColor(Theme::canvas);
     m_view.setResizeMode(QQuickView::SizeRootObjectToView);
     m_view.setInitialProperties({{u"store"_s, QVariant::fromValue(m_bench.store())},
                                  {u"presentation"_s, int(scene.presentation)},

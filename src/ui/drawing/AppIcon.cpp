@@ -20,12 +20,12 @@ QImage AppIcon::image(int size)
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(Theme::textStrong());
+    painter.setBrush(Theme::textStrong);
     painter.drawRoundedRect(QRectF(image.rect()), Corner * size, Corner * size);
 
     QRectF figure(0, 0, Figure * size, Figure * size);
     figure.moveCenter(QRectF(image.rect()).center());
-    BrandArt::draw(&painter, figure, Theme::canvas());
+    BrandArt::draw(&painter, figure, Theme::canvas);
     return image;
 }
 

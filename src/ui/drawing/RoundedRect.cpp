@@ -55,33 +55,8 @@ QImage drawn(const Key &key)
 
 RoundedRect::RoundedRect(QQuickItem *parent)
     : ImageItem(parent)
-{}
-
-void RoundedRect::setColor(const QColor &color)
 {
-    if (m_color == color)
-        return;
-    m_color = color;
-    update();
-    Q_EMIT colorChanged();
-}
-
-void RoundedRect::setBorderColor(const QColor &color)
-{
-    if (m_borderColor == color)
-        return;
-    m_borderColor = color;
-    update();
-    Q_EMIT borderColorChanged();
-}
-
-void RoundedRect::setRadius(qreal radius)
-{
-    if (m_radius == radius)
-        return;
-    m_radius = radius;
-    update();
-    Q_EMIT radiusChanged();
+    connect(this, &RoundedRect::changed, this, &QQuickItem::update);
 }
 
 QImage RoundedRect::image(const QSize &pixels, qreal scale) const

@@ -13,26 +13,15 @@ class RoundedRect : public portolan::ImageItem
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged FINAL)
-    Q_PROPERTY(QColor borderColor READ borderColor WRITE setBorderColor NOTIFY borderColorChanged FINAL)
-    Q_PROPERTY(qreal radius READ radius WRITE setRadius NOTIFY radiusChanged FINAL)
+    Q_PROPERTY(QColor color MEMBER m_color NOTIFY changed FINAL)
+    Q_PROPERTY(QColor borderColor MEMBER m_borderColor NOTIFY changed FINAL)
+    Q_PROPERTY(qreal radius MEMBER m_radius NOTIFY changed FINAL)
 
 public:
     explicit RoundedRect(QQuickItem *parent = nullptr);
 
-    [[nodiscard]] QColor color() const { return m_color; }
-    void setColor(const QColor &color);
-
-    [[nodiscard]] QColor borderColor() const { return m_borderColor; }
-    void setBorderColor(const QColor &color);
-
-    [[nodiscard]] qreal radius() const { return m_radius; }
-    void setRadius(qreal radius);
-
 Q_SIGNALS:
-    void colorChanged();
-    void borderColorChanged();
-    void radiusChanged();
+    void changed();
 
 protected:
     [[nodiscard]] QImage image(const QSize &pixels, qreal scale) const override;

@@ -6,15 +6,8 @@ namespace portolan {
 
 SpinnerWheel::SpinnerWheel(QQuickItem *parent)
     : TintedItem(parent)
-{}
-
-void SpinnerWheel::setStep(int step)
 {
-    if (m_step == step)
-        return;
-    m_step = step;
-    update();
-    Q_EMIT stepChanged();
+    connect(this, &SpinnerWheel::stepChanged, this, &QQuickItem::update);
 }
 
 QImage SpinnerWheel::mask(const QSize &pixels, qreal) const

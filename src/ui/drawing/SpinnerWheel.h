@@ -10,15 +10,12 @@ class SpinnerWheel : public portolan::TintedItem
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(int step READ step WRITE setStep NOTIFY stepChanged FINAL)
+    Q_PROPERTY(int step MEMBER m_step NOTIFY stepChanged FINAL)
 
 public:
     static constexpr int spokes = 8;
 
     explicit SpinnerWheel(QQuickItem *parent = nullptr);
-
-    [[nodiscard]] int step() const { return m_step; }
-    void setStep(int step);
 
 Q_SIGNALS:
     void stepChanged();

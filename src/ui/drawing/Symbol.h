@@ -13,27 +13,15 @@ class Symbol : public portolan::TintedItem
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QString name READ name WRITE setName NOTIFY nameChanged FINAL)
-    Q_PROPERTY(qreal size READ size WRITE setSize NOTIFY sizeChanged FINAL)
-    Q_PROPERTY(int weight READ weight WRITE setWeight NOTIFY weightChanged FINAL)
+    Q_PROPERTY(QString name MEMBER m_name NOTIFY changed FINAL)
+    Q_PROPERTY(qreal size MEMBER m_size NOTIFY changed FINAL)
+    Q_PROPERTY(int weight MEMBER m_weight NOTIFY changed FINAL)
 
 public:
     explicit Symbol(QQuickItem *parent = nullptr);
 
-    [[nodiscard]] QString name() const { return m_name; }
-    void setName(const QString &name);
-
-    [[nodiscard]] qreal size() const { return m_size; }
-    void setSize(qreal size);
-
-    /// A QFont::Weight; Normal, Medium and DemiBold have different stroke widths.
-    [[nodiscard]] int weight() const { return m_weight; }
-    void setWeight(int weight);
-
 Q_SIGNALS:
-    void nameChanged();
-    void sizeChanged();
-    void weightChanged();
+    void changed();
 
 protected:
     [[nodiscard]] QSizeF imageSize() const override;
@@ -42,7 +30,7 @@ protected:
 private:
     QString m_name;
     qreal m_size = 13;
-    int m_weight = QFont::Normal;
+    int m_weight = QFont::Normal; ///< Normal, Medium and DemiBold have different stroke widths
 };
 
 } // namespace portolan

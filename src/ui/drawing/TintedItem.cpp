@@ -4,13 +4,10 @@
 
 namespace portolan {
 
-void TintedItem::setColor(const QColor &color)
+TintedItem::TintedItem(QQuickItem *parent)
+    : ImageItem(parent)
 {
-    if (m_color == color)
-        return;
-    m_color = color;
-    update();
-    Q_EMIT colorChanged();
+    connect(this, &TintedItem::colorChanged, this, &QQuickItem::update);
 }
 
 QImage TintedItem::image(const QSize &pixels, qreal scale) const

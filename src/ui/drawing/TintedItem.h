@@ -11,17 +11,13 @@ class TintedItem : public portolan::ImageItem
 {
     Q_OBJECT
     QML_ANONYMOUS
-    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged FINAL)
-
-public:
-    [[nodiscard]] QColor color() const { return m_color; }
-    void setColor(const QColor &color);
+    Q_PROPERTY(QColor color MEMBER m_color NOTIFY colorChanged FINAL)
 
 Q_SIGNALS:
     void colorChanged();
 
 protected:
-    using ImageItem::ImageItem;
+    explicit TintedItem(QQuickItem *parent = nullptr);
 
     /// The mask in `pixels` device pixels, at the device pixel ratio `scale`; only its alpha is used. Null to
     /// show nothing.

@@ -57,13 +57,13 @@ QColor ServicePresentation::stateColor(const Health &health)
     case Health::State::unknown:
         break;
     case Health::State::checking:
-        return Theme::pending();
+        return Theme::pending;
     case Health::State::healthy:
-        return Theme::online();
+        return Theme::online;
     case Health::State::unreachable:
-        return Theme::offline();
+        return Theme::offline;
     }
-    return Theme::textFaint();
+    return Theme::textFaint;
 }
 
 QString ServicePresentation::responseTime(const Health &health)

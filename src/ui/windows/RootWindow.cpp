@@ -16,7 +16,7 @@ RootWindow::RootWindow(QQmlEngine &engine, const RootContent &content, Presentat
     : QQuickView(&engine, nullptr)
 {
     setTitle(u"Portolan"_s);
-    setColor(Theme::canvas());
+    setColor(Theme::canvas);
     setResizeMode(SizeRootObjectToView);
     setInitialProperties({{u"store"_s, QVariant::fromValue(&content.store)},
                           {u"actions"_s, QVariant::fromValue(&content.actions)},

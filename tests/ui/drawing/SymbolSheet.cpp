@@ -31,7 +31,7 @@ QColor colorOf(const QString &symbol)
         if (framework.symbol() == symbol)
             return QColor(accent.red, accent.green, accent.blue);
     }
-    return Theme::textStrong();
+    return Theme::textStrong;
 }
 
 QImage tinted(QImage image, const QColor &color)
@@ -81,7 +81,7 @@ int main(int argc, char **argv)
     constexpr int symbolsAcross = 6;
     const int rows = (int(names.size()) + symbolsAcross - 1) / symbolsAcross;
     QImage sheet(width * symbolsAcross, height * rows, QImage::Format_RGB32);
-    sheet.fill(Theme::canvas());
+    sheet.fill(Theme::canvas);
     QPainter painter(&sheet);
     for (int i = 0; i < names.size(); ++i) {
         QPoint position(i % symbolsAcross * width, i / symbolsAcross * height);
