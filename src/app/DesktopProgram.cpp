@@ -48,7 +48,7 @@ void describe(QGuiApplication &application)
 {
     application.setApplicationName(u"portolan"_s);
     application.setApplicationVersion(u"" PORTOLAN_VERSION ""_s);
-    application.setDesktopFileName(u"portolan"_s);
+    application.setDesktopFileName(u"org.portolan.portolan"_s);
     // A status icon is left when the last window has closed.
     application.setQuitOnLastWindowClosed(false);
 }

@@ -1,0 +1,40 @@
+# Run by CPack on the files of each package before it is made: what a Debian package has in other places, and more of.
+if(NOT CPACK_GENERATOR STREQUAL "DEB")
+    return()
+endif()
+
+set(USR ${CPACK_TEMPORARY_DIRECTORY}/usr)
+set(DOC ${USR}/share/doc/portolan)
+
+function(run)
+    execute_process(COMMAND ${ARGV} COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+file(RENAME ${USR}/share/zsh/site-functions ${USR}/share/zsh/vendor-completions)
+
+run(date --utc --date ${CPACK_PORTOLAN_RELEASE_DATE} "+%a, %d %b %Y 00:00:00 +0000" OUTPUT_VARIABLE DATE)
+file(WRITE ${DOC}/changelog.Debian
+"portolan (${CPACK_PACKAGE_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}) unstable; urgency=medium
+
+  * Version ${CPACK_PACKAGE_VERSION}; changelog.gz says what is new.
+
+ -- ${CPACK_PACKAGE_CONTACT}  ${DATE}")
+file(COPY_FILE ${CPACK_PORTOLAN_PACKAGING}/../CHANGELOG.md ${DOC}/changelog)
+
+file(READ ${DOC}/LICENSE LICENSE)
+string(REGEX REPLACE "^MIT License\n\nCopyright \\(c\\) ([^\n]+)\n\n" "" TEXT "${LICENSE}")
+string(REGEX REPLACE "\n\n" "\n.\n" TEXT "${TEXT}")
+string(REGEX REPLACE "\n(.)" "\n \\1" TEXT "${TEXT}")
+string(REGEX MATCH "Copyright \\(c\\) ([^\n]+)" COPYRIGHT "${LICENSE}")
+file(WRITE ${DOC}/copyright
+"Format: https://www.debian.org/doc/packaging-manuals/copyright-format/1.0/
+Upstream-Name: Portolan
+
+Files: *
+Copyright: ${CMAKE_MATCH_1}
+License: Expat
+ ${TEXT}")
+file(REMOVE ${DOC}/LICENSE)
+
+run(gzip --best --no-name ${DOC}/changelog ${DOC}/changelog.Debian ${USR}/share/man/man1/portolan.1
+    ${USR}/share/man/man1/portolanctl.1)
