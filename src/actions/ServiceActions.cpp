@@ -29,14 +29,30 @@ bool isExecutableFile(const QString &path)
 
 } // namespace
 
-QStringList ServiceActions::usualEditors()
+QStringList ServiceActions::usualEditors(const QString &home)
 {
-    return {
-        u"/usr/local/bin/code"_s,
-        u"/opt/homebrew/bin/code"_s,
-        u"/usr/local/bin/cursor"_s,
-        u"/opt/homebrew/bin/cursor"_s,
+    struct Editor
+    {
+        QLatin1StringView command;
+        QLatin1StringView flatpak;
     };
+    QStringList paths;
+    for (const auto &[command, flatpak] :
+         {Editor{"code"_L1, "com.visualstudio.code"_L1}, Editor{"cursor"_L1, "co.anysphere.cursor"_L1}}) {
+        paths += {
+            "/usr/local/bin/"_L1 + command,
+            "/opt/homebrew/bin/"_L1 + command,
+            // Where packages for Linux put the same launcher.
+            "/usr/bin/"_L1 + command,
+            "/usr/share/"_L1 + command + "/bin/"_L1 + command,
+            "/snap/bin/"_L1 + command,
+            "/var/lib/flatpak/exports/bin/"_L1 + flatpak,
+            home + "/.local/share/flatpak/exports/bin/"_L1 + flatpak,
+            "/home/linuxbrew/.linuxbrew/bin/"_L1 + command,
+            home + "/.local/bin/"_L1 + command,
+        };
+    }
+    return paths;
 }
 
 ServiceActions::ServiceActions(IdentityOf identityOf, QStringList editors, QObject *parent)

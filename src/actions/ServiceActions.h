@@ -1,5 +1,6 @@
 #pragma once
 
+#include "HomeFolder.h"
 #include "ProcessIdentity.h"
 #include "Service.h"
 
@@ -20,8 +21,9 @@ class ServiceActions : public QObject
     Q_OBJECT
 
 public:
-    /// The launchers of the code editors, the preferred one first.
-    [[nodiscard]] static QStringList usualEditors();
+    /// Where the launchers of the code editors may be, the preferred one first. `home` is the user's home
+    /// folder.
+    [[nodiscard]] static QStringList usualEditors(const QString &home = HomeFolder::path());
 
     /// Which process was listed as the server's; absent where the system does not tell.
     using IdentityOf = std::function<std::optional<ProcessIdentity>(const Service &service)>;

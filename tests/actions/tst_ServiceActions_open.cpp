@@ -108,11 +108,29 @@ TEST_F(Open, ShowsTheFolderWhereNoEditorIsInstalled)
     EXPECT_EQ(m_recorders.record(u"xdg-open"_s).arguments, QStringList{u"/tmp"_s});
 }
 
-TEST_F(Open, KnowsFourEditors)
+TEST_F(Open, LooksForTwoEditorsWherePackagesPutThem)
 {
-    EXPECT_EQ(ServiceActions::usualEditors(),
-              (QStringList{u"/usr/local/bin/code"_s, u"/opt/homebrew/bin/code"_s, u"/usr/local/bin/cursor"_s,
-                           u"/opt/homebrew/bin/cursor"_s}));
+    EXPECT_EQ(ServiceActions::usualEditors(u"/home/ada"_s),
+              (QStringList{
+                  u"/usr/local/bin/code"_s,
+                  u"/opt/homebrew/bin/code"_s,
+                  u"/usr/bin/code"_s,
+                  u"/usr/share/code/bin/code"_s,
+                  u"/snap/bin/code"_s,
+                  u"/var/lib/flatpak/exports/bin/com.visualstudio.code"_s,
+                  u"/home/ada/.local/share/flatpak/exports/bin/com.visualstudio.code"_s,
+                  u"/home/linuxbrew/.linuxbrew/bin/code"_s,
+                  u"/home/ada/.local/bin/code"_s,
+                  u"/usr/local/bin/cursor"_s,
+                  u"/opt/homebrew/bin/cursor"_s,
+                  u"/usr/bin/cursor"_s,
+                  u"/usr/share/cursor/bin/cursor"_s,
+                  u"/snap/bin/cursor"_s,
+                  u"/var/lib/flatpak/exports/bin/co.anysphere.cursor"_s,
+                  u"/home/ada/.local/share/flatpak/exports/bin/co.anysphere.cursor"_s,
+                  u"/home/linuxbrew/.linuxbrew/bin/cursor"_s,
+                  u"/home/ada/.local/bin/cursor"_s,
+              }));
 }
 
 TEST_F(Open, OpensATerminalInTheFolder)
