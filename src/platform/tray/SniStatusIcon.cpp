@@ -3,9 +3,7 @@
 #include "StatusIconTheme.h"
 
 #include <QDBusMessage>
-#include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 
 namespace portolan {
 
@@ -18,7 +16,9 @@ constexpr auto WatcherPath = "/StatusNotifierWatcher"_L1;
 constexpr auto ItemPath = "/StatusNotifierItem"_L1;
 constexpr auto MenuPath = "/MenuBar"_L1;
 
-constexpr auto Exported = QDBusConnection::ExportScriptableSlots | QDBusConnection::ExportAllProperties;
+// A panel that hangs must not keep the program from showing its window; it is asked again when it may answer.
+constexpr int TimeoutMs = 1000;
+constexpr std::chrono::seconds RetryInterval(10);
 
 QDBusMessage registration(const QString &item)
 {
@@ -48,8 +48,11 @@ SniStatusIcon::SniStatusIcon(const QDBusConnection &bus, const StatusIconArt &ar
     connect(&m_item, &StatusNotifierItem::activated, this, &StatusIcon::activated);
     connect(&m_menu, &StatusMenu::triggered, this, [this](int id) { chooseMenuEntry(id - 1); });
     // Panels read the item as soon as it is registered, so the objects have to exist before.
-    m_bus.registerObject(ItemPath, &m_item, Exported);
-    m_bus.registerObject(MenuPath, &m_menu, Exported);
+    m_bus.registerVirtualObject(ItemPath, &m_item);
+    m_bus.registerVirtualObject(MenuPath, &m_menu);
+    m_retry.setSingleShot(true);
+    m_retry.setInterval(RetryInterval);
+    connect(&m_retry, &QTimer::timeout, this, &SniStatusIcon::registerItem);
     followWatcher();
     if (m_bus.isConnected())
         registerItem();
@@ -67,6 +70,7 @@ void SniStatusIcon::followWatcher()
 {
     connect(&m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString &, const QString &, const QString &owner) {
+                m_retry.stop();
                 if (owner.isEmpty())
                     setHost(Host::Absent);
                 else
@@ -78,24 +82,28 @@ void SniStatusIcon::followWatcher()
 
 void SniStatusIcon::registerItem()
 {
-    auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(registration(m_bus.baseService())), this);
-    connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending] {
-        pending->deleteLater();
-        if (pending->isError())
-            setHost(Host::Absent);
-        else
-            queryHost();
-    });
+    ask(registration(m_bus.baseService()), [this](const QDBusMessage &) { queryHost(); });
 }
 
 void SniStatusIcon::queryHost()
 {
-    auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(hostQuery()), this);
-    connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending] {
-        pending->deleteLater();
-        const QDBusPendingReply<QDBusVariant> reply = *pending;
-        const bool present = reply.isValid() && reply.value().variant().toBool();
+    ask(hostQuery(), [this](const QDBusMessage &reply) {
+        const bool present = reply.arguments().value(0).value<QDBusVariant>().variant().toBool();
         setHost(present ? Host::Present : Host::Absent);
+    });
+}
+
+void SniStatusIcon::ask(const QDBusMessage &question,
+                        const std::function<void(const QDBusMessage &)> &takeReply)
+{
+    auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(question, TimeoutMs), this);
+    connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending, takeReply] {
+        pending->deleteLater();
+        if (!pending->isError())
+            return takeReply(pending->reply());
+        setHost(Host::Absent);
+        if (pending->error().type() == QDBusError::NoReply)
+            m_retry.start();
     });
 }
 

@@ -5,7 +5,11 @@
 #include "StatusNotifierItem.h"
 
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QDBusServiceWatcher>
+#include <QTimer>
+
+#include <functional>
 
 namespace portolan {
 
@@ -25,11 +29,13 @@ private Q_SLOTS:
 private:
     void followWatcher();
     void registerItem();
+    void ask(const QDBusMessage &question, const std::function<void(const QDBusMessage &)> &takeReply);
 
     QDBusConnection m_bus;
     StatusMenu m_menu;
     StatusNotifierItem m_item;
     QDBusServiceWatcher m_watcher;
+    QTimer m_retry; // runs while the watcher exists but has not answered
 };
 
 } // namespace portolan

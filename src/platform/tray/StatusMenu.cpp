@@ -2,87 +2,29 @@
 
 #include <QDBusMetaType>
 
+#include <numeric>
+
 namespace portolan {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-QVariantMap filtered(const QVariantMap &properties, const QStringList &names)
-{
-    if (names.isEmpty())
-        return properties;
-    QVariantMap result;
-    for (const auto &[name, value] : properties.asKeyValueRange())
-        if (names.contains(name))
-            result.insert(name, value);
-    return result;
-}
-
-} // namespace
-
-QDBusArgument &operator<<(QDBusArgument &out, const StatusMenuLayout &layout)
-{
-    out.beginStructure();
-    out << layout.id << layout.properties;
-    out.beginArray(QMetaType::fromType<QDBusVariant>());
-    for (const StatusMenuLayout &child : layout.children)
-        out << QDBusVariant(QVariant::fromValue(child));
-    out.endArray();
-    out.endStructure();
-    return out;
-}
-
-const QDBusArgument &operator>>(const QDBusArgument &in, StatusMenuLayout &layout)
-{
-    in.beginStructure();
-    in >> layout.id >> layout.properties;
-    layout.children.clear();
-    in.beginArray();
-    while (!in.atEnd()) {
-        QDBusVariant child;
-        in >> child;
-        layout.children.append(qdbus_cast<StatusMenuLayout>(child.variant().value<QDBusArgument>()));
-    }
-    in.endArray();
-    in.endStructure();
-    return in;
-}
-
-QDBusArgument &operator<<(QDBusArgument &out, const StatusMenuEntry &entry)
-{
-    out.beginStructure();
-    out << entry.id << entry.properties;
-    out.endStructure();
-    return out;
-}
-
-const QDBusArgument &operator>>(const QDBusArgument &in, StatusMenuEntry &entry)
-{
-    in.beginStructure();
-    in >> entry.id >> entry.properties;
-    in.endStructure();
-    return in;
-}
-
-QDBusArgument &operator<<(QDBusArgument &out, const StatusMenuEvent &event)
-{
-    out.beginStructure();
-    out << event.id << event.type << event.data << event.timestamp;
-    out.endStructure();
-    return out;
-}
-
-const QDBusArgument &operator>>(const QDBusArgument &in, StatusMenuEvent &event)
-{
-    in.beginStructure();
-    in >> event.id >> event.type >> event.data >> event.timestamp;
-    in.endStructure();
-    return in;
-}
-
-StatusMenu::StatusMenu(const QStringList &labels, QObject *parent)
-    : QObject(parent)
+StatusMenu::StatusMenu(const QStringList &labels)
+    : BusObject(u"com.canonical.dbusmenu"_s,
+                {
+                    {u"GetLayout"_s, {u"i"_s, u"i"_s, u"as"_s}, {u"u"_s, u"(ia{sv}av)"_s}},
+                    {u"GetGroupProperties"_s, {u"ai"_s, u"as"_s}, {u"a(ia{sv})"_s}},
+                    {u"GetProperty"_s, {u"i"_s, u"s"_s}, {u"v"_s}},
+                    {u"Event"_s, {u"i"_s, u"s"_s, u"v"_s, u"u"_s}, {}},
+                    {u"EventGroup"_s, {u"a(isvu)"_s}, {u"ai"_s}},
+                    {u"AboutToShow"_s, {u"i"_s}, {u"b"_s}},
+                    {u"AboutToShowGroup"_s, {u"ai"_s}, {u"ai"_s, u"ai"_s}},
+                },
+                {
+                    {u"Version"_s, 3u},
+                    {u"TextDirection"_s, u"ltr"_s},
+                    {u"Status"_s, u"normal"_s},
+                    {u"IconThemePath"_s, QStringList()},
+                })
     , m_labels(labels)
 {
     qDBusRegisterMetaType<QList<int>>();
@@ -93,90 +35,84 @@ StatusMenu::StatusMenu(const QStringList &labels, QObject *parent)
     qDBusRegisterMetaType<QList<StatusMenuEvent>>();
 }
 
-uint StatusMenu::GetLayout(int parentId, int recursionDepth, const QStringList &propertyNames,
-                           StatusMenuLayout &layout)
+std::optional<QVariantList> StatusMenu::call(const QString &method, const QVariantList &arguments)
 {
+    const int id = arguments[0].toInt();
+    if (method == "GetLayout"_L1)
+        return layout(id, arguments[1].toInt(), arguments[2].toStringList());
+    if (method == "GetGroupProperties"_L1)
+        return QVariantList{
+            QVariant::fromValue(entries(qdbus_cast<QList<int>>(arguments[0]), arguments[1].toStringList()))};
+    if (method == "GetProperty"_L1) {
+        const QVariant value = properties(id, {}).value(arguments[1].toString());
+        return value.isValid() ? std::optional(QVariantList{QVariant::fromValue(QDBusVariant(value))})
+                               : std::nullopt;
+    }
+    if (method == "Event"_L1) {
+        handle(id, arguments[1].toString());
+        return QVariantList();
+    }
+    if (method == "EventGroup"_L1) {
+        QList<int> ids;
+        for (const StatusMenuEvent &event : qdbus_cast<QList<StatusMenuEvent>>(arguments[0])) {
+            handle(event.id, event.type);
+            ids.append(event.id);
+        }
+        return QVariantList{QVariant::fromValue(unknown(ids))};
+    }
+    if (method == "AboutToShow"_L1)
+        return QVariantList{false};
+    return QVariantList{QVariant::fromValue(QList<int>()),
+                        QVariant::fromValue(unknown(qdbus_cast<QList<int>>(arguments[0])))};
+}
+
+std::optional<QVariantList> StatusMenu::layout(int parent, int depth, const QStringList &names) const
+{
+    if (!isEntry(parent))
+        return std::nullopt;
     constexpr uint revision = 1;
-    if (!isEntry(parentId)) {
-        sendErrorReply(QDBusError::InvalidArgs, u"no such menu entry"_s);
-        return revision;
-    }
-    layout = {parentId, filtered(properties(parentId), propertyNames), {}};
-    if (parentId == 0 && recursionDepth != 0)
+    StatusMenuLayout result{parent, properties(parent, names), {}};
+    if (parent == 0 && depth != 0)
         for (int id = 1; isEntry(id); ++id)
-            layout.children.append({id, filtered(properties(id), propertyNames), {}});
-    return revision;
+            result.children += QVariant::fromValue(StatusMenuLayout{id, properties(id, names), {}});
+    return QVariantList{revision, QVariant::fromValue(result)};
 }
 
-QList<StatusMenuEntry> StatusMenu::GetGroupProperties(const QList<int> &ids, const QStringList &propertyNames)
+QList<StatusMenuEntry> StatusMenu::entries(QList<int> ids, const QStringList &names) const
 {
-    QList<StatusMenuEntry> entries;
     if (ids.isEmpty()) { // requests all
-        for (int id = 0; isEntry(id); ++id)
-            entries.append({id, filtered(properties(id), propertyNames)});
-        return entries;
+        ids.resize(m_labels.size() + 1);
+        std::iota(ids.begin(), ids.end(), 0);
     }
-    for (const int id : ids)
+    QList<StatusMenuEntry> found;
+    for (const int id : std::as_const(ids))
         if (isEntry(id))
-            entries.append({id, filtered(properties(id), propertyNames)});
-    return entries;
+            found.append({id, properties(id, names)});
+    return found;
 }
 
-QDBusVariant StatusMenu::GetProperty(int id, const QString &name)
+QList<int> StatusMenu::unknown(const QList<int> &ids) const
 {
-    const QVariant value = isEntry(id) ? properties(id).value(name) : QVariant();
-    if (value.isValid())
-        return QDBusVariant(value);
-    sendErrorReply(QDBusError::InvalidArgs, u"no such property"_s);
-    return QDBusVariant(QString()); // an invalid variant cannot be marshalled
+    QList<int> result;
+    std::ranges::copy_if(ids, std::back_inserter(result), [this](int id) { return !isEntry(id); });
+    return result;
 }
 
-void StatusMenu::Event(int id, const QString &type, const QDBusVariant &, uint)
+void StatusMenu::handle(int id, const QString &event)
 {
-    if (type == "clicked"_L1 && id != 0 && isEntry(id))
+    if (event == "clicked"_L1 && id != 0 && isEntry(id))
         Q_EMIT triggered(id);
 }
 
-QList<int> StatusMenu::EventGroup(const QList<StatusMenuEvent> &events)
+/// Those of an entry's properties that are in `names`, all if it is empty; none if there is no such entry.
+QVariantMap StatusMenu::properties(int id, const QStringList &names) const
 {
-    QList<int> unknownIds;
-    for (const StatusMenuEvent &event : events) {
-        if (isEntry(event.id))
-            Event(event.id, event.type, event.data, event.timestamp);
-        else
-            unknownIds.append(event.id);
-    }
-    return unknownIds;
-}
-
-bool StatusMenu::AboutToShow(int)
-{
-    return false;
-}
-
-QList<int> StatusMenu::AboutToShowGroup(const QList<int> &ids, QList<int> &unknownIds)
-{
-    for (const int id : ids)
-        if (!isEntry(id))
-            unknownIds.append(id);
-    return {};
-}
-
-QString StatusMenu::textDirection() const
-{
-    return u"ltr"_s;
-}
-
-QString StatusMenu::status() const
-{
-    return u"normal"_s;
-}
-
-QVariantMap StatusMenu::properties(int id) const
-{
-    if (id == 0)
-        return {{u"children-display"_s, u"submenu"_s}};
-    return {{u"label"_s, m_labels.at(id - 1)}};
+    if (!isEntry(id))
+        return {};
+    const QString name = id == 0 ? u"children-display"_s : u"label"_s;
+    if (!names.isEmpty() && !names.contains(name))
+        return {};
+    return {{name, id == 0 ? u"submenu"_s : m_labels.at(id - 1)}};
 }
 
 } // namespace portolan

@@ -5,6 +5,9 @@
 #include <QDBusMetaType>
 #include <QtEndian>
 
+#include <algorithm>
+#include <limits>
+
 namespace portolan {
 
 using namespace Qt::StringLiterals;
@@ -24,102 +27,71 @@ StatusNotifierPixmap toPixmap(const QImage &image)
     return pixmap;
 }
 
-} // namespace
-
-QDBusArgument &operator<<(QDBusArgument &out, const StatusNotifierPixmap &pixmap)
-{
-    out.beginStructure();
-    out << pixmap.width << pixmap.height << pixmap.argb;
-    out.endStructure();
-    return out;
-}
-
-const QDBusArgument &operator>>(const QDBusArgument &in, StatusNotifierPixmap &pixmap)
-{
-    in.beginStructure();
-    in >> pixmap.width >> pixmap.height >> pixmap.argb;
-    in.endStructure();
-    return in;
-}
-
-QDBusArgument &operator<<(QDBusArgument &out, const StatusNotifierToolTip &toolTip)
-{
-    out.beginStructure();
-    out << toolTip.iconName << toolTip.pixmaps << toolTip.title << toolTip.text;
-    out.endStructure();
-    return out;
-}
-
-const QDBusArgument &operator>>(const QDBusArgument &in, StatusNotifierToolTip &toolTip)
-{
-    in.beginStructure();
-    in >> toolTip.iconName >> toolTip.pixmaps >> toolTip.title >> toolTip.text;
-    in.endStructure();
-    return in;
-}
-
-StatusNotifierItem::StatusNotifierItem(const QString &iconName, const QString &iconThemePath,
-                                       const QList<QImage> &images, const QDBusObjectPath &menu,
-                                       QObject *parent)
-    : QObject(parent)
-    , m_iconName(iconThemePath.isEmpty() ? QString() : iconName)
-    , m_iconThemePath(iconThemePath)
-    , m_menu(menu)
+QVariantMap propertiesOf(const QString &iconName, const QString &iconThemePath, const QList<QImage> &images,
+                         const QDBusObjectPath &menu)
 {
     qDBusRegisterMetaType<StatusNotifierPixmap>();
     qDBusRegisterMetaType<QList<StatusNotifierPixmap>>();
     qDBusRegisterMetaType<StatusNotifierToolTip>();
-    for (const QImage &image : images)
-        m_pixmaps.append(toPixmap(image));
+    QList<StatusNotifierPixmap> pixmaps;
+    std::ranges::transform(images, std::back_inserter(pixmaps), toPixmap);
+    const QVariant noPixmap = QVariant::fromValue(QList<StatusNotifierPixmap>());
+    return {
+        {u"Category"_s, u"ApplicationStatus"_s},
+        {u"Id"_s, u"portolan"_s},
+        {u"Title"_s, u"Portolan"_s},
+        {u"Status"_s, u"Active"_s},
+        {u"WindowId"_s, 0},
+        {u"IconName"_s, iconThemePath.isEmpty() ? QString() : iconName},
+        {u"IconThemePath"_s, iconThemePath},
+        {u"IconPixmap"_s, QVariant::fromValue(pixmaps)},
+        {u"OverlayIconName"_s, QString()},
+        {u"OverlayIconPixmap"_s, noPixmap},
+        {u"AttentionIconName"_s, QString()},
+        {u"AttentionIconPixmap"_s, noPixmap},
+        {u"AttentionMovieName"_s, QString()},
+        {u"ToolTip"_s, QVariant::fromValue(StatusNotifierToolTip{{}, {}, u"Portolan"_s, {}})},
+        {u"ItemIsMenu"_s, false},
+        {u"Menu"_s, QVariant::fromValue(menu)},
+    };
 }
 
-void StatusNotifierItem::Activate(int x, int y)
+// X11 and Wayland have no coordinates beyond 16 bits, and computing with larger ones could overflow.
+int coordinate(const QVariant &value)
 {
-    Q_EMIT activated({x, y});
+    using Limits = std::numeric_limits<qint16>;
+    return std::clamp<int>(value.toInt(), Limits::min(), Limits::max());
 }
 
-// Sent for the middle button, which does the same as the left one.
-void StatusNotifierItem::SecondaryActivate(int x, int y)
+} // namespace
+
+StatusNotifierItem::StatusNotifierItem(const QString &iconName, const QString &iconThemePath,
+                                       const QList<QImage> &images, const QDBusObjectPath &menu)
+    : BusObject(u"org.kde.StatusNotifierItem"_s,
+                {
+                    {u"Activate"_s, {u"i"_s, u"i"_s}, {}},
+                    {u"SecondaryActivate"_s, {u"i"_s, u"i"_s}, {}},
+                    {u"ContextMenu"_s, {u"i"_s, u"i"_s}, {}},
+                    {u"Scroll"_s, {u"i"_s, u"s"_s}, {}},
+                    {u"ProvideXdgActivationToken"_s, {u"s"_s}, {}},
+                },
+                propertiesOf(iconName, iconThemePath, images, menu))
 {
-    Q_EMIT activated({x, y});
+    m_click.setSingleShot(true);
+    connect(&m_click, &QTimer::timeout, this, [this] { Q_EMIT activated(m_anchor); });
 }
 
-// Sent only by panels that cannot show a D-Bus menu.
-void StatusNotifierItem::ContextMenu(int x, int y)
+std::optional<QVariantList> StatusNotifierItem::call(const QString &method, const QVariantList &arguments)
 {
-    Q_EMIT activated({x, y});
-}
-
-void StatusNotifierItem::Scroll(int, const QString &) {}
-
-void StatusNotifierItem::ProvideXdgActivationToken(const QString &token)
-{
-    ActivationToken::keep(token);
-}
-
-QString StatusNotifierItem::category() const
-{
-    return u"ApplicationStatus"_s;
-}
-
-QString StatusNotifierItem::id() const
-{
-    return u"portolan"_s;
-}
-
-QString StatusNotifierItem::title() const
-{
-    return u"Portolan"_s;
-}
-
-QString StatusNotifierItem::status() const
-{
-    return u"Active"_s;
-}
-
-StatusNotifierToolTip StatusNotifierItem::toolTip() const
-{
-    return {{}, {}, title(), {}};
+    if (method == "ProvideXdgActivationToken"_L1) {
+        ActivationToken::keep(arguments[0].toString());
+    } else if (method != "Scroll"_L1) {
+        // The middle button does the same as the left one; ContextMenu comes only from panels that show no
+        // D-Bus menu.
+        m_anchor = {coordinate(arguments[0]), coordinate(arguments[1])};
+        m_click.start(0);
+    }
+    return QVariantList();
 }
 
 } // namespace portolan

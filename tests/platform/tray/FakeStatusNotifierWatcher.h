@@ -40,11 +40,18 @@ public:
             Q_EMIT StatusNotifierHostUnregistered();
     }
 
+    /// Answers no registration from now on.
+    void setSilent() { m_isSilent = true; }
+
     /// The registered items, in order.
     [[nodiscard]] const QStringList &items() const { return m_items; }
 
 public Q_SLOTS:
-    Q_SCRIPTABLE void RegisterStatusNotifierItem(const QString &item) { m_items += item; }
+    Q_SCRIPTABLE void RegisterStatusNotifierItem(const QString &item)
+    {
+        m_items += item;
+        setDelayedReply(m_isSilent);
+    }
 
 Q_SIGNALS:
     Q_SCRIPTABLE void StatusNotifierHostRegistered();
@@ -56,6 +63,7 @@ private:
     QDBusConnection m_bus;
     QStringList m_items;
     bool m_hasHost;
+    bool m_isSilent = false;
 };
 
 } // namespace portolan

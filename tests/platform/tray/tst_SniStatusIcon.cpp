@@ -186,6 +186,38 @@ TEST_F(SniStatus, ReportsThePositionOfAClick)
     EXPECT_EQ(clicks, (QList<QPoint>{{1265, 15}, {1266, 16}, {1267, 17}}));
 }
 
+TEST_F(SniStatus, ComputesWithNoCoordinateThatNoScreenHas)
+{
+    showTo(true);
+    QPoint click;
+    QObject::connect(&*m_icon, &StatusIcon::activated, [&](QPoint anchor) { click = anchor; });
+    askItem(u"Activate"_s, {std::numeric_limits<int>::max(), std::numeric_limits<int>::min()});
+    EXPECT_TRUE(eventually([&] { return !click.isNull(); }));
+    EXPECT_EQ(click, QPoint(32767, -32768));
+}
+
+TEST_F(SniStatus, RefusesCallsThatItsInterfaceDoesNotName)
+{
+    showTo(true);
+    EXPECT_EQ(askItem(u"deleteLater"_s, {}).type(), QDBusMessage::ErrorMessage);
+    EXPECT_EQ(askItem(u"Activate"_s, {u"1"_s, 2}).type(), QDBusMessage::ErrorMessage);
+    const auto read = [this](const QString &interface, const QString &name) {
+        return ask(u"/StatusNotifierItem"_s, u"org.freedesktop.DBus.Properties"_s, u"Get"_s,
+                   {interface, name})
+            .type();
+    };
+    EXPECT_EQ(read(u"org.kde.StatusNotifierItem"_s, u"objectName"_s), QDBusMessage::ErrorMessage);
+    EXPECT_EQ(read(u"org.kde.Other"_s, u"Id"_s), QDBusMessage::ErrorMessage);
+}
+
+TEST_F(SniStatus, HasNoHostWhileTheWatcherDoesNotAnswer)
+{
+    showTo(true);
+    m_watcher->setSilent();
+    m_icon.emplace(m_program, someArt());
+    expectHost(StatusIcon::Host::Absent);
+}
+
 TEST_F(SniStatus, ExportsItsMenu)
 {
     showTo(true);
@@ -195,8 +227,10 @@ TEST_F(SniStatus, ExportsItsMenu)
     EXPECT_EQ(root.id, 0);
     EXPECT_EQ(root.properties, (QVariantMap{{u"children-display"_s, u"submenu"_s}}));
     ASSERT_EQ(root.children.size(), 2);
-    EXPECT_EQ(root.children[0].properties, (QVariantMap{{u"label"_s, u"Open Portolan"_s}}));
-    EXPECT_EQ(root.children[1].properties, (QVariantMap{{u"label"_s, u"Quit"_s}}));
+    EXPECT_EQ(qdbus_cast<StatusMenuLayout>(root.children[0]).properties,
+              (QVariantMap{{u"label"_s, u"Open Portolan"_s}}));
+    EXPECT_EQ(qdbus_cast<StatusMenuLayout>(root.children[1]).properties,
+              (QVariantMap{{u"label"_s, u"Quit"_s}}));
 }
 
 TEST_F(SniStatus, ExportsTheRequestedPartOfItsMenu)
@@ -208,7 +242,8 @@ TEST_F(SniStatus, ExportsTheRequestedPartOfItsMenu)
     EXPECT_EQ(qdbus_cast<StatusMenuLayout>(leaf.arguments().at(1)).id, 2);
     EXPECT_EQ(askMenu(u"GetLayout"_s, {3, -1, QStringList()}).type(), QDBusMessage::ErrorMessage);
     const QDBusMessage filtered = askMenu(u"GetLayout"_s, {0, -1, QStringList{u"icon-name"_s}});
-    EXPECT_TRUE(qdbus_cast<StatusMenuLayout>(filtered.arguments().at(1)).children.at(0).properties.isEmpty());
+    const QVariant child = qdbus_cast<StatusMenuLayout>(filtered.arguments().at(1)).children.at(0);
+    EXPECT_TRUE(qdbus_cast<StatusMenuLayout>(child).properties.isEmpty());
 }
 
 TEST_F(SniStatus, ExportsThePropertiesOfItsMenu)
