@@ -6,15 +6,12 @@ endif()
 set(USR ${CPACK_TEMPORARY_DIRECTORY}/usr)
 set(DOC ${USR}/share/doc/portolan)
 
-function(run)
-    execute_process(COMMAND ${ARGV} COMMAND_ERROR_IS_FATAL ANY)
-endfunction()
-
 file(RENAME ${USR}/share/zsh/site-functions ${USR}/share/zsh/vendor-completions)
 
-run(date --utc --date ${CPACK_PORTOLAN_RELEASE_DATE} "+%a, %d %b %Y 00:00:00 +0000" OUTPUT_VARIABLE DATE)
+execute_process(COMMAND env LC_ALL=C date --utc --date ${CPACK_PORTOLAN_RELEASE_DATE} --rfc-email
+    OUTPUT_VARIABLE DATE COMMAND_ERROR_IS_FATAL ANY)
 file(WRITE ${DOC}/changelog.Debian
-"portolan (${CPACK_PACKAGE_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}) unstable; urgency=medium
+"portolan (${CPACK_PACKAGE_VERSION}) unstable; urgency=medium
 
   * Version ${CPACK_PACKAGE_VERSION}; changelog.gz says what is new.
 
@@ -36,5 +33,7 @@ License: Expat
  ${TEXT}")
 file(REMOVE ${DOC}/LICENSE)
 
-run(gzip --best --no-name ${DOC}/changelog ${DOC}/changelog.Debian ${USR}/share/man/man1/portolan.1
-    ${USR}/share/man/man1/portolanctl.1)
+execute_process(
+    COMMAND gzip --best --no-name ${DOC}/changelog ${DOC}/changelog.Debian
+        ${USR}/share/man/man1/portolan.1 ${USR}/share/man/man1/portolanctl.1
+    COMMAND_ERROR_IS_FATAL ANY)

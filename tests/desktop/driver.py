@@ -157,7 +157,7 @@ class Desktop(Session):
         places = re.findall(r'"wrapper-2\.0".* (\d+)x(\d+)\+-?\d+\+-?\d+ +\+(\d+)\+(\d+)$',
                             self.run("xwininfo", "-root", "-tree"), re.MULTILINE)
         for width, height, x, y in (map(int, place) for place in places):
-            if width >= 16 and x + width <= 1280 and y < 31 and x > 640:
+            if width >= 16 and x + width <= int(self.screen.split("x")[0]) and y < 31 and x > 640:
                 return x + width // 2, y + height // 2
         return None
 

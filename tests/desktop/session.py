@@ -29,6 +29,8 @@ def _end_with_parent():
 
 
 class Session:
+    screen = "1280x800"
+
     def __init__(self, bus=True, manager=True, panel=True):
         self.folder = Path(tempfile.mkdtemp(prefix="portolan-desktop-"))
         self.home = self.folder / "home"
@@ -108,7 +110,7 @@ class Session:
 
     def _start_x_server(self):
         reader, writer = os.pipe()
-        server = self.spawn("Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x800x24", "-nolisten", "tcp", "-noreset",
+        server = self.spawn("Xvfb", "-displayfd", str(writer), "-screen", "0", self.screen + "x24", "-nolisten", "tcp", "-noreset",
                             pass_fds=[writer])
         os.close(writer)
         with os.fdopen(reader) as number:
