@@ -18,8 +18,8 @@ class Upgrade(Scenario):
     def test_keeps_settings_and_autostart(self):
         d = self.desktop
         d.serve("storefront")
-        d.start()
-        d.find("storefront", role="list item")
+        d.start("--background")
+        d.open_popover()
         d.click(*d.find("storefront", role="list item").centre, button=3)
         d.click_on("Pin to Top")
         eventually(self.is_pinned, "the row to be pinned")
