@@ -2,7 +2,7 @@
 // refresh cost on average: scan, merge, probes, and every thirty seconds a full rescan.
 #include "../Meter.h"
 
-#include "AbandonableWorker.h"
+#include "FolderReader.h"
 #include "PortScanner.h"
 #include "ServiceStore.h"
 #include "SystemSource.h"
@@ -25,7 +25,7 @@ int main(int argc, char **argv)
     const QTemporaryDir settings;
     UserDefaults defaults(settings.filePath(QStringLiteral("settings.json")));
     const auto source = SystemSource::make();
-    AbandonableWorker files;
+    FolderReader files;
     HealthChecker checker;
     ServiceStore store(
         defaults, [&](std::stop_token stop) { return PortScanner::scan(*source, files, std::move(stop)); },

@@ -2,7 +2,7 @@
 // what one does that comes SECONDS later.
 #include "../Meter.h"
 
-#include "AbandonableWorker.h"
+#include "FolderReader.h"
 #include "PortScanner.h"
 #include "SystemSource.h"
 
@@ -44,7 +44,7 @@ int main(int argc, char **argv)
         return 2;
     QList<Service> found;
     const auto source = SystemSource::make();
-    AbandonableWorker files;
+    FolderReader files;
     const auto scan = [&] { found = PortScanner::scan(*source, files).services; };
     report("first", costOf(scan));
     std::vector<Cost> rounds;

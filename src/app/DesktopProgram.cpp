@@ -1,8 +1,9 @@
 #include "DesktopProgram.h"
 
-#include "AbandonableWorker.h"
 #include "BusWatcher.h"
+#include "DescriptorLimit.h"
 #include "DisplayServer.h"
+#include "FolderReader.h"
 #include "HealthChecker.h"
 #include "LoginItem.h"
 #include "PortScanner.h"
@@ -53,7 +54,7 @@ void describe(QGuiApplication &application)
     application.setQuitOnLastWindowClosed(false);
 }
 
-int serve(StartRequest request)
+int serve(StartRequest request, FolderReader &files)
 {
     const QDBusConnection bus = QDBusConnection::sessionBus();
     SingleInstance instance(bus, QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation));
@@ -68,7 +69,6 @@ int serve(StartRequest request)
 
     UserDefaults defaults;
     const std::unique_ptr<ProcessSource> source = SystemSource::make();
-    AbandonableWorker files;
     HealthChecker checker;
     ServiceStore store(
         defaults, [&](std::stop_token stop) { return PortScanner::scan(*source, files, std::move(stop)); },
@@ -94,6 +94,7 @@ int serve(StartRequest request)
 int DesktopProgram::run(int argc, char **argv)
 {
     StandardStreams::reserve();
+    DescriptorLimit::raise();
     const auto parsed = StartOptions::parse(argc, argv);
     if (const auto *reply = std::get_if<StartOptions::Reply>(&parsed))
         return print(*reply);
@@ -109,9 +110,10 @@ int DesktopProgram::run(int argc, char **argv)
     // Qt warns of every portal and bus that a desktop does without, and of every item that a screen reader
     // asks for after it has gone. QT_LOGGING_RULES shows it again.
     QLoggingCategory::setFilterRules(u"qt.qpa.*.warning=false\nqt.accessibility.*.warning=false"_s);
+    FolderReader files; // before the rest of the program is there to be copied
     QGuiApplication application(wordCount, words.data());
     describe(application);
-    return serve(std::get<StartRequest>(parsed));
+    return serve(std::get<StartRequest>(parsed), files);
 }
 
 } // namespace portolan

@@ -1,6 +1,6 @@
 #include "Commands.h"
 
-#include "AbandonableWorker.h"
+#include "FolderReader.h"
 #include "Output.h"
 #include "PortScanner.h"
 #include "SystemSource.h"
@@ -32,7 +32,7 @@ int Commands::open(const CommandLine &line)
 {
     const qint64 port = line.operands.first().port;
     const std::unique_ptr<ProcessSource> source = SystemSource::make();
-    AbandonableWorker files;
+    FolderReader files;
     const QList<Service> services = PortScanner::scanPorts(*source, files, {port}).services;
     if (services.isEmpty())
         return fail(u"no server on port %1"_s.arg(port));

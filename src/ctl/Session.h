@@ -1,7 +1,7 @@
 #pragma once
 
-#include "AbandonableWorker.h"
 #include "CommandLine.h"
+#include "FolderReader.h"
 #include "HealthChecker.h"
 #include "ProcessSource.h"
 #include "ServiceStore.h"
@@ -23,7 +23,7 @@ public:
 private:
     UserDefaults m_defaults;
     std::unique_ptr<ProcessSource> m_source;
-    AbandonableWorker m_files;
+    FolderReader m_files;
     HealthChecker m_checker;
     ServiceStore m_store;
 };

@@ -1,6 +1,6 @@
 #include "Commands.h"
 
-#include "AbandonableWorker.h"
+#include "FolderReader.h"
 #include "Output.h"
 #include "PortScanner.h"
 #include "StopReport.h"
@@ -24,7 +24,7 @@ ScanResult scanFor(const QList<ServiceOperand> &operands)
     for (const ServiceOperand &operand : operands)
         ports.insert(operand.port);
     const std::unique_ptr<ProcessSource> source = SystemSource::make();
-    AbandonableWorker files;
+    FolderReader files;
     return PortScanner::scanPorts(*source, files, ports);
 }
 

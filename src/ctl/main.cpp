@@ -1,4 +1,5 @@
 #include "Commands.h"
+#include "DescriptorLimit.h"
 #include "Output.h"
 #include "StandardStreams.h"
 
@@ -41,6 +42,7 @@ void dropMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
 int main(int argc, char **argv)
 {
     StandardStreams::reserve();
+    DescriptorLimit::raise();
     const auto parsed = CommandLine::parse(argc, argv);
     if (const auto *reply = std::get_if<CommandLine::Reply>(&parsed))
         return print(*reply);

@@ -1,7 +1,6 @@
 #include "PortScanner.h"
 #include "PortScanner_p.h"
 
-#include "AbandonableWorker.h"
 #include "ProcessSource.h"
 
 #include <algorithm>
@@ -55,8 +54,30 @@ QList<RawListener> wantedListeners(const QList<RawListener> &listeners, const Sc
     return distinct;
 }
 
-Folders workingFolders(const QList<RawListener> &listeners, ProcessSource &source,
-                       const std::stop_token &stop)
+/// Clears the folders that are not there any more, which the system marks at the end of their path; a folder
+/// may be called so, too.
+void removeDeleted(std::vector<std::optional<QString>> &folders, FolderReader &files,
+                   const ScanOptions &options)
+{
+    std::vector<std::optional<QString> *> marked;
+    std::vector<FolderReader::Question> questions;
+    for (std::optional<QString> &folder : folders) {
+        if (!folder || !folder->endsWith(" (deleted)"_L1))
+            continue;
+        marked.push_back(&folder);
+        questions.push_back({FolderReader::Kind::IsFolder, *folder});
+    }
+    if (questions.empty())
+        return;
+    const auto answers = files.ask(questions, {options.folderDeadline, options.stop});
+    for (size_t i = 0; i < marked.size(); ++i) {
+        if (answers[i].value_or(QByteArray()).isEmpty())
+            marked[i]->reset();
+    }
+}
+
+Folders workingFolders(const QList<RawListener> &listeners, ProcessSource &source, FolderReader &files,
+                       const ScanOptions &options)
 {
     QSet<qint32> seen;
     QList<qint32> pids;
@@ -65,7 +86,8 @@ Folders workingFolders(const QList<RawListener> &listeners, ProcessSource &sourc
             pids.append(listener.pid);
         seen.insert(listener.pid);
     }
-    std::vector<std::optional<QString>> answers = source.workingFolders(pids, stop);
+    std::vector<std::optional<QString>> answers = source.workingFolders(pids, options.stop);
+    removeDeleted(answers, files, options);
     Folders folders;
     for (qsizetype i = 0; i < pids.size(); ++i)
         folders.insert(pids[i], std::move(answers[size_t(i)]));
@@ -97,7 +119,7 @@ void readStats(QList<Service> &services, ProcessSource &source, const std::stop_
         services[i].stats = answers[size_t(i)];
 }
 
-void detectProjects(QList<Service> &services, AbandonableWorker &files, const ScanOptions &options)
+void detectProjects(QList<Service> &services, FolderReader &files, const ScanOptions &options)
 {
     std::vector<ProjectDetector::Subject> subjects;
     for (const Service &service : std::as_const(services))
@@ -112,24 +134,24 @@ void detectProjects(QList<Service> &services, AbandonableWorker &files, const Sc
 
 } // namespace
 
-ScanResult PortScanner::scan(ProcessSource &source, AbandonableWorker &files, std::stop_token stop)
+ScanResult PortScanner::scan(ProcessSource &source, FolderReader &files, std::stop_token stop)
 {
     ScanOptions options;
     options.stop = std::move(stop);
     return scan(source, files, options);
 }
 
-ScanResult PortScanner::scanPorts(ProcessSource &source, AbandonableWorker &files, const QSet<qint64> &ports)
+ScanResult PortScanner::scanPorts(ProcessSource &source, FolderReader &files, const QSet<qint64> &ports)
 {
     ScanOptions options;
     options.ports = ports;
     return scan(source, files, options);
 }
 
-ScanResult PortScanner::scan(ProcessSource &source, AbandonableWorker &files, const ScanOptions &options)
+ScanResult PortScanner::scan(ProcessSource &source, FolderReader &files, const ScanOptions &options)
 {
     const QList<RawListener> distinct = wantedListeners(source.listeners(options.stop), options);
-    const Folders folders = workingFolders(distinct, source, options.stop);
+    const Folders folders = workingFolders(distinct, source, files, options);
     ScanResult found = devServers(distinct, folders, options.homes);
     readStats(found.services, source, options.stop);
     detectProjects(found.services, files, options);

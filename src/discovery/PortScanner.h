@@ -11,7 +11,7 @@
 
 namespace portolan {
 
-class AbandonableWorker;
+class FolderReader;
 class ProcessSource;
 
 /// What a scan found.
@@ -24,14 +24,13 @@ struct ScanResult
 /// Discovery's single entry point.
 namespace PortScanner {
 
-/// The development servers that listen on this machine now, as `source` knows it; project files are read on
+/// The development servers that listen on this machine now, as `source` knows it; project files are read by
 /// `files`. Blocks, so never on the main thread; any number of scans may run at once. Never fails: an empty
 /// list means that nothing was found. A stop request makes it return early with a list that means nothing.
-[[nodiscard]] ScanResult scan(ProcessSource &source, AbandonableWorker &files, std::stop_token stop = {});
+[[nodiscard]] ScanResult scan(ProcessSource &source, FolderReader &files, std::stop_token stop = {});
 
 /// Those of them that listen on one of `ports`; about others nothing is asked.
-[[nodiscard]] ScanResult scanPorts(ProcessSource &source, AbandonableWorker &files,
-                                   const QSet<qint64> &ports);
+[[nodiscard]] ScanResult scanPorts(ProcessSource &source, FolderReader &files, const QSet<qint64> &ports);
 
 } // namespace PortScanner
 

@@ -1,9 +1,6 @@
 #include "ProjectDetector.h"
 #include "ProjectDetector_p.h"
 
-#include "ProjectFolder.h"
-
-#include <QFile>
 #include <QJsonDocument>
 #include <QJsonValue>
 #include <QStringList>
@@ -12,7 +9,6 @@
 #include <algorithm>
 #include <array>
 #include <initializer_list>
-#include <span>
 
 namespace portolan {
 
@@ -20,23 +16,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct Marker
-{
-    const char *name;
-    Framework framework;
-};
-
-// In the order in which they decide; .NET's own files come between the two lists.
-constexpr std::array markersBeforeDotnet{
-    Marker{"Cargo.toml", Framework::rust},         Marker{"go.mod", Framework::go},
-    Marker{"Gemfile", Framework::rails},           Marker{"composer.json", Framework::php},
-    Marker{"manage.py", Framework::django},        Marker{"pyproject.toml", Framework::python},
-    Marker{"requirements.txt", Framework::python}, Marker{"Dockerfile", Framework::docker},
-};
-constexpr std::array markersAfterDotnet{
-    Marker{"pom.xml", Framework::java},
-    Marker{"build.gradle", Framework::java},
-};
+// Of the files in FolderAnswers::markers.
+constexpr std::array markerFrameworks{Framework::rust,   Framework::go,     Framework::rails,
+                                      Framework::php,    Framework::django, Framework::python,
+                                      Framework::python, Framework::docker, Framework::dotnet,
+                                      Framework::dotnet, Framework::java,   Framework::java};
+static_assert(markerFrameworks.size() == FolderAnswers::markers.size());
 
 struct Dependency
 {
@@ -61,22 +46,6 @@ constexpr std::array knownDependencies{
     Dependency{"react"_L1, Framework::react},
 };
 
-std::optional<Framework> frameworkOf(std::span<const Marker> markers, const ProjectFolder &folder)
-{
-    const auto present =
-        std::ranges::find_if(markers, [&](const Marker &marker) { return folder.contains(marker.name); });
-    return present == markers.end() ? std::nullopt : std::optional(present->framework);
-}
-
-std::optional<Framework> frameworkFromMarkers(const ProjectFolder &folder)
-{
-    if (const auto framework = frameworkOf(markersBeforeDotnet, folder))
-        return framework;
-    if (ProjectDetector::hasFile(u"csproj"_s, folder) || ProjectDetector::hasFile(u"sln"_s, folder))
-        return Framework::dotnet;
-    return frameworkOf(markersAfterDotnet, folder);
-}
-
 qsizetype characterLength(const QString &text, qsizetype at)
 {
     const bool pair = text[at].isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate();
@@ -93,19 +62,6 @@ void upperCaseCharacter(QString &text, qsizetype at)
 {
     const qsizetype length = characterLength(text, at);
     text.replace(at, length, text.sliced(at, length).toUpper());
-}
-
-ProjectDetector::Project detectFromFiles(const QString &command, const QString &path)
-{
-    using namespace ProjectDetector;
-    const ProjectFolder folder(path);
-    const QString folderName = lastComponent(path);
-    if (const std::optional<QByteArray> json = folder.read("package.json")) {
-        if (const std::optional<Project> result = detectFromPackage(*json, folderName, command))
-            return *result;
-    }
-    const std::optional<Framework> framework = frameworkFromMarkers(folder);
-    return {folderName, framework.value_or(frameworkForCommand(command))};
 }
 
 /// A name that is far longer than any package manager allows is shown, sorted and searched for its front
@@ -129,34 +85,42 @@ ProjectDetector::Project detectFromCommand(const QString &command, const std::op
 
 } // namespace
 
-ProjectDetector::Project ProjectDetector::detect(const QString &command, const std::optional<QString> &folder)
-{
-    AbandonableWorker files;
-    return detect({{command, folder}}, files, {deadline}).front();
-}
-
 std::vector<ProjectDetector::Project> ProjectDetector::detect(const std::vector<Subject> &subjects,
-                                                              AbandonableWorker &files,
-                                                              const AbandonableWorker::Limits &limits)
+                                                              FolderReader &files,
+                                                              const FolderReader::Limits &limits)
 {
-    const auto hasFolder = [](const Subject &subject) {
-        return subject.folder && !subject.folder->isEmpty();
-    };
-    std::vector<AbandonableWorker::Task<Project>> tasks;
+    std::vector<Project> projects;
+    std::vector<size_t> open; // for which a file may say more
     for (const Subject &subject : subjects) {
-        if (hasFolder(subject))
-            tasks.push_back({*subject.folder, [command = subject.command, path = *subject.folder] {
-                                 return detectFromFiles(command, path);
-                             }});
+        if (subject.folder && !subject.folder->isEmpty())
+            open.push_back(projects.size());
+        projects.push_back(detectFromCommand(subject.command, subject.folder));
     }
-    std::vector<std::optional<Project>> found = files.run(std::move(tasks), limits);
-    std::vector<Project> results;
-    results.reserve(subjects.size());
-    for (auto next = found.begin(); const Subject &subject : subjects) {
-        std::optional<Project> result = hasFolder(subject) ? std::move(*next++) : std::nullopt;
-        results.push_back(result ? std::move(*result) : detectFromCommand(subject.command, subject.folder));
+    const auto ask = [&](FolderReader::Kind kind, const char *file) {
+        std::vector<FolderReader::Question> questions;
+        for (const size_t i : open)
+            questions.push_back({kind, *subjects[i].folder, file});
+        return files.ask(questions, limits);
+    };
+
+    std::vector<size_t> withoutPackage;
+    const auto packages = ask(FolderReader::Kind::File, "package.json");
+    for (size_t i = 0; i < open.size(); ++i) {
+        Project &project = projects[open[i]];
+        if (!packages[i])
+            continue;
+        if (auto found = detectFromPackage(*packages[i], project.displayName, subjects[open[i]].command))
+            project = *std::move(found);
+        else
+            withoutPackage.push_back(open[i]);
     }
-    return results;
+    open = std::move(withoutPackage);
+    const auto markers = ask(FolderReader::Kind::Marker, "");
+    for (size_t i = 0; i < open.size(); ++i) {
+        if (markers[i] && !markers[i]->isEmpty())
+            projects[open[i]].framework = markerFrameworks.at(size_t(markers[i]->front()));
+    }
+    return projects;
 }
 
 Framework ProjectDetector::frameworkForCommand(const QString &command)
@@ -250,11 +214,6 @@ ProjectDetector::detectFromPackage(const QByteArray &json, const QString &folder
     const QJsonValue name = package.value("name"_L1);
     const std::optional<QString> displayName = name.isString() ? cleanName(name.toString()) : std::nullopt;
     return Project{bounded(displayName.value_or(folderName)), frameworkFromPackage(package, command)};
-}
-
-bool ProjectDetector::hasFile(const QString &withExtension, const ProjectFolder &in)
-{
-    return in.containsNameWithSuffix(QFile::encodeName(u'.' + withExtension));
 }
 
 } // namespace portolan

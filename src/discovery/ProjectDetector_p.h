@@ -7,8 +7,6 @@
 
 namespace portolan {
 
-class ProjectFolder;
-
 namespace ProjectDetector {
 
 /// What the command name alone says.
@@ -30,9 +28,6 @@ namespace ProjectDetector {
 /// What the bytes of a package.json say; nothing unless they are a JSON object.
 [[nodiscard]] std::optional<Project> detectFromPackage(const QByteArray &json, const QString &folderName,
                                                        const QString &command);
-
-/// Whether the name of any entry of `in` ends in "." and `withExtension`.
-[[nodiscard]] bool hasFile(const QString &withExtension, const ProjectFolder &in);
 
 } // namespace ProjectDetector
 

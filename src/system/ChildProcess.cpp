@@ -1,6 +1,7 @@
 #include "ChildProcess.h"
 
 #include "ChildSetup.h"
+#include "DescriptorLimit.h"
 #include "FileDescriptor.h"
 
 #include <QFile>
@@ -16,7 +17,6 @@
 #include <linux/close_range.h>
 #include <poll.h>
 #include <sys/prctl.h>
-#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -24,6 +24,9 @@
 namespace portolan {
 
 namespace {
+
+/// More would take lsof, which closes them one by one, up to minutes.
+constexpr int maxDescriptors = 1024;
 
 /// Everything that the child needs, laid out before it exists: between vfork and exec it may not allocate.
 struct Launch
@@ -35,16 +38,16 @@ struct Launch
     bool inheritsInput;
     int null;
     int failure;
-    rlimit descriptors;
     bool diesWithCaller;
     pid_t caller;
 };
 
-void closeOthersOnExec(rlim_t limit)
+void closeOthersOnExec()
 {
     if (syscall(SYS_close_range, STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC) == 0)
         return;
-    for (int descriptor = STDERR_FILENO + 1; rlim_t(descriptor) < limit; ++descriptor)
+    const int limit = DescriptorLimit::current();
+    for (int descriptor = STDERR_FILENO + 1; descriptor < limit; ++descriptor)
         fcntl(descriptor, F_SETFD, FD_CLOEXEC);
 }
 
@@ -69,8 +72,8 @@ void closeOthersOnExec(rlim_t limit)
         dup2(launch.null, STDIN_FILENO);
     if (dup2(launch.output, STDOUT_FILENO) < 0 || dup2(launch.null, STDERR_FILENO) < 0)
         failLaunch(launch);
-    closeOthersOnExec(launch.descriptors.rlim_cur);
-    setrlimit(RLIMIT_NOFILE, &launch.descriptors);
+    closeOthersOnExec();
+    DescriptorLimit::restore(maxDescriptors);
     ChildSetup::takeDefaultSignals();
     execve(launch.path, launch.arguments, launch.environment);
     failLaunch(launch);
@@ -80,15 +83,6 @@ void closeOthersOnExec(rlim_t limit)
 FileDescriptor aboveStandard(int descriptor)
 {
     return FileDescriptor(fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
-}
-
-rlimit descriptorLimit(std::optional<int> most)
-{
-    rlimit limit = {RLIM_INFINITY, RLIM_INFINITY};
-    getrlimit(RLIMIT_NOFILE, &limit);
-    if (most)
-        limit.rlim_cur = std::min<rlim_t>(limit.rlim_cur, rlim_t(*most));
-    return limit;
 }
 
 bool reportsFailure(int descriptor)
@@ -133,7 +127,6 @@ std::optional<ChildProcess> ChildProcess::start(const Program &program)
         .inheritsInput = program.standardOutput >= 0,
         .null = null.get(),
         .failure = failureWriter.get(),
-        .descriptors = descriptorLimit(program.maxDescriptors),
         .diesWithCaller = program.diesWithCaller,
         .caller = getpid(),
     };
@@ -147,6 +140,16 @@ std::optional<ChildProcess> ChildProcess::start(const Program &program)
         return child;
     [[maybe_unused]] const bool ended = child.wait();
     return std::nullopt;
+}
+
+void ChildProcess::prepareCopy(const char *name, int connection)
+{
+    setpgid(0, 0);
+    prctl(PR_SET_NAME, name);
+    dup2(connection, STDIN_FILENO);
+    closefrom(STDIN_FILENO + 1);
+    [[maybe_unused]] const int isThere = chdir("/");
+    ChildSetup::takeDefaultSignals();
 }
 
 ChildProcess::ChildProcess(pid_t pid)

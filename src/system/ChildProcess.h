@@ -14,9 +14,8 @@
 
 namespace portolan {
 
-/// A program that this one started. It leads a process group of its own, inherits no descriptor but at most
-/// standard input, has its standard error on /dev/null, and starts with default signal dispositions and an
-/// empty mask.
+/// A process that this program started. It leads a process group of its own, has no descriptors of ours but
+/// those that it is given, and starts with default signal dispositions and an empty mask.
 class ChildProcess
 {
 public:
@@ -27,13 +26,31 @@ public:
         QList<QByteArray> environment = ChildSetup::environment(); ///< as "NAME=value"
         /// The descriptor that becomes its standard output, while its input is ours; -1: both are /dev/null.
         int standardOutput = -1;
-        std::optional<int> maxDescriptors; ///< lowers its soft limit of open descriptors to at most this
-        bool diesWithCaller = false;       ///< whether it is killed when the calling thread ends
+        bool diesWithCaller = false; ///< whether it is killed when the calling thread ends
     };
 
-    /// Starts `program` at the cost of an exec, without copying this process's memory. Nothing if that is not
+    /// Starts `program` at the cost of an exec, without copying this process's memory, with its standard
+    /// error on /dev/null and a soft limit of open descriptors of at most 1024. Nothing if that is not
     /// possible: no such file, not executable, no descriptors or processes left.
     [[nodiscard]] static std::optional<ChildProcess> start(const Program &program);
+
+    /// Starts a copy of this process in which `serve(what)` is called, with `connection` as its descriptor 0
+    /// and no other, in the root folder, under `name` (at most 15 characters). `serve` must not return and
+    /// may neither allocate nor lock: threads that held a lock are not there any more. Nothing if that is not
+    /// possible.
+    template <typename What>
+    [[nodiscard]] static std::optional<ChildProcess> fork(const char *name, int connection,
+                                                          void (*serve)(What &), What &what)
+    {
+        const ChildSetup::SignalsHeld held;
+        const pid_t pid = ::fork();
+        if (pid == 0) {
+            prepareCopy(name, connection);
+            serve(what);
+            _exit(0);
+        }
+        return pid < 0 ? std::nullopt : std::optional(ChildProcess(pid));
+    }
 
     ChildProcess(ChildProcess &&other) noexcept;
     ChildProcess &operator=(ChildProcess &&) = delete;
@@ -52,6 +69,7 @@ public:
 
 private:
     explicit ChildProcess(pid_t pid);
+    static void prepareCopy(const char *name, int connection);
     bool reap(int flags);
 
     pid_t m_pid = -1;

@@ -1,12 +1,14 @@
 #include "DetachedProgram.h"
 
 #include "ChildSetup.h"
+#include "DescriptorLimit.h"
 #include "ProcessHandle.h"
 
 #include <QFile>
 #include <QStandardPaths>
 
 #include <cerrno>
+#include <climits>
 #include <vector>
 
 #include <fcntl.h>
@@ -57,6 +59,7 @@ void dropDescriptors()
 {
     ChildSetup::takeDefaultSignals();
     dropDescriptors();
+    DescriptorLimit::restore(INT_MAX);
     execve(call.path.constData(), call.arguments.data(), call.environment.data());
     _exit(notStarted);
 }

@@ -1,6 +1,6 @@
 // The panel's Stop with everything real: sockets, scans by both process sources, processes and signals.
-#include "AbandonableWorker.h"
 #include "Eventually.h"
+#include "FolderReader.h"
 #include "KernelSource.h"
 #include "LocalSocket.h"
 #include "PortScanner_p.h"
@@ -39,7 +39,7 @@ protected:
     ScanResult scan()
     {
         PortScanner::ScanOptions options;
-        options.home = u"/"_s;
+        options.homes = {u"/"_s};
         options.ports = {m_port};
         return PortScanner::scan(*m_source, m_files, options);
     }
@@ -61,7 +61,7 @@ protected:
     QTemporaryDir m_folder;
     UserDefaults m_defaults{m_folder.filePath(u"settings.json"_s)};
     std::unique_ptr<ProcessSource> m_source = GetParam().make();
-    AbandonableWorker m_files;
+    FolderReader m_files;
     qint64 m_port = 0;
     ServiceStore m_store{m_defaults, [this](const std::stop_token &) { return scan(); },
                          [](qint64) { return QtFuture::makeReadyFuture(Health::unreachable()); }};

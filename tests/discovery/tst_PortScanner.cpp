@@ -1,6 +1,6 @@
 // The scan against tools that do what the test tells them.
-#include "AbandonableWorker.h"
 #include "FakeTools.h"
+#include "FolderReader.h"
 #include "HungMount.h"
 #include "PortScanner_p.h"
 #include "Printers.h"
@@ -48,7 +48,7 @@ struct Options
 QList<Service> scan(const Options &options)
 {
     ToolSource source(options.tools);
-    AbandonableWorker files;
+    FolderReader files;
     return PortScanner::scan(source, files, options.scan).services;
 }
 
@@ -329,7 +329,7 @@ TEST_F(Scan, SeveralScansAtOnceDoNotDisturbEachOther)
         tools.addServer(pid, "node", "*:300" + QByteArray::number(pid), "/x");
     const Options shared = options(2);
     ToolSource source(shared.tools);
-    AbandonableWorker files;
+    FolderReader files;
     const auto scanShared = [&] { return PortScanner::scan(source, files, shared.scan).services; };
     const QList<Service> expected = scanShared();
     std::vector<QList<Service>> results(4);
@@ -365,19 +365,34 @@ TEST_F(Scan, LeavesNothingBehind)
     EXPECT_TRUE(waitUntil([&] { return threads() == threadsBefore; }));
 }
 
+TEST_F(Scan, AFolderThatWasDeletedCountsAsAbsent)
+{
+    QTemporaryDir home;
+    ASSERT_TRUE(QDir(home.path()).mkpath(u"really (deleted)"_s));
+    Options own = options(2);
+    own.scan.homes = {home.path()};
+    tools.addServer(1, "node", "*:3001", QFile::encodeName(home.filePath(u"gone (deleted)"_s)));
+    tools.addServer(2, "tool", "*:3002", QFile::encodeName(home.filePath(u"gone (deleted)"_s)));
+    tools.addServer(3, "tool", "*:3003", QFile::encodeName(home.filePath(u"really (deleted)"_s)));
+    const QList<Service> services = scan(own);
+    EXPECT_THAT(summary(services),
+                ElementsAre(u"1-3001 node -"_s, u"3-3003 tool "_s + home.filePath(u"really (deleted)"_s)));
+    EXPECT_EQ(services[0].displayName, u"Node"_s);
+}
+
 TEST_F(Scan, FoldersOnADeadMountAreListedByName)
 {
     const std::unique_ptr<HungMount> mount = HungMount::create();
     if (!mount)
         GTEST_SKIP() << "mounting is not permitted here";
-    const qsizetype threadsBefore = threads();
+    collectChildren();
     for (int pid = 1; pid <= 4; ++pid)
         tools.addServer(pid, "node", "*:300" + QByteArray::number(pid),
                         QFile::encodeName(mount->path()) + "/shop" + QByteArray::number(pid));
     Options hurried = options(2);
     hurried.scan.folderDeadline = 200ms;
     ToolSource source(hurried.tools);
-    AbandonableWorker files;
+    FolderReader files;
     for (int tick = 0; tick < 6; ++tick) {
         const QList<Service> services = PortScanner::scan(source, files, hurried.scan).services;
         ASSERT_EQ(services.size(), 4);
@@ -386,10 +401,8 @@ TEST_F(Scan, FoldersOnADeadMountAreListedByName)
             EXPECT_EQ(service.framework, Framework::node);
         }
     }
-    EXPECT_TRUE(waitUntil([&] { return threads() <= threadsBefore + 4; }))
-        << "one stuck thread per dead folder";
-    mount->release();
-    EXPECT_TRUE(waitUntil([&] { return threads() == threadsBefore; }));
+    EXPECT_EQ(mount->taken(), 4) << "each folder is asked for once";
+    EXPECT_LE(children().size(), 5) << "one stuck process for each, and the one at work";
 }
 
 } // namespace portolan

@@ -1,6 +1,6 @@
 // The scan of real listening sockets, by both process sources.
-#include "AbandonableWorker.h"
 #include "FileDescriptor.h"
+#include "FolderReader.h"
 #include "HungMount.h"
 #include "KernelSource.h"
 #include "LsofOutput.h"
@@ -136,7 +136,7 @@ std::unique_ptr<ProcessSource> make(Source source, std::chrono::milliseconds dea
 /// is accepted by itself.
 QList<Service> scan(ProcessSource &source, const QString &home = QDir::currentPath())
 {
-    AbandonableWorker files;
+    FolderReader files;
     PortScanner::ScanOptions options;
     options.homes = {home};
     return PortScanner::scan(source, files, options).services;
@@ -319,7 +319,7 @@ TEST_P(RealScan, SaysWhichProcessesItSaw)
     const ForkedServer node("node", "127.0.0.1", 0);
     ASSERT_TRUE(node.listens());
     const auto source = make(GetParam());
-    AbandonableWorker files;
+    FolderReader files;
     const ScanResult found = PortScanner::scan(*source, files);
     EXPECT_TRUE(std::ranges::is_sorted(found.services, {}, &Service::port));
     EXPECT_TRUE(std::ranges::any_of(found.services,
@@ -333,7 +333,7 @@ TEST(SystemScan, OfCertainPortsFindsNoOthers)
     const ForkedServer node("node", "127.0.0.1", 0);
     const ForkedServer other("node", "127.0.0.1", 0);
     KernelSource source;
-    AbandonableWorker files;
+    FolderReader files;
     qint64 port = 0;
     for (const Service &service : PortScanner::scan(source, files).services)
         port = service.pid == node.pid() ? service.port : port;

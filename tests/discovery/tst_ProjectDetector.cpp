@@ -1,9 +1,8 @@
-#include "AbandonableWorker.h"
 #include "FakeTools.h"
+#include "FolderReader.h"
 #include "HungMount.h"
 #include "Printers.h"
 #include "ProjectDetector_p.h"
-#include "ProjectFolder.h"
 
 #include <QDir>
 #include <QJsonDocument>
@@ -17,8 +16,13 @@ namespace portolan {
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
-using ProjectDetector::detect;
 using ProjectDetector::Project;
+
+static Project detect(const QString &command, const std::optional<QString> &folder)
+{
+    FolderReader files;
+    return ProjectDetector::detect({{command, folder}}, files, {}).front();
+}
 
 static void PrintTo(Framework framework, std::ostream *out)
 {
@@ -332,7 +336,7 @@ INSTANTIATE_TEST_SUITE_P(
         Json{"garbageBehind", "{\"name\":\"a\"} x"}, Json{"invalidUtf8", "{\"name\":\"a\xff\"}"},
         Json{"utf16", QByteArray("\xff\xfe{\0}\0", 6)},
         Json{"deepNesting", "{\"a\":" + QByteArray(100'000, '[') + QByteArray(100'000, ']') + "}"},
-        Json{"tooLarge", "{\"name\":\"a\",\"x\":\"" + QByteArray(ProjectFolder::maxFileSize, 'x') + "\"}"}),
+        Json{"tooLarge", "{\"name\":\"a\",\"x\":\"" + QByteArray(FolderAnswers::maxFileSize, 'x') + "\"}"}),
     [](const auto &row) { return std::string(row.param.name); });
 
 TEST_F(DetectInFolder, OddButValidPackagesAreRead)
@@ -426,15 +430,11 @@ TEST(DetectInNoFolder, StillNamesIt)
 
 TEST_F(DetectInFolder, HasFileTestsTheExtensionOnly)
 {
-    const auto hasFile = [&](const QString &extension) {
-        return ProjectDetector::hasFile(extension, ProjectFolder(folder()));
-    };
+    write(u"App.csprojx"_s);
+    write(u"App.CSPROJ"_s);
+    EXPECT_EQ(detect(u"uvicorn"_s, folder()), (Project{u"demo"_s, Framework::python}));
     write(u"App.csproj"_s);
-    EXPECT_TRUE(hasFile(u"csproj"_s));
-    EXPECT_FALSE(hasFile(u"CSPROJ"_s));
-    EXPECT_FALSE(hasFile(u"proj"_s));
-    EXPECT_FALSE(hasFile(u"sln"_s));
-    EXPECT_FALSE(ProjectDetector::hasFile(u"csproj"_s, ProjectFolder(u"/no/such/place"_s)));
+    EXPECT_EQ(detect(u"uvicorn"_s, folder()), (Project{u"demo"_s, Framework::dotnet}));
 }
 
 TEST(DetectOnADeadMount, GivesTheFoldersNameInTime)
@@ -443,14 +443,13 @@ TEST(DetectOnADeadMount, GivesTheFoldersNameInTime)
     if (!mount)
         GTEST_SKIP() << "mounting is not permitted here";
     const QString shop = mount->path() + u"/shop"_s;
-    const qsizetype before = threads();
-    AbandonableWorker files;
+    collectChildren();
+    FolderReader files;
     for (int scan = 0; scan < 5; ++scan)
-        EXPECT_EQ(detect({{u"node"_s, shop}}, files, {300ms}).front(), (Project{u"shop"_s, Framework::node}));
-    EXPECT_TRUE(waitUntil([&] { return threads() == before + 1; })) << "one stuck thread, never more";
-
-    mount->release();
-    EXPECT_TRUE(waitUntil([&] { return threads() == before; }));
+        EXPECT_EQ(ProjectDetector::detect({{u"node"_s, shop}}, files, {300ms}).front(),
+                  (Project{u"shop"_s, Framework::node}));
+    EXPECT_EQ(children().size(), 1) << "it is tried once";
+    EXPECT_EQ(mount->taken(), 1);
 }
 
 TEST(DetectOnADeadMount, ALinkIntoOneIsNoBetter)
@@ -460,9 +459,9 @@ TEST(DetectOnADeadMount, ALinkIntoOneIsNoBetter)
     if (!mount)
         GTEST_SKIP() << "mounting is not permitted here";
     ASSERT_TRUE(QFile::link(mount->path() + u"/package.json"_s, project.filePath(u"package.json"_s)));
-    AbandonableWorker files;
-    const std::vector<Project> results =
-        detect({{u"node"_s, project.path()}, {u"node"_s, u"/no/such/place"_s}}, files, {300ms});
+    FolderReader files;
+    const std::vector<Project> results = ProjectDetector::detect(
+        {{u"node"_s, project.path()}, {u"node"_s, u"/no/such/place"_s}}, files, {300ms});
     EXPECT_EQ(results.at(0).framework, Framework::node);
     EXPECT_EQ(results.at(1), (Project{u"place"_s, Framework::node}));
 }

@@ -4,6 +4,7 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
+#include <QList>
 #include <QString>
 
 #include <chrono>
@@ -11,6 +12,7 @@
 #include <thread>
 
 #include <sys/types.h>
+#include <sys/wait.h>
 
 namespace portolan {
 
@@ -58,6 +60,29 @@ inline qsizetype openDescriptors()
 inline qsizetype threads()
 {
     return entryCount(QStringLiteral("/proc/self/task"));
+}
+
+/// The children of this process, those included that have ended and were not collected.
+inline QList<pid_t> children()
+{
+    QList<pid_t> children;
+    for (const QString &thread :
+         QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile file(QStringLiteral("/proc/self/task/%1/children").arg(thread));
+        if (!file.open(QIODevice::ReadOnly))
+            continue;
+        for (const QByteArray &pid : file.readAll().simplified().split(' ')) {
+            if (!pid.isEmpty())
+                children.append(pid.toInt());
+        }
+    }
+    return children;
+}
+
+/// Collects the children that earlier tests have left behind.
+inline void collectChildren()
+{
+    waitUntil([] { return waitpid(-1, nullptr, WNOHANG) < 0; });
 }
 
 inline QByteArray contentsOf(const QString &path)

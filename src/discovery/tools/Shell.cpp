@@ -2,6 +2,7 @@
 
 #include "ChildProcess.h"
 #include "FileDescriptor.h"
+#include "StopSignal.h"
 #include "UnreapedChildren.h"
 
 #include <QStringDecoder>
@@ -10,11 +11,9 @@
 #include <array>
 #include <cerrno>
 #include <climits>
-#include <functional>
 
 #include <fcntl.h>
 #include <poll.h>
-#include <sys/eventfd.h>
 #include <unistd.h>
 
 namespace portolan {
@@ -23,30 +22,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int maxDescriptors = 1024;
 /// How long to wait for the end of a killed child, which one that is stuck in the kernel outlasts.
 constexpr std::chrono::milliseconds killGracePeriod{250};
-
-/// A descriptor that becomes readable when a stop is requested.
-class StopSignal
-{
-public:
-    explicit StopSignal(const std::stop_token &stop)
-        : m_event(stop.stop_possible() ? eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK) : -1)
-        , m_callback(stop, [event = m_event.get()] { eventfd_write(event, 1); })
-    {}
-
-    /// Whether a stop would be noticed.
-    [[nodiscard]] bool isHeard(const std::stop_token &stop) const
-    {
-        return m_event.isOpen() || !stop.stop_possible();
-    }
-    [[nodiscard]] int descriptor() const { return m_event.get(); }
-
-private:
-    FileDescriptor m_event;
-    std::stop_callback<std::function<void()>> m_callback;
-};
 
 struct Pipe
 {
@@ -133,7 +110,6 @@ Shell::Result Shell::run(const QString &path, const QStringList &arguments, cons
         .arguments = arguments,
         .environment = toolEnvironment(),
         .standardOutput = pipe->writer.get(),
-        .maxDescriptors = maxDescriptors,
         .diesWithCaller = true,
     });
     if (!child)

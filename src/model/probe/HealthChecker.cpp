@@ -2,7 +2,6 @@
 
 #include "ProbeSet.h"
 
-#include <iterator>
 #include <limits>
 #include <system_error>
 
@@ -13,9 +12,6 @@
 namespace portolan {
 
 namespace {
-
-// Probes are started a few at a time, so that starting the others hardly adds to the time of an answer.
-constexpr int startsAtOnce = 8;
 
 // The program's signals are for its other threads, and a broken TLS connection is an error here, not a
 // SIGPIPE. Threads started from this one inherit that.
@@ -49,8 +45,10 @@ QFuture<Health> HealthChecker::check(qint64 port)
         return result;
     }
     const std::lock_guard lock(m_mutex);
-    if (!m_thread.joinable() && !start())
+    if (!m_thread.joinable() && !start()) {
+        promise.setResult(Health::unknown());
         return result;
+    }
     m_requests.push_back({quint16(port), std::move(promise)});
     if (m_requests.size() == 1)
         wake();
@@ -75,18 +73,15 @@ bool HealthChecker::start()
 void HealthChecker::run(const std::stop_token &stop)
 {
     prepareThread();
-    std::deque<Request> waiting;
     while (!stop.stop_requested()) {
-        for (int i = 0; i < startsAtOnce && !waiting.empty(); ++i) {
-            m_probes->add(waiting.front().port, std::move(waiting.front().promise));
-            waiting.pop_front();
-        }
-        if (m_probes->advance(waiting.empty() ? ProbeSet::Wait::Yes : ProbeSet::Wait::No))
-            std::ranges::move(takeRequests(), std::back_inserter(waiting));
+        if (!m_probes->advance())
+            continue;
+        for (Request &request : takeRequests())
+            m_probes->add(request.port, std::move(request.promise));
     }
 }
 
-std::deque<HealthChecker::Request> HealthChecker::takeRequests()
+std::vector<HealthChecker::Request> HealthChecker::takeRequests()
 {
     const std::lock_guard lock(m_mutex);
     eventfd_t count = 0;

@@ -3,10 +3,10 @@
 #include "FileDescriptor.h"
 #include "HealthPromise.h"
 
-#include <deque>
 #include <memory>
 #include <mutex>
 #include <thread>
+#include <vector>
 
 namespace portolan {
 
@@ -25,9 +25,10 @@ public:
 
     /// Probes http://127.0.0.1:`port`/ with a HEAD request and, where that gets no response, a GET. Any
     /// thread; returns at once. The future always finishes with a value, usually on the checker's thread,
-    /// within 3 s per request: `healthy` for any HTTP response, `unreachable` for none, `unknown` when `port`
-    /// is no port number. With PORTOLAN_PROBE=localhost in the environment, a request that 127.0.0.1 refuses
-    /// goes to ::1.
+    /// within 3 s per request from the probe's start: `healthy` for any HTTP response, `unreachable` for
+    /// none, `unknown` when `port` is no port number or the system has no descriptor for it. Only so many
+    /// probes run at a time as ProbeSet says; the others wait for their turn. With
+    /// PORTOLAN_PROBE=localhost in the environment, a request that 127.0.0.1 refuses goes to ::1.
     [[nodiscard]] QFuture<Health> check(qint64 port);
 
 private:
@@ -39,11 +40,11 @@ private:
 
     [[nodiscard]] bool start();
     void run(const std::stop_token &stop);
-    [[nodiscard]] std::deque<Request> takeRequests();
+    [[nodiscard]] std::vector<Request> takeRequests();
     void wake() const;
 
     std::mutex m_mutex;
-    std::deque<Request> m_requests; // guarded by m_mutex
+    std::vector<Request> m_requests; // guarded by m_mutex
     FileDescriptor m_wakeFd;
     std::unique_ptr<ProbeSet> m_probes;
     std::jthread m_thread;

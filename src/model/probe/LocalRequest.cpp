@@ -57,8 +57,13 @@ bool LocalRequest::advance()
 bool LocalRequest::connect(const sockaddr *address, socklen_t size)
 {
     m_socket = FileDescriptor(::socket(address->sa_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+    // Without IPv6 there is no such socket, or no such address.
+    m_lacksResources = !m_socket.isOpen() && errno != EAFNOSUPPORT;
+    if (m_lacksResources)
+        return false;
     const bool isUnderWay = ::connect(m_socket.get(), address, size) == 0 || errno == EINPROGRESS;
     m_wasRefused = !isUnderWay && errno == ECONNREFUSED;
+    m_lacksResources = !isUnderWay && errno == EADDRNOTAVAIL && address->sa_family == AF_INET;
     return isUnderWay && send();
 }
 

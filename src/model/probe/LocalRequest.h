@@ -24,6 +24,8 @@ public:
     [[nodiscard]] bool hasFailed() const { return m_hasFailed; }
     /// Whether it failed because nothing listens at the address.
     [[nodiscard]] bool wasRefused() const { return m_wasRefused; }
+    /// Whether that is because the system has no descriptor or no port left, and not the server's doing.
+    [[nodiscard]] bool lacksResources() const { return m_lacksResources; }
     /// What has arrived so far.
     [[nodiscard]] const ResponseHead &response() const { return m_response; }
 
@@ -40,6 +42,7 @@ private:
 
     bool m_hasFailed = true;
     bool m_wasRefused = false;
+    bool m_lacksResources = false;
     std::string m_unsent;
     FileDescriptor m_socket;
     ResponseHead m_response;

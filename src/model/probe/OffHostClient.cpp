@@ -53,11 +53,12 @@ void OffHostClient::start(Id id, const RequestTarget &target, const std::string 
             const QByteArray bytes = request.socket.readAll();
             request.response.read({bytes.constData(), size_t(bytes.size())});
             const bool hasEnded = request.response.state() != ResponseHead::State::Incomplete;
-            report(id, {hasEnded, hasEnded ? request.response : ResponseHead()});
+            report(id, {hasEnded, hasEnded ? request.response : ResponseHead(), false});
         };
         QObject::connect(&socket, &QSslSocket::readyRead, receive);
         QObject::connect(&socket, &QSslSocket::errorOccurred, [this, id, &request] {
-            report(id, {true, request.response});
+            const bool lacksResources = request.socket.error() == QAbstractSocket::SocketResourceError;
+            report(id, {true, request.response, lacksResources});
         });
 
         const QString host = QUrl(QString::fromStdString(target.url())).host();

@@ -40,8 +40,9 @@ public:
 
     struct Report
     {
-        bool hasEnded = false; ///< if not, something was received
-        ResponseHead response; ///< of a request that has ended; it has failed unless this is complete
+        bool hasEnded = false;       ///< if not, something was received
+        ResponseHead response;       ///< of a request that has ended; it has failed unless this is complete
+        bool lacksResources = false; ///< whether the system had none to make the request with
     };
     /// What happened since the last call, one report for each request.
     [[nodiscard]] std::unordered_map<Id, Report> takeReports();

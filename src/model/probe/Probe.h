@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <chrono>
 #include <string>
+#include <utility>
 
 namespace portolan {
 
@@ -25,6 +26,10 @@ public:
 
     /// The first request starts at `now`. `promise` gets the result.
     Probe(quint16 port, HealthPromise promise, Clock::time_point now);
+
+    [[nodiscard]] quint16 port() const { return m_port; }
+    /// For a probe that is to begin anew.
+    [[nodiscard]] HealthPromise takePromise() { return std::move(m_promise); }
 
     enum class Method { Head, Get };
     /// The request to make.

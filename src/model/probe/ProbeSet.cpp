@@ -1,5 +1,6 @@
 #include "ProbeSet.h"
 
+#include "DescriptorLimit.h"
 #include "OffHostClient.h"
 
 #include <algorithm>
@@ -18,11 +19,22 @@ constexpr std::uint64_t wakeId = 0;
 constexpr std::uint64_t offHostId = 1;
 constexpr std::uint64_t firstRequestId = 2;
 
+// Probes are started a few at a time, so that starting the others hardly adds to the time of an answer.
+constexpr int startsAtOnce = 8;
+
 } // namespace
+
+int ProbeSet::mostUnderWay(int descriptorLimit)
+{
+    // What a desktop program has open, and what a scan and a click open besides.
+    const int others = std::max(24, descriptorLimit / 4);
+    return std::clamp(descriptorLimit - others, 1, maxUnderWay);
+}
 
 ProbeSet::ProbeSet(int wakeFd)
     : m_epoll(epoll_create1(EPOLL_CLOEXEC))
     , m_isValid(watch(EPOLL_CTL_ADD, wakeFd, EPOLLIN, wakeId))
+    , m_mostUnderWay(size_t(mostUnderWay(DescriptorLimit::current())))
     , m_nextId(firstRequestId)
 {}
 
@@ -30,15 +42,30 @@ ProbeSet::~ProbeSet() = default;
 
 void ProbeSet::add(quint16 port, HealthPromise promise)
 {
-    startRequest(
-        m_items.try_emplace(m_nextId, Item{Probe(port, std::move(promise), Clock::now()), {}}).first);
+    m_waiting.push_back({port, std::move(promise)});
 }
 
-bool ProbeSet::advance(Wait wait)
+bool ProbeSet::canStart() const
 {
+    return !m_waiting.empty() && !m_isShort && m_items.size() < m_mostUnderWay;
+}
+
+void ProbeSet::startWaiting()
+{
+    for (int i = 0; i < startsAtOnce && canStart(); ++i) {
+        Waiting next = std::move(m_waiting.front());
+        m_waiting.pop_front();
+        Probe probe(next.port, std::move(next.promise), Clock::now());
+        startRequest(m_items.try_emplace(m_nextId, Item{std::move(probe), {}}).first);
+    }
+}
+
+bool ProbeSet::advance()
+{
+    startWaiting();
     std::array<epoll_event, 64> events;
-    const int count = epoll_wait(m_epoll.get(), events.data(), int(events.size()),
-                                 wait == Wait::Yes ? waitMilliseconds() : 0);
+    const int count =
+        epoll_wait(m_epoll.get(), events.data(), int(events.size()), canStart() ? 0 : waitMilliseconds());
     bool isWoken = false;
     for (int i = 0; i < count; ++i) {
         switch (const Id id = events[size_t(i)].data.u64) {
@@ -92,6 +119,8 @@ void ProbeSet::takeOffHostReports()
             continue;
         if (!report.hasEnded)
             item->second.probe.received(Clock::now());
+        else if (report.lacksResources)
+            postpone(item);
         else if (report.response.state() == ResponseHead::State::Complete)
             endRequest(item, &report.response);
         else
@@ -131,7 +160,7 @@ void ProbeSet::startRequest(Items::iterator old)
     } else if (offHost()) {
         m_offHost->start(id, probe.target(), probe.requestText());
     } else {
-        endRequest(item, nullptr);
+        postpone(item);
     }
 }
 
@@ -149,7 +178,9 @@ OffHostClient *ProbeSet::offHost()
 void ProbeSet::continueLocal(Items::iterator item)
 {
     auto &[probe, local, watchedEvents] = item->second;
-    if (local->hasFailed()) {
+    if (local->lacksResources()) {
+        postpone(item);
+    } else if (local->hasFailed()) {
         endRequest(item, nullptr);
     } else if (local->response().state() == ResponseHead::State::Complete) {
         endRequest(item, &local->response());
@@ -157,7 +188,7 @@ void ProbeSet::continueLocal(Items::iterator item)
         const int operation = watchedEvents == 0 ? EPOLL_CTL_ADD : EPOLL_CTL_MOD;
         watchedEvents = local->events();
         if (!watch(operation, local->socket(), watchedEvents, item->first))
-            endRequest(item, nullptr);
+            postpone(item);
     }
 }
 
@@ -174,9 +205,29 @@ void ProbeSet::endRequest(Items::iterator item, const ResponseHead *response)
         startRequest(item);
         return;
     }
+    erase(item);
+}
+
+void ProbeSet::erase(Items::iterator item)
+{
     m_items.erase(item);
+    m_isShort = false;
     if (m_items.empty())
         m_nextDeadline = Clock::time_point::max();
+}
+
+// The system has nothing left to make the request with. The probe begins anew once another has given back
+// what it had; where there is none, nothing is known about the server.
+void ProbeSet::postpone(Items::iterator item)
+{
+    const quint16 port = item->second.probe.port();
+    HealthPromise promise = item->second.probe.takePromise();
+    erase(item);
+    m_isShort = !m_items.empty();
+    if (m_isShort)
+        m_waiting.push_front({port, std::move(promise)});
+    else
+        promise.setResult(Health::unknown());
 }
 
 } // namespace portolan

@@ -6,6 +6,7 @@
 #include "Probe.h"
 
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <optional>
 #include <unordered_map>
@@ -14,11 +15,16 @@ namespace portolan {
 
 class OffHostClient;
 
-/// The probes under way, with one request each. Belongs to one thread at a time, which drives them by calling
-/// `advance`.
+/// The probes under way, with one request each, and those that wait for their turn: only so many run at a
+/// time as leaves the program the descriptors that it needs besides. Belongs to one thread at a time, which
+/// drives them by calling `advance`.
 class ProbeSet
 {
 public:
+    static constexpr int maxUnderWay = 512;
+    /// How many probes run at a time where the program may have `descriptorLimit` descriptors open.
+    [[nodiscard]] static int mostUnderWay(int descriptorLimit);
+
     /// A set of probes whose waits also end when `wakeFd` is readable.
     explicit ProbeSet(int wakeFd);
     /// Probes still under way finish as unreachable.
@@ -29,13 +35,12 @@ public:
     /// Whether the system had the descriptors that the set needs; nothing else may be called if not.
     [[nodiscard]] bool isValid() const { return m_isValid; }
 
-    /// Starts to probe `port`; `promise` gets the result now or during a later `advance`.
+    /// Probes `port` when it is its turn; `promise` gets the result during a later `advance`.
     void add(quint16 port, HealthPromise promise);
 
-    enum class Wait : bool { No, Yes };
-    /// Goes on with every probe that something has arrived for or whose time is up, after waiting for that if
-    /// asked to. Whether `wakeFd` is readable.
-    [[nodiscard]] bool advance(Wait wait);
+    /// Starts probes whose turn it is, and goes on with every one that something has arrived for or whose
+    /// time is up, after waiting for that where there is nothing to start. Whether `wakeFd` is readable.
+    [[nodiscard]] bool advance();
 
 private:
     using Clock = Probe::Clock;
@@ -49,6 +54,14 @@ private:
     };
     using Items = std::unordered_map<Id, Item>; // by the number of the request under way
 
+    struct Waiting
+    {
+        quint16 port;
+        HealthPromise promise;
+    };
+
+    [[nodiscard]] bool canStart() const;
+    void startWaiting();
     [[nodiscard]] int waitMilliseconds() const;
     bool watch(int operation, int descriptor, std::uint32_t events, Id id) const;
     void advanceLocal(Id id);
@@ -58,12 +71,17 @@ private:
     void startRequest(Items::iterator item);
     [[nodiscard]] OffHostClient *offHost();
     void continueLocal(Items::iterator item);
+    void postpone(Items::iterator item);
+    void erase(Items::iterator item);
     void endRequest(Items::iterator item, const ResponseHead *response);
 
     FileDescriptor m_epoll;
     bool m_isValid;
     std::unique_ptr<OffHostClient> m_offHost; // from the first off-host redirect
     Items m_items;
+    const size_t m_mostUnderWay;
+    std::deque<Waiting> m_waiting;
+    bool m_isShort = false; // of descriptors, until a probe ends
     Id m_nextId;
     // Not after any probe's deadline: while a request is under way, its deadline only moves later.
     Clock::time_point m_nextDeadline = Clock::time_point::max();

@@ -13,6 +13,7 @@ constexpr std::size_t maxKeptLength = maxLocationLineLength + 2; // of any line:
 constexpr int maxInterimResponses = 16;
 
 constexpr std::string_view protocol = "HTTP/";
+constexpr std::string_view locationStart = "location:";
 
 bool isDigit(char character)
 {
@@ -52,7 +53,7 @@ ResponseHead::State ResponseHead::read(std::string_view bytes)
         const std::string_view line = bytes.substr(0, end);
         bytes.remove_prefix(isWholeLine ? end + 1 : bytes.size());
         m_length += line.size() + isWholeLine;
-        m_line += line.substr(0, maxKeptLength - m_line.size());
+        keep(line);
         if (m_length > maxLength || (!m_isInSection && !canBecomeStatusLine(m_line)))
             m_state = State::Invalid;
         else if (isWholeLine)
@@ -64,6 +65,16 @@ ResponseHead::State ResponseHead::read(std::string_view bytes)
 std::string_view ResponseHead::redirect() const
 {
     return isFollowed(m_status) ? std::string_view(m_location) : std::string_view();
+}
+
+// Of a header only its start is, unless it can be the Location that the rest is needed of.
+void ResponseHead::keep(std::string_view part)
+{
+    const std::size_t missing = locationStart.size() - std::min(m_line.size(), locationStart.size());
+    m_line += part.substr(0, missing);
+    part.remove_prefix(std::min(missing, part.size()));
+    if (!m_isInSection || isName(std::string_view(m_line).substr(0, locationStart.size()), locationStart))
+        m_line += part.substr(0, maxKeptLength - m_line.size());
 }
 
 // Other protocols are recognised by their first bytes: often the server sends no more than a greeting.
@@ -108,10 +119,9 @@ void ResponseHead::readStatusLine(std::string_view line)
 // A malformed header is ignored, as browsers do.
 void ResponseHead::readHeader(std::string_view line)
 {
-    const auto colon = line.find(':');
-    if (colon == line.npos || !m_location.empty() || !isName(line.substr(0, colon), "location"))
+    if (!m_location.empty() || !isName(line.substr(0, locationStart.size()), locationStart))
         return;
-    m_location = trimmed(line.substr(colon + 1));
+    m_location = trimmed(line.substr(locationStart.size()));
     m_isLocationTooLong = line.size() > maxLocationLineLength;
 }
 

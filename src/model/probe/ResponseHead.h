@@ -29,6 +29,7 @@ public:
 
 private:
     [[nodiscard]] bool canBecomeStatusLine(std::string_view start) const;
+    void keep(std::string_view part);
     void readLine();
     void readStatusLine(std::string_view line);
     void readHeader(std::string_view line);
@@ -39,7 +40,7 @@ private:
     int m_status = 0;
     int m_interimResponses = 0;
     std::size_t m_length = 0;
-    std::string m_line; // the first maxKeptLength bytes of the line that is arriving
+    std::string m_line; // what is kept of the line that is arriving
     std::string m_location;
     bool m_isLocationTooLong = false;
 };

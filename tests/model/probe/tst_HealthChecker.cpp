@@ -1,7 +1,9 @@
+#include "DescriptorLimit.h"
 #include "HealthChecker.h"
 #include "LocalSocket.h"
 #include "Printers.h"
 #include "Probe.h"
+#include "ProbeSet.h"
 #include "ScopedEnvironment.h"
 #include "ScriptedServer.h"
 
@@ -439,7 +441,7 @@ TEST(HealthChecker, EndsWithoutEverHavingProbed)
     const HealthChecker checker;
 }
 
-TEST(HealthChecker, IsUnreachableWithoutDescriptorsAndRecoversWithThem)
+TEST(HealthChecker, IsUnknownWithoutDescriptorsAndRecoversWithThem)
 {
     const ScriptedServer server(ScriptedServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
     HealthChecker checker;
@@ -450,11 +452,19 @@ TEST(HealthChecker, IsUnreachableWithoutDescriptorsAndRecoversWithThem)
     QFuture<Health> probe = checker.check(server.port());
     EXPECT_TRUE(probe.isFinished());
     ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
-    EXPECT_EQ(probe.result(), Health::unreachable());
+    EXPECT_EQ(probe.result(), Health::unknown());
 
     probe = checker.check(server.port());
     ASSERT_TRUE(outcome(probe));
     EXPECT_EQ(probe.result().status(), 200);
+
+    // The thread has all that it needs by now, but no descriptor for a socket.
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+    probe = checker.check(server.port());
+    const auto without = outcome(probe);
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
+    EXPECT_EQ(without, Health::unknown());
+    EXPECT_EQ(statusOf(outcome(checker.check(server.port()))), 200);
 }
 
 TEST(HealthChecker, SleepsWithoutAWakeUpWhileThereIsNothingToProbe)
@@ -916,6 +926,28 @@ TEST(HealthCheckerCrowd, TwoHundredSilentServersCostOneThreadAndHardlyAnyWork)
     for (const QFuture<Health> &check : checks)
         EXPECT_EQ(outcome(check), Health::unreachable());
     EXPECT_LT(processorTime() - before, 2s);
+}
+
+TEST(HealthCheckerCrowd, RunsNoMoreProbesAtATimeThanItSays)
+{
+    const ScriptedServer good(ScriptedServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
+    const auto silent = LocalSocket::listening("127.0.0.1");
+    const qsizetype before = openDescriptorCount();
+    HealthChecker checker;
+    QList<QFuture<Health>> probes;
+    for (int i = 0; i < ProbeSet::maxUnderWay + 100; ++i)
+        probes.append(checker.check(silent.port()));
+    const QFuture<Health> last = checker.check(good.port());
+    qsizetype most = 0;
+    for (const auto end = Clock::now() + 60s; !last.isFinished() && Clock::now() < end;) {
+        most = std::max(most, openDescriptorCount() - before);
+        std::this_thread::sleep_for(20ms);
+    }
+    EXPECT_EQ(statusOf(outcome(last)), 200);
+    EXPECT_EQ(probes.front().result(), Health::unreachable());
+    const int limit = ProbeSet::mostUnderWay(DescriptorLimit::current());
+    EXPECT_GE(most, limit);
+    EXPECT_LE(most, limit + 10) << "besides the sockets: the thread's own, and the good server's";
 }
 
 TEST(HealthCheckerCrowd, NeighboursOfHostileServersAreUnharmed)

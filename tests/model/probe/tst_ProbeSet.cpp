@@ -4,12 +4,23 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include <sys/eventfd.h>
 
 namespace portolan {
 
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
+
+TEST(ProbeSet, LeavesTheProgramDescriptors)
+{
+    EXPECT_EQ(ProbeSet::mostUnderWay(0), 1);
+    EXPECT_EQ(ProbeSet::mostUnderWay(32), 8);
+    EXPECT_EQ(ProbeSet::mostUnderWay(256), 192);
+    EXPECT_EQ(ProbeSet::mostUnderWay(1024), 512);
+    EXPECT_EQ(ProbeSet::mostUnderWay(std::numeric_limits<int>::max()), 512);
+}
 
 TEST(ProbeSet, CountsWhatArrivedWhileNobodyReadIt)
 {
@@ -27,7 +38,7 @@ TEST(ProbeSet, CountsWhatArrivedWhileNobodyReadIt)
     std::this_thread::sleep_for(Probe::totalLimit + 100ms); // as when the program was stopped for a while
     const auto end = Clock::now() + 60s;
     while (!std::ranges::all_of(outcomes, &QFuture<Health>::isFinished) && Clock::now() < end)
-        EXPECT_FALSE(probes.advance(ProbeSet::Wait::Yes));
+        EXPECT_FALSE(probes.advance());
 
     for (const QFuture<Health> &outcome : outcomes)
         EXPECT_EQ(outcome.result().status(), 200);

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "ChildProcess.h"
+#include "FileDescriptor.h"
+#include "FolderAnswers.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <chrono>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <stop_token>
+#include <vector>
+
+namespace portolan {
+
+/// Reads what tells about projects in folders of other programs, without trust in them: nothing is waited for
+/// but the file system itself, and nothing but a regular file of a sane size is read.
+///
+/// A file system that does not answer, such as a dead network mount, puts whoever asks it to sleep for as
+/// long as it likes, and a process with a thread asleep there cannot end. So a child process asks. It is kept
+/// while it answers; one that hangs is abandoned, and what it hangs in is asked nothing before it has come
+/// back. There is at most one such process for each dead folder. Any thread; one run at a time, others wait.
+class FolderReader
+{
+public:
+    /// After so many time-outs in a run the rest of it is not tried, and beside so many abandoned processes
+    /// no other is started.
+    static constexpr int maxTimeOuts = 2;
+    static constexpr size_t maxAbandoned = 32;
+
+    using Kind = FolderAnswers::Kind;
+    struct Question
+    {
+        Kind kind;
+        QString folder;        ///< an absolute path; any other text is a folder that is not there
+        const char *file = ""; ///< in it, for Kind::File
+    };
+
+    struct Limits
+    {
+        std::chrono::milliseconds deadline = std::chrono::seconds(2); ///< of each question
+        std::stop_token stop = {};                                    ///< ends the run
+    };
+
+    /// Starts the child process: the earlier in a program, the less there is to copy. Where that is not
+    /// possible, it is tried again when there is something to ask.
+    FolderReader();
+    ~FolderReader();
+    Q_DISABLE_COPY_MOVE(FolderReader)
+
+    /// The answers to `questions`, which are asked in their order; absent for one that was not answered in
+    /// time or not asked. File: the bytes of a regular file of 1 byte to 4 MiB, and none for anything else.
+    /// Marker: the place in FolderAnswers::markers in one byte, or none. IsFolder: one byte for yes, or none.
+    [[nodiscard]] std::vector<std::optional<QByteArray>> ask(const std::vector<Question> &questions,
+                                                             const Limits &limits);
+
+    /// The child at work, or -1.
+    [[nodiscard]] pid_t child() const { return m_child ? m_child->process.pid() : -1; }
+
+private:
+    using Answers = std::vector<std::optional<QByteArray>>;
+    using Progress = std::unique_ptr<FolderAnswers::Progress, void (*)(FolderAnswers::Progress *)>;
+    struct Child
+    {
+        ChildProcess process;
+        FileDescriptor connection;
+        Progress progress;
+        QString folder; ///< in which it hangs, once it is abandoned
+    };
+    struct Batch;
+
+    [[nodiscard]] Batch batchOf(const std::vector<Question> &questions, Answers &answers) const;
+    bool exchange(Batch &batch, Answers &answers, const Limits &limits, int stop);
+    bool start();
+    void abandon(const QString &folder);
+
+    std::mutex m_mutex; ///< guards the other members
+    std::optional<Child> m_child;
+    std::list<Child> m_abandoned;
+};
+
+} // namespace portolan

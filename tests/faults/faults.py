@@ -1,0 +1,147 @@
+"""What the fault suite needs besides a desktop: servers of many ports, a file system that hangs, portolanctl."""
+
+import json
+import os
+import resource
+import selectors
+import socket
+import struct
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+HERE = Path(__file__).resolve().parent
+sys.path.append(str(HERE.parent / "desktop"))
+
+from session import eventually  # noqa: E402, F401  (used by the tests)
+
+PORTOLANCTL = os.environ.get("PORTOLANCTL", str(HERE.parents[1] / "build/dev/bin/portolanctl"))
+ANSWER = b"HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"
+
+
+def serve(ports, answer, chunk, folder):
+    """The life of a server process: listens on `ports` ports and prints them, in `folder`. Sends `answer` to each request, then `chunk`
+    without end; where both are empty it accepts and stays silent."""
+    os.chdir(folder)
+    _, hard = resource.getrlimit(resource.RLIMIT_NOFILE)
+    resource.setrlimit(resource.RLIMIT_NOFILE, (hard, hard))
+    watch = selectors.DefaultSelector()
+    numbers = []
+    for _ in range(ports):
+        listener = socket.create_server(("127.0.0.1", 0), backlog=64)
+        listener.setblocking(False)
+        watch.register(listener, selectors.EVENT_READ)
+        numbers.append(listener.getsockname()[1])
+    print(*numbers, flush=True)
+
+    def step(key):
+        if key.fileobj.getsockopt(socket.SOL_SOCKET, socket.SO_ACCEPTCONN):
+            connection, _ = key.fileobj.accept()
+            connection.setblocking(False)
+            watch.register(connection, selectors.EVENT_READ)
+        elif key.data is not None:
+            key.fileobj.send(chunk)
+        elif not key.fileobj.recv(65536):
+            raise ConnectionError
+        elif answer:
+            key.fileobj.send(answer)
+            if chunk:
+                watch.modify(key.fileobj, selectors.EVENT_WRITE, True)
+
+    while True:
+        for key, _ in watch.select():
+            try:
+                step(key)
+            except BlockingIOError:
+                pass
+            except OSError:
+                watch.unregister(key.fileobj)
+                key.fileobj.close()
+
+
+class HungMount:
+    """A FUSE file system that takes every question and never answers, as a dead network mount does. Its root can be entered."""
+
+    def __init__(self, folder):
+        self._folder = folder
+        device = os.open("/dev/fuse", os.O_RDWR)
+        options = f"fd={device},rootmode=40000,user_id={os.getuid()},group_id={os.getgid()},allow_other"
+        mount("hung", folder, "fuse", options)
+        # A process of its own: who waits for the file system must not keep it from taking questions.
+        self._server = subprocess.Popen([sys.executable, "-B", "-c", f"import faults; faults.take_questions({device})"],
+                                        env=os.environ | {"PYTHONPATH": str(HERE)}, pass_fds=[device], stdout=subprocess.PIPE)
+        os.close(device)
+
+    def await_question(self):
+        """Waits until a question has been taken."""
+        return self._server.stdout.readline()
+
+    def release(self):
+        """Whatever waits for the file system gets an error."""
+        self._server.kill()
+        self._server.wait()
+        self._server.stdout.close()
+        subprocess.run(["umount", "--lazy", self._folder], check=True)
+
+
+def take_questions(device):
+    """The life of the server of a HungMount; prints a line for each question."""
+    INIT, ACCESS, ENOSYS, PARALLEL_LOOKUPS = 26, 34, 38, 1 << 18
+    while True:
+        question = os.read(device, 1 << 20)
+        _, operation, unique = struct.unpack_from("<IIQ", question)
+        if operation == INIT:
+            body = struct.pack("<IIIIHHIIHHI28x", 7, 31, 0, PARALLEL_LOOKUPS, 0, 0, 4096, 1, 0, 0, 0)
+            os.write(device, struct.pack("<IiQ", 16 + len(body), 0, unique) + body)
+        elif operation == ACCESS:
+            os.write(device, struct.pack("<IiQ", 16, -ENOSYS, unique))
+        else:
+            print(operation, flush=True)
+
+
+def mount(what, where, kind, options):
+    import ctypes
+    libc = ctypes.CDLL(None, use_errno=True)
+    MS_NOSUID, MS_NODEV = 2, 4
+    if libc.mount(what.encode(), str(where).encode(), kind.encode(), MS_NOSUID | MS_NODEV, options.encode()) != 0:
+        raise unittest.SkipTest(f"mounting is not permitted here: {os.strerror(ctypes.get_errno())}")
+
+
+class Fault(unittest.TestCase):
+    """A test with servers of its own and a folder that counts as nobody's home."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory(prefix="portolan-faults-")
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+
+    def start_servers(self, ports, answer=b"", chunk=b"", folder=None):
+        """A process that listens on so many ports; returns it and them."""
+        # It enters the folder once it has loaded all that it needs, for nothing can be read there if it is on a dead mount.
+        code = f"import faults; faults.serve({ports}, {answer!r}, {chunk!r}, {str(folder or self.folder)!r})"
+        process = subprocess.Popen([sys.executable, "-B", "-c", code], stdout=subprocess.PIPE,
+                                   env=os.environ | {"PYTHONPATH": str(HERE)})
+        self.addCleanup(process.stdout.close)
+        self.addCleanup(process.wait)
+        self.addCleanup(process.kill)
+        return process, [int(port) for port in process.stdout.readline().split()]
+
+    def portolanctl(self, *arguments, timeout=60, limits=None, **options):
+        """Runs it to its end. `limits`: of resources, soft and hard, in the program alone."""
+        def prepare():
+            for which, pair in (limits or {}).items():
+                resource.setrlimit(which, pair)
+        environment = os.environ | {"XDG_CONFIG_HOME": str(self.folder / "config")} | options.pop("env", {})
+        return subprocess.run([PORTOLANCTL, *arguments], capture_output=True, timeout=timeout, preexec_fn=prepare,
+                              env=environment, check=False, **options)
+
+    def listed(self, *arguments, **options):
+        """The services that `portolanctl list --json` prints."""
+        run = self.portolanctl("list", "--json", *arguments, **options)
+        self.assertEqual((run.returncode, run.stderr), (0, b""))
+        return json.loads(run.stdout)
+
+    def health_by_port(self, services):
+        return {service["port"]: (service["health"]["state"], service["health"].get("status")) for service in services}

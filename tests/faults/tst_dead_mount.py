@@ -1,0 +1,35 @@
+"""A server whose folder is on a file system that takes every question and never answers."""
+
+import os
+import signal
+import subprocess
+import time
+
+from faults import ANSWER, PORTOLANCTL, Fault, HungMount
+
+
+class DeadMount(Fault):
+    def setUp(self):
+        super().setUp()
+        point = self.folder / "dead"
+        point.mkdir()
+        self.mount = HungMount(point)
+        self.addCleanup(self.mount.release)
+        _, self.ports = self.start_servers(1, ANSWER, folder=point)
+        _, others = self.start_servers(1, ANSWER)
+        self.ports += others
+
+    def test_list_prints_and_returns(self):
+        start = time.monotonic()
+        health = self.health_by_port(self.listed(timeout=30))
+        self.assertLess(time.monotonic() - start, 15)
+        self.assertEqual(health, dict.fromkeys(self.ports, ("healthy", 200)))
+        self.assertTrue(self.mount.await_question())
+
+    def test_watch_ends(self):
+        watch = subprocess.Popen([PORTOLANCTL, "watch", "--json"], stdout=subprocess.PIPE,
+                                 env=os.environ | {"XDG_CONFIG_HOME": str(self.folder)})
+        self.addCleanup(watch.stdout.close)
+        watch.stdout.readline()
+        watch.send_signal(signal.SIGTERM)
+        self.assertEqual(watch.wait(10), 0)

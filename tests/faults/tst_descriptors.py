@@ -1,0 +1,31 @@
+"""Thousands of servers that accept and stay silent, and few descriptors."""
+
+import resource
+import time
+
+from faults import ANSWER, Fault
+
+
+class Descriptors(Fault):
+    def test_honest_servers_among_silent_ones(self):
+        for soft in (32, 1024):
+            with self.subTest(soft=soft):
+                self.check(600, (soft, 20000))
+
+    def slow_honest_servers_among_thousands_of_silent_ones(self):
+        for soft in (32, 256, 1024):
+            with self.subTest(soft=soft):
+                self.check(3000, (soft, 20000))
+
+    def test_a_hard_limit_is_kept_within(self):
+        self.check(60, (64, 64))
+
+    def check(self, silent_count, limits):
+        _, silent = self.start_servers(silent_count)
+        _, honest = self.start_servers(30, ANSWER)
+        start = time.monotonic()
+        services = self.listed(timeout=300, limits={resource.RLIMIT_NOFILE: limits})
+        print(f"{silent_count} silent, limits {limits}: {time.monotonic() - start:.1f} s")
+        health = self.health_by_port(services)
+        self.assertEqual({port: health.get(port) for port in honest}, dict.fromkeys(honest, ("healthy", 200)))
+        self.assertEqual({port: health.get(port) for port in silent}, dict.fromkeys(silent, ("unreachable", None)))
