@@ -29,7 +29,8 @@ class Metadata(unittest.TestCase):
     def test_metainfo_is_valid(self):
         result = run("appstreamcli", "validate", "--pedantic", "--no-net", BUILT / f"{ID}.metainfo.xml")
         self.assertEqual(result.returncode, 0, result.stdout)
-        self.assertNotRegex(result.stdout, r"(?m)^[EWIP]: ")
+        # Versions before 1.0 do not know who a developer is.
+        self.assertNotRegex(result.stdout, r"(?m)^[EWIP]: (?!.* unknown-tag developer$)")
 
     def test_one_id_everywhere(self):
         metainfo = xml.parse(BUILT / f"{ID}.metainfo.xml").getroot()
@@ -45,13 +46,13 @@ class Metadata(unittest.TestCase):
         self.assertEqual(metainfo.find("releases/release").get("version"), version)
         for program in ("portolan", "portolanctl"):
             self.assertEqual(run(BIN / program, "--version").stdout, f"{program} {version}\n")
-            self.assertIn(f'"{program} {version}"', (BUILT / f"man/{program}.1").read_text())
+            self.assertIn(f'"portolan {version}"', (BUILT / f"man/{program}.1").read_text())
 
     def test_manual_pages_have_no_warnings(self):
         for program in ("portolan", "portolanctl"):
             result = run("man", "--warnings", "--encoding=UTF-8", "--local-file", "-Tutf8", BUILT / f"man/{program}.1")
             self.assertEqual((result.returncode, result.stderr), (0, ""))
-            self.assertIn("SYNOPSIS", result.stdout)
+            self.assertIn("User Commands", result.stdout)
 
     def test_manual_pages_name_every_option(self):
         for program in ("portolan", "portolanctl"):
