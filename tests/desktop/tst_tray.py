@@ -2,8 +2,19 @@
 
 import re
 import shutil
+import time
 
 from driver import Scenario, eventually
+
+
+def embedded_icon(desktop):
+    """The centre of the icon in an XEmbed tray, or None."""
+    tree = desktop.run("xwininfo", "-root", "-tree")
+    place = re.search(r'"Portolan".* (\d+)x(\d+)\+\d+\+\d+ +\+(\d+)\+(\d+)$', tree, re.MULTILINE)
+    if not place:
+        return None
+    width, height, x, y = map(int, place.groups())
+    return x + width // 2, y + height // 2
 
 
 class Tray(Scenario):
@@ -47,14 +58,48 @@ class Tray(Scenario):
         eventually(lambda: not self.icon(), "the icon to leave the tray")
         d.open_popover()
 
+    def test_shows_its_menu_on_a_right_click(self):
+        d = self.desktop
+        d.start("--background")
+        icon = self.shown_icon()
+        d.click(*icon, 3)
+        menu = self.shown_menu()
+        self.assertTrue(0 <= menu.x and menu.x + menu.width <= 1280 and 0 <= menu.y, "it is all on the screen")
+        self.assertIsNone(d.popover())
+        d.click(200, 600)
+        eventually(lambda: not self.menu(), "the menu to close")
+        d.click(*icon, 3)
+        self.shown_menu()
+        d.press("Escape")
+        eventually(lambda: not self.menu(), "the menu to close")
+        d.click(*icon)
+        d.opened_popover()
+
+    def test_opens_and_quits_from_its_menu(self):
+        d = self.desktop
+        d.start("--background")
+        d.click(*self.shown_icon(), 3)
+        self.shown_menu()
+        d.press("Down", "Return")
+        popover = d.opened_popover()
+        self.assertTrue(popover.x <= self.icon()[0] <= popover.x + popover.width, "at the icon")
+        d.press("Escape")
+        eventually(lambda: not d.popover(), "the popover to close")
+        d.click(*self.icon(), 3)
+        menu = self.shown_menu()
+        d.click(menu.x + menu.width // 2, menu.y + menu.height - 12)
+        self.assert_ends()
+
+    def menu(self):
+        return next((window for window in self.desktop.windows() if '"Portolan menu"' in window.properties), None)
+
+    def shown_menu(self):
+        menu = eventually(self.menu, "the menu")
+        time.sleep(0.2)  # until it holds the pointer and the keyboard
+        return menu
+
     def icon(self):
-        """The centre of the icon in the tray, or None."""
-        tree = self.desktop.run("xwininfo", "-root", "-tree")
-        place = re.search(r'"Portolan".* (\d+)x(\d+)\+\d+\+\d+ +\+(\d+)\+(\d+)$', tree, re.MULTILINE)
-        if not place:
-            return None
-        width, height, x, y = map(int, place.groups())
-        return x + width // 2, y + height // 2
+        return embedded_icon(self.desktop)
 
     def shown_icon(self):
         return eventually(self.icon, "the icon in the tray")

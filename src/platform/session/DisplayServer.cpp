@@ -2,12 +2,19 @@
 
 #include "FileDescriptor.h"
 
-#include <QCoreApplication>
+#include <QCursor>
 #include <QDir>
 #include <QFile>
+#include <QGuiApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QScreen>
 #include <QString>
+#include <QtEndian>
 
 #include <algorithm>
+#include <array>
+#include <utility>
 
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -27,19 +34,54 @@ bool canConnectToX11()
     return isConnected;
 }
 
+// A connection to the socket at `path`, on which nothing waits for longer than a second; invalid if it fails.
+FileDescriptor connectionTo(const QByteArray &path)
+{
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (path.isEmpty() || path.size() >= qsizetype(sizeof address.sun_path))
+        return FileDescriptor();
+    std::ranges::copy(path, address.sun_path);
+    FileDescriptor connection(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    const timeval second{1, 0};
+    ::setsockopt(connection.get(), SOL_SOCKET, SO_RCVTIMEO, &second, sizeof second);
+    ::setsockopt(connection.get(), SOL_SOCKET, SO_SNDTIMEO, &second, sizeof second);
+    const bool isConnected =
+        ::connect(connection.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
+    return isConnected ? std::move(connection) : FileDescriptor();
+}
+
 // WAYLAND_DISPLAY holds an absolute path or the name of a socket in XDG_RUNTIME_DIR.
 bool canConnectToWayland()
 {
     const QString name = qEnvironmentVariable("WAYLAND_DISPLAY");
     const QDir runtimeFolder(qEnvironmentVariable("XDG_RUNTIME_DIR"));
-    const QByteArray path = QFile::encodeName(runtimeFolder.filePath(name));
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    if (name.isEmpty() || path.size() >= qsizetype(sizeof address.sun_path))
+    return !name.isEmpty() && connectionTo(QFile::encodeName(runtimeFolder.filePath(name))).isOpen();
+}
+
+// Whether this is a session of sway in which an output is scaled. Asked over sway's own socket, since X11
+// does not tell.
+bool isScaledSway()
+{
+    const FileDescriptor sway = connectionTo(qgetenv("SWAYSOCK"));
+    if (!sway.isOpen())
         return false;
-    std::ranges::copy(path, address.sun_path);
-    const FileDescriptor connection(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    return ::connect(connection.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
+    struct
+    {
+        std::array<char, 6> magic{'i', '3', '-', 'i', 'p', 'c'};
+        std::array<char, 8> sizeAndType{};
+    } head;
+    constexpr char getOutputs = 3;
+    head.sizeAndType[4] = getOutputs;
+    if (::send(sway.get(), &head, sizeof head, MSG_NOSIGNAL) != sizeof head ||
+        ::recv(sway.get(), &head, sizeof head, MSG_WAITALL) != sizeof head)
+        return false;
+    constexpr quint32 largest = 1 << 20;
+    QByteArray outputs(std::min(qFromUnaligned<quint32>(head.sizeAndType.data()), largest), 0);
+    ::recv(sway.get(), outputs.data(), size_t(outputs.size()), MSG_WAITALL);
+    const QJsonArray list = QJsonDocument::fromJson(outputs).array();
+    return std::any_of(list.begin(), list.end(),
+                       [](const QJsonValue &output) { return output["scale"_L1].toDouble() > 1; });
 }
 
 bool hasPlugin(const QString &platform)
@@ -56,11 +98,27 @@ std::optional<QByteArray> DisplayServer::platformPlugin()
 {
     if (!qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         return QByteArray();
+    const bool hasWayland = hasPlugin(u"wayland"_s) && canConnectToWayland();
+    if (hasWayland && isScaledSway())
+        return QByteArray("wayland");
     if (canConnectToX11())
         return QByteArray("xcb");
-    if (hasPlugin(u"wayland"_s) && canConnectToWayland())
+    if (hasWayland)
         return QByteArray("wayland");
     return std::nullopt;
+}
+
+bool DisplayServer::canPlaceWindows()
+{
+    return !QGuiApplication::platformName().startsWith("wayland"_L1);
+}
+
+std::optional<QPoint> DisplayServer::pointer()
+{
+    // Xwayland names its outputs after itself, or runs where the variable tells of the compositor.
+    const bool isXwayland = !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+                            QGuiApplication::primaryScreen()->name().startsWith("XWAYLAND"_L1);
+    return canPlaceWindows() && !isXwayland ? std::optional(QCursor::pos()) : std::nullopt;
 }
 
 } // namespace portolan

@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <memory>
 
+#include <xcb/xinput.h>
+
 namespace portolan {
 
 namespace {
@@ -49,6 +51,21 @@ void XcbDisplay::notifyWhenDestroyed(xcb_window_t window) const
     const uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(m_connection, window, XCB_CW_EVENT_MASK, &mask);
     xcb_flush(m_connection);
+}
+
+std::uint8_t XcbDisplay::selectRawPresses(bool selected) const
+{
+    struct
+    {
+        xcb_input_event_mask_t head;
+        std::uint32_t mask;
+    } const events{{XCB_INPUT_DEVICE_ALL_MASTER, 1},
+                   selected ? std::uint32_t(XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS) : 0};
+    const auto screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;
+    xcb_input_xi_select_events(m_connection, screen->root, 1, &events.head);
+    xcb_flush(m_connection);
+    const xcb_query_extension_reply_t *extension = xcb_get_extension_data(m_connection, &xcb_input_id);
+    return extension ? extension->major_opcode : 0;
 }
 
 void XcbDisplay::append(xcb_window_t window, xcb_atom_t property,

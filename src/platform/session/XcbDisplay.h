@@ -24,6 +24,9 @@ public:
     [[nodiscard]] xcb_window_t selectionOwner(xcb_atom_t selection) const;
     /// Subscribes to the DestroyNotify event of `window`, which may be another client's.
     void notifyWhenDestroyed(xcb_window_t window) const;
+    /// Has the press of any pointer button anywhere reported as a raw event, or no longer; returns the number
+    /// of the extension whose event it is.
+    std::uint8_t selectRawPresses(bool selected) const;
     /// Appends `values` to a property that is a list of atoms.
     void append(xcb_window_t window, xcb_atom_t property, std::initializer_list<xcb_atom_t> values) const;
     /// The first value of a 32-bit property; 0 if there is none.

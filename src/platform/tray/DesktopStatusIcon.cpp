@@ -34,6 +34,7 @@ void DesktopStatusIcon::update()
 void DesktopStatusIcon::forwardSignals(StatusIcon &icon)
 {
     connect(&icon, &StatusIcon::activated, this, &StatusIcon::activated);
+    connect(&icon, &StatusIcon::menuShown, this, &StatusIcon::menuShown);
     connect(&icon, &StatusIcon::openRequested, this, &StatusIcon::openRequested);
     connect(&icon, &StatusIcon::quitRequested, this, &StatusIcon::quitRequested);
 }

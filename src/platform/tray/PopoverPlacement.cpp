@@ -11,6 +11,9 @@ namespace {
 // Half the size of an icon, which is kept free around the anchor if no panel is known to be there.
 constexpr int AnchorRadius = 12;
 
+// Farther from each other than this, two points are not on the same icon.
+constexpr int IconDistance = 64;
+
 enum class Edge { Top, Bottom, Left, Right };
 
 const ScreenArea &screenAt(QPoint point, const QList<ScreenArea> &screens)
@@ -46,9 +49,8 @@ int clampedStart(int start, int length, int low, int high)
     return std::max(low, std::min(start, high - length));
 }
 
-} // namespace
-
-QPoint PopoverPlacement::fromDevicePixels(QPoint point, const QList<ScreenArea> &screens)
+// Converts a point in device pixels, as panels report clicks, to device-independent pixels.
+QPoint fromDevicePixels(QPoint point, const QList<ScreenArea> &screens)
 {
     // Qt scales the size of a screen but not its top left corner.
     const auto holds = [point](const ScreenArea &screen) {
@@ -58,6 +60,23 @@ QPoint PopoverPlacement::fromDevicePixels(QPoint point, const QList<ScreenArea> 
     const ScreenArea &screen = found != screens.end() ? *found : screens.first();
     const QPoint origin = screen.geometry.topLeft();
     return origin + (point - origin) / screen.scale;
+}
+
+} // namespace
+
+QPoint PopoverPlacement::clickedPoint(QPoint reported, std::optional<QPoint> pointer,
+                                      const QList<ScreenArea> &screens)
+{
+    if (reported.isNull())
+        return pointer.value_or(fallbackAnchor(screens));
+    const QPoint point = fromDevicePixels(reported, screens);
+    return pointer && (*pointer - point).manhattanLength() > IconDistance ? *pointer : point;
+}
+
+bool PopoverPlacement::isOnDesktop(QPoint point, QPoint anchor, const QList<ScreenArea> &screens)
+{
+    return screenAt(point, screens).available.contains(point) &&
+           (point - anchor).manhattanLength() > IconDistance;
 }
 
 QPoint PopoverPlacement::fallbackAnchor(const QList<ScreenArea> &screens)

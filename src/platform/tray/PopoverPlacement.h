@@ -5,6 +5,8 @@
 #include <QRect>
 #include <QSize>
 
+#include <optional>
+
 namespace portolan {
 
 /// The geometry of one screen. Rectangles are in device-independent pixels of the virtual desktop.
@@ -22,8 +24,16 @@ namespace PopoverPlacement {
 /// The distance in pixels between the popover and the panel or the edge of the screen.
 inline constexpr int Gap = 4;
 
-/// Converts a point in device pixels, as panels report clicks, to device-independent pixels.
-[[nodiscard]] QPoint fromDevicePixels(QPoint point, const QList<ScreenArea> &screens);
+/// Where the icon was clicked that a panel reports to have been clicked at `reported`, in device pixels; a
+/// null point if the panel does not say. Where the two are far apart, `pointer` is right: some panels always
+/// report the same point, others one in another scale. It is absent where the display does not tell where the
+/// pointer is.
+[[nodiscard]] QPoint clickedPoint(QPoint reported, std::optional<QPoint> pointer,
+                                  const QList<ScreenArea> &screens);
+
+/// Whether a press at `point`, while the popover is open for an icon at `anchor`, is one on the desktop, not
+/// on a panel. The popover closes by itself when its icon is clicked, which must not find it closed already.
+[[nodiscard]] bool isOnDesktop(QPoint point, QPoint anchor, const QList<ScreenArea> &screens);
 
 /// The anchor if the position of the icon is unknown: the right end of the primary screen's panel, or its top
 /// right corner.

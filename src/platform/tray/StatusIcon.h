@@ -34,6 +34,8 @@ public:
 Q_SIGNALS:
     /// The icon was clicked at `anchor`, in device pixels; a null point if the panel does not report it.
     void activated(QPoint anchor);
+    /// The pointer is on the icon, which shows its menu.
+    void menuShown();
     /// "Open Portolan" was chosen from the icon's menu.
     void openRequested();
     /// "Quit" was chosen from the icon's menu.

@@ -57,7 +57,11 @@ void XEmbedIconWindow::paintEvent(QPaintEvent *)
 
 void XEmbedIconWindow::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (QRectF(QPointF(), QSizeF(size())).contains(event->position()))
+    if (!QRectF(QPointF(), QSizeF(size())).contains(event->position()))
+        return;
+    if (event->button() == Qt::RightButton)
+        Q_EMIT rightClicked();
+    else
         Q_EMIT clicked();
 }
 

@@ -18,6 +18,7 @@ public:
 
 Q_SIGNALS:
     void clicked();
+    void rightClicked();
 
 protected:
     void paintEvent(QPaintEvent *event) override;

@@ -2,11 +2,12 @@
 
 #include "StatusIcon.h"
 #include "XEmbedIconWindow.h"
+#include "XEmbedMenu.h"
 #include "XEmbedTray.h"
 
 namespace portolan {
 
-/// The status icon in an XEmbed tray. Such trays show no menu: every click is an activation.
+/// The status icon in an XEmbed tray. Such trays show no menu, so it shows its own.
 class XEmbedStatusIcon final : public StatusIcon
 {
     Q_OBJECT
@@ -17,6 +18,7 @@ public:
 
 private:
     XEmbedIconWindow m_window;
+    XEmbedMenu m_menu;
 };
 
 } // namespace portolan

@@ -4,6 +4,7 @@
 #include "Screens.h"
 #include "WindowHints.h"
 
+#include <QCursor>
 #include <QGuiApplication>
 #include <QQuickItem>
 
@@ -27,14 +28,17 @@ PopoverWindow::PopoverWindow(QQmlEngine &engine, const RootContent &content)
     setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     connect(rootObject(), &QQuickItem::implicitHeightChanged, this, &PopoverWindow::place);
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &PopoverWindow::followFocus);
+    connect(&m_presses, &PointerPresses::pressed, this, &PopoverWindow::followPress);
 }
 
 void PopoverWindow::open(QPoint anchor)
 {
     m_anchor = anchor;
+    m_isPlaced = isVisible();
     place();
     WindowHints::skipTaskBar(*this);
     bringToFront();
+    m_presses.setEnabled(true);
 }
 
 void PopoverWindow::place()
@@ -45,8 +49,36 @@ void PopoverWindow::place()
 
 void PopoverWindow::followFocus(const QWindow *focused)
 {
-    if (!isVisible() || belongsTo(focused, this))
+    if (isVisible() && !belongsTo(focused, this))
+        closeUnfocused();
+}
+
+void PopoverWindow::followPress()
+{
+    const QPoint pointer = QCursor::pos();
+    if (isVisible() && !geometry().contains(pointer) &&
+        PopoverPlacement::isOnDesktop(pointer, m_anchor, Screens::all()))
+        closeUnfocused();
+}
+
+// Some window managers move a window when they show it again, but leave it where it is moved to then.
+void PopoverWindow::moveEvent(QMoveEvent *event)
+{
+    RootWindow::moveEvent(event);
+    if (!isVisible() || m_isPlaced)
         return;
+    m_isPlaced = true;
+    QMetaObject::invokeMethod(this, &PopoverWindow::place, Qt::QueuedConnection);
+}
+
+void PopoverWindow::hideEvent(QHideEvent *event)
+{
+    m_presses.setEnabled(false);
+    RootWindow::hideEvent(event);
+}
+
+void PopoverWindow::closeUnfocused()
+{
     hide();
     Q_EMIT closedByFocusLoss();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "PointerPresses.h"
 #include "RootWindow.h"
 
 #include <QPoint>
@@ -18,17 +19,23 @@ public:
     void open(QPoint anchor);
 
 Q_SIGNALS:
-    /// The popover has closed because another window got the focus.
+    /// The popover has closed because another window got the focus, or the wallpaper was clicked.
     void closedByFocusLoss();
 
 protected:
     void escapePressed() override;
+    void moveEvent(QMoveEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
 
 private:
     void place();
     void followFocus(const QWindow *focused);
+    void followPress();
+    void closeUnfocused();
 
     QPoint m_anchor;
+    bool m_isPlaced = false; // no later move is by the window manager alone
+    PointerPresses m_presses;
 };
 
 } // namespace portolan

@@ -3,12 +3,12 @@
 #include "AppIcon.h"
 #include "BrandArt.h"
 #include "DesktopWindow.h"
+#include "DisplayServer.h"
 #include "PopoverPlacement.h"
 #include "PopoverWindow.h"
 #include "Screens.h"
 #include "ServiceStore.h"
 
-#include <QCursor>
 #include <QGuiApplication>
 #include <QQuickWindow>
 
@@ -45,8 +45,8 @@ PortolanApp::PortolanApp(const RootContent &content)
     , m_icon(makeStatusIcon(statusIconArt()))
 {
     connect(m_icon.get(), &StatusIcon::activated, this, &PortolanApp::clickIcon);
-    connect(m_icon.get(), &StatusIcon::openRequested, this,
-            [this] { openPopover(m_iconPosition.value_or(QCursor::pos())); });
+    connect(m_icon.get(), &StatusIcon::menuShown, this, [this] { takeIconPosition({}); });
+    connect(m_icon.get(), &StatusIcon::openRequested, this, [this] { openPopover(iconPosition()); });
     connect(m_icon.get(), &StatusIcon::quitRequested, qApp, &QCoreApplication::quit);
 }
 
@@ -70,7 +70,7 @@ void PortolanApp::show(StartRequest request)
         return openWindow();
     onceHostIsKnown([this] {
         if (isReachable())
-            openPopover(m_iconPosition.value_or(PopoverPlacement::fallbackAnchor(Screens::all())));
+            openPopover(iconPosition());
         else
             openWindow();
     });
@@ -92,8 +92,7 @@ void PortolanApp::onceHostIsKnown(Action action)
 
 void PortolanApp::clickIcon(QPoint anchor)
 {
-    m_iconPosition =
-        anchor.isNull() ? QCursor::pos() : PopoverPlacement::fromDevicePixels(anchor, Screens::all());
+    takeIconPosition(anchor);
     if (m_reopenGuard.shouldIgnore(ReopenGuard::Clock::now()))
         return;
     if (m_popover && m_popover->isVisible())
@@ -102,8 +101,22 @@ void PortolanApp::clickIcon(QPoint anchor)
         openPopover(*m_iconPosition);
 }
 
+void PortolanApp::takeIconPosition(QPoint reported)
+{
+    m_iconPosition = PopoverPlacement::clickedPoint(reported, DisplayServer::pointer(), Screens::all());
+}
+
+QPoint PortolanApp::iconPosition() const
+{
+    return m_iconPosition.value_or(PopoverPlacement::fallbackAnchor(Screens::all()));
+}
+
 void PortolanApp::openPopover(QPoint anchor)
 {
+    // Where the popover cannot be placed, it would be one more tiled window, or one in the middle of the
+    // screen.
+    if (!DisplayServer::canPlaceWindows())
+        return openWindow();
     if (canShow())
         popover().open(anchor);
 }

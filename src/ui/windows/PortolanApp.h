@@ -41,6 +41,8 @@ private:
     void onceHostIsKnown(Action action);
 
     void clickIcon(QPoint anchor);
+    void takeIconPosition(QPoint reported);
+    [[nodiscard]] QPoint iconPosition() const;
     void openPopover(QPoint anchor);
     void openWindow();
     void detach();

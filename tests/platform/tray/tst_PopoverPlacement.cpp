@@ -125,7 +125,7 @@ class DevicePixels : public testing::TestWithParam<Conversion>
 TEST_P(DevicePixels, AreConvertedByTheScaleOfTheirScreen)
 {
     const auto &[name, devicePixels, screens, expected] = GetParam();
-    EXPECT_EQ(PopoverPlacement::fromDevicePixels(devicePixels, screens), expected);
+    EXPECT_EQ(PopoverPlacement::clickedPoint(devicePixels, std::nullopt, screens), expected);
 }
 
 namespace {
@@ -161,6 +161,29 @@ TEST(PopoverPlacement, FallsBackToTheRightEndOfThePanel)
     EXPECT_EQ(PopoverPlacement::fallbackAnchor({BottomPanel, Second}), QPoint(1279, 799));
     EXPECT_EQ(PopoverPlacement::fallbackAnchor({LeftPanel}), QPoint(1279, 0));
     EXPECT_EQ(PopoverPlacement::fallbackAnchor({NoPanel}), QPoint(1279, 0));
+}
+
+TEST(ClickedPoint, IsWhereThePointerIsIfThePanelNamesAPlaceFarFromIt)
+{
+    // A panel that always reports its own corner, and one that reports logical coordinates at a scale of 2.
+    EXPECT_EQ(PopoverPlacement::clickedPoint({0, 27}, QPoint(1200, 14), {TopPanel}), QPoint(1200, 14));
+    EXPECT_EQ(PopoverPlacement::clickedPoint({1800, 15}, QPoint(1800, 15), {Two}), QPoint(1800, 15));
+    // Near the pointer the panel is right: it may report the middle of the icon.
+    EXPECT_EQ(PopoverPlacement::clickedPoint({1200, 15}, QPoint(1190, 4), {TopPanel}), QPoint(1200, 15));
+}
+
+TEST(ClickedPoint, IsThePointerOrThePanelsEndIfThePanelNamesNone)
+{
+    EXPECT_EQ(PopoverPlacement::clickedPoint({}, QPoint(1200, 14), {TopPanel}), QPoint(1200, 14));
+    EXPECT_EQ(PopoverPlacement::clickedPoint({}, std::nullopt, {BottomPanel}), QPoint(1279, 799));
+}
+
+TEST(OnDesktop, IsWhatIsNeitherAPanelNorNearTheIcon)
+{
+    EXPECT_TRUE(PopoverPlacement::isOnDesktop({300, 400}, {1200, 15}, {TopPanel}));
+    EXPECT_FALSE(PopoverPlacement::isOnDesktop({300, 15}, {1200, 15}, {TopPanel}));
+    EXPECT_FALSE(PopoverPlacement::isOnDesktop({1210, 20}, {1200, 15}, {NoPanel}));
+    EXPECT_TRUE(PopoverPlacement::isOnDesktop({1000, 20}, {1200, 15}, {NoPanel}));
 }
 
 } // namespace portolan

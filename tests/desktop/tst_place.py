@@ -1,0 +1,93 @@
+"""Where the popover opens if the panel says something else, or the window manager does, and what closes it."""
+
+import shutil
+import time
+import unittest
+
+import dbus
+
+from driver import Scenario, eventually
+from tst_popover import GAP, PANEL_HEIGHT
+from tst_tray import embedded_icon
+
+
+class FromTheMenu(Scenario):
+    def test_opens_at_the_panels_end_before_any_click(self):
+        d = self.desktop
+        d.start("--background")
+        d.shown_icon()
+        d.move_to(640, 400)
+        bus = dbus.bus.BusConnection(d.env["DBUS_SESSION_BUS_ADDRESS"])
+        menu = bus.get_object(bus.get_name_owner("org.portolan.portolan"), "/MenuBar", introspect=False)
+        menu.get_dbus_method("Event", "com.canonical.dbusmenu")(1, "clicked", dbus.String("", variant_level=1), dbus.UInt32(0))
+        popover = d.opened_popover()
+        self.assertEqual((popover.x + popover.width, popover.y), (1280 - GAP, PANEL_HEIGHT + GAP))
+
+
+class WrongCoordinates(Scenario):
+    """MATE's panel names the same point for every icon."""
+
+    def test_follow_the_pointer(self):
+        d = self.desktop
+        d.start("--background")
+        x, y = d.shown_icon()
+        d.move_to(x, y)
+        bus = dbus.bus.BusConnection(d.env["DBUS_SESSION_BUS_ADDRESS"])
+        item = bus.get_object(bus.get_name_owner("org.portolan.portolan"), "/StatusNotifierItem", introspect=False)
+        item.get_dbus_method("Activate", "org.kde.StatusNotifierItem")(0, 27)
+        popover = d.opened_popover()
+        self.assertEqual(popover.y, PANEL_HEIGHT + GAP)
+        self.assertTrue(popover.x < x < popover.x + popover.width, popover)
+
+
+class Wallpaper(Scenario):
+    def test_closes_with_a_click_on_it(self):
+        d = self.desktop
+        d.start("--background")
+        popover = d.open_popover()
+        eventually(lambda: d.active_window() == popover.id, "the popover to be active")
+        d.click(100, 700)  # the window manager moves no focus for this
+        eventually(lambda: not d.popover(), "the popover to close")
+        time.sleep(0.4)
+        d.open_popover()
+
+    def test_is_not_what_is_clicked_in_the_popover_or_the_panel(self):
+        d = self.desktop
+        d.start("--background")
+        popover = d.open_popover()
+        d.click(popover.x + 192, popover.y + 90)
+        d.click(300, 15)
+        time.sleep(0.4)
+        self.assertTrue(d.popover())
+
+
+@unittest.skipUnless(shutil.which("i3"), "i3 is not installed")
+class Tiling(Scenario):
+    """i3 shows a window again at another place than the one that it asks for."""
+
+    parts = {"manager": False, "panel": False}
+
+    def setUp(self):
+        super().setUp()
+        d = self.desktop
+        config = d.folder / "i3.conf"
+        config.write_text("font pango:monospace 10\nbar {\n}\n")
+        d.spawn("i3", "-c", str(config))
+
+    def test_opens_at_the_same_place_every_time(self):
+        d = self.desktop
+        d.start("--background")
+        icon = eventually(lambda: embedded_icon(d), "the icon in the bar")
+        time.sleep(0.5)  # until the bar has its final place
+        icon = embedded_icon(d)
+        places = []
+        for _ in range(3):
+            d.click(*icon)
+            d.opened_popover()
+            time.sleep(0.5)
+            popover = d.popover()
+            places.append((popover.x, popover.y))
+            self.assertLess(popover.y + popover.height, icon[1], "above the bar")
+            d.click(*icon)
+            eventually(lambda: not d.popover(), "the popover to close")
+        self.assertEqual(places, [places[0]] * 3)
