@@ -6,6 +6,7 @@
 #include "FolderReader.h"
 #include "HealthChecker.h"
 #include "LoginItem.h"
+#include "OutOfMemory.h"
 #include "PortScanner.h"
 #include "PortolanApp.h"
 #include "ServiceActions.h"
@@ -94,6 +95,7 @@ int serve(StartRequest request, FolderReader &files)
 int DesktopProgram::run(int argc, char **argv)
 {
     StandardStreams::reserve();
+    OutOfMemory::endsProgramWith("portolan: out of memory\n");
     DescriptorLimit::raise();
     const auto parsed = StartOptions::parse(argc, argv);
     if (const auto *reply = std::get_if<StartOptions::Reply>(&parsed))

@@ -1,5 +1,6 @@
 #include "Commands.h"
 #include "DescriptorLimit.h"
+#include "OutOfMemory.h"
 #include "Output.h"
 #include "StandardStreams.h"
 
@@ -42,6 +43,7 @@ void dropMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
 int main(int argc, char **argv)
 {
     StandardStreams::reserve();
+    OutOfMemory::endsProgramWith("portolanctl: out of memory\n");
     DescriptorLimit::raise();
     const auto parsed = CommandLine::parse(argc, argv);
     if (const auto *reply = std::get_if<CommandLine::Reply>(&parsed))

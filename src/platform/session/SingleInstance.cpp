@@ -5,6 +5,7 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDeadlineTimer>
+#include <QFile>
 #include <QLocalSocket>
 #include <QThread>
 
@@ -96,6 +97,7 @@ SingleInstance::Outcome SingleInstance::claimInFolder(StartRequest request)
     m_lock.emplace(m_runtimeFolder + "/portolan.lock"_L1);
     m_lock->setStaleLockTime(0); // a lock is stale only once its process has exited
     if (m_lock->tryLock(0)) {
+        QFile::setPermissions(m_runtimeFolder + "/portolan.lock"_L1, QFile::ReadOwner | QFile::WriteOwner);
         listen(socket);
         return Outcome::First;
     }

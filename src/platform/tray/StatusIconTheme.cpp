@@ -25,12 +25,18 @@ bool holds(const QString &file, const QByteArray &content)
            existing.readAll() == content;
 }
 
-bool write(const QString &file, const QByteArray &content)
+/// Writes a file for this user alone below the folder `root`, and the folders down to it.
+bool write(const QString &root, const QString &file, const QByteArray &content)
 {
-    if (!QDir().mkpath(QFileInfo(file).path()))
+    constexpr QFile::Permissions ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
+    QString folder = QFileInfo(file).path();
+    if (!QDir().mkpath(folder))
         return false;
+    for (; folder.size() > root.size(); folder = QFileInfo(folder).path())
+        QFile::setPermissions(folder, ownerOnly | QFile::ExeOwner);
     QSaveFile out(file);
-    return out.open(QIODevice::WriteOnly) && out.write(content) == content.size() && out.commit();
+    return out.open(QIODevice::WriteOnly) && out.setPermissions(ownerOnly) &&
+           out.write(content) == content.size() && out.commit();
 }
 
 } // namespace
@@ -46,7 +52,7 @@ QString StatusIconTheme::pathWithIcon(const QByteArray &svg)
         return {};
     const QString extracted = runtime + "/portolan/icons"_L1;
     const QString file = symbolicIcon(extracted);
-    return holds(file, svg) || write(file, svg) ? extracted : QString();
+    return holds(file, svg) || write(runtime, file, svg) ? extracted : QString();
 }
 
 } // namespace portolan
