@@ -150,6 +150,8 @@ bool FolderReader::exchange(Batch &batch, Answers &answers, const Limits &limits
     const int connection = m_child->connection.get();
     const std::uint32_t before = progress.begun;
     const auto start = Clock::now();
+    if (!batch.send(connection))
+        return false;
     bool isLast = false; // what it has answered counts, however late this thread comes to see it
     while (batch.answered < batch.asked.size() && !isLast) {
         const auto since = progress.begun == before

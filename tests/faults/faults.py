@@ -1,5 +1,6 @@
 """What the fault suite needs besides a desktop: servers of many ports, a file system that hangs, portolanctl."""
 
+import ctypes
 import json
 import os
 import resource
@@ -102,7 +103,6 @@ def take_questions(device):
 
 
 def mount(what, where, kind, options):
-    import ctypes
     libc = ctypes.CDLL(None, use_errno=True)
     MS_NOSUID, MS_NODEV = 2, 4
     if libc.mount(what.encode(), str(where).encode(), kind.encode(), MS_NOSUID | MS_NODEV, options.encode()) != 0:

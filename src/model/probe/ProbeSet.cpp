@@ -6,8 +6,10 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <utility>
 #include <vector>
 
+#include <malloc.h>
 #include <sys/epoll.h>
 
 namespace portolan {
@@ -21,6 +23,8 @@ constexpr std::uint64_t firstRequestId = 2;
 
 // Probes are started a few at a time, so that starting the others hardly adds to the time of an answer.
 constexpr int startsAtOnce = 8;
+
+constexpr std::size_t muchMemory = 1024; // bytes; an ordinary response takes a tenth of it
 
 } // namespace
 
@@ -198,6 +202,7 @@ void ProbeSet::endRequest(Items::iterator item, const ResponseHead *response)
     auto &[probe, local, watchedEvents] = item->second;
     if (!local && m_offHost)
         m_offHost->cancel(item->first);
+    m_hadMuch |= local && local->response().size() > muchMemory;
     const auto now = Clock::now();
     const Probe::Next next =
         response ? probe.answered(*response, now) : probe.failed(now, local && local->wasRefused());
@@ -212,8 +217,12 @@ void ProbeSet::erase(Items::iterator item)
 {
     m_items.erase(item);
     m_isShort = false;
-    if (m_items.empty())
-        m_nextDeadline = Clock::time_point::max();
+    if (!m_items.empty())
+        return;
+    m_nextDeadline = Clock::time_point::max();
+    // What many long responses took is in pieces that the system would not get back by itself.
+    if (std::exchange(m_hadMuch, false))
+        malloc_trim(0);
 }
 
 // The system has nothing left to make the request with. The probe begins anew once another has given back

@@ -82,6 +82,7 @@ private:
     const size_t m_mostUnderWay;
     std::deque<Waiting> m_waiting;
     bool m_isShort = false; // of descriptors, until a probe ends
+    bool m_hadMuch = false; // whether a response took much memory
     Id m_nextId;
     // Not after any probe's deadline: while a request is under way, its deadline only moves later.
     Clock::time_point m_nextDeadline = Clock::time_point::max();

@@ -9,7 +9,8 @@ namespace {
 // Against servers that send without end.
 constexpr std::size_t maxLength = 256 * 1024;
 constexpr std::size_t maxLocationLineLength = 8 * 1024;
-constexpr std::size_t maxKeptLength = maxLocationLineLength + 2; // of any line: one byte too many and a '\r'
+constexpr std::size_t maxKeptLength = maxLocationLineLength + 2; // one byte too many and a '\r'
+constexpr std::size_t maxKeptStatusLength = 256;                 // the reason is of no use
 constexpr int maxInterimResponses = 16;
 
 constexpr std::string_view protocol = "HTTP/";
@@ -73,8 +74,10 @@ void ResponseHead::keep(std::string_view part)
     const std::size_t missing = locationStart.size() - std::min(m_line.size(), locationStart.size());
     m_line += part.substr(0, missing);
     part.remove_prefix(std::min(missing, part.size()));
-    if (!m_isInSection || isName(std::string_view(m_line).substr(0, locationStart.size()), locationStart))
-        m_line += part.substr(0, maxKeptLength - m_line.size());
+    const bool canBeLocation =
+        isName(std::string_view(m_line).substr(0, locationStart.size()), locationStart);
+    const std::size_t most = !m_isInSection ? maxKeptStatusLength : canBeLocation ? maxKeptLength : 0;
+    m_line += part.substr(0, std::max(most, m_line.size()) - m_line.size());
 }
 
 // Other protocols are recognised by their first bytes: often the server sends no more than a greeting.
@@ -122,6 +125,7 @@ void ResponseHead::readHeader(std::string_view line)
     if (!m_location.empty() || !isName(line.substr(0, locationStart.size()), locationStart))
         return;
     m_location = trimmed(line.substr(locationStart.size()));
+    std::string().swap(m_line); // which may be as long
     m_isLocationTooLong = line.size() > maxLocationLineLength;
 }
 

@@ -26,6 +26,8 @@ public:
     /// The address a redirect leads to, as the server wrote it, at most 8 KiB; empty for every other
     /// response.
     [[nodiscard]] std::string_view redirect() const;
+    /// How many bytes are kept.
+    [[nodiscard]] std::size_t size() const { return m_line.capacity() + m_location.capacity(); }
 
 private:
     [[nodiscard]] bool canBecomeStatusLine(std::string_view start) const;
