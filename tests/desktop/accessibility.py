@@ -5,6 +5,7 @@ import dbus
 REGISTRY = ("org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root")
 ACCESSIBLE = "org.a11y.atspi.Accessible"
 SCREEN_COORDINATES = dbus.UInt32(0)
+STATE_CHECKED = 4
 STATE_FOCUSED = 12
 STATE_SHOWING = 25
 
@@ -39,6 +40,10 @@ class Node:
     @property
     def is_focused(self):
         return self._has_state(STATE_FOCUSED)
+
+    @property
+    def is_checked(self):
+        return self._has_state(STATE_CHECKED)
 
     @property
     def frame(self):

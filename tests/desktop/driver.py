@@ -75,6 +75,16 @@ class Desktop(Session):
                             stdout=subprocess.PIPE)
         return server, int(re.search(rb"port (\d+)", server.stdout.readline())[1])
 
+    def record_pages(self):
+        """Makes a recorder the opener of addresses. Call it before the program is started. Returns a function for the
+        addresses opened so far."""
+        tools, pages = self.home / "tools", self.folder / "pages"
+        tools.mkdir()
+        (tools / "xdg-open").write_text(f'#!/bin/sh\necho "$1" >>{pages}\n')
+        (tools / "xdg-open").chmod(0o755)
+        self.env["PATH"] = f"{tools}:{self.env['PATH']}"
+        return lambda: pages.read_text().splitlines() if pages.exists() else []
+
     def hold_scan(self):
         """Stops the tool that a scan waits for, so that the scan lasts until its timeout; returns the tool's process id. The
         program must have been started with PORTOLAN_TOOLS=external."""
@@ -125,8 +135,7 @@ class Desktop(Session):
         return next((window for window in self.windows() if window.is_popover), None)
 
     def window(self):
-        ordinary = [window for window in self.windows() if "_NET_WM_WINDOW_TYPE_NORMAL" in window.properties
-                    and "_KDE_NET_WM_WINDOW_TYPE_OVERRIDE" not in window.properties]
+        ordinary = [window for window in self.windows() if '"portolan-desktop"' in window.properties]
         assert len(ordinary) <= 1, "there must be at most one window"
         return ordinary[0] if ordinary else None
 

@@ -31,7 +31,7 @@ def _end_with_parent():
 class Session:
     screen = "1280x800"
 
-    def __init__(self, bus=True, manager=True, panel=True):
+    def __init__(self, bus=True, manager=True, panel=True, compositor=False):
         self.folder = Path(tempfile.mkdtemp(prefix="portolan-desktop-"))
         self.home = self.folder / "home"
         self._processes = []
@@ -40,7 +40,7 @@ class Session:
         if bus:
             self.bus = self._start_bus()
         if manager:
-            self.spawn("xfwm4", "--compositor=off")
+            self.spawn("xfwm4", f"--compositor={'on' if compositor else 'off'}")
         self.panel = self.start_panel() if panel else None
 
     def __enter__(self):

@@ -39,6 +39,12 @@ ViewTest {
         signalName: "detach"
     }
 
+    SignalSpy {
+        id: menuRequests
+
+        signalName: "windowMenuRequested"
+    }
+
     property StoreBench bench
     property RecordedActions actions
 
@@ -90,6 +96,36 @@ ViewTest {
         verify(!ViewInspector.named(view, "Open in window"));
     }
 
+    function test_title_bar() {
+        const view = make(RootView.Window);
+        view.leftButtons = ["close"];
+        view.rightButtons = ["minimize", "maximize"];
+        const bar = part(view, "TitleBar");
+        waitForRendering(view);
+        compare(ViewInspector.all(bar, "TitleButton").map(b => ViewInspector.roleAndName(b)), ["Button: Close", "Button: Minimize", "Button: Maximize"]);
+        compare(ViewInspector.all(bar, "TitleButton").map(b => frame(b, bar)), ["8 2 28 24", "414 2 28 24", "444 2 28 24"]);
+        compare(ViewInspector.symbols(bar), ["xmark", "minus", "square"]);
+        menuRequests.target = view;
+        menuRequests.clear();
+        mouseClick(bar, 200, 14, Qt.RightButton);
+        compare(menuRequests.count, 1);
+    }
+
+    function test_frame() {
+        const view = make(RootView.Window);
+        bench.find(Samples.ordinary(2));
+        view.cornerRadius = 10;
+        const picture = grabImage(view);
+        const white = Qt.tint(Theme.canvas, Theme.borderStrong);
+        fuzzyCompare(picture.red(0, 300), 255 * white.r, 2);
+        fuzzyCompare(picture.red(479, 300), 255 * white.r, 2);
+        verify(picture.red(240, 0) > 0);
+        verify(picture.red(240, view.height - 1) > 0);
+        const edges = ViewInspector.all(view, "ResizeEdge").map(edge => edge.edges);
+        compare(edges.sort((a, b) => a - b), [Qt.TopEdge, Qt.LeftEdge, Qt.TopEdge | Qt.LeftEdge, Qt.RightEdge, Qt.TopEdge | Qt.RightEdge, Qt.BottomEdge, Qt.BottomEdge | Qt.LeftEdge, Qt.BottomEdge | Qt.RightEdge].sort((a, b) => a - b));
+        compare(ViewInspector.all(make(), "ResizeEdge").length, 0);
+    }
+
     function test_detach() {
         const view = make();
         mouseClick(ViewInspector.named(view, "Open in window"));
@@ -104,6 +140,22 @@ ViewTest {
         bench.finishScan(Samples.ordinary(1));
         tryVerify(() => ViewInspector.all(view, "ServiceRowView").length === 1);
         verify(!part(view, "LoadingView"));
+    }
+
+    function test_a_later_scan_shows_only_if_it_lasts() {
+        const view = make();
+        bench.find([]);
+        tryVerify(() => part(view, "EmptyStateView"));
+        const height = view.implicitHeight;
+        bench.store.refresh();
+        const start = Date.now();
+        tryVerify(() => part(view, "LoadingView"));
+        verify(Date.now() - start >= 290);
+        verify(!part(view, "EmptyStateView"));
+        compare(view.implicitHeight, height);
+        bench.finishScan([]);
+        tryVerify(() => part(view, "EmptyStateView"));
+        compare(view.implicitHeight, height);
     }
 
     function test_a_scan_keeps_the_rows() {
@@ -205,6 +257,7 @@ ViewTest {
         const scans = bench.scans;
         point(row);
         tryVerify(() => ViewInspector.named(row, "Stop"));
+        wait(200);
         const start = Date.now();
         mouseClick(ViewInspector.named(row, "Stop"));
         compare(actions.calls, ["stop 49000-3000"]);

@@ -50,6 +50,7 @@ ViewTest {
         list.height = Qt.binding(() => list.implicitHeight);
         waitForRendering(list);
         waitForTransitions(list);
+        wait(200); // rows take presses only after they have stood still for a while
         return list;
     }
 
@@ -101,7 +102,7 @@ ViewTest {
             ["title x", title.x, 16],
             ["count style", ViewInspector.style(count), "10 600 system #5c5c5c"],
             ["count right", count.x + count.width, 384 - 16],
-            ["rows y", view(list).y, 2 + label.height]
+            ["rows y", view(list).mapToItem(list, 0, 0).y, 2 + label.height]
         ]);
     }
 
@@ -202,6 +203,65 @@ ViewTest {
         verify(ViewInspector.first(root.Window.contentItem, "ServiceMenu"));
         bench.find(services(20));
         tryVerify(() => !ViewInspector.first(root.Window.contentItem, "ServiceMenu"));
+    }
+
+    function stopButton(list, name) {
+        point(row(list, name));
+        tryVerify(() => ViewInspector.named(row(list, name), "Stop"));
+        return ViewInspector.named(row(list, name), "Stop");
+    }
+
+    function test_a_press_on_a_row_that_has_just_come_counts_for_nobody() {
+        const list = make(services(10, 20, 30));
+        const place = centre(stopButton(list, "s10"), list);
+        const next = row(list, "s20");
+        const y = next.y;
+        bench.store.removeService(bench.store.visible[0]);
+        tryVerify(() => next.y < y);
+        mouseClick(list, place.x, place.y);
+        leave();
+        tryCompare(next, "y", 0);
+        mouseClick(list, place.x, place.y);
+        compare(actions.calls, []);
+        leave();
+        wait(200);
+        mouseClick(list, place.x, place.y);
+        compare(actions.calls, ["stop 20-20"]);
+    }
+
+    function test_a_double_click_counts_once_data() {
+        return [
+            { tag: "Stop", call: "stop 10-10", at: list => centre(stopButton(list, "s10"), list) },
+            { tag: "card", call: "openInBrowser 10-10", at: list => centre(row(list, "s10"), list) }
+        ];
+    }
+
+    function test_a_double_click_counts_once(data) {
+        const list = make(services(10, 20, 30));
+        const place = data.at(list);
+        mouseClick(list, place.x, place.y);
+        mouseClick(list, place.x + 2, place.y);
+        compare(actions.calls, [data.call]);
+        wait(500);
+        mouseClick(list, place.x, place.y);
+        compare(actions.calls, [data.call, data.call]);
+        leave();
+        mouseClick(list, place.x, place.y);
+        compare(actions.calls, [data.call, data.call, data.call]);
+    }
+
+    function test_a_key_that_stops_does_not_act_on_the_next_row() {
+        const list = make(services(10, 20, 30));
+        actions.stopRequested.connect(service => bench.store.removeService(service));
+        stopButton(list, "s10").forceActiveFocus();
+        for (let i = 0; i < 5; ++i) {
+            keyClick(Qt.Key_Return);
+            wait(100);
+        }
+        compare(actions.calls, ["stop 10-10"]);
+        wait(500);
+        keyClick(Qt.Key_Return);
+        compare(actions.calls, ["stop 10-10", "openInBrowser 20-20"]);
     }
 
     function test_rows_are_complete_after_many_changes() {

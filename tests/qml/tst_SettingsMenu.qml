@@ -103,6 +103,18 @@ MenuTest {
         compare(isChecked("Launch at Login"), data.shown);
     }
 
+    function test_launch_at_login_is_read_when_the_menu_opens() {
+        const [button, , loginItem] = open();
+        verify(!isChecked("Launch at Login"));
+        keyClick(Qt.Key_Escape);
+        tryVerify(closed);
+        loginItem.enabled = true;
+        mouseClick(button);
+        verify(isChecked("Launch at Login"));
+        choose("Launch at Login");
+        compare(loginItem.enabled, false);
+    }
+
     function test_refreshes_now() {
         const [, bench] = open();
         choose("Refresh Now");

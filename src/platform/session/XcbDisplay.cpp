@@ -85,6 +85,42 @@ std::uint32_t XcbDisplay::number(xcb_window_t window, xcb_atom_t property) const
     return *static_cast<const std::uint32_t *>(xcb_get_property_value(reply.get()));
 }
 
+QByteArray XcbDisplay::bytes(xcb_window_t window, xcb_atom_t property) const
+{
+    constexpr std::uint32_t most = 1024 * 1024 / 4;
+    const auto cookie = xcb_get_property(m_connection, 0, window, property, XCB_ATOM_ANY, 0, most);
+    const Owned<xcb_get_property_reply_t> reply(xcb_get_property_reply(m_connection, cookie, nullptr));
+    if (!reply || reply->format != 8)
+        return {};
+    return QByteArray(static_cast<const char *>(xcb_get_property_value(reply.get())),
+                      xcb_get_property_value_length(reply.get()));
+}
+
+void XcbDisplay::setText(xcb_window_t window, xcb_atom_t property, const QByteArray &text) const
+{
+    xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, window, property, XCB_ATOM_STRING, 8,
+                        uint32_t(text.size()), text.constData());
+    xcb_flush(m_connection);
+}
+
+void XcbDisplay::showWindowMenu(xcb_window_t window, QPoint position) const
+{
+    // The press that asks for the menu has grabbed the pointer, which the window manager needs.
+    xcb_ungrab_pointer(m_connection, XCB_CURRENT_TIME);
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = atom("_GTK_SHOW_WINDOW_MENU");
+    message.data.data32[1] = uint32_t(position.x());
+    message.data.data32[2] = uint32_t(position.y());
+    const auto screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;
+    xcb_send_event(m_connection, 0, screen->root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char *>(&message));
+    xcb_flush(m_connection);
+}
+
 int XcbDisplay::depthOfVisual(xcb_visualid_t visual) const
 {
     auto screens = xcb_setup_roots_iterator(xcb_get_setup(m_connection));

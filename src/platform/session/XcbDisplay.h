@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QImage>
+#include <QPoint>
 
 #include <array>
 
@@ -31,6 +32,12 @@ public:
     void append(xcb_window_t window, xcb_atom_t property, std::initializer_list<xcb_atom_t> values) const;
     /// The first value of a 32-bit property; 0 if there is none.
     [[nodiscard]] std::uint32_t number(xcb_window_t window, xcb_atom_t property) const;
+    /// The value of a property of 8-bit units; empty if there is none.
+    [[nodiscard]] QByteArray bytes(xcb_window_t window, xcb_atom_t property) const;
+    /// Sets a property that is a text.
+    void setText(xcb_window_t window, xcb_atom_t property, const QByteArray &text) const;
+    /// Asks the window manager for its menu of `window` at `position` of the root window.
+    void showWindowMenu(xcb_window_t window, QPoint position) const;
     /// The depth of a visual in bits per pixel; 0 if it is unknown.
     [[nodiscard]] int depthOfVisual(xcb_visualid_t visual) const;
     /// Sends a client message to `window`.

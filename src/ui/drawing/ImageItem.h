@@ -13,6 +13,10 @@ class ImageItem : public QQuickItem
     Q_OBJECT
     QML_ANONYMOUS
 
+Q_SIGNALS:
+    /// A property that the image depends on has changed.
+    void changed();
+
 protected:
     explicit ImageItem(QQuickItem *parent = nullptr);
 
@@ -20,6 +24,17 @@ protected:
     [[nodiscard]] virtual QSizeF imageSize() const { return size(); }
     /// The image in `pixels` device pixels, at the device pixel ratio `scale`; null to show nothing.
     [[nodiscard]] virtual QImage image(const QSize &pixels, qreal scale) const = 0;
+
+    /// Sets a property of a subclass.
+    template <typename Value>
+    void set(Value &property, const Value &value)
+    {
+        if (property == value)
+            return;
+        property = value;
+        update();
+        Q_EMIT changed();
+    }
 
     QSGNode *updatePaintNode(QSGNode *old, UpdatePaintNodeData *data) final;
     void itemChange(ItemChange change, const ItemChangeData &data) override;

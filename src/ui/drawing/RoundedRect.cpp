@@ -13,14 +13,15 @@ struct Key
     QSize size;
     qreal radius;
     qreal line;
+    int openEdge;
     QRgba64 color;
     QRgba64 borderColor;
 
     friend bool operator==(const Key &, const Key &) = default;
     friend size_t qHash(const Key &key, size_t seed = 0)
     {
-        return qHashMulti(seed, key.size.width(), key.size.height(), key.radius, key.line, quint64(key.color),
-                          quint64(key.borderColor));
+        return qHashMulti(seed, key.size.width(), key.size.height(), key.radius, key.line, key.openEdge,
+                          quint64(key.color), quint64(key.borderColor));
     }
 };
 
@@ -39,7 +40,12 @@ QImage drawn(const Key &key)
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
 
-    const QRectF outer = image.rect();
+    QRectF outer = image.rect();
+    // Beyond the image.
+    if (key.openEdge == Qt::TopEdge)
+        outer.setTop(-key.radius - key.line);
+    if (key.openEdge == Qt::BottomEdge)
+        outer.setBottom(outer.bottom() + key.radius + key.line);
     const QPainterPath shape = rounded(outer, key.radius);
     painter.fillPath(shape, QColor(key.color));
 
@@ -55,16 +61,14 @@ QImage drawn(const Key &key)
 
 RoundedRect::RoundedRect(QQuickItem *parent)
     : ImageItem(parent)
-{
-    connect(this, &RoundedRect::changed, this, &QQuickItem::update);
-}
+{}
 
 QImage RoundedRect::image(const QSize &pixels, qreal scale) const
 {
     // The cards of the list are equal and share one image.
     constexpr qsizetype bytes = 4 * 1024 * 1024;
     static QCache<Key, QImage> cache(bytes);
-    const Key key{pixels, m_radius * scale, scale, m_color.rgba64(), m_borderColor.rgba64()};
+    const Key key{pixels, m_radius * scale, scale, m_openEdge, m_color.rgba64(), m_borderColor.rgba64()};
     if (const QImage *known = cache.object(key))
         return *known;
     const QImage image = drawn(key);

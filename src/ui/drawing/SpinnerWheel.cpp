@@ -6,9 +6,7 @@ namespace portolan {
 
 SpinnerWheel::SpinnerWheel(QQuickItem *parent)
     : TintedItem(parent)
-{
-    connect(this, &SpinnerWheel::stepChanged, this, &QQuickItem::update);
-}
+{}
 
 QImage SpinnerWheel::mask(const QSize &pixels, qreal) const
 {

@@ -10,15 +10,15 @@ class SpinnerWheel : public portolan::TintedItem
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(int step MEMBER m_step NOTIFY stepChanged FINAL)
+    Q_PROPERTY(int step READ step WRITE setStep NOTIFY changed FINAL)
 
 public:
     static constexpr int spokes = 8;
 
     explicit SpinnerWheel(QQuickItem *parent = nullptr);
 
-Q_SIGNALS:
-    void stepChanged();
+    [[nodiscard]] int step() const { return m_step; }
+    void setStep(int step) { set(m_step, step); }
 
 protected:
     [[nodiscard]] QImage mask(const QSize &pixels, qreal scale) const override;

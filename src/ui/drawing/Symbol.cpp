@@ -7,10 +7,13 @@ namespace portolan {
 Symbol::Symbol(QQuickItem *parent)
     : TintedItem(parent)
 {
-    const auto resize = [this] { setImplicitSize(SymbolSet::box(m_size), SymbolSet::box(m_size)); };
-    resize();
-    connect(this, &Symbol::changed, this, resize);
-    connect(this, &Symbol::changed, this, &QQuickItem::update);
+    setImplicitSize(SymbolSet::box(m_size), SymbolSet::box(m_size));
+}
+
+void Symbol::setSize(qreal size)
+{
+    setImplicitSize(SymbolSet::box(size), SymbolSet::box(size));
+    set(m_size, size);
 }
 
 QSizeF Symbol::imageSize() const

@@ -13,15 +13,22 @@ class Symbol : public portolan::TintedItem
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QString name MEMBER m_name NOTIFY changed FINAL)
-    Q_PROPERTY(qreal size MEMBER m_size NOTIFY changed FINAL)
-    Q_PROPERTY(int weight MEMBER m_weight NOTIFY changed FINAL)
+    Q_PROPERTY(QString name READ name WRITE setName NOTIFY changed FINAL)
+    Q_PROPERTY(qreal size READ size WRITE setSize NOTIFY changed FINAL)
+    Q_PROPERTY(int weight READ weight WRITE setWeight NOTIFY changed FINAL)
 
 public:
     explicit Symbol(QQuickItem *parent = nullptr);
 
-Q_SIGNALS:
-    void changed();
+    [[nodiscard]] QString name() const { return m_name; }
+    void setName(const QString &name) { set(m_name, name); }
+
+    [[nodiscard]] qreal size() const { return m_size; }
+    void setSize(qreal size);
+
+    /// A QFont::Weight; Normal, Medium and DemiBold have different stroke widths.
+    [[nodiscard]] int weight() const { return m_weight; }
+    void setWeight(int weight) { set(m_weight, weight); }
 
 protected:
     [[nodiscard]] QSizeF imageSize() const override;
@@ -30,7 +37,7 @@ protected:
 private:
     QString m_name;
     qreal m_size = 13;
-    int m_weight = QFont::Normal; ///< Normal, Medium and DemiBold have different stroke widths
+    int m_weight = QFont::Normal;
 };
 
 } // namespace portolan

@@ -4,12 +4,6 @@
 
 namespace portolan {
 
-TintedItem::TintedItem(QQuickItem *parent)
-    : ImageItem(parent)
-{
-    connect(this, &TintedItem::colorChanged, this, &QQuickItem::update);
-}
-
 QImage TintedItem::image(const QSize &pixels, qreal scale) const
 {
     QImage tinted = mask(pixels, scale);

@@ -11,13 +11,14 @@ class TintedItem : public portolan::ImageItem
 {
     Q_OBJECT
     QML_ANONYMOUS
-    Q_PROPERTY(QColor color MEMBER m_color NOTIFY colorChanged FINAL)
+    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY changed FINAL)
 
-Q_SIGNALS:
-    void colorChanged();
+public:
+    [[nodiscard]] QColor color() const { return m_color; }
+    void setColor(const QColor &color) { set(m_color, color); }
 
 protected:
-    explicit TintedItem(QQuickItem *parent = nullptr);
+    using ImageItem::ImageItem;
 
     /// The mask in `pixels` device pixels, at the device pixel ratio `scale`; only its alpha is used. Null to
     /// show nothing.

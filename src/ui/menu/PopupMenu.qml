@@ -144,13 +144,22 @@ FocusScope {
         MouseArea {
             id: pointer
 
+            property bool isMeant
+
             anchors.fill: parent
             hoverEnabled: true
             acceptedButtons: Qt.AllButtons
             onEntered: root.point(pointer.mouseY)
             onPositionChanged: mouse => root.point(mouse.y)
-            onPressed: mouse => root.point(mouse.y) // touch presses without a preceding move
-            onClicked: root.trigger()
+            onPressed: mouse => {
+                pointer.isMeant = !Presses.isRepeated();
+                root.point(mouse.y); // touch presses without a preceding move
+            }
+            onClicked: {
+                // The press that opened the menu may be repeated where an entry is now.
+                if (pointer.isMeant)
+                    root.trigger();
+            }
         }
     }
 }

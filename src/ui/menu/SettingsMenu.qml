@@ -6,9 +6,10 @@ PopupMenu {
     id: root
 
     required property ServiceStore store
-    required property bool launchAtLogin
+    required property LoginItem loginItem
 
-    signal launchAtLoginToggled
+    // What the desktop holds as the menu opens. Only the login item changes it, so the mark shows what came of a change.
+    readonly property bool launchAtLogin: root.loginItem.isEnabled()
 
     MenuHeading {
         text: "Sort by"
@@ -40,7 +41,7 @@ PopupMenu {
         text: "Launch at Login"
         isCheckable: true
         isChecked: root.launchAtLogin
-        onTriggered: root.launchAtLoginToggled()
+        onTriggered: root.loginItem.setEnabled(!root.launchAtLogin)
     }
     MenuSeparator {}
     MenuEntry {

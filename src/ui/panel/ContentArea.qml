@@ -11,15 +11,27 @@ Item {
     readonly property VisibleServicesModel services: VisibleServicesModel {
         store: root.store
     }
-    readonly property int shown: ContentState.of(root.store.serviceCount > 0, root.store.isScanning, root.services.count > 0)
+    readonly property bool isLoading: root.store.serviceCount === 0 && root.store.isScanning
+    readonly property bool isFirstScan: isNaN(root.store.lastUpdated)
+    property bool isLong: false
+    // A later scan mostly takes some milliseconds, for which nothing should flash.
+    readonly property bool showsLoading: root.isLoading && (root.isFirstScan || root.isLong)
+    readonly property bool showsList: !root.isLoading && root.services.count > 0
 
-    implicitHeight: root.shown === ContentState.List ? list.implicitHeight : root.shown === ContentState.Loading ? loading.implicitHeight : empty.implicitHeight
+    implicitHeight: root.showsList ? list.implicitHeight : Math.max(loading.implicitHeight, empty.implicitHeight)
+    onIsLoadingChanged: root.isLong = false
+
+    Timer {
+        interval: 300
+        running: root.isLoading
+        onTriggered: root.isLong = true
+    }
 
     ServiceListView {
         id: list
 
         anchors.fill: parent
-        visible: root.shown === ContentState.List
+        visible: root.showsList
         services: root.services
         actions: root.actions
     }
@@ -29,7 +41,7 @@ Item {
 
         anchors.verticalCenter: parent.verticalCenter
         width: parent.width
-        visible: root.shown === ContentState.Loading
+        visible: root.showsLoading
     }
 
     EmptyStateView {
@@ -37,7 +49,7 @@ Item {
 
         anchors.verticalCenter: parent.verticalCenter
         width: parent.width
-        visible: root.shown === ContentState.Empty
+        visible: !root.showsList && !root.showsLoading
         isSearching: root.store.searchText !== ""
     }
 }

@@ -2,7 +2,7 @@ import QtQuick
 import Portolan
 
 // The time of the last update, and the Quit button.
-Rectangle {
+RoundedRect {
     id: root
 
     required property date lastUpdated
@@ -11,6 +11,7 @@ Rectangle {
     signal quit
 
     implicitHeight: 44
+    openEdge: Qt.TopEdge
     color: Theme.elevated
 
     Rectangle {

@@ -2,7 +2,7 @@ import QtQuick
 import Portolan
 
 // The bar at the top: brand, number of services, settings, detach and refresh.
-Rectangle {
+RoundedRect {
     id: root
 
     required property ServiceStore store
@@ -14,6 +14,7 @@ Rectangle {
     signal detach
 
     implicitHeight: 52
+    openEdge: Qt.BottomEdge
     color: Theme.elevated
 
     Rectangle {

@@ -15,7 +15,6 @@ ListView {
         root.positionViewAtIndex(index, ListView.Contain);
     }
 
-    clip: true
     spacing: 8
     cacheBuffer: 72 // about one row beyond each end; the default of about five takes a megabyte more
     bottomMargin: 12

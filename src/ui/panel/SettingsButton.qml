@@ -8,8 +8,6 @@ PlainButton {
     required property ServiceStore store
     required property LoginItem loginItem
 
-    // The actual state as reported by the login item: if a change fails, the check mark does not change.
-    property bool launchAtLogin: root.loginItem.isEnabled()
     property SettingsMenu menu
 
     implicitWidth: 28
@@ -22,7 +20,7 @@ PlainButton {
         anchor: Qt.rect(0, 0, root.width, root.height),
         isByPointer: root.isByPointer,
         store: root.store,
-        launchAtLogin: root.launchAtLogin
+        loginItem: root.loginItem
     }) as SettingsMenu
 
     Component {
@@ -33,10 +31,6 @@ PlainButton {
 
     Connections {
         target: root.menu
-
-        function onLaunchAtLoginToggled() {
-            root.launchAtLogin = root.loginItem.setEnabled(!root.launchAtLogin);
-        }
 
         function onClosed() {
             root.menu.destroy();

@@ -13,7 +13,7 @@ Item {
     property bool isCurrent: true // only the current row of a list is in the Tab order
     property ServiceMenu menu
     readonly property bool hovering: hover.hovered
-    readonly property bool copied: copyFeedback.isRaised
+    readonly property bool copied: copyFeedback.running
     readonly property bool isActive: root.hovering || root.activeFocus || trailing.activeFocus || root.menu !== null
 
     signal togglePin
@@ -57,10 +57,11 @@ Item {
             root.menu.close();
     }
 
-    TimedFlag {
+    // Starting it while it runs does not extend it.
+    Timer {
         id: copyFeedback
 
-        duration: 1100
+        interval: 1100
     }
 
     HoverHandler {
@@ -119,7 +120,7 @@ Item {
         onOpen: root.actions.openInBrowser(root.service)
         onCopy: {
             root.actions.copyURL(root.service);
-            copyFeedback.raise();
+            copyFeedback.start();
         }
         onStop: root.actions.stop(root.service)
         onMenu: button => root.openMenu(button.mapToItem(root, 0, 0, button.width, button.height), button.isByPointer)

@@ -1,9 +1,13 @@
 #include "DesktopWindow.h"
 
 #include "AppIcon.h"
+#include "TitleButtons.h"
+#include "WindowHints.h"
 
+#include <QCursor>
 #include <QIcon>
 #include <QPixmap>
+#include <QQuickItem>
 
 namespace portolan {
 
@@ -15,12 +19,32 @@ constexpr QSize MinimumSize(400, 440);
 DesktopWindow::DesktopWindow(QQmlEngine &engine, const RootContent &content)
     : RootWindow(engine, content, Presentation::Window)
 {
+    setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint |
+             Qt::WindowCloseButtonHint);
+    connect(rootObject(), SIGNAL(windowMenuRequested()), this, SLOT(showMenu()));
     QIcon icon;
     for (const int size : {16, 32, 48, 128})
         icon.addPixmap(QPixmap::fromImage(AppIcon::image(size)));
     setIcon(icon);
     setMinimumSize(MinimumSize);
     resize(InitialSize);
+}
+
+void DesktopWindow::open()
+{
+    const auto show = [this](const TitleButtons &buttons) {
+        rootObject()->setProperty("leftButtons", buttons.left);
+        rootObject()->setProperty("rightButtons", buttons.right);
+    };
+    show({});
+    TitleButtons::find(this, show);
+    WindowHints::setRole(*this, "portolan-desktop");
+    bringToFront();
+}
+
+void DesktopWindow::showMenu()
+{
+    WindowHints::showMenu(*this, QCursor::pos());
 }
 
 void DesktopWindow::closeEvent(QCloseEvent *event)

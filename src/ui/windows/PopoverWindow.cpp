@@ -2,6 +2,7 @@
 
 #include "PopoverPlacement.h"
 #include "Screens.h"
+#include "Theme.h"
 #include "WindowHints.h"
 
 #include <QCursor>
@@ -9,6 +10,8 @@
 #include <QQuickItem>
 
 namespace portolan {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -25,6 +28,10 @@ bool belongsTo(const QWindow *window, const QWindow *owner)
 PopoverWindow::PopoverWindow(QQmlEngine &engine, const RootContent &content)
     : RootWindow(engine, content, Presentation::Popover)
 {
+    setTitle(u"Portolan popover"_s);
+    QSurfaceFormat translucent = requestedFormat();
+    translucent.setAlphaBufferSize(8);
+    setFormat(translucent);
     setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     connect(rootObject(), &QQuickItem::implicitHeightChanged, this, &PopoverWindow::place);
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &PopoverWindow::followFocus);
@@ -36,6 +43,9 @@ void PopoverWindow::open(QPoint anchor)
     m_anchor = anchor;
     m_isPlaced = isVisible();
     place();
+    const bool isComposited = WindowHints::isComposited();
+    setColor(isComposited ? QColor(Qt::transparent) : Theme::canvas);
+    rootObject()->setProperty("cornerRadius", isComposited ? 10 : 0);
     WindowHints::skipTaskBar(*this);
     bringToFront();
     m_presses.setEnabled(true);

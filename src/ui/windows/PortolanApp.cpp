@@ -8,11 +8,15 @@
 #include "PopoverWindow.h"
 #include "Screens.h"
 #include "ServiceStore.h"
+#include "XSettings.h"
 
 #include <QGuiApplication>
 #include <QQuickWindow>
+#include <QStyleHints>
 
 namespace portolan {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -36,6 +40,14 @@ void drawInSoftware()
 {
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !qEnvironmentVariableIsSet("QSG_RHI_BACKEND"))
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+}
+
+// Qt asks the desktop itself only with a platform theme, which few desktops have for Qt 6.
+void followDoubleClickTime()
+{
+    const QVariant milliseconds = XSettings::read().value(u"Net/DoubleClickTime"_s);
+    if (milliseconds.toInt() > 0)
+        QGuiApplication::styleHints()->setMouseDoubleClickInterval(milliseconds.toInt());
 }
 
 } // namespace
@@ -124,7 +136,7 @@ void PortolanApp::openPopover(QPoint anchor)
 void PortolanApp::openWindow()
 {
     if (canShow())
-        window().bringToFront();
+        window().open();
 }
 
 void PortolanApp::detach()
@@ -144,6 +156,7 @@ QQmlEngine &PortolanApp::engine()
 {
     if (!m_engine) {
         drawInSoftware();
+        followDoubleClickTime();
         m_engine = std::make_unique<QQmlEngine>();
         connect(m_engine.get(), &QQmlEngine::quit, qApp, &QCoreApplication::quit);
     }

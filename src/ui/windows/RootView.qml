@@ -15,10 +15,14 @@ FocusScope {
     required property ServiceActions actions
     required property LoginItem loginItem
 
+    property list<string> leftButtons
+    property list<string> rightButtons
+    property real cornerRadius: 0
     property int tick: 0
     readonly property bool isWindow: root.presentation === RootView.Window
 
     signal detach
+    signal windowMenuRequested
 
     implicitWidth: root.isWindow ? 480 : 384
     implicitHeight: column.height + content.implicitHeight + footer.height
@@ -39,6 +43,8 @@ FocusScope {
 
     Rectangle {
         anchors.fill: parent
+        anchors.topMargin: root.cornerRadius
+        anchors.bottomMargin: root.cornerRadius
         color: Theme.canvas
     }
 
@@ -47,15 +53,17 @@ FocusScope {
 
         width: parent.width
 
-        Rectangle {
+        TitleBar {
             visible: root.isWindow
             width: parent.width
-            height: 28
-            color: Theme.elevated
+            leftButtons: root.leftButtons
+            rightButtons: root.rightButtons
+            onMenuRequested: root.windowMenuRequested()
         }
 
         HeaderView {
             width: parent.width
+            radius: root.cornerRadius
             store: root.store
             loginItem: root.loginItem
             canDetach: !root.isWindow
@@ -86,8 +94,16 @@ FocusScope {
 
         anchors.bottom: parent.bottom
         width: parent.width
+        radius: root.cornerRadius
         lastUpdated: root.store.lastUpdated
-        tick: root.tick
+        // Another number as soon as the window can be seen again, so that the age is right at once.
+        tick: exposure.isExposed ? root.tick : root.tick + 1
         onQuit: Qt.quit()
+    }
+
+    WindowFrame {
+        anchors.fill: parent
+        radius: root.cornerRadius
+        isResizable: root.isWindow
     }
 }

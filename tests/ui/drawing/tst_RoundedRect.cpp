@@ -16,9 +16,9 @@ class RoundedRectInWindow : public testing::Test
 protected:
     RoundedRectInWindow()
     {
-        m_rect.setProperty("color", QColor(0, 0, 255));
-        m_rect.setProperty("borderColor", QColor(255, 0, 0));
-        m_rect.setProperty("radius", 9);
+        m_rect.setColor(QColor(0, 0, 255));
+        m_rect.setBorderColor(QColor(255, 0, 0));
+        m_rect.setRadius(9);
         // On whole pixels at every ratio in steps of 0.25.
         m_window.put(m_rect, {8, 4});
         m_rect.setSize({40, 40});
@@ -84,7 +84,7 @@ TEST_F(RoundedRectInWindow, HasRoundCorners)
 
 TEST_F(RoundedRectInWindow, LimitsTheRadiusToHalfItsSize)
 {
-    m_rect.setProperty("radius", 1000);
+    m_rect.setRadius(1000);
     const QImage image = shown();
     const int quarter = image.width() / 4;
     EXPECT_EQ(image.pixelColor(1, 1), QColor(Qt::black));
@@ -92,10 +92,26 @@ TEST_F(RoundedRectInWindow, LimitsTheRadiusToHalfItsSize)
     EXPECT_NE(image.pixelColor(image.width() / 2, 0), QColor(Qt::black));
 }
 
+TEST_F(RoundedRectInWindow, GoesOnAtItsOpenEdge)
+{
+    m_rect.setOpenEdge(Qt::BottomEdge);
+    QImage image = shown();
+    const int side = image.width() - 1;
+    EXPECT_EQ(image.pixelColor(0, 0), QColor(Qt::black));
+    EXPECT_EQ(image.pixelColor(side / 2, 0).blue(), 0);
+    EXPECT_EQ(image.pixelColor(0, side), QColor(255, 0, 0));
+    EXPECT_EQ(image.pixelColor(side / 2, side), QColor(0, 0, 255));
+    m_rect.setOpenEdge(Qt::TopEdge);
+    image = shown();
+    EXPECT_EQ(image.pixelColor(0, side), QColor(Qt::black));
+    EXPECT_EQ(image.pixelColor(0, 0), QColor(255, 0, 0));
+    EXPECT_EQ(image.pixelColor(side / 2, 0), QColor(0, 0, 255));
+}
+
 TEST_F(RoundedRectInWindow, DrawsTheBorderOverTheFill)
 {
-    m_rect.setProperty("color", QColor(255, 255, 255, 51));
-    m_rect.setProperty("borderColor", QColor(255, 255, 255, 102));
+    m_rect.setColor(QColor(255, 255, 255, 51));
+    m_rect.setBorderColor(QColor(255, 255, 255, 102));
     const QImage image = shown();
     const int middle = image.width() / 2;
     EXPECT_EQ(image.pixelColor(middle, middle), QColor(51, 51, 51));
@@ -105,20 +121,22 @@ TEST_F(RoundedRectInWindow, DrawsTheBorderOverTheFill)
 
 TEST_F(RoundedRectInWindow, UpdatesWithItsProperties)
 {
-    QSignalSpy announced(&m_rect, &RoundedRect::changed);
+    QSignalSpy changes(&m_rect, &RoundedRect::changed);
     QImage last = m_window.pixels();
     const auto changed = [&] { return std::exchange(last, m_window.pixels()) != last; };
     for (int i = 0; i < 2; ++i) {
-        m_rect.setProperty("color", QColor(Qt::green));
+        m_rect.setColor(Qt::green);
         EXPECT_EQ(changed(), i == 0);
-        m_rect.setProperty("borderColor", QColor(Qt::white));
+        m_rect.setBorderColor(Qt::white);
         EXPECT_EQ(changed(), i == 0);
-        m_rect.setProperty("radius", 3);
+        m_rect.setRadius(3);
+        EXPECT_EQ(changed(), i == 0);
+        m_rect.setOpenEdge(Qt::TopEdge);
         EXPECT_EQ(changed(), i == 0);
         m_rect.setSize({20, 30});
         EXPECT_EQ(changed(), i == 0);
     }
-    EXPECT_EQ(announced.count(), 3);
+    EXPECT_EQ(changes.count(), 4);
 }
 
 TEST_F(RoundedRectInWindow, MayBeSmallerThanItsBorder)

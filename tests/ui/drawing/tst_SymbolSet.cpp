@@ -41,6 +41,7 @@ const QStringList expectedNames{
     u"macwindow"_s,
     u"magnifyingglass"_s,
     u"memorychip"_s,
+    u"minus"_s,
     u"pin.fill"_s,
     u"power"_s,
     u"server.rack"_s,
@@ -49,11 +50,14 @@ const QStringList expectedNames{
     u"slider.horizontal.3"_s,
     u"sparkles"_s,
     u"square.grid.2x2.fill"_s,
+    u"square.on.square"_s,
     u"square.stack.3d.up.fill"_s,
+    u"square"_s,
     u"stop.fill"_s,
     u"tram.fill"_s,
     u"wifi.slash"_s,
     u"xmark.circle.fill"_s,
+    u"xmark"_s,
 };
 
 constexpr int large = 240; // ten pixels to a unit of the grid

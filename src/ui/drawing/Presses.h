@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QObject>
+#include <QPointF>
+#include <QtQmlIntegration>
+
+#include <chrono>
+
+class QPointerEvent;
+
+namespace portolan {
+
+/// Tells a press that is meant for what is now under the pointer from one that still belongs to the press
+/// before it, which has changed what is there. Follows the events of all windows. Main thread.
+class Presses : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+
+public:
+    explicit Presses(QObject *parent = nullptr);
+
+    /// Whether the press that is being delivered came within the desktop's double-click interval after the
+    /// last press or release, with the pointer at rest in between.
+    Q_INVOKABLE [[nodiscard]] bool isRepeated() const { return m_isRepeated; }
+
+    /// Withholds Return, Enter and Space from the windows until none has been down for the double-click
+    /// interval. To be called when a key may have taken away the item with the focus, so that its repeats do
+    /// not act on the next one.
+    Q_INVOKABLE void holdKeys();
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    bool withholds(bool isPress);
+    void press(const QPointerEvent &event);
+    void note(const QPointerEvent &event);
+    [[nodiscard]] bool isSoon(const QPointerEvent &event) const;
+    [[nodiscard]] bool isNear(const QPointerEvent &event) const;
+
+    bool m_isRepeated = false;
+    bool m_hasRested = false; // since the last press
+    QPointF m_place;          // of the first press of a series
+    Clock::time_point m_time; // of the last press or release
+    quint64 m_timestamp = 0;  // the same by the display server's clock
+    bool m_isKeyDown = false;
+    Clock::time_point m_keysHeldUntil;
+};
+
+} // namespace portolan
