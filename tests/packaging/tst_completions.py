@@ -100,7 +100,7 @@ class Completions(unittest.TestCase):
             "portolanctl open ": [port, hostile],
             "portolanctl stop ": [port, hostile, "touch"],
             # What is completed on the line is one argument for the shell.
-            "portolanctl stop We": [r"Web\ Shop"],
+            "portolanctl list We": [r"Web\ Shop"],
         }.items():
             with self.subTest(line):
                 self.offered(shell, line, expected)
