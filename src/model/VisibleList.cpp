@@ -20,7 +20,7 @@ QString queryOf(const QString &searchText)
     return searchText.sliced(begin - searchText.begin(), end - begin).toLower();
 }
 
-bool matches(const Service &service, const QString &query)
+bool contains(const Service &service, const QString &query)
 {
     if (service.displayName.toLower().contains(query) || QString::number(service.port).contains(query))
         return true;
@@ -41,7 +41,7 @@ std::vector<Candidate> candidatesOf(const QList<Service> &services, const Visibl
     std::vector<Candidate> candidates;
     candidates.reserve(services.size());
     for (const Service &service : services) {
-        if (query.isEmpty() || matches(service, query))
+        if (query.isEmpty() || contains(service, query))
             candidates.push_back({&service, criteria.pinnedPorts.contains(service.port)});
     }
     return candidates;
@@ -51,40 +51,6 @@ qint64 uptimeOf(const Service &service)
 {
     return service.stats ? service.stats->uptimeSeconds : 0;
 }
-
-/// Whether a candidate is shown before another. Nothing but the order asked for separates them.
-class Order
-{
-public:
-    Order(SortOrder sortOrder, const QCollator &collator)
-        : m_sortOrder(sortOrder)
-        , m_collator(collator)
-    {}
-
-    bool operator()(const Candidate &a, const Candidate &b) const
-    {
-        return a.isPinned == b.isPinned ? precedes(*a.service, *b.service) : a.isPinned;
-    }
-
-private:
-    bool precedes(const Service &a, const Service &b) const
-    {
-        switch (m_sortOrder) {
-        case SortOrder::port:
-            return a.port < b.port;
-        case SortOrder::name:
-            return m_collator.compare(a.displayName, b.displayName) < 0;
-        case SortOrder::status:
-            return a.health.isHealthy() && !b.health.isHealthy();
-        case SortOrder::uptime:
-            return uptimeOf(a) > uptimeOf(b);
-        }
-        Q_UNREACHABLE();
-    }
-
-    SortOrder m_sortOrder;
-    const QCollator &m_collator;
-};
 
 } // namespace
 
@@ -99,11 +65,36 @@ const QCollator &VisibleList::userCollator()
     return collator;
 }
 
+bool VisibleList::matches(const Service &service, const QString &searchText)
+{
+    const QString query = queryOf(searchText);
+    return query.isEmpty() || contains(service, query);
+}
+
+bool VisibleList::precedes(const Service &a, const Service &b, SortOrder sortOrder, const QCollator &collator)
+{
+    switch (sortOrder) {
+    case SortOrder::port:
+        return a.port < b.port;
+    case SortOrder::name:
+        return collator.compare(a.displayName, b.displayName) < 0;
+    case SortOrder::status:
+        return a.health.isHealthy() && !b.health.isHealthy();
+    case SortOrder::uptime:
+        return uptimeOf(a) > uptimeOf(b);
+    }
+    Q_UNREACHABLE();
+}
+
 QList<Service> VisibleList::of(const QList<Service> &services, const Criteria &criteria,
                                const QCollator &collator)
 {
     std::vector<Candidate> candidates = candidatesOf(services, criteria);
-    std::ranges::stable_sort(candidates, Order(criteria.sortOrder, collator));
+    // Nothing but the order asked for separates two candidates.
+    std::ranges::stable_sort(candidates, [&](const Candidate &a, const Candidate &b) {
+        return a.isPinned == b.isPinned ? precedes(*a.service, *b.service, criteria.sortOrder, collator)
+                                        : a.isPinned;
+    });
     QList<Service> visible;
     visible.reserve(qsizetype(candidates.size()));
     for (const Candidate &candidate : candidates)

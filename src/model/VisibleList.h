@@ -24,6 +24,13 @@ struct Criteria
 /// Compares names as the user's locale does, without regard to case.
 [[nodiscard]] const QCollator &userCollator();
 
+/// Whether `service` is left in the list by the search text.
+[[nodiscard]] bool matches(const Service &service, const QString &searchText);
+
+/// Whether `sortOrder` puts `a` before `b`, neither or both of which are pinned.
+[[nodiscard]] bool precedes(const Service &a, const Service &b, SortOrder sortOrder,
+                            const QCollator &collator = userCollator());
+
 /// Those of `services` that match the search text, sorted. Services that the order does not separate keep
 /// their relative order.
 [[nodiscard]] QList<Service> of(const QList<Service> &services, const Criteria &criteria,
