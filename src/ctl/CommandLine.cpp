@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 
 #include <array>
+#include <cmath>
 #include <memory>
 #include <string>
 #include <vector>
@@ -18,6 +19,8 @@ namespace {
 
 using Command = CommandLine::Command;
 
+constexpr double maxTimeout = 1e6; // seconds: longer than any wait
+
 /// The options and commands of portolanctl, and what was given of them.
 class Parser
 {
@@ -28,18 +31,32 @@ public:
         m_app.set_help_flag("-h,--help", "print this and exit");
         m_app.set_version_flag("--version", "portolanctl " PORTOLAN_VERSION, "print the version and exit");
         m_app.require_subcommand(0, 1);
-        const std::vector<CLI::Option *> listOptions = addListOptions(&m_app);
+        std::vector<CLI::Option *> listOptions = addListOptions(&m_app);
+        listOptions.push_back(addHosts(&m_app));
 
-        addListOptions(
-            add(Command::List, "list", "the servers of this machine, once; also without a command"));
-        addListOptions(add(Command::Watch, "watch", "the same list, kept up to date until q or Control-C"));
-        CLI::App *stop = add(Command::Stop, "stop", "stop the servers on these ports or with these ids");
-        stop->add_option("PORT|ID", m_operands, "a port, or an id: process-port")->type_name("")->required();
+        CLI::App *list =
+            add(Command::List, "list", "the servers of this machine, once; also without a command");
+        addOperands(list, "PORT|ID|NAME", "only the servers on this port, with this id or of this name");
+        addListOptions(list);
+        CLI::App *watch =
+            add(Command::Watch, "watch", "the same list, kept up to date, with keys to act on it");
+        addListOptions(watch);
+        CLI::App *wait = add(Command::Wait, "wait", "wait until these ports answer HTTP");
+        addOperands(wait, "PORT", "a port")->required();
+        wait->add_option("--timeout", m_timeout, "give up after so many seconds")
+            ->option_text("SECONDS")
+            ->check(CLI::Range(0.0, maxTimeout))
+            ->take_last();
+        CLI::App *stop =
+            add(Command::Stop, "stop", "stop the servers on these ports, with these ids or names");
+        addOperands(stop, "PORT|ID|NAME", "a port, an id (process-port), or a name or its start")->required();
         CLI::App *open = add(Command::Open, "open", "open the server on this port in the browser");
         open->add_option("PORT", m_operand, "a port")->type_name("")->required();
+        for (CLI::App *command : {list, watch, wait, stop, open})
+            addHosts(command);
         for (CLI::Option *option : listOptions) {
-            stop->excludes(option);
-            open->excludes(option);
+            for (CLI::App *command : {wait, stop, open})
+                command->excludes(option);
         }
     }
 
@@ -51,10 +68,14 @@ public:
         m_line.sort = SortOrder::fromRawValue(QString::fromStdString(m_sort));
         m_line.search = QString::fromStdString(m_search);
         m_line.probe = !m_skipProbe;
+        if (m_timeout)
+            m_line.timeout = std::chrono::milliseconds(std::llround(*m_timeout * 1000));
         if (m_line.command == Command::Open)
             m_operands = {m_operand};
         for (const std::string &operand : m_operands)
             readOperand(operand);
+        for (const std::string &host : m_hosts)
+            readHost(QString::fromStdString(host));
         return m_line;
     }
 
@@ -75,6 +96,19 @@ private:
     CLI::App *add(Command command, const char *name, const char *summary)
     {
         return m_commands[size_t(command)] = m_app.add_subcommand(name, summary)->group("Commands");
+    }
+
+    CLI::Option *addOperands(CLI::App *command, const char *name, const char *description)
+    {
+        return command->add_option(name, m_operands, description)->type_name("");
+    }
+
+    CLI::Option *addHosts(CLI::App *command)
+    {
+        return command
+            ->add_option("--host", m_hosts, "not this machine but NAME, a host that ssh knows; repeatable")
+            ->option_text("NAME")
+            ->allow_extra_args(false);
     }
 
     std::vector<CLI::Option *> addListOptions(CLI::App *command)
@@ -125,21 +159,36 @@ private:
     void readOperand(const std::string &text)
     {
         const auto operand = ServiceOperand::parse(QString::fromStdString(text));
-        if (m_line.command == Command::Open && (!operand || operand->pid))
+        const bool takesPortsOnly = m_line.command == Command::Open || m_line.command == Command::Wait;
+        if (takesPortsOnly && (!operand || operand->pid || !operand->name.isEmpty()))
             throw CLI::ValidationError("'" + text + "' is no port");
         if (!operand)
-            throw CLI::ValidationError("'" + text + "' is neither a port nor an id such as 4242-3000");
+            throw CLI::ValidationError("'" + text +
+                                       "' is neither a port, an id such as 4242-3000 nor a name");
         m_line.operands.append(*operand);
     }
 
+    // ssh would take what begins with a hyphen for an option.
+    void readHost(const QString &host)
+    {
+        if (host.isEmpty() || host.startsWith(u'-'))
+            throw CLI::ValidationError("'" + host.toStdString() + "' is no host");
+        if (!m_line.hosts.contains(host))
+            m_line.hosts.append(host);
+        if (m_line.command == Command::Open && m_line.hosts.size() > 1)
+            throw CLI::ValidationError("'open' takes one host");
+    }
+
     CLI::App m_app{"Shows the dev servers of this machine.", "portolanctl"};
-    std::array<CLI::App *, 4> m_commands{};
+    std::array<CLI::App *, 5> m_commands{};
     CommandLine m_line;
     bool m_skipProbe = false;
     std::string m_search;
     std::string m_sort;
     std::string m_operand;
     std::vector<std::string> m_operands;
+    std::vector<std::string> m_hosts;
+    std::optional<double> m_timeout;
 };
 
 CommandLine::Reply refusal(const QString &message)

@@ -5,7 +5,9 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
+#include <chrono>
 #include <optional>
 #include <variant>
 
@@ -14,10 +16,12 @@ namespace portolan {
 /// What the user asked for.
 struct CommandLine
 {
-    enum class Command : quint8 { List, Watch, Stop, Open };
+    enum class Command : quint8 { List, Watch, Wait, Stop, Open };
 
     Command command = Command::List;
-    QList<ServiceOperand> operands; ///< at least one for Stop; exactly one, a port, for Open
+    QList<ServiceOperand> operands; ///< at least one for Wait, all ports, and Stop; one port for Open
+    QStringList hosts;              ///< the other machines meant; empty: this one
+    std::optional<std::chrono::milliseconds> timeout; ///< of Wait
     bool json = false;
     bool probe = true;
     QString search;

@@ -12,6 +12,8 @@ namespace Commands {
 [[nodiscard]] int list(const CommandLine &line);
 /// Shows the list and keeps it up to date until the user ends it.
 [[nodiscard]] int watch(const CommandLine &line);
+/// Waits until the operands' ports answer HTTP, or for the time that the command line gives them.
+[[nodiscard]] int wait(const CommandLine &line);
 /// Stops the servers that the operands mean, waits until they have ended, and reports it.
 [[nodiscard]] int stop(const CommandLine &line);
 /// Opens a server in the browser; reports it where that fails soon.

@@ -1,63 +1,67 @@
 #include "Commands.h"
 
+#include "Machines.h"
 #include "Output.h"
-#include "ProgressLine.h"
 #include "ServiceJson.h"
 #include "ServiceTable.h"
-#include "Session.h"
-#include "TerminationSignals.h"
 
-#include <QEventLoop>
-#include <QTimer>
+#include <QSet>
 
 namespace portolan {
 
 namespace {
 
-/// Refreshes the store once, with a line on the terminal meanwhile. The number of the signal that ended the
-/// wait, or 0.
-int refresh(ServiceStore &store)
+/// Those of `services` that the operands mean; all without operands. Prints a message for each that means
+/// none, or is the start of several names, and sets `isComplete` to false.
+QList<ListedService> chosenBy(const QList<ServiceOperand> &operands, const QList<ListedService> &services,
+                              bool &isComplete)
 {
-    ProgressLine progress;
-    const auto showProgress = [&] {
-        progress.setText(ProgressLine::text(store.isScanning(), store.services()));
-    };
-    QEventLoop loop;
-    QObject::connect(&store, &ServiceStore::isScanningChanged, &loop, showProgress);
-    QObject::connect(&store, &ServiceStore::servicesChanged, &loop, showProgress);
-    const TerminationSignals signals;
-    QObject::connect(&signals, &TerminationSignals::received, &loop, &QEventLoop::exit);
-    QTimer::singleShot(0, &loop, [&] { store.refresh([&] { loop.quit(); }); });
-    return loop.exec();
-}
-
-QByteArray json(const ServiceStore &store)
-{
-    return ServiceJson::of(store.visible(), store.pinnedPorts(), ServiceJson::Layout::indented);
-}
-
-QByteArray table(const ServiceStore &store)
-{
-    const QList<Service> services = store.visible();
-    ServiceTable::Look look{.colors = Output::colors()};
-    if (Output::isTerminal()) {
-        look.columns = Output::size().columns;
-        if (services.isEmpty())
-            return (ServiceTable::emptyText(!store.services().isEmpty(), look) + u'\n').toUtf8();
+    if (operands.isEmpty())
+        return services;
+    QSet<QString> keys;
+    for (const ServiceOperand &operand : operands) {
+        const QList<ListedService> found = operand.in(services);
+        if (found.isEmpty() || operand.isAmbiguous(found)) {
+            Output::printError(found.isEmpty() ? operand.noneText() : operand.severalText(found));
+            isComplete = false;
+            continue;
+        }
+        for (const ListedService &listed : found)
+            keys.insert(listed.key());
     }
-    return ServiceTable::of(services, store.pinnedPorts(), look).toUtf8();
+    QList<ListedService> chosen = services;
+    chosen.removeIf([&](const ListedService &listed) { return !keys.contains(listed.key()); });
+    return chosen;
+}
+
+QByteArray table(const Machines &machines, const QList<ListedService> &services)
+{
+    ServiceTable::Layout layout{.hasHosts = machines.hasHosts()};
+    if (Output::isTerminal())
+        layout.columns = Output::size().columns;
+    const TerminalColors colors = Output::colors();
+    if (services.isEmpty() && Output::isTerminal())
+        return (colors.styled(ServiceTable::emptyText(!machines.services().isEmpty(), layout.columns)) +
+                u'\n')
+            .toUtf8();
+    QString text;
+    for (const StyledLine &line : ServiceTable::of(services, layout))
+        text += colors.styled(line) + u'\n';
+    return text.toUtf8();
 }
 
 } // namespace
 
 int Commands::list(const CommandLine &line)
 {
-    Session session(line);
-    const ServiceStore &store = session.store();
-    if (const int signal = refresh(session.store()))
+    Machines machines(line);
+    if (const int signal = machines.lookOnce())
         return ExitStatus::endedBy(signal);
-    const bool isWritten = Output::write(line.json ? json(store) : table(store));
-    return isWritten ? ExitStatus::success : ExitStatus::failure;
+    bool isComplete = machines.problems().isEmpty();
+    const QList<ListedService> services = chosenBy(line.operands, machines.visible(), isComplete);
+    const bool isWritten = Output::write(line.json ? ServiceJson::of(services, ServiceJson::Layout::indented)
+                                                   : table(machines, services));
+    return isWritten && isComplete ? ExitStatus::success : ExitStatus::failure;
 }
 
 } // namespace portolan

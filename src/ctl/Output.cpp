@@ -16,21 +16,6 @@ namespace portolan {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-// A reader that has stopped reading, or a terminal stopped by Control-S, would block write() indefinitely.
-// When poll() reports a pipe writable, it takes up to PIPE_BUF bytes without blocking. False when the program
-// is asked to end first.
-bool awaitWritable()
-{
-    pollfd watched[] = {{STDOUT_FILENO, POLLOUT, 0}, {TerminationSignals::descriptor(), POLLIN, 0}};
-    while (poll(watched, std::size(watched), -1) < 0 && errno == EINTR) {
-    }
-    return watched[0].revents || !watched[1].revents;
-}
-
-} // namespace
-
 bool Output::isTerminal()
 {
     return isatty(STDOUT_FILENO) == 1;
@@ -61,6 +46,15 @@ TerminalColors Output::colors()
 void Output::printError(const QString &message)
 {
     std::fprintf(stderr, "portolanctl: %s\n", qUtf8Printable(message));
+}
+
+// When poll() reports a pipe writable, it takes up to PIPE_BUF bytes without blocking.
+bool Output::awaitWritable()
+{
+    pollfd watched[] = {{STDOUT_FILENO, POLLOUT, 0}, {TerminationSignals::descriptor(), POLLIN, 0}};
+    while (poll(watched, std::size(watched), -1) < 0 && errno == EINTR) {
+    }
+    return watched[0].revents || !watched[1].revents;
 }
 
 bool Output::write(QByteArrayView bytes)

@@ -26,6 +26,10 @@ struct Size
 /// Colours for what is written to it: none where it is no terminal or the user wants none.
 [[nodiscard]] TerminalColors colors();
 
+/// Waits until standard output takes some bytes without blocking. False when the user asks the program to end
+/// first: a reader that has stopped reading, or a terminal stopped by Control-S, may never take more.
+[[nodiscard]] bool awaitWritable();
+
 /// Writes `message` to standard error after the program's name. Parts of it that come from elsewhere have to
 /// be harmless (see TerminalText).
 void printError(const QString &message);

@@ -3,7 +3,6 @@
 #include "Output.h"
 #include "TerminalText.h"
 
-#include <algorithm>
 #include <chrono>
 
 namespace portolan {
@@ -25,15 +24,6 @@ ProgressLine::~ProgressLine()
 {
     if (m_isDrawn)
         (void)Output::write("\r\x1b[K");
-}
-
-QString ProgressLine::text(bool isScanning, const QList<Service> &services)
-{
-    if (isScanning)
-        return u"Looking for servers…"_s;
-    const auto answered = std::ranges::count_if(
-        services, [](const Service &service) { return service.health.state() != Health::State::unknown; });
-    return u"Asking the servers… %1 of %2"_s.arg(answered).arg(services.size());
 }
 
 void ProgressLine::setText(const QString &text)

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Service.h"
 #include "TerminalColors.h"
 
 #include <QString>
@@ -8,7 +7,7 @@
 
 namespace portolan {
 
-/// One line on the terminal that says what a scan is waiting for. It appears only when the wait is long
+/// One line on the terminal that says what a command is waiting for. It appears only when the wait is long
 /// enough to be noticed, and is erased at the end. Where standard output cannot erase it, it never appears.
 class ProgressLine
 {
@@ -16,9 +15,6 @@ public:
     ProgressLine();
     ~ProgressLine();
     Q_DISABLE_COPY_MOVE(ProgressLine)
-
-    /// What is said while `services` are known and `isScanning` or their probes are under way.
-    [[nodiscard]] static QString text(bool isScanning, const QList<Service> &services);
 
     void setText(const QString &text);
 

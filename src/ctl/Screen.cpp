@@ -2,12 +2,19 @@
 
 #include "Output.h"
 
+#include <algorithm>
 #include <array>
-#include <cerrno>
+#include <clocale>
 #include <csignal>
+#include <cstdio>
 
+#include <poll.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
+
+#define NCURSES_NOMACROS
+#define NCURSES_WIDECHAR 1
+#include <curses.h>
 
 namespace portolan {
 
@@ -15,16 +22,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QByteArrayView enter = "\x1b[?1049h\x1b[?25l"; // the alternate screen, without cursor
-constexpr QByteArrayView leave = "\x1b[?25h\x1b[?1049l";
-
-/// Those of a resized terminal, and of having been continued after a stop.
+/// Those of a resized terminal, of Control-Z, and of having been continued after a stop.
 sigset_t watchedSignals()
 {
     sigset_t signals;
     sigemptyset(&signals);
-    sigaddset(&signals, SIGWINCH);
-    sigaddset(&signals, SIGCONT);
+    for (const int signal : {SIGWINCH, SIGTSTP, SIGCONT})
+        sigaddset(&signals, signal);
     return signals;
 }
 
@@ -35,87 +39,209 @@ FileDescriptor openSignals()
     return FileDescriptor(signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
 }
 
+struct Row
+{
+    int code;
+    Input::Kind kind;
+};
+
+constexpr std::array namedKeys{
+    Row{KEY_UP, Input::Up},        Row{KEY_DOWN, Input::Down},
+    Row{KEY_PPAGE, Input::PageUp}, Row{KEY_NPAGE, Input::PageDown},
+    Row{KEY_HOME, Input::Home},    Row{KEY_FIND, Input::Home},
+    Row{KEY_END, Input::End},      Row{KEY_SELECT, Input::End},
+    Row{KEY_ENTER, Input::Enter},  Row{KEY_BACKSPACE, Input::Backspace},
+    Row{KEY_DC, Input::Backspace},
+};
+
+constexpr std::array characterKeys{
+    Row{'\r', Input::Enter},       Row{'\n', Input::Enter},     Row{'\x1b', Input::Escape},
+    Row{'\x7f', Input::Backspace}, Row{'\b', Input::Backspace},
+};
+
+std::optional<Input> mouseInput()
+{
+    MEVENT event;
+    if (getmouse(&event) != OK)
+        return std::nullopt;
+    if (event.bstate & BUTTON4_PRESSED)
+        return Input{.kind = Input::WheelUp};
+    if (event.bstate & BUTTON5_PRESSED)
+        return Input{.kind = Input::WheelDown};
+    return Input{.kind = Input::Click, .row = event.y};
+}
+
+std::optional<Input> inputOf(bool isNamed, wint_t code)
+{
+    if (isNamed && code == KEY_MOUSE)
+        return mouseInput();
+    const auto find = [code](const auto &rows) -> std::optional<Input> {
+        const auto row = std::ranges::find(rows, int(code), &Row::code);
+        return row == rows.end() ? std::nullopt : std::optional(Input{.kind = row->kind});
+    };
+    if (isNamed)
+        return find(namedKeys);
+    const auto key = find(characterKeys);
+    return key ? key : std::optional(Input{.character = char32_t(code)});
+}
+
+// The numbers of ncurses' colour pairs are those of the styles.
+struct Color
+{
+    TextStyle style;
+    short basic;
+    short ofPalette;
+};
+
+constexpr std::array colors{
+    Color{TextStyle::Accent, COLOR_BLUE, 69},
+    Color{TextStyle::Online, COLOR_GREEN, 41},
+    Color{TextStyle::Pending, COLOR_YELLOW, 178},
+    Color{TextStyle::Offline, COLOR_RED, 204},
+};
+
+void makeColors()
+{
+    start_color();
+    use_default_colors();
+    for (const Color &color : colors)
+        init_pair(short(color.style), COLORS >= 256 ? color.ofPalette : color.basic, -1);
+}
+
+void setAttributes(TextStyle style, attr_t others)
+{
+    const attr_t own = style == TextStyle::Strong ? A_BOLD : style == TextStyle::Faint ? A_DIM : A_NORMAL;
+    const bool isColored = std::ranges::find(colors, style, &Color::style) != colors.end();
+    attr_set(own | others, isColored ? short(style) : short(0), nullptr);
+}
+
 } // namespace
 
 Screen::Screen()
-    : m_keys(STDIN_FILENO, QSocketNotifier::Read)
+    : m_depth(Output::colors().depth())
+    , m_keys(STDIN_FILENO, QSocketNotifier::Read)
     , m_signalFd(openSignals())
     , m_signals(m_signalFd.get(), QSocketNotifier::Read)
 {
     m_keys.setEnabled(false);
     connect(&m_keys, &QSocketNotifier::activated, this, &Screen::readKeys);
     connect(&m_signals, &QSocketNotifier::activated, this, &Screen::readSignals);
-    takeTerminal();
+    termios mode{};
+    if (tcgetattr(STDOUT_FILENO, &mode) == 0)
+        m_modeBefore = mode;
+    // Where a machine does not know the type of a terminal, that is newer than the machine, and all of these
+    // understand what xterm does.
+    m_screen = newterm(nullptr, stdout, stdin);
+    if (!m_screen)
+        m_screen = newterm("xterm", stdout, stdin);
+    if (m_screen)
+        open();
 }
 
 Screen::~Screen()
 {
-    (void)Output::write(leave);
-    if (m_modeBefore)
-        tcsetattr(STDIN_FILENO, TCSAFLUSH, &*m_modeBefore);
+    if (m_screen) {
+        leave();
+        delscreen(m_screen);
+    }
     m_signals.setEnabled(false);
     const sigset_t signals = watchedSignals();
     pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
 }
 
-bool Screen::show(const QString &text)
+void Screen::open()
 {
-    if (text == m_shown)
-        return true;
-    m_shown = text;
-    // Each line is erased before it is written: after a line as wide as the terminal the cursor is still on
-    // its last character.
-    QStringList lines = text.split(u'\n');
-    const QString last = lines.takeLast();
-    QString output = u"\x1b[H"_s;
-    for (const QString &line : std::as_const(lines))
-        output += "\x1b[K"_L1 + line + "\r\n"_L1;
-    return Output::write((output + "\x1b[J"_L1 + last).toUtf8());
-}
-
-void Screen::takeTerminal()
-{
-    startReadingKeys();
-    (void)Output::write(enter);
-}
-
-// Keys are read one by one and without echo. Control-Z and Control-\ do nothing: they would leave the shell
-// on the alternate screen.
-void Screen::startReadingKeys()
-{
+    // ncurses encodes its output as the locale says.
+    if (MB_CUR_MAX == 1)
+        std::setlocale(LC_CTYPE, "C.UTF-8");
+    cbreak();
+    noecho();
+    nonl();
+    curs_set(0);
+    if (m_depth != TerminalColors::Depth::None && has_colors())
+        makeColors();
+    // Control-\ would end the program and leave the terminal as it is now.
     termios mode{};
-    if (tcgetattr(STDIN_FILENO, &mode) != 0)
+    if (tcgetattr(STDOUT_FILENO, &mode) == 0) {
+        mode.c_cc[VQUIT] = _POSIX_VDISABLE;
+        tcsetattr(STDOUT_FILENO, TCSANOW, &mode);
+        def_prog_mode();
+    }
+    if (isatty(STDIN_FILENO) != 1)
         return;
-    if (!m_modeBefore)
-        m_modeBefore = mode;
-    mode.c_lflag &= ~tcflag_t(ICANON | ECHO);
-    mode.c_cc[VSUSP] = _POSIX_VDISABLE;
-    mode.c_cc[VQUIT] = _POSIX_VDISABLE;
-    mode.c_cc[VMIN] = 1;
-    mode.c_cc[VTIME] = 0;
-    tcsetattr(STDIN_FILENO, TCSAFLUSH, &mode);
+    keypad(stdscr, TRUE);
+    nodelay(stdscr, TRUE);
+    set_escdelay(25);
+    mousemask(BUTTON1_PRESSED | BUTTON4_PRESSED | BUTTON5_PRESSED, nullptr);
+    mouseinterval(0);
     m_keys.setEnabled(true);
+}
+
+// A terminal that takes no output gets none, but its mode back.
+void Screen::leave()
+{
+    if (!isendwin() && Output::awaitWritable())
+        endwin();
+    if (m_modeBefore)
+        tcsetattr(STDOUT_FILENO, TCSANOW, &*m_modeBefore);
+}
+
+bool Screen::show(const QList<StyledLine> &lines, std::optional<qsizetype> highlighted)
+{
+    if (!Output::awaitWritable())
+        return false;
+    erase();
+    for (qsizetype row = 0; row < std::min<qsizetype>(lines.size(), LINES); ++row) {
+        const attr_t reverse = row == highlighted ? A_REVERSE : A_NORMAL;
+        move(int(row), 0);
+        for (const StyledText &piece : lines[row]) {
+            setAttributes(m_depth == TerminalColors::Depth::None ? TextStyle::Plain : piece.style, reverse);
+            const std::wstring text = piece.text.toStdWString();
+            addnwstr(text.data(), int(text.size()));
+        }
+        if (reverse && getcury(stdscr) == row)
+            chgat(-1, reverse, 0, nullptr);
+    }
+    attr_set(A_NORMAL, 0, nullptr);
+    refresh();
+    return true;
+}
+
+bool Screen::copy(const QString &text)
+{
+    // The console of Linux prints such a sequence.
+    if (qgetenv("TERM").startsWith("linux"))
+        return false;
+    return Output::write("\x1b]52;c;" + text.toUtf8().toBase64() + '\a');
 }
 
 void Screen::readKeys()
 {
-    std::array<char, 64> keys;
-    const ssize_t count = read(STDIN_FILENO, keys.data(), keys.size());
-    if (count == 0 || (count < 0 && errno != EINTR && errno != EAGAIN))
+    wint_t code = 0;
+    for (int result = get_wch(&code); result != ERR; result = get_wch(&code)) {
+        if (const auto input = inputOf(result == KEY_CODE_YES, code))
+            Q_EMIT entered(*input);
+    }
+    pollfd terminal{.fd = STDIN_FILENO, .events = POLLIN};
+    if (poll(&terminal, 1, 0) > 0 && terminal.revents & (POLLHUP | POLLERR | POLLNVAL)) {
         m_keys.setEnabled(false);
-    for (ssize_t i = 0; i < count; ++i)
-        Q_EMIT typed(keys[size_t(i)]);
+        Q_EMIT lost();
+    }
 }
 
 void Screen::readSignals()
 {
-    bool wasStopped = false;
     signalfd_siginfo signal;
-    while (read(m_signalFd.get(), &signal, sizeof signal) == ssize_t(sizeof signal))
-        wasStopped |= signal.ssi_signo == SIGCONT;
-    if (wasStopped)
-        takeTerminal();
-    m_shown.clear();
+    while (read(m_signalFd.get(), &signal, sizeof signal) == ssize_t(sizeof signal)) {
+        if (signal.ssi_signo == SIGWINCH)
+            continue;
+        // After a stop the terminal is as its other users have left it. Then refresh() takes it back.
+        leave();
+        if (signal.ssi_signo == SIGTSTP)
+            raise(SIGSTOP);
+    }
+    const Output::Size size = Output::size();
+    resizeterm(size.rows, size.columns);
     Q_EMIT redrawNeeded();
 }
 

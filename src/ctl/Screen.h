@@ -1,8 +1,9 @@
 #pragma once
 
 #include "FileDescriptor.h"
+#include "TerminalColors.h"
 
-#include <QByteArray>
+#include <QList>
 #include <QObject>
 #include <QSocketNotifier>
 #include <QString>
@@ -11,9 +12,37 @@
 
 #include <termios.h>
 
+struct screen; // ncurses' own
+
 namespace portolan {
 
-/// The whole terminal, showing one text at a time. The destructor restores the terminal.
+/// What the user did to the live view.
+struct Input
+{
+    enum Kind : quint8 {
+        Text, ///< a character
+        Enter,
+        Escape,
+        Backspace,
+        Up,
+        Down,
+        PageUp,
+        PageDown,
+        Home,
+        End,
+        Click,
+        WheelUp,
+        WheelDown,
+    };
+
+    Kind kind = Text;
+    char32_t character = 0; ///< of a Text
+    int row = 0;            ///< of a Click, from 0 on
+
+    friend bool operator==(const Input &, const Input &) = default;
+};
+
+/// The whole terminal, by ncurses. One object at a time; main thread. The destructor restores the terminal.
 class Screen : public QObject
 {
     Q_OBJECT
@@ -22,30 +51,37 @@ public:
     Screen();
     ~Screen() override;
 
+    /// Whether ncurses can use the terminal; the other functions need that.
+    [[nodiscard]] bool isOpen() const { return m_screen; }
     /// Whether keys can be read: standard input is a terminal.
-    [[nodiscard]] bool readsKeys() const { return m_modeBefore.has_value(); }
+    [[nodiscard]] bool readsKeys() const { return m_keys.isEnabled(); }
 
-    /// Shows `text`: lines separated by line feeds, no more and no wider than the terminal. Writes nothing
-    /// when that is shown already. False when the terminal takes no more output.
-    [[nodiscard]] bool show(const QString &text);
+    /// Shows `lines`, the line `highlighted` as the chosen one. False when the terminal takes no more output.
+    [[nodiscard]] bool show(const QList<StyledLine> &lines, std::optional<qsizetype> highlighted);
+
+    /// Asks the terminal to put `text` on the clipboard of the machine that it runs on (OSC 52). False where
+    /// it is known not to. Whether the others do it cannot be told.
+    bool copy(const QString &text);
 
 Q_SIGNALS:
-    /// The text has to be shown again: the terminal has been resized, or another program has used it.
+    /// The lines have to be shown again: the terminal has been resized, or another program has used it.
     void redrawNeeded();
-    /// The user typed a character.
-    void typed(char character);
+    void entered(const portolan::Input &input);
+    /// The terminal has gone away.
+    void lost();
 
 private:
-    void takeTerminal();
-    void startReadingKeys();
+    void open();
+    void leave();
     void readKeys();
     void readSignals();
 
-    std::optional<termios> m_modeBefore; // absent where standard input is no terminal
+    std::optional<termios> m_modeBefore;
+    screen *m_screen = nullptr;
+    TerminalColors::Depth m_depth;
     QSocketNotifier m_keys;
     FileDescriptor m_signalFd;
     QSocketNotifier m_signals;
-    QString m_shown;
 };
 
 } // namespace portolan

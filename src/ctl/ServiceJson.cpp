@@ -6,6 +6,9 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <cmath>
+#include <limits>
+
 namespace portolan {
 
 using namespace Qt::StringLiterals;
@@ -41,9 +44,10 @@ QJsonValue statsOf(const std::optional<ProcessStats> &stats)
                        {u"memoryMB"_s, stats->memoryMB}};
 }
 
-QJsonObject objectOf(const Service &service, bool isPinned)
+QJsonObject objectOf(const ListedService &listed)
 {
-    return {
+    const Service &service = listed.service;
+    QJsonObject object{
         {u"id"_s, service.id()},
         {u"pid"_s, service.pid},
         {u"port"_s, service.port},
@@ -55,8 +59,13 @@ QJsonObject objectOf(const Service &service, bool isPinned)
         {u"url"_s, service.url()},
         {u"health"_s, healthOf(service.health)},
         {u"stats"_s, statsOf(service.stats)},
-        {u"pinned"_s, isPinned},
+        {u"pinned"_s, listed.isPinned},
     };
+    if (!listed.host.isEmpty())
+        object.insert(u"host"_s, listed.host);
+    if (listed.age)
+        object.insert(u"ageSeconds"_s, qint64(listed.age->count()));
+    return object;
 }
 
 bool isHarmless(QChar character)
@@ -79,19 +88,135 @@ QByteArray withEscapedCharacters(const QByteArray &json)
     return result.toUtf8();
 }
 
+constexpr qsizetype maxServices = 10'000;
+constexpr qsizetype maxTextLength = 4096;
+constexpr double maxNumber = 1e15; // every whole number up to it is a double
+
+/// Reads the values of an object, and remembers whether one broke the schema.
+class Reader
+{
+public:
+    explicit Reader(const QJsonValue &value)
+        : m_object(value.toObject())
+        , m_isValid(value.isObject())
+    {}
+
+    [[nodiscard]] bool isValid() const { return m_isValid; }
+
+    double number(const QString &key, double least, double most)
+    {
+        const QJsonValue value = m_object[key];
+        return check(value.isDouble() && value.toDouble() >= least && value.toDouble() <= most)
+                   ? value.toDouble()
+                   : least;
+    }
+    qint64 integer(const QString &key, double least, double most)
+    {
+        const double value = number(key, least, most);
+        return check(value == std::floor(value)) ? qint64(value) : 0;
+    }
+    QString text(const QString &key)
+    {
+        const QJsonValue value = m_object[key];
+        check(value.isString() && value.toString().toUcs4().size() <= maxTextLength);
+        return value.toString();
+    }
+    std::optional<QString> textOrNull(const QString &key)
+    {
+        return m_object[key].isNull() ? std::nullopt : std::optional(text(key));
+    }
+    bool boolean(const QString &key)
+    {
+        check(m_object[key].isBool());
+        return m_object[key].toBool();
+    }
+    QJsonValue value(const QString &key) const { return m_object[key]; }
+    bool check(bool condition) { return m_isValid &= condition, condition; }
+
+private:
+    QJsonObject m_object;
+    bool m_isValid;
+};
+
+Health healthOf(Reader reader, bool &isValid)
+{
+    const QString state = reader.text(u"state"_s);
+    Health health;
+    if (state == u"healthy")
+        health =
+            Health::healthy(reader.integer(u"status"_s, 100, 999), reader.integer(u"ms"_s, 0, maxNumber));
+    else if (state == u"checking")
+        health = Health::checking();
+    else if (state == u"unreachable")
+        health = Health::unreachable();
+    else
+        reader.check(state == u"unknown");
+    isValid &= reader.isValid();
+    return health;
+}
+
+std::optional<ProcessStats> statsOf(const QJsonValue &value, bool &isValid)
+{
+    if (value.isNull())
+        return std::nullopt;
+    Reader reader(value);
+    const ProcessStats stats{.uptimeSeconds = reader.integer(u"uptimeSeconds"_s, 0, maxNumber),
+                             .cpuPercent = reader.number(u"cpuPercent"_s, 0, maxNumber),
+                             .memoryMB = reader.number(u"memoryMB"_s, 0, maxNumber)};
+    isValid &= reader.isValid();
+    return stats;
+}
+
+std::optional<ListedService> serviceOf(const QJsonValue &value)
+{
+    Reader reader(value);
+    ListedService listed;
+    Service &service = listed.service;
+    service.pid = qint32(reader.integer(u"pid"_s, 1, std::numeric_limits<qint32>::max()));
+    service.port = reader.integer(u"port"_s, 1, std::numeric_limits<quint16>::max());
+    service.command = reader.text(u"command"_s);
+    service.folderPath = reader.textOrNull(u"folderPath"_s);
+    service.displayName = reader.text(u"displayName"_s);
+    service.framework = Framework::fromRawValue(reader.text(u"framework"_s)).value_or(Framework::generic);
+    listed.isPinned = reader.boolean(u"pinned"_s);
+    bool isValid = true;
+    service.health = healthOf(Reader(reader.value(u"health"_s)), isValid);
+    service.stats = statsOf(reader.value(u"stats"_s), isValid);
+    (void)reader.textOrNull(u"prettyFolder"_s);
+    reader.check(reader.text(u"id"_s) == service.id());
+    reader.check(reader.text(u"url"_s) == service.url());
+    return isValid && reader.isValid() ? std::optional(listed) : std::nullopt;
+}
+
 } // namespace
 
-QByteArray ServiceJson::of(const QList<Service> &services, const QSet<qint64> &pinnedPorts, Layout layout)
+QByteArray ServiceJson::of(const QList<ListedService> &services, Layout layout)
 {
     QJsonArray array;
-    for (const Service &service : services)
-        array.append(objectOf(service, pinnedPorts.contains(service.port)));
+    for (const ListedService &listed : services)
+        array.append(objectOf(listed));
     const bool isOneLine = layout == Layout::oneLine;
     QByteArray json =
         QJsonDocument(array).toJson(isOneLine ? QJsonDocument::Compact : QJsonDocument::Indented);
     if (isOneLine)
         json += '\n';
     return withEscapedCharacters(json);
+}
+
+std::optional<QList<ListedService>> ServiceJson::read(const QByteArray &json, const QString &host)
+{
+    const QJsonDocument document = QJsonDocument::fromJson(json);
+    if (!document.isArray() || document.array().size() > maxServices)
+        return std::nullopt;
+    QList<ListedService> services;
+    for (const QJsonValue value : document.array()) {
+        std::optional<ListedService> listed = serviceOf(value);
+        if (!listed)
+            return std::nullopt;
+        listed->host = host;
+        services.append(*listed);
+    }
+    return services;
 }
 
 } // namespace portolan

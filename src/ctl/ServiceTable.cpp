@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-enum Column : quint8 { Mark, Port, Name, ServerKind, Status, Uptime, Cpu, Memory, Pid, Folder };
+enum Column : quint8 { Mark, Host, Port, Name, ServerKind, Status, Uptime, Cpu, Memory, Pid, Folder };
 constexpr size_t columnCount = Folder + 1;
 
 struct ColumnStyle
@@ -24,6 +24,7 @@ struct ColumnStyle
 
 constexpr std::array<ColumnStyle, columnCount> styles{{
     {""_L1, Qt::AlignLeft, TextStyle::Accent},
+    {"HOST"_L1, Qt::AlignLeft, TextStyle::Plain},
     {"PORT"_L1, Qt::AlignRight, TextStyle::Plain},
     {"NAME"_L1, Qt::AlignLeft, TextStyle::Strong},
     {"FRAMEWORK"_L1, Qt::AlignLeft, TextStyle::Plain},
@@ -38,10 +39,11 @@ constexpr std::array<ColumnStyle, columnCount> styles{{
 // The columns left out where there is not enough room, in this order, and the widths that long texts are cut
 // to before that.
 constexpr std::array optionalColumns{Pid, Memory, Cpu, Folder, Uptime, ServerKind};
+constexpr int maxHostWidth = 20;
 constexpr int minNameWidth = 12;
 constexpr int minFolderWidth = 16;
 // The same for very narrow terminals. The port is always shown.
-constexpr std::array lastOptionalColumns{Mark, Name, Status};
+constexpr std::array lastOptionalColumns{Mark, Host, Name, Status};
 constexpr int narrowNameWidth = 6;
 constexpr int narrowStatusWidth = 7; // "Offline"
 
@@ -54,8 +56,13 @@ constexpr QStringView pinMark = u"*";
 using Row = std::array<QString, columnCount>;
 using Widths = std::array<int, columnCount>; // 0: not shown
 
-QString statusText(const Health &health)
+QString statusText(const ListedService &listed)
 {
+    const Health &health = listed.service.health;
+    if (!listed.note.isEmpty())
+        return TerminalText::harmless(listed.note);
+    if (listed.age)
+        return u"%1 ago"_s.arg(ProcessStats{.uptimeSeconds = listed.age->count()}.uptimeText());
     switch (health.state()) {
     case Health::State::healthy:
         return u"Online %1 · %2 ms"_s.arg(health.status()).arg(health.ms());
@@ -69,9 +76,11 @@ QString statusText(const Health &health)
     return nothing.toString();
 }
 
-TextStyle statusStyle(const Health &health)
+TextStyle statusStyle(const ListedService &listed)
 {
-    switch (health.state()) {
+    if (!listed.note.isEmpty())
+        return TextStyle::Pending;
+    switch (listed.service.health.state()) {
     case Health::State::healthy:
         return TextStyle::Online;
     case Health::State::unreachable:
@@ -84,14 +93,16 @@ TextStyle statusStyle(const Health &health)
     return TextStyle::Faint;
 }
 
-Row rowOf(const Service &service, bool isPinned)
+Row rowOf(const ListedService &listed)
 {
+    const Service &service = listed.service;
     Row row;
-    row[Mark] = isPinned ? pinMark.toString() : QString();
+    row[Mark] = listed.isPinned ? pinMark.toString() : QString();
+    row[Host] = TerminalText::harmless(listed.host);
     row[Port] = QString::number(service.port);
     row[Name] = TerminalText::harmless(service.displayName);
     row[ServerKind] = service.framework.rawValue();
-    row[Status] = statusText(service.health);
+    row[Status] = statusText(listed);
     row[Uptime] = service.stats ? service.stats->uptimeText() : nothing.toString();
     row[Cpu] = service.stats ? service.stats->cpuText() : nothing.toString();
     row[Memory] = service.stats ? service.stats->memoryText() : nothing.toString();
@@ -149,9 +160,9 @@ QString fitted(size_t column, const QString &text, int width)
 }
 
 template <typename StyleOf>
-QString line(const Row &row, const Widths &widths, const TerminalColors &colors, StyleOf styleOf)
+StyledLine line(const Row &row, const Widths &widths, StyleOf styleOf)
 {
-    QString result;
+    StyledLine result;
     int padding = 0; // spaces, written only when something follows
     for (size_t column = 0; column < columnCount; ++column) {
         const int width = widths[column];
@@ -162,46 +173,51 @@ QString line(const Row &row, const Widths &widths, const TerminalColors &colors,
         if (styles[column].alignment == Qt::AlignRight)
             padding += missing;
         if (!text.isEmpty()) {
-            result += QString(padding, u' ') + colors.styled(styleOf(column), text);
+            if (padding > 0)
+                result.append({QString(padding, u' ')});
+            result.append({text, styleOf(column)});
             padding = 0;
         }
         padding += gap + (styles[column].alignment == Qt::AlignRight ? 0 : missing);
     }
-    return result + u'\n';
+    return result;
 }
 
 } // namespace
 
-QString ServiceTable::of(const QList<Service> &services, const QSet<qint64> &pinnedPorts, const Look &look)
+QList<StyledLine> ServiceTable::of(const QList<ListedService> &services, const Layout &layout)
 {
     QList<Row> rows;
-    for (const Service &service : services)
-        rows.append(rowOf(service, pinnedPorts.contains(service.port)));
+    for (const ListedService &listed : services)
+        rows.append(rowOf(listed));
     Widths widths = naturalWidths(rows);
-    if (look.isSteady)
+    widths[Host] = layout.hasHosts ? std::min(widths[Host], maxHostWidth) : 0;
+    if (layout.isSteady)
         widths[Status] = std::max(widths[Status], usualStatusWidth);
-    if (look.columns)
-        widths = fittedWidths(widths, *look.columns);
+    if (layout.columns)
+        widths = fittedWidths(widths, *layout.columns);
 
     Row header;
     std::ranges::transform(styles, header.begin(), &ColumnStyle::header);
-    QString table = line(header, widths, look.colors, [](size_t) { return TextStyle::Faint; });
+    QList<StyledLine> table{line(header, widths, [](size_t) { return TextStyle::Faint; })};
     for (qsizetype i = 0; i < rows.size(); ++i) {
-        table += line(rows[i], widths, look.colors, [&](size_t column) {
-            return column == Status ? statusStyle(services[i].health) : styles[column].style;
-        });
+        table.append(line(rows[i], widths, [&](size_t column) {
+            return services[i].age    ? TextStyle::Faint
+                   : column == Status ? statusStyle(services[i])
+                                      : styles[column].style;
+        }));
     }
     return table;
 }
 
-QString ServiceTable::emptyText(bool isSearching, const Look &look)
+StyledLine ServiceTable::emptyText(bool isSearching, std::optional<int> columns)
 {
     const QString title = isSearching ? u"No matches"_s : u"Nothing running"_s;
     const QString hint = isSearching ? u" · Try a different name or port."_s
                                      : u" · Start a dev server and it appears here automatically."_s;
-    const bool fits = !look.columns || title.size() + hint.size() <= *look.columns;
-    return look.colors.styled(TextStyle::Strong, title) +
-           (fits ? look.colors.styled(TextStyle::Faint, hint) : QString());
+    const bool fits = !columns || title.size() + hint.size() <= *columns;
+    return {{columns ? TerminalText::elided(title, *columns) : title, TextStyle::Strong},
+            {fits ? hint : QString(), TextStyle::Faint}};
 }
 
 } // namespace portolan

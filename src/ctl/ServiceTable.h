@@ -1,11 +1,9 @@
 #pragma once
 
-#include "Service.h"
+#include "ListedService.h"
 #include "TerminalColors.h"
 
 #include <QList>
-#include <QSet>
-#include <QString>
 
 #include <optional>
 
@@ -14,21 +12,20 @@ namespace portolan {
 /// The list as a table for people, and the text shown instead of an empty one. Pure functions.
 namespace ServiceTable {
 
-struct Look
+struct Layout
 {
     std::optional<int> columns; ///< the greatest width of a line; without it every text is shown in full
-    TerminalColors colors;
-    bool isSteady = false; ///< keeps the columns in place while probes are answered
+    bool isSteady = false;      ///< keeps the columns in place while probes are answered
+    bool hasHosts = false;      ///< whether there is a column that names the machines
 };
 
-/// A header and a line per service, in the given order, each ended by a line feed. Where the columns do not
-/// suffice, folder and name are shortened, then columns are left out, the least important first. Control
-/// characters in names are replaced.
-[[nodiscard]] QString of(const QList<Service> &services, const QSet<qint64> &pinnedPorts, const Look &look);
+/// A header and a line per service, in the given order. Where the columns do not suffice, folder and name are
+/// shortened, then columns are left out, the least important first. Control characters in names are replaced.
+[[nodiscard]] QList<StyledLine> of(const QList<ListedService> &services, const Layout &layout);
 
 /// The line shown on a terminal instead of an empty table: that nothing runs or, when `isSearching` hides
 /// what does, that nothing matches. Where it is wider than the terminal, only its first half.
-[[nodiscard]] QString emptyText(bool isSearching, const Look &look);
+[[nodiscard]] StyledLine emptyText(bool isSearching, std::optional<int> columns);
 
 } // namespace ServiceTable
 

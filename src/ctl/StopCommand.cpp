@@ -1,15 +1,18 @@
 #include "Commands.h"
 
 #include "FolderReader.h"
+#include "Machines.h"
 #include "Output.h"
 #include "PortScanner.h"
 #include "StopReport.h"
 #include "SystemSource.h"
 #include "TerminalText.h"
+#include "TerminationSignals.h"
+
+#include <QEventLoop>
 
 #include <algorithm>
 #include <csignal>
-#include <iterator>
 #include <optional>
 
 namespace portolan {
@@ -20,42 +23,89 @@ namespace {
 
 ScanResult scanFor(const QList<ServiceOperand> &operands)
 {
+    const std::unique_ptr<ProcessSource> source = SystemSource::make();
+    FolderReader files;
+    if (!std::ranges::all_of(operands, &QString::isEmpty, &ServiceOperand::name))
+        return PortScanner::scan(*source, files);
     QSet<qint64> ports;
     for (const ServiceOperand &operand : operands)
         ports.insert(operand.port);
-    const std::unique_ptr<ProcessSource> source = SystemSource::make();
-    FolderReader files;
     return PortScanner::scanPorts(*source, files, ports);
 }
 
-QString severalProcessesText(const QList<Service> &services)
+/// The servers to stop, and whether each operand means one. An operand that means several stops nothing.
+struct Choice
 {
-    QString text = u"%1 processes listen on port %2, stop one by its id:"_s.arg(services.size())
-                       .arg(services.first().port);
-    for (const Service &service : services) {
-        text += u"\n  "_s + service.id() + u"  "_s + TerminalText::harmless(service.displayName);
-        if (const auto folder = service.prettyFolder())
-            text += u"  "_s + TerminalText::harmless(*folder);
+    QList<ListedService> services;
+    bool isComplete = true;
+};
+
+Choice chosenBy(const QList<ServiceOperand> &operands, const QList<ListedService> &services)
+{
+    Choice choice;
+    bool isAmbiguous = false;
+    for (const ServiceOperand &operand : operands) {
+        const QList<ListedService> found = operand.in(services);
+        if (found.size() == 1) {
+            if (!choice.services.contains(found.first()))
+                choice.services.append(found.first());
+            continue;
+        }
+        choice.isComplete = false;
+        isAmbiguous |= !found.isEmpty();
+        Output::printError(found.isEmpty() ? operand.noneText() : operand.severalText(found));
     }
-    return text;
+    if (isAmbiguous)
+        choice.services.clear();
+    return choice;
 }
 
-/// The one server among `services` that `operand` means. Nothing, and a message, where there is none or more
-/// than one.
-std::optional<Service> findOne(const ServiceOperand &operand, const QList<Service> &services)
+int stopHere(const CommandLine &line)
 {
-    QList<Service> found;
-    std::ranges::copy_if(services, std::back_inserter(found),
-                         [&](const Service &service) { return operand.means(service); });
-    if (found.size() == 1)
-        return found.first();
-    if (!found.isEmpty())
-        Output::printError(severalProcessesText(found));
-    else if (operand.pid)
-        Output::printError(u"no server has the id %1-%2"_s.arg(*operand.pid).arg(operand.port));
-    else
-        Output::printError(u"no server on port %1"_s.arg(operand.port));
-    return std::nullopt;
+    const auto [services, identities] = scanFor(line.operands);
+    QList<ListedService> listed;
+    for (const Service &service : services)
+        listed.append({.service = service});
+    const Choice choice = chosenBy(line.operands, listed);
+    QList<Service> chosen;
+    for (const ListedService &one : choice.services)
+        chosen.append(one.service);
+    const bool haveEnded = StopReport::stopAll(chosen, identities);
+    return haveEnded && choice.isComplete ? ExitStatus::success : ExitStatus::failure;
+}
+
+int stopOnHosts(CommandLine line)
+{
+    line.probe = false;
+    Machines machines(line);
+    if (const int signal = machines.lookOnce())
+        return ExitStatus::endedBy(signal);
+    const Choice choice = chosenBy(line.operands, machines.services());
+    bool isDone = choice.isComplete && machines.problems().isEmpty();
+    QEventLoop loop;
+    const TerminationSignals signals;
+    QObject::connect(&signals, &TerminationSignals::received, &loop, &QEventLoop::exit);
+    qsizetype left = choice.services.size();
+    for (const ListedService &chosen : choice.services) {
+        const QString who = TerminalText::harmless(u"%1: %2 (process %3, port %4): "_s.arg(
+            chosen.host, chosen.service.displayName, QString::number(chosen.service.pid),
+            QString::number(chosen.service.port)));
+        machines.machine(chosen.host).stop(chosen.service, [&, who](const Machine::Outcome &outcome) {
+            if (outcome.hasFailed)
+                Output::printError(who + outcome.text);
+            else
+                (void)Output::write((who + outcome.text + u'\n').toUtf8());
+            isDone &= !outcome.hasFailed;
+            left -= outcome.isOver ? 1 : 0;
+            if (left == 0)
+                loop.quit();
+        });
+    }
+    if (left > 0) {
+        if (const int signal = loop.exec())
+            return ExitStatus::endedBy(signal);
+    }
+    return isDone ? ExitStatus::success : ExitStatus::failure;
 }
 
 } // namespace
@@ -65,19 +115,7 @@ int Commands::stop(const CommandLine &line)
     // A server that was sent SIGTERM is waited for, and killed if need be, also when nothing reads the
     // output.
     std::signal(SIGPIPE, SIG_IGN);
-
-    const auto [services, identities] = scanFor(line.operands);
-    QList<Service> chosen;
-    bool isDone = true;
-    for (const ServiceOperand &operand : line.operands) {
-        const auto service = findOne(operand, services);
-        isDone &= service.has_value();
-        if (service && !chosen.contains(*service))
-            chosen.append(*service);
-    }
-
-    isDone &= StopReport::stopAll(chosen, identities);
-    return isDone ? ExitStatus::success : ExitStatus::failure;
+    return line.hosts.isEmpty() ? stopHere(line) : stopOnHosts(line);
 }
 
 } // namespace portolan

@@ -50,4 +50,12 @@ QString TerminalColors::styled(TextStyle style, const QString &text) const
     return "\x1b["_L1 + chosen + u'm' + text + "\x1b[0m"_L1;
 }
 
+QString TerminalColors::styled(const StyledLine &line) const
+{
+    QString result;
+    for (const StyledText &piece : line)
+        result += styled(piece.style, piece.text);
+    return result;
+}
+
 } // namespace portolan

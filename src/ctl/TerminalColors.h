@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
 
 namespace portolan {
@@ -15,6 +16,17 @@ enum class TextStyle : quint8 {
     Pending,
     Offline,
 };
+
+struct StyledText
+{
+    QString text;
+    TextStyle style = TextStyle::Plain;
+
+    friend bool operator==(const StyledText &, const StyledText &) = default;
+};
+
+/// A line for a terminal: harmless texts side by side, without a line feed.
+using StyledLine = QList<StyledText>;
 
 /// Colours texts for a terminal, with as many colours as it has.
 class TerminalColors
@@ -34,6 +46,9 @@ public:
 
     /// `text` with the escape sequences of `style`; `text` itself without colours.
     [[nodiscard]] QString styled(TextStyle style, const QString &text) const;
+    [[nodiscard]] QString styled(const StyledLine &line) const;
+
+    [[nodiscard]] Depth depth() const { return m_depth; }
 
 private:
     Depth m_depth = Depth::None;

@@ -1,15 +1,17 @@
 #include "Commands.h"
 
-#include "KeyReader.h"
+#include "Machines.h"
 #include "Output.h"
 #include "Screen.h"
 #include "ServiceJson.h"
-#include "Session.h"
+#include "TerminalText.h"
 #include "TerminationSignals.h"
-#include "WatchFrame.h"
+#include "WatchView.h"
+#include "XdgOpen.h"
 
 #include <QEventLoop>
 #include <QTimer>
+#include <QUrl>
 
 #include <chrono>
 
@@ -20,72 +22,151 @@ using namespace std::chrono_literals;
 
 namespace {
 
+/// How long the row of a server that has been stopped says so.
+constexpr std::chrono::milliseconds noteDuration = 4s;
+/// What changes within this time is shown at once: every probe is a change.
+constexpr std::chrono::milliseconds redrawDelay = 20ms;
+
 // A write that was given up because the user asked the program to end has not failed.
 int statusAfterFailedWrite()
 {
     return TerminationSignals::isPending() ? ExitStatus::success : ExitStatus::failure;
 }
 
-// Changes that come at the same time cause one redraw.
-int watchOnScreen(ServiceStore &store)
+/// The live view on the terminal.
+class Watch : public QObject
 {
-    QEventLoop loop;
-    const TerminationSignals signals;
-    QObject::connect(&signals, &TerminationSignals::received, &loop, &QEventLoop::quit);
+public:
+    Watch(Machines &machines, const CommandLine &line)
+        : m_machines(machines)
+        , m_view(line.search, machines.order(), m_screen.readsKeys())
+    {
+        m_redraw.setSingleShot(true);
+        m_redraw.callOnTimeout(this, &Watch::draw);
+        connect(&m_machines, &Machines::changed, this, [this] {
+            m_isContentOld = true;
+            redrawSoon();
+        });
+        connect(&m_screen, &Screen::redrawNeeded, this, [this] { m_redraw.start(0ms); });
+        connect(&m_screen, &Screen::lost, &m_loop, &QEventLoop::quit);
+        connect(&m_screen, &Screen::entered, this,
+                [this](const Input &input) { obey(m_view.handle(input)); });
+    }
 
-    Screen screen;
-    KeyReader keys;
-    qsizetype first = 0;
-    QTimer redraw;
-    redraw.setSingleShot(true);
-    redraw.callOnTimeout(&screen, [&] {
-        const WatchFrame::Content content{.services = store.visible(),
-                                          .pinnedPorts = store.pinnedPorts(),
-                                          .isSearching = !store.services().isEmpty(),
-                                          .lastUpdated = store.lastUpdated(),
-                                          .first = first,
-                                          .readsKeys = screen.readsKeys()};
-        if (!screen.show(WatchFrame::of(content, Output::size(), Output::colors())))
-            loop.exit(statusAfterFailedWrite());
-    });
-    const auto redrawSoon = [&] { redraw.start(0ms); };
-    QObject::connect(&store, &ServiceStore::visibleChanged, &redraw, redrawSoon);
-    QObject::connect(&store, &ServiceStore::lastUpdatedChanged, &redraw, redrawSoon);
-    QObject::connect(&screen, &Screen::redrawNeeded, &redraw, redrawSoon);
-    QObject::connect(&screen, &Screen::typed, &loop, [&](char character) {
-        const auto key = keys.read(character);
-        if (key == Key::quit)
-            return loop.quit();
-        if (!key)
+    int run()
+    {
+        if (!m_screen.isOpen()) {
+            Output::printError(u"this terminal cannot show it"_s);
+            return ExitStatus::usageError;
+        }
+        connect(&m_signals, &TerminationSignals::received, &m_loop, &QEventLoop::quit);
+        draw();
+        m_machines.watch();
+        return m_loop.exec();
+    }
+
+private:
+    void redrawSoon()
+    {
+        if (!m_redraw.isActive())
+            m_redraw.start(redrawDelay);
+    }
+
+    void draw()
+    {
+        if (std::exchange(m_isContentOld, false))
+            m_view.setContent({.services = m_machines.services(),
+                               .lastUpdated = m_machines.lastUpdated(),
+                               .problems = m_machines.problems(),
+                               .hasHosts = m_machines.hasHosts()});
+        m_view.setSize(Output::size());
+        const WatchView::Frame frame = m_view.frame();
+        if (!m_screen.show(frame.lines, frame.highlighted))
+            m_loop.exit(statusAfterFailedWrite());
+    }
+
+    void obey(const WatchView::Request &request)
+    {
+        m_redraw.start(0ms);
+        const ListedService &chosen = request.service;
+        switch (request.kind) {
+        case WatchView::Request::None:
             return;
-        first = WatchFrame::scrolled(first, *key, store.visible().size(), Output::size());
-        redrawSoon();
-    });
+        case WatchView::Request::Quit:
+            return m_loop.quit();
+        case WatchView::Request::Refresh:
+            return m_machines.watch();
+        case WatchView::Request::Open:
+            return m_machines.machine(chosen.host)
+                .reach(chosen.service, answer([](const QString &address) {
+                           if (!XdgOpen::isInstalled())
+                               return u"There is no xdg-open to find a browser with"_s;
+                           XdgOpen::address(QUrl(address));
+                           return u"Opening "_s + address;
+                       }));
+        case WatchView::Request::Copy:
+            return m_machines.machine(chosen.host)
+                .reach(chosen.service, answer([this](const QString &address) {
+                           return m_screen.copy(address) ? u"Copied "_s + address
+                                                         : u"This terminal has no clipboard"_s;
+                       }));
+        case WatchView::Request::Stop:
+            return stop(chosen);
+        }
+    }
 
-    redrawSoon();
-    store.setAutoRefresh(true);
-    store.start();
-    return loop.exec();
-}
+    /// Uses the address of a server, and shows what that says or why there is none.
+    template <typename Use>
+    Machine::UseAddress answer(Use use)
+    {
+        return [this, use](const QString &address, const QString &reason) {
+            m_view.setMessage(address.isEmpty() ? reason : use(address));
+            m_redraw.start(0ms);
+        };
+    }
 
-// Prints one line per refresh, after its last probe.
-int watchAsJson(ServiceStore &store)
+    void stop(const ListedService &chosen)
+    {
+        m_machines.machine(chosen.host).stop(chosen.service, [this, chosen](const Machine::Outcome &outcome) {
+            m_view.setNote(chosen, outcome.text);
+            redrawSoon();
+            if (outcome.isOver)
+                QTimer::singleShot(noteDuration, this, [this, chosen] {
+                    m_view.setNote(chosen, {});
+                    redrawSoon();
+                });
+        });
+    }
+
+    Machines &m_machines;
+    const TerminationSignals m_signals;
+    QEventLoop m_loop;
+    Screen m_screen;
+    WatchView m_view;
+    QTimer m_redraw;
+    bool m_isContentOld = true;
+};
+
+// Prints a line whenever a machine has been looked at; machines that are looked at at the same time share
+// one.
+int watchAsJson(Machines &machines)
 {
     QEventLoop loop;
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, &loop, &QEventLoop::quit);
-
-    QTimer next;
-    next.setSingleShot(true);
-    const auto print = [&] {
-        if (Output::write(
-                ServiceJson::of(store.visible(), store.pinnedPorts(), ServiceJson::Layout::oneLine)))
-            next.start(ServiceStore::usualInterval);
-        else
+    QTimer print;
+    print.setSingleShot(true);
+    print.setInterval(machines.hasHosts() ? 200ms : 0ms);
+    print.callOnTimeout(&loop, [&] {
+        if (!Output::write(ServiceJson::of(machines.visible(), ServiceJson::Layout::oneLine)))
             loop.exit(statusAfterFailedWrite());
-    };
-    next.callOnTimeout(&loop, [&] { store.refresh(print); });
-    next.start(0s);
+    });
+    QObject::connect(&machines, &Machines::looked, &print, [&] {
+        machines.printNewProblems();
+        if (!print.isActive())
+            print.start();
+    });
+    machines.watch();
     return loop.exec();
 }
 
@@ -97,8 +178,10 @@ int Commands::watch(const CommandLine &line)
         Output::printError(u"'watch' needs a terminal, or option '--json'"_s);
         return ExitStatus::usageError;
     }
-    Session session(line);
-    return line.json ? watchAsJson(session.store()) : watchOnScreen(session.store());
+    Machines machines(line);
+    const int status = line.json ? watchAsJson(machines) : Watch(machines, line).run();
+    machines.printNewProblems();
+    return machines.problems().isEmpty() ? status : ExitStatus::failure;
 }
 
 } // namespace portolan

@@ -19,6 +19,8 @@ int run(const CommandLine &line)
         return Commands::list(line);
     case CommandLine::Command::Watch:
         return Commands::watch(line);
+    case CommandLine::Command::Wait:
+        return Commands::wait(line);
     case CommandLine::Command::Stop:
         return Commands::stop(line);
     case CommandLine::Command::Open:

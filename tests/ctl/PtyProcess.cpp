@@ -6,6 +6,7 @@
 #include <array>
 #include <csignal>
 #include <cstdlib>
+#include <utility>
 #include <vector>
 
 #include <poll.h>
@@ -117,9 +118,16 @@ void PtyProcess::setMode(const termios &mode) const
     tcsetattr(m_terminal, TCSANOW, &mode);
 }
 
+void PtyProcess::closeTerminal()
+{
+    close(std::exchange(m_terminal, -1));
+}
+
 // False once the program has closed the terminal.
 bool PtyProcess::readSome()
 {
+    if (m_terminal < 0)
+        return false;
     pollfd terminal{.fd = m_terminal, .events = POLLIN};
     if (poll(&terminal, 1, 20) <= 0)
         return true;

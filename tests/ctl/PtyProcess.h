@@ -44,6 +44,8 @@ public:
     [[nodiscard]] bool awaitStop() const;
     /// How the terminal treats input and output.
     [[nodiscard]] termios mode() const;
+    /// Makes the terminal go away, as the window of one does that is closed.
+    void closeTerminal();
     void setMode(const termios &mode) const;
 
 private:

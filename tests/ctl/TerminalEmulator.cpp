@@ -1,9 +1,11 @@
 #include "TerminalEmulator.h"
 
+#include "TerminalText.h"
+
 #include <QRegularExpression>
 
 #include <algorithm>
-#include <limits>
+#include <vector>
 
 namespace portolan {
 
@@ -11,103 +13,251 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+struct Cell
+{
+    QString text = u" "_s; // empty behind a wide character
+    bool isReversed = false;
+};
+using Line = std::vector<Cell>;
+
 class Emulator
 {
 public:
-    explicit Emulator(qsizetype columns)
-        : m_columns(columns)
+    explicit Emulator(TerminalSize size)
+        : m_size(size)
+        , m_bottom(size.rows - 1)
     {}
 
     void write(const QString &output)
     {
-        static const QRegularExpression sequence(u"^\x1b\\[([?0-9;]*)([A-Za-z])"_s);
+        static const QRegularExpression sequence(
+            u"\\G\x1b(?:\\[([?>]?[0-9;]*)([@A-Za-z`])|\\](52;)[^\x07]*\x07|([M=>78])|\\(B)"_s);
         for (qsizetype i = 0; i < output.size();) {
-            if (output[i] != u'\x1b') {
-                put(output[i++]);
+            const auto match = output[i] == u'\x1b' ? sequence.match(output, i) : QRegularExpressionMatch();
+            if (!match.hasMatch()) {
+                const qsizetype length = output[i].isHighSurrogate() ? 2 : 1;
+                put(output[i] == u'\x1b' ? u"<?>"_s : output.sliced(i, length));
+                i += length;
                 continue;
             }
-            const auto match = sequence.match(output.sliced(i));
-            obey(match.captured(1), match.captured(2));
-            i += std::max<qsizetype>(1, match.capturedLength());
+            i = match.capturedEnd();
+            if (match.captured(4) == u"M")
+                reverseLineFeed();
+            else if (!match.captured(2).isEmpty())
+                obey(match.captured(1), match.captured(2).front().unicode());
         }
     }
 
-    QStringList seen() const
-    {
-        QStringList lines = m_lines;
-        for (QString &line : lines) {
-            while (line.endsWith(u' '))
-                line.chop(1);
-        }
-        while (!lines.isEmpty() && lines.last().isEmpty())
-            lines.removeLast();
-        return lines;
-    }
+    [[nodiscard]] const std::vector<Line> &lines() const { return m_lines; }
 
 private:
-    void put(QChar character)
+    void put(const QString &text)
     {
-        if (character == u'\r') {
+        if (text == u"\r")
             m_column = 0;
-        } else if (character == u'\n') {
-            ++m_row;
-        } else {
-            if (m_column == m_columns) {
-                m_column = 0;
-                ++m_row;
-            }
-            QString &line = currentLine();
-            line = line.leftJustified(m_column);
-            line.replace(m_column++, 1, character);
-        }
+        else if (text == u"\n")
+            lineFeed();
+        else if (text == u"\b")
+            m_column = std::max(0, std::min(m_column, m_size.columns - 1) - 1);
+        else if (text != u"\x0f")
+            putVisible(text);
     }
 
-    void obey(const QString &parameters, const QString &function)
+    void putVisible(const QString &text)
     {
-        if (function == u"m")
+        const int width = TerminalText::width(text);
+        if (width == 0) {
+            if (m_column > 0)
+                cell(m_row, m_column - 1).text += text;
             return;
-        if (function == u"K") {
-            currentLine().truncate(cursor());
-        } else if (function == u"J") {
-            currentLine().truncate(cursor());
-            m_lines.resize(m_row + 1);
-        } else if (function == u"H" && parameters.isEmpty()) {
-            m_row = m_column = 0;
-        } else if (parameters == u"?1049" && function == u"h") {
-            m_before = std::exchange(m_lines, {});
-            m_row = m_column = 0;
-        } else if (parameters == u"?1049") {
-            m_lines = m_before;
-        } else if (parameters != u"?25") {
-            for (const QChar character : u"<?>"_s)
-                put(character);
+        }
+        if (m_column + width > m_size.columns) {
+            m_column = 0;
+            lineFeed();
+        }
+        for (int i = 0; i < width; ++i)
+            cell(m_row, m_column + i) = {i == 0 ? text : QString(), m_isReversed};
+        m_column += width;
+        m_last = text;
+    }
+
+    void lineFeed()
+    {
+        if (m_row == m_bottom)
+            scroll(m_top, 1);
+        else
+            m_row = std::min(m_row + 1, m_size.rows - 1);
+    }
+
+    void reverseLineFeed()
+    {
+        if (m_row == m_top)
+            scroll(m_top, -1);
+        else
+            m_row = std::max(0, m_row - 1);
+    }
+
+    // Moves the lines from `top` to the bottom of the region up, or down.
+    void scroll(int top, int lines)
+    {
+        for (int i = 0; i < std::abs(lines); ++i) {
+            line(m_bottom);
+            m_lines.erase(m_lines.begin() + (lines > 0 ? top : m_bottom));
+            m_lines.insert(m_lines.begin() + (lines > 0 ? m_bottom : top), Line());
         }
     }
 
-    // Behind a line's last column it stays there until something follows.
-    [[nodiscard]] qsizetype cursor() const { return std::min(m_column, m_columns - 1); }
-
-    QString &currentLine()
+    void obey(const QString &parameters, char16_t function)
     {
-        while (m_lines.size() <= m_row)
-            m_lines.append(QString());
-        return m_lines[m_row];
+        const QStringList texts = parameters.split(u';');
+        const int first = texts[0].toInt();
+        const int count = std::max(1, first);
+        const int column = std::min(m_column, m_size.columns - 1); // behind the last one until text follows
+        switch (function) {
+        case u'm':
+            for (const QString &text : texts) {
+                if (text == u"7")
+                    m_isReversed = true;
+                else if (text.toInt() == 0 || text == u"27")
+                    m_isReversed = false;
+            }
+            return;
+        case u'A':
+            m_row = std::max(0, m_row - count);
+            return;
+        case u'B':
+            m_row = std::min(m_size.rows - 1, m_row + count);
+            return;
+        case u'C':
+            m_column = std::min(m_size.columns - 1, m_column + count);
+            return;
+        case u'D':
+            m_column = std::max(0, column - count);
+            return;
+        case u'G':
+        case u'`':
+            m_column = count - 1;
+            return;
+        case u'd':
+            m_row = count - 1;
+            return;
+        case u'H':
+            m_row = count - 1;
+            m_column = std::max(1, texts.value(1).toInt()) - 1;
+            return;
+        case u'r':
+            m_top = count - 1;
+            m_bottom = (texts.value(1).isEmpty() ? m_size.rows : texts[1].toInt()) - 1;
+            m_row = m_column = 0;
+            return;
+        case u'K':
+            erase(m_row, first == 0 ? column : 0, first == 1 ? column + 1 : m_size.columns);
+            return;
+        case u'J':
+            erase(m_row, first == 0 ? column : 0, m_size.columns);
+            for (int row = first == 0 ? m_row + 1 : 0; row < int(m_lines.size()); ++row)
+                erase(row, 0, m_size.columns);
+            return;
+        case u'X':
+            erase(m_row, column, column + count);
+            return;
+        case u'P':
+            line(m_row).resize(size_t(m_size.columns));
+            line(m_row).erase(line(m_row).begin() + column, line(m_row).begin() + column + count);
+            return;
+        case u'@':
+            cell(m_row, column);
+            line(m_row).insert(line(m_row).begin() + column, size_t(count), Cell());
+            return;
+        case u'L':
+            return scroll(m_row, -count);
+        case u'M':
+            return scroll(m_row, count);
+        case u'S':
+            return scroll(m_top, count);
+        case u'T':
+            return scroll(m_top, -count);
+        case u'b':
+            for (int i = 0; i < count; ++i)
+                putVisible(QString(m_last));
+            return;
+        case u'h':
+        case u'l':
+            if (parameters.contains(u"1049"_s)) {
+                std::swap(m_lines, m_other);
+                if (function == u'h')
+                    m_lines.clear();
+                m_row = m_column = 0;
+            }
+            return;
+        case u't':
+            return;
+        default:
+            put(u"<?>"_s);
+        }
     }
 
-    qsizetype m_columns;
-    QStringList m_lines;
-    QStringList m_before;
-    qsizetype m_row = 0;
-    qsizetype m_column = 0;
+    void erase(int row, int from, int to)
+    {
+        Line &cells = line(row);
+        for (int column = from; column < std::min(to, int(cells.size())); ++column)
+            cells[size_t(column)] = {};
+    }
+
+    Line &line(int row)
+    {
+        if (int(m_lines.size()) <= row)
+            m_lines.resize(size_t(row) + 1);
+        return m_lines[size_t(row)];
+    }
+
+    Cell &cell(int row, int column)
+    {
+        Line &cells = line(row);
+        if (int(cells.size()) <= column)
+            cells.resize(size_t(column) + 1);
+        return cells[size_t(column)];
+    }
+
+    const TerminalSize m_size;
+    std::vector<Line> m_lines;
+    std::vector<Line> m_other;
+    int m_row = 0;
+    int m_column = 0;
+    int m_top = 0;
+    int m_bottom;
+    bool m_isReversed = false;
+    QString m_last;
 };
 
 } // namespace
 
-QStringList seenOnTerminal(const QByteArray &output, std::optional<int> columns)
+QStringList seenOnTerminal(const QByteArray &output, TerminalSize size)
 {
-    Emulator emulator(columns.value_or(std::numeric_limits<int>::max()));
+    Emulator emulator(size);
     emulator.write(QString::fromUtf8(output));
-    return emulator.seen();
+    QStringList lines;
+    for (const Line &cells : emulator.lines()) {
+        QString line;
+        for (const Cell &cell : cells)
+            line += cell.text;
+        while (line.endsWith(u' '))
+            line.chop(1);
+        lines.append(line);
+    }
+    while (!lines.isEmpty() && lines.last().isEmpty())
+        lines.removeLast();
+    return lines;
+}
+
+std::optional<int> reversedLine(const QByteArray &output, TerminalSize size)
+{
+    Emulator emulator(size);
+    emulator.write(QString::fromUtf8(output));
+    const auto line = std::ranges::find_if(
+        emulator.lines(), [](const Line &cells) { return std::ranges::any_of(cells, &Cell::isReversed); });
+    return line == emulator.lines().end() ? std::nullopt
+                                          : std::optional(int(line - emulator.lines().begin()));
 }
 
 } // namespace portolan

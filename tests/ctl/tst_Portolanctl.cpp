@@ -1,8 +1,13 @@
+#include "Eventually.h"
+#include "FakePrograms.h"
+#include "JsonSchema.h"
 #include "PortolanctlTest.h"
 #include "PtyProcess.h"
 #include "ScopedEnvironment.h"
 #include "ScriptedServer.h"
 #include "TerminalEmulator.h"
+#include "TerminalText.h"
+#include "TestServer.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -60,6 +65,7 @@ protected:
         const auto document = QJsonDocument::fromJson(outcome.output, &error);
         EXPECT_EQ(error.error, QJsonParseError::NoError) << error.errorString().toStdString();
         EXPECT_TRUE(document.isArray());
+        EXPECT_TRUE(JsonSchema().allows(outcome.output)) << outcome.output.toStdString();
         return document.array();
     }
 
@@ -267,7 +273,7 @@ TEST_F(Portolanctl, RefusesWhatMakesNoSenseInOneLine)
 {
     const QList<QStringList> lines{{u"lst"_s},
                                    {u"list"_s, u"--nonsense"_s},
-                                   {u"list"_s, u"3000"_s},
+                                   {u"watch"_s, u"3000"_s},
                                    {u"list"_s, u"--sort=size"_s},
                                    {u"list"_s, u"--search"_s},
                                    {u"watch"_s}};
@@ -286,8 +292,8 @@ TEST_F(Portolanctl, TellsItsVersionAndHowToUseIt)
     EXPECT_EQ(run({u"--version"_s}).output, "portolanctl " PORTOLAN_VERSION "\n");
     const Outcome help = run({u"--help"_s});
     EXPECT_EQ(help.status, 0);
-    for (const char *word : {"list", "watch", "stop", "open", "--json", "--no-probe", "--search", "--sort",
-                             "--help", "--version"})
+    for (const char *word : {"list", "watch", "wait", "stop", "open", "--host", "--json", "--no-probe",
+                             "--search", "--sort", "--help", "--version"})
         EXPECT_TRUE(help.output.contains(word)) << word;
 }
 
@@ -307,7 +313,7 @@ TEST_F(Portolanctl, HasAManPageThatTellsAllThatTheHelpTells)
             QRegularExpression(u"^\\.BI? \"? ?"_s + word, QRegularExpression::MultilineOption)))
             << word.toStdString();
     }
-    EXPECT_EQ(words.size(), 10);
+    EXPECT_EQ(words.size(), 12);
 }
 
 TEST_F(Portolanctl, EndsQuietlyWhenNobodyReadsOn)
@@ -409,162 +415,380 @@ TEST_F(Portolanctl, SaysWhenNothingMatches)
     EXPECT_EQ(seenOnTerminal(list.output()), QStringList{u"No matches · Try a different name or port."_s});
 }
 
-TEST_F(Portolanctl, WatchFollowsWhatHappens)
+/// portolanctl watch on a terminal, of this test's servers alone.
+class PortolanctlWatch : public Portolanctl
+{
+protected:
+    /// The terminal shows `portolanctl watch` with `arguments`.
+    void start(const QStringList &arguments = {}, TerminalSize size = {.columns = 120, .rows = 30},
+               const QByteArray &term = "xterm-256color")
+    {
+        m_size = size;
+        PtyProcess::Options all = options(size.columns);
+        all.rows = size.rows;
+        all.environment.emplaceBack("TERM", term);
+        m_watch.emplace(program, QStringList{u"watch"_s} + ownOnly() + arguments, all);
+    }
+    [[nodiscard]] PtyProcess &watch() { return *m_watch; }
+    [[nodiscard]] QStringList seen() const { return seenOnTerminal(m_watch->output(), m_size); }
+    [[nodiscard]] QString chosen() const
+    {
+        const auto line = reversedLine(m_watch->output(), m_size);
+        return line ? seen().value(*line) : QString();
+    }
+    [[nodiscard]] bool awaitLine(const QString &part)
+    {
+        return m_watch->readUntil([&] { return !seen().filter(part).isEmpty(); });
+    }
+    [[nodiscard]] bool awaitFooter() { return awaitLine(u"q quit"_s); }
+    void resize(TerminalSize size)
+    {
+        m_size = size;
+        m_watch->resize(size.columns, size.rows);
+    }
+    /// Types q and expects the end, with the terminal as it was.
+    void quit()
+    {
+        m_watch->type("q");
+        EXPECT_EQ(m_watch->exitStatus(), 0);
+        EXPECT_EQ(seen(), QStringList());
+    }
+    [[nodiscard]] static std::vector<std::unique_ptr<ScriptedServer>>
+    servers(int count, const ScriptedServer::Script &script)
+    {
+        std::vector<std::unique_ptr<ScriptedServer>> all;
+        for (int i = 0; i < count; ++i)
+            all.push_back(std::make_unique<ScriptedServer>(script));
+        std::ranges::sort(all, {}, &ScriptedServer::port);
+        return all;
+    }
+
+private:
+    std::optional<PtyProcess> m_watch;
+    TerminalSize m_size;
+};
+
+TEST_F(PortolanctlWatch, FollowsWhatHappens)
 {
     auto server = std::make_unique<ScriptedServer>(m_ok);
     const quint16 port = server->port();
-    PtyProcess watch(program, QStringList{u"watch"_s} + ownOnly(), options());
-    const auto seen = [&] { return linesOf(seenOnTerminal(watch.output()), port); };
+    start();
+    const auto lines = [&] { return linesOf(seen(), port); };
     ASSERT_TRUE(
-        watch.readUntil([&] { return seen().size() == 1 && seen().first().contains(u"Online 200"_s); }));
+        watch().readUntil([&] { return lines().size() == 1 && lines().first().contains(u"Online 200"_s); }));
     server.reset();
-    EXPECT_TRUE(watch.readUntil([&] { return seen().isEmpty(); }));
+    EXPECT_TRUE(watch().readUntil([&] { return lines().isEmpty(); }));
     const ScriptedServer next(m_ok);
-    EXPECT_TRUE(
-        watch.readUntil([&] { return linesOf(seenOnTerminal(watch.output()), next.port()).size() == 1; }));
-    watch.type("q");
-    EXPECT_EQ(watch.exitStatus(), 0);
+    EXPECT_TRUE(watch().readUntil([&] { return linesOf(seen(), next.port()).size() == 1; }));
+    quit();
 }
 
-class PortolanctlWatchEnds : public Portolanctl, public testing::WithParamInterface<const char *>
+class PortolanctlWatchEnds : public PortolanctlWatch, public testing::WithParamInterface<const char *>
 {};
 
 TEST_P(PortolanctlWatchEnds, AndLeavesTheTerminalAsItWas)
 {
-    PtyProcess watch(program, QStringList{u"watch"_s} + ownOnly(), options());
-    const termios before = watch.mode();
-    ASSERT_TRUE(watch.readUntil([&] { return watch.output().contains("q to quit"); }));
-    EXPECT_FALSE(watch.mode().c_lflag & ECHO);
+    start();
+    const termios before = watch().mode();
+    ASSERT_TRUE(awaitFooter());
+    EXPECT_FALSE(watch().mode().c_lflag & ECHO);
     const QByteArray how = GetParam();
     if (how == "q")
-        watch.type("q");
+        watch().type("q");
     else if (how == "ControlC")
-        watch.type("\x03");
+        watch().type("\x03");
     else
-        watch.sendSignal(how == "Terminated" ? SIGTERM : SIGHUP);
-    ASSERT_TRUE(watch.readUntil([&] { return watch.output().contains("\x1b[?1049l"); }));
-    EXPECT_EQ(watch.exitStatus(), 0);
-    EXPECT_EQ(watch.mode().c_lflag, before.c_lflag);
-    EXPECT_TRUE(watch.output().contains("\x1b[?25h"));
-    EXPECT_EQ(seenOnTerminal(watch.output()), QStringList());
+        watch().sendSignal(how == "Terminated" ? SIGTERM : SIGHUP);
+    EXPECT_EQ(watch().exitStatus(), 0);
+    EXPECT_EQ(watch().mode().c_lflag, before.c_lflag);
+    EXPECT_EQ(watch().mode().c_iflag, before.c_iflag);
+    EXPECT_EQ(watch().mode().c_cc[VQUIT], before.c_cc[VQUIT]);
+    for (const char *end : {"\x1b[?1049l", "1000l"})
+        EXPECT_TRUE(watch().output().contains(end)) << end;
+    EXPECT_EQ(seen(), QStringList());
 }
 
 INSTANTIATE_TEST_SUITE_P(By, PortolanctlWatchEnds, testing::Values("q", "ControlC", "Terminated", "HungUp"),
                          [](const auto &row) { return std::string(row.param); });
 
-TEST_F(Portolanctl, WatchKnowsNoOtherKeys)
+TEST_F(PortolanctlWatch, EndsAlsoOnATerminalThatTakesNoMore)
 {
-    PtyProcess watch(program, {u"watch"_s}, options());
-    ASSERT_TRUE(watch.readUntil([&] { return watch.output().contains("q to quit"); }));
-    watch.type("x\x1a\x1c"); // Control-Z, Control-\: they would leave the terminal as it is now
-    watch.type("q");
-    EXPECT_EQ(watch.exitStatus(), 0);
-    EXPECT_TRUE(watch.output().contains("\x1b[?1049l"));
+    start();
+    ASSERT_TRUE(awaitFooter());
+    watch().type("\x13"); // Control-S
+    watch().sendSignal(SIGTERM);
+    EXPECT_EQ(watch().exitStatus(), 0);
 }
 
-TEST_F(Portolanctl, WatchEndsAlsoOnATerminalThatTakesNoMore)
+TEST_F(PortolanctlWatch, EndsWhereTheTerminalGoesAwayThoughItHearsOfNoHangUp)
 {
-    PtyProcess watch(program, {u"watch"_s}, options());
-    ASSERT_TRUE(watch.readUntil([&] { return watch.output().contains("q to quit"); }));
-    watch.type("\x13"); // Control-S
-    watch.sendSignal(SIGTERM);
-    EXPECT_EQ(watch.exitStatus(), 0);
+    const std::pair<QByteArray, QByteArray> settings("XDG_CONFIG_HOME", configFolder().toUtf8());
+    PtyProcess shell(u"/bin/sh"_s, {u"-c"_s, u"trap '' HUP; exec \"$1\" watch"_s, u"sh"_s, program},
+                     {.environment = {settings, {"TERM", "xterm"}}});
+    ASSERT_TRUE(shell.readUntil([&] { return shell.output().contains("q quit"); }));
+    shell.closeTerminal();
+    EXPECT_EQ(shell.exitStatus(), 0);
 }
 
-TEST_F(Portolanctl, WatchTakesTheTerminalBackAfterHavingBeenStopped)
+TEST_F(PortolanctlWatch, IsSuspendedByControlZAndComesBack)
 {
-    PtyProcess watch(program, {u"watch"_s}, options());
-    const termios others = watch.mode();
-    const QByteArrayView ownScreen = "\x1b[?1049h\x1b[?25l";
-    const auto hasPicture = [&] {
-        return watch.output().indexOf("Updated", watch.output().lastIndexOf(ownScreen)) > 0;
-    };
-    ASSERT_TRUE(watch.readUntil(hasPicture));
-    EXPECT_EQ(watch.output().count(ownScreen), 1);
-    watch.sendSignal(SIGSTOP);
-    ASSERT_TRUE(watch.awaitStop());
-    watch.setMode(others); // as a shell does, which writes here too
-    watch.sendSignal(SIGCONT);
-    ASSERT_TRUE(watch.readUntil([&] { return watch.output().count(ownScreen) == 2 && hasPicture(); }));
-    EXPECT_FALSE(watch.mode().c_lflag & ICANON);
-    watch.type("q");
-    EXPECT_EQ(watch.exitStatus(), 0);
-    EXPECT_EQ(watch.mode().c_lflag, others.c_lflag);
+    start();
+    const termios before = watch().mode();
+    ASSERT_TRUE(awaitFooter());
+    watch().type("\x1a");
+    ASSERT_TRUE(watch().awaitStop());
+    EXPECT_TRUE(watch().readUntil([&] { return seen().isEmpty(); }));
+    EXPECT_EQ(watch().mode().c_lflag, before.c_lflag);
+    watch().sendSignal(SIGCONT);
+    ASSERT_TRUE(awaitFooter());
+    EXPECT_FALSE(watch().mode().c_lflag & ICANON);
+    quit();
 }
 
-TEST_F(Portolanctl, WatchSaysHowToQuitWhereItReadsNoKeys)
+TEST_F(PortolanctlWatch, TakesTheTerminalBackAfterHavingBeenStopped)
+{
+    start();
+    const termios others = watch().mode();
+    ASSERT_TRUE(awaitFooter());
+    watch().sendSignal(SIGSTOP);
+    ASSERT_TRUE(watch().awaitStop());
+    watch().setMode(others); // as a shell does, which writes here too
+    watch().sendSignal(SIGCONT);
+    ASSERT_TRUE(watch().readUntil([&] { return watch().output().count("\x1b[?1049h") == 2; }));
+    ASSERT_TRUE(awaitFooter());
+    EXPECT_FALSE(watch().mode().c_lflag & ICANON);
+    quit();
+    EXPECT_EQ(watch().mode().c_lflag, others.c_lflag);
+}
+
+TEST_F(PortolanctlWatch, SaysHowToQuitWhereItReadsNoKeys)
 {
     PtyProcess watch(u"/bin/sh"_s, {u"-c"_s, u"exec \"$1\" watch < /dev/null"_s, u"sh"_s, program},
                      options());
     EXPECT_TRUE(watch.readUntil([&] { return watch.output().contains("Control-C to quit"); }));
-    EXPECT_FALSE(watch.output().contains("q to quit"));
+    EXPECT_FALSE(watch.output().contains("q quit"));
     watch.type("\x03");
     EXPECT_EQ(watch.exitStatus(), 0);
 }
 
-TEST_F(Portolanctl, WatchFollowsTheSizeOfTheTerminal)
+TEST_F(PortolanctlWatch, FollowsTheSizeOfTheTerminal)
+{
+    const auto all = servers(12, m_ok);
+    start({u"--no-probe"_s});
+    ASSERT_TRUE(
+        watch().readUntil([&] { return seen().value(0).endsWith(u"FOLDER"_s) && seen().size() == 15; }));
+    for (const TerminalSize size : {TerminalSize{50, 20}, TerminalSize{31, 10}, TerminalSize{120, 40}}) {
+        resize(size);
+        EXPECT_TRUE(watch().readUntil([&] {
+            const QStringList lines = seen();
+            return lines.value(0).endsWith(size.columns == 31   ? u"STATUS"_s
+                                           : size.columns == 50 ? u"UPTIME"_s
+                                                                : u"FOLDER"_s) &&
+                   lines.size() == std::min(15, size.rows) && lines.last().startsWith(u"Updated"_s);
+        })) << seen().join(u'\n').toStdString();
+    }
+    quit();
+}
+
+TEST_F(PortolanctlWatch, ObeysTheKeysOfTheTerminal)
+{
+    const auto all = servers(30, m_ok);
+    start({u"--no-probe"_s}, {.columns = 120, .rows = 12}); // eight at once
+    const auto choosesAfter = [&](QByteArrayView keys, size_t row) {
+        watch().type(keys);
+        return watch().readUntil([&] { return linesOf({chosen()}, all[row]->port()).size() == 1; });
+    };
+    EXPECT_TRUE(choosesAfter("", 0));
+    EXPECT_TRUE(choosesAfter("\x1bOB", 1));
+    EXPECT_TRUE(choosesAfter("j", 2));
+    EXPECT_TRUE(choosesAfter("\x1b[6~", 10));
+    EXPECT_TRUE(choosesAfter("\x1bOA", 9));
+    EXPECT_TRUE(choosesAfter("k", 8));
+    EXPECT_TRUE(choosesAfter("\x1b[5~", 0));
+    EXPECT_TRUE(choosesAfter("\x1bOF", 29));
+    EXPECT_TRUE(choosesAfter("\x1bOH", 0));
+    EXPECT_TRUE(choosesAfter("\x1b[<65;1;1M", 3)) << "the wheel";
+    EXPECT_TRUE(choosesAfter("\x1b[<0;5;4M\x1b[<0;5;4m", 5)) << "a click";
+    quit();
+}
+
+TEST_F(PortolanctlWatch, SearchesSortsAndShowsItsKeys)
+{
+    const auto all = servers(3, m_ok);
+    const QByteArray last = QByteArray::number(all[2]->port());
+    start({u"--no-probe"_s});
+    ASSERT_TRUE(watch().readUntil([&] { return seen().size() == 6; }));
+    watch().type("\x1b"); // clears what was searched for on the command line
+    watch().type('/' + last);
+    EXPECT_TRUE(awaitLine(u'/' + QString::fromLatin1(last) + u"_ · Enter: done"_s));
+    EXPECT_TRUE(
+        watch().readUntil([&] { return seen().value(1).trimmed().startsWith(QString::fromLatin1(last)); }));
+    watch().type("\x1b");
+    EXPECT_TRUE(
+        watch().readUntil([&] { return seen().filter(u"/"_s + QString::fromLatin1(last)).isEmpty(); }));
+    watch().type("O");
+    EXPECT_TRUE(awaitLine(u"Sorted by name"_s));
+    watch().type("?");
+    EXPECT_TRUE(awaitLine(u"s, then y     stop"_s));
+    watch().type(" r");
+    EXPECT_TRUE(awaitLine(u"Refreshing…"_s));
+    quit();
+}
+
+TEST_F(PortolanctlWatch, StopsAServerAndShowsWhatCameOfIt)
+{
+    const QString listens = u"import socket, time\ns = socket.create_server(('127.0.0.1', 0))\n"
+                            "print(s.getsockname()[1], flush=True)\ntime.sleep(600)\n"_s;
+    TestServer server(TestServer::python(listens), folder());
+    start({u"--no-probe"_s});
+    ASSERT_TRUE(watch().readUntil([&] { return chosen().contains(server.port()); }));
+    watch().type("s");
+    EXPECT_TRUE(awaitLine(u"y: stop shop (process %1, port %2)"_s.arg(server.pid()).arg(server.port())));
+    watch().type("n");
+    EXPECT_TRUE(awaitFooter());
+    EXPECT_TRUE(server.isRunning());
+    watch().type("sy");
+    EXPECT_TRUE(awaitLine(u"Stopped in 0."_s));
+    EXPECT_TRUE(linesOf(seen().filter(u"Stopped in"_s), quint16(server.port().toInt())).size() == 1);
+    EXPECT_EQ(server.endedBy(), SIGTERM);
+    EXPECT_TRUE(watch().readUntil([&] { return seen().filter(u"Stopped in"_s).isEmpty(); }));
+    quit();
+}
+
+TEST_F(PortolanctlWatch, OpensAndCopiesTheAddress)
+{
+    FakePrograms programs;
+    programs.install(u"xdg-open"_s);
+    const ScopedEnvironment path("PATH", programs.folder().toLocal8Bit() + ':' + qgetenv("PATH"));
+    const ScriptedServer server(m_ok);
+    const QString address = u"http://localhost:%1"_s.arg(server.port());
+    start({u"--no-probe"_s});
+    ASSERT_TRUE(watch().readUntil([&] { return !chosen().isEmpty(); }));
+    watch().type("\r");
+    EXPECT_TRUE(awaitLine(u"Opening "_s + address));
+    EXPECT_TRUE(eventually([&] { return programs.wasStarted(u"xdg-open"_s); }));
+    EXPECT_EQ(programs.record(u"xdg-open"_s).arguments, QStringList{address});
+    watch().type("c");
+    EXPECT_TRUE(awaitLine(u"Copied "_s + address));
+    EXPECT_TRUE(watch().output().contains("\x1b]52;c;" + address.toLatin1().toBase64() + '\a'));
+    quit();
+}
+
+TEST_F(PortolanctlWatch, CopiesNothingOnTheConsole)
 {
     const ScriptedServer server(m_ok);
-    PtyProcess watch(program, QStringList{u"watch"_s} + ownOnly(), options(120));
-    const auto lines = [&] { return seenOnTerminal(watch.output()); };
-    ASSERT_TRUE(watch.readUntil([&] { return lines().value(0).endsWith(u"FOLDER"_s); }));
-    watch.resize(50, 20);
-    EXPECT_TRUE(watch.readUntil([&] {
-        const bool isNarrow =
-            std::ranges::all_of(lines(), [](const QString &line) { return line.size() <= 50; });
-        return isNarrow && lines().value(0).contains(u"PORT"_s) && !lines().value(0).contains(u"FOLDER"_s);
-    }));
-    watch.type("q");
-    EXPECT_EQ(watch.exitStatus(), 0);
+    start({u"--no-probe"_s}, {.columns = 80, .rows = 25}, "linux");
+    ASSERT_TRUE(watch().readUntil([&] { return watch().output().contains("shop"); }));
+    watch().type("c");
+    ASSERT_TRUE(watch().readUntil([&] { return watch().output().contains("has no clipboard"); }));
+    EXPECT_FALSE(watch().output().contains("]52;"));
+    watch().type("q");
+    EXPECT_EQ(watch().exitStatus(), 0);
 }
 
-TEST_F(Portolanctl, WatchScrollsWhatDoesNotFit)
+TEST_F(PortolanctlWatch, WorksOnATerminalThatThisMachineDoesNotKnow)
 {
-    std::vector<std::unique_ptr<ScriptedServer>> servers;
-    std::vector<quint16> ports;
-    for (int i = 0; i < 6; ++i) {
-        servers.push_back(std::make_unique<ScriptedServer>(m_ok));
-        ports.push_back(servers.back()->port());
-    }
-    std::ranges::sort(ports);
-    PtyProcess watch(program, QStringList{u"watch"_s, u"--no-probe"_s} + ownOnly(), options());
-    watch.resize(120, 7); // a header, three servers, what is said about the others, air, the footer
-    const auto shows = [&](size_t first, const QString &others) {
-        return watch.readUntil([&] {
-            const QStringList lines = seenOnTerminal(watch.output());
-            return lines.size() == 7 && linesOf(lines.sliced(1, 1), ports[first]).size() == 1 &&
-                   lines[4] == others;
-        });
-    };
-    EXPECT_TRUE(shows(0, u"… 3 more"_s));
-    watch.type("\x1b[B");
-    EXPECT_TRUE(shows(1, u"… 1 above, 2 more"_s));
-    watch.type("\x1b[6~");
-    EXPECT_TRUE(shows(3, u"… 3 above"_s));
-    watch.type("k");
-    EXPECT_TRUE(shows(2, u"… 2 above, 1 more"_s));
-    watch.type("\x1b[H");
-    EXPECT_TRUE(shows(0, u"… 3 more"_s));
-    watch.type("q");
-    EXPECT_EQ(watch.exitStatus(), 0);
+    const ScriptedServer server(m_ok);
+    start({u"--no-probe"_s}, {.columns = 80, .rows = 25}, "some-new-terminal");
+    EXPECT_TRUE(watch().readUntil([&] { return linesOf(seen(), server.port()).size() == 1; }));
+    quit();
 }
 
-TEST_F(Portolanctl, WatchCutsNothingOffAFullLine)
+TEST_F(PortolanctlWatch, CutsNothingOffAFullLine)
 {
     const QString deep = folder() + u'/' + QString(150, u'd') + u"/end!"_s;
     ASSERT_TRUE(QDir().mkpath(deep));
     ASSERT_TRUE(QDir::setCurrent(deep));
     const ScriptedServer server(m_ok);
     for (const int columns : {90, 101, 120}) {
-        PtyProcess watch(program, QStringList{u"watch"_s} + ownOnly(), options(columns));
-        EXPECT_TRUE(watch.readUntil([&] {
-            const QStringList lines = seenOnTerminal(watch.output(), columns);
+        start({}, {.columns = columns, .rows = 24});
+        EXPECT_TRUE(watch().readUntil([&] {
+            const QStringList lines = seen();
             return lines.size() == 4 && lines[1].size() == columns && lines[1].endsWith(u"/end!"_s) &&
                    lines[3].startsWith(u"Updated"_s);
-        })) << seenOnTerminal(watch.output(), columns).join(u'\n').toStdString();
-        watch.type("q");
-        EXPECT_EQ(watch.exitStatus(), 0);
+        })) << seen().join(u'\n').toStdString();
+        quit();
     }
+}
+
+TEST_F(PortolanctlWatch, ShowsWideAndCombiningCharactersInTheirColumns)
+{
+    const QString name = u"日本 Größe e\u0301 한글"_s;
+    ASSERT_TRUE(QDir(folder()).mkdir(name));
+    ASSERT_TRUE(QDir::setCurrent(folder() + u'/' + name));
+    const ScriptedServer server(m_ok);
+    start({u"--no-probe"_s});
+    EXPECT_TRUE(awaitLine(name + u"  "_s)) << seen().join(u'\n').toStdString();
+    const QStringList lines = seen();
+    const int header = int(lines[0].indexOf(u"FRAMEWORK"_s));
+    const QString before = lines[1].first(lines[1].indexOf(name) + name.size() + 2);
+    EXPECT_EQ(TerminalText::width(before), header);
+    quit();
+}
+
+// Every character that Unicode counts among the controls and the formats, but for the joiners, as the name of
+// a folder and so of a server.
+TEST_F(PortolanctlWatch, WritesNoControlCharacterOfAName)
+{
+    QString name;
+    QString evil;
+    for (char32_t character = 1; character <= QChar::LastValidCodePoint; ++character) {
+        const QChar::Category category = QChar::category(character);
+        const bool isControl = category == QChar::Other_Control || category == QChar::Other_Format ||
+                               category == QChar::Separator_Line || category == QChar::Separator_Paragraph;
+        if (isControl && character != 0x200C && character != 0x200D)
+            evil += QChar::fromUcs4(character);
+    }
+    const QString parent = QDir::currentPath();
+    for (const uint character : evil.toUcs4()) {
+        name += QChar::fromUcs4(character);
+        if (name.toUtf8().size() < 240 && !evil.endsWith(name))
+            continue;
+        QDir::setCurrent(parent);
+        ASSERT_TRUE(QDir().mkdir(u"x"_s + name));
+        ASSERT_TRUE(QDir::setCurrent(u"x"_s + name));
+        const ScriptedServer server(m_ok);
+        start({u"--no-probe"_s}, {.columns = 900, .rows = 12});
+        ASSERT_TRUE(watch().readUntil([&] { return linesOf(seen(), server.port()).size() == 1; }));
+        watch().type("s");
+        ASSERT_TRUE(awaitLine(u"y: stop "_s));
+        const QString output = QString::fromUtf8(watch().output());
+        for (const uint raw : name.toUcs4()) {
+            // ncurses writes these of its own, and how they look tells whether it was it.
+            const bool isOfScreen = raw < ' ' && QByteArrayView("\x1b\r\n\b\x0e\x0f").contains(char(raw));
+            EXPECT_TRUE(isOfScreen || !output.contains(QChar::fromUcs4(raw))) << std::hex << raw;
+        }
+        EXPECT_TRUE(seen().filter(u"<?>"_s).isEmpty()) << seen().join(u'\n').toStdString();
+        EXPECT_EQ(seen().size(), 4);
+        watch().type("n");
+        quit();
+        name.clear();
+    }
+}
+
+TEST_F(Portolanctl, DoesNotWatchOnADumbTerminal)
+{
+    PtyProcess::Options dumb = options();
+    dumb.environment.emplaceBack("TERM", "dumb");
+    PtyProcess watch(program, {u"watch"_s}, dumb);
+    EXPECT_EQ(watch.exitStatus(), 2);
+    EXPECT_EQ(watch.output(), "portolanctl: 'watch' needs a terminal, or option '--json'\r\n");
+}
+
+TEST_F(Portolanctl, ListsServersByName)
+{
+    ASSERT_TRUE(QDir(folder()).mkdir(u"only-this"_s));
+    const ScriptedServer other(m_ok);
+    ASSERT_TRUE(QDir::setCurrent(folder() + u"/only-this"_s));
+    const ScriptedServer server(m_ok);
+    // The folder of a process is one, so both are called after it.
+    EXPECT_EQ(services({u"list"_s, u"--json"_s, u"--no-probe"_s, u"only-t"_s, QString::number(server.port())})
+                  .size(),
+              2);
+    const Outcome outcome = run({u"list"_s, u"--json"_s, u"--no-probe"_s, u"no such server"_s});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.output, "[\n]\n");
+    EXPECT_EQ(outcome.error, "portolanctl: no server is called 'no such server'\n");
 }
 
 TEST_F(Portolanctl, WatchPrintsALineOfJsonPerRefresh)
@@ -576,7 +800,9 @@ TEST_F(Portolanctl, WatchPrintsALineOfJsonPerRefresh)
     for (int refresh = 0; refresh < 2; ++refresh) {
         while (!watch.canReadLine() && watch.waitForReadyRead(60'000)) {
         }
-        const auto document = QJsonDocument::fromJson(watch.readLine());
+        const QByteArray line = watch.readLine();
+        EXPECT_TRUE(JsonSchema().allows(line)) << line.toStdString();
+        const auto document = QJsonDocument::fromJson(line);
         ASSERT_TRUE(document.isArray());
         EXPECT_EQ(withPort(document.array(), server.port())[u"health"_s][u"state"_s].toString(),
                   u"healthy"_s);

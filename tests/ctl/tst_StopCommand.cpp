@@ -124,7 +124,7 @@ TEST_F(StopCommand, AsksWhichOfTheProcessesOnAPortIsMeant)
     const QStringList lines = QString::fromUtf8(outcome.error).split(u'\n');
     ASSERT_EQ(lines.size(), 4) << outcome.error.toStdString();
     EXPECT_EQ(lines[0],
-              u"portolanctl: 2 processes listen on port %1, stop one by its id:"_s.arg(server.port()));
+              u"portolanctl: 2 processes listen on port %1, name one by its id:"_s.arg(server.port()));
     const QString where = u"  shop  "_s + HomeFolder::abbreviated(folder(), HomeFolder::paths());
     EXPECT_TRUE(lines.contains(u"  %1%2"_s.arg(server.id(), where))) << outcome.error.toStdString();
     EXPECT_TRUE(lines.contains(u"  %1-%2%3"_s.arg(child, server.port(), where)));
@@ -185,17 +185,53 @@ TEST_F(StopCommand, TellsAProcessOnce)
 TEST_F(StopCommand, DoesNothingIfAnOperandMakesNoSense)
 {
     TestServer server(TestServer::python(obedient), folder());
-    for (const QString &operand : {u"shop"_s, u"0"_s, u"70000"_s, u"12-"_s, u"a\x1b[31m\x07\nb"_s}) {
+    for (const QString &operand : {u"0"_s, u"70000"_s, u"12-"_s}) {
         const Outcome outcome = run({u"stop"_s, server.port(), operand});
         EXPECT_EQ(outcome.status, 2);
         EXPECT_EQ(outcome.output, QByteArray());
         EXPECT_TRUE(outcome.error.startsWith("portolanctl: '"));
-        EXPECT_TRUE(outcome.error.endsWith("' is neither a port nor an id such as 4242-3000\n"));
+        EXPECT_TRUE(outcome.error.endsWith("' is neither a port, an id such as 4242-3000 nor a name\n"));
         EXPECT_EQ(outcome.error.count('\n'), 1);
-        EXPECT_FALSE(outcome.error.contains('\x1b'));
-        EXPECT_FALSE(outcome.error.contains('\x07'));
     }
     EXPECT_TRUE(server.isRunning());
+}
+
+TEST_F(StopCommand, FindsAServerByItsNameOrTheStartOfIt)
+{
+    for (const QString &name : {u"Front-Of-Shop"_s, u"front-of"_s}) {
+        ASSERT_TRUE(QDir(folder()).mkpath(u"front-of-shop"_s));
+        TestServer server(TestServer::python(obedient), folder() + u"/front-of-shop"_s);
+        TestServer other(TestServer::python(obedient), folder());
+        const Outcome outcome = run({u"stop"_s, name});
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_EQ(outcome.error, QByteArray());
+        EXPECT_EQ(server.endedBy(), SIGTERM);
+        EXPECT_TRUE(other.isRunning());
+    }
+}
+
+TEST_F(StopCommand, StopsNothingWhereANameIsAmbiguous)
+{
+    for (const char *name : {"twin-a", "twin-b"})
+        ASSERT_TRUE(QDir(folder()).mkdir(QString::fromLatin1(name)));
+    TestServer a(TestServer::python(obedient), folder() + u"/twin-a"_s);
+    TestServer b(TestServer::python(obedient), folder() + u"/twin-b"_s);
+    TestServer other(TestServer::python(obedient), folder());
+    const Outcome outcome = run({u"stop"_s, other.port(), u"twin"_s});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.output, QByteArray());
+    const QString error = QString::fromUtf8(outcome.error);
+    EXPECT_TRUE(error.startsWith(u"portolanctl: 2 servers are called 'twin', name one by its id:\n"_s));
+    EXPECT_TRUE(error.contains(u"  %1  twin-a  "_s.arg(a.id())) &&
+                error.contains(u"  %1  twin-b  "_s.arg(b.id())));
+    EXPECT_TRUE(a.isRunning() && b.isRunning() && other.isRunning());
+}
+
+TEST_F(StopCommand, SaysWhenNoServerIsCalledSo)
+{
+    const Outcome outcome = run({u"stop"_s, u"a\x1b[31m\x07\nb"_s});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(QString::fromUtf8(outcome.error), u"portolanctl: no server is called 'a␛[31m␇␊b'\n"_s);
 }
 
 TEST_F(StopCommand, WritesNothingRawThatAFolderIsCalled)

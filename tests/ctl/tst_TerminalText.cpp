@@ -45,6 +45,32 @@ INSTANTIATE_TEST_SUITE_P(
                     HarmlessCase{"LanguageTag", u"\U000E0041"_s, u"\ufffd"_s}),
     [](const auto &row) { return std::string(row.param.name); });
 
+// All that Unicode counts among the controls, the formats and the breaks, that is no character, or that
+// changes the direction of text. The joiners alone stay: emoji and some scripts are spelt with them.
+TEST(HarmlessText, HoldsNothingThatATerminalMightObey)
+{
+    int replaced = 0;
+    for (char32_t character = 0; character <= QChar::LastValidCodePoint; ++character) {
+        const QChar::Category category = QChar::category(character);
+        const QChar::Direction direction = QChar::direction(character);
+        const bool isControl = category == QChar::Other_Control || category == QChar::Other_Format ||
+                               category == QChar::Other_Surrogate || category == QChar::Separator_Line ||
+                               category == QChar::Separator_Paragraph;
+        const bool isBidi =
+            (direction >= QChar::DirLRE && direction <= QChar::DirPDF && direction != QChar::DirAL) ||
+            (direction >= QChar::DirLRI && direction <= QChar::DirPDI);
+        if ((!isControl && !isBidi && !QChar::isNonCharacter(character)) || character == 0x200C ||
+            character == 0x200D)
+            continue;
+        const QString text = TerminalText::harmless(QString::fromUcs4(&character, 1));
+        EXPECT_FALSE(text.toUcs4().contains(uint(character))) << std::hex << uint(character);
+        for (const uint shown : text.toUcs4())
+            EXPECT_TRUE(shown == QChar::ReplacementCharacter || (shown >= 0x2400 && shown <= 0x2421));
+        ++replaced;
+    }
+    EXPECT_GT(replaced, 2000);
+}
+
 struct WidthCase
 {
     QString text;

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Service.h"
+#include "SortOrder.h"
+
+#include <QList>
+#include <QString>
+
+#include <chrono>
+#include <optional>
+
+namespace portolan {
+
+/// A server of the list, and what the list says about it besides.
+struct ListedService
+{
+    Service service;
+    bool isPinned = false;
+    QString host;                            ///< as named with --host; empty: this machine
+    std::optional<std::chrono::seconds> age; ///< since its machine fell silent; absent: up to date
+    QString note;                            ///< shown in place of its status
+
+    /// What it is known by from one scan to the next, on whichever machine.
+    [[nodiscard]] QString key() const { return host + u' ' + service.id(); }
+
+    friend bool operator==(const ListedService &, const ListedService &) = default;
+
+    /// Those that match the search text in a field or their host, pinned ones first, sorted.
+    [[nodiscard]] static QList<ListedService> visible(QList<ListedService> all, const QString &searchText,
+                                                      SortOrder order);
+};
+
+} // namespace portolan

@@ -1,0 +1,93 @@
+#include "LocalMachine.h"
+
+#include "PortScanner.h"
+#include "ProcessHandle.h"
+#include "SystemSource.h"
+#include "Termination.h"
+
+#include <QElapsedTimer>
+#include <QFuture>
+
+#include <chrono>
+
+namespace portolan {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::chrono::milliseconds killTimeout = 2s;
+
+} // namespace
+
+LocalMachine::LocalMachine(UserDefaults &defaults, bool probes)
+    : m_source(SystemSource::make())
+    , m_store(
+          defaults,
+          [this](std::stop_token stop) { return PortScanner::scan(*m_source, m_files, std::move(stop)); },
+          [this, probes](qint64 port) {
+              return probes ? m_checker.check(port) : QtFuture::makeReadyFuture(Health::unknown());
+          })
+{
+    m_store.setAutoRefresh(false); // each command looks at times of its own
+    m_next.setSingleShot(true);
+    m_next.callOnTimeout(this, &LocalMachine::watch);
+    connect(&m_store, &ServiceStore::servicesChanged, this, &Machine::changed);
+    connect(&m_store, &ServiceStore::lastUpdatedChanged, this, &Machine::changed);
+}
+
+QList<ListedService> LocalMachine::services() const
+{
+    const QSet<qint64> pinnedPorts = m_store.pinnedPorts();
+    QList<ListedService> services;
+    for (const Service &service : m_store.services())
+        services.append({.service = service, .isPinned = pinnedPorts.contains(service.port)});
+    return services;
+}
+
+void LocalMachine::look()
+{
+    m_store.refresh([this] { Q_EMIT looked(); });
+}
+
+void LocalMachine::watch()
+{
+    m_store.refresh([this] {
+        m_next.start(ServiceStore::usualInterval);
+        Q_EMIT looked();
+    });
+}
+
+void LocalMachine::stop(const Service &service, const Report &report)
+{
+    const auto identity = m_store.identityOf(service);
+    const auto process = identity ? std::make_shared<const ProcessHandle>(*identity)
+                                  : std::make_shared<const ProcessHandle>(service.pid);
+    if (process->waitForEnd(0ms))
+        return report({.text = u"Had ended"_s, .isOver = true});
+    if (!process->send(0))
+        return report({.text = u"Another user's"_s, .isOver = true, .hasFailed = true});
+    report({.text = u"Stopping…"_s});
+    Termination::start(process, this);
+    auto *poll = new QTimer(this);
+    poll->callOnTimeout(this, [this, process, report, poll, since = std::chrono::steady_clock::now()] {
+        const std::chrono::duration<double> time = std::chrono::steady_clock::now() - since;
+        const bool hasEnded = process->waitForEnd(0ms);
+        if (!hasEnded && time < Termination::gracePeriod + killTimeout)
+            return;
+        poll->deleteLater();
+        report({.text = hasEnded ? u"Stopped in %1 s"_s.arg(time.count(), 0, 'f', 1) : u"Still runs"_s,
+                .isOver = true,
+                .hasFailed = !hasEnded});
+        m_store.refresh();
+    });
+    poll->start(20ms);
+}
+
+void LocalMachine::reach(const Service &service, const UseAddress &use)
+{
+    use(service.url(), {});
+}
+
+} // namespace portolan

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "FolderReader.h"
+#include "HealthChecker.h"
+#include "Machine.h"
+#include "ProcessSource.h"
+#include "ServiceStore.h"
+#include "UserDefaults.h"
+
+#include <QTimer>
+
+#include <memory>
+
+namespace portolan {
+
+/// This machine.
+class LocalMachine : public Machine
+{
+    Q_OBJECT
+
+public:
+    /// Pins are those of `defaults`; `probes`: whether the servers are asked for their health.
+    LocalMachine(UserDefaults &defaults, bool probes);
+
+    [[nodiscard]] QList<ListedService> services() const override;
+    [[nodiscard]] QDateTime lastUpdated() const override { return m_store.lastUpdated(); }
+    void look() override;
+    void watch() override;
+    void stop(const Service &service, const Report &report) override;
+    void reach(const Service &service, const UseAddress &use) override;
+
+    [[nodiscard]] bool isScanning() const { return m_store.isScanning(); }
+
+private:
+    std::unique_ptr<ProcessSource> m_source;
+    FolderReader m_files;
+    HealthChecker m_checker;
+    ServiceStore m_store;
+    QTimer m_next;
+};
+
+} // namespace portolan

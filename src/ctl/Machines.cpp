@@ -1,0 +1,135 @@
+#include "Machines.h"
+
+#include "LocalMachine.h"
+#include "Output.h"
+#include "ProgressLine.h"
+#include "RemoteMachine.h"
+#include "TerminationSignals.h"
+
+#include <QEventLoop>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace portolan {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// What `machines` are waited for.
+QString progressText(const Machines &machines, qsizetype looked, qsizetype all)
+{
+    if (machines.hasHosts())
+        return u"Asking the machines… %1 of %2"_s.arg(looked).arg(all);
+    if (!machines.lastUpdated().isValid())
+        return u"Looking for servers…"_s;
+    const QList<ListedService> services = machines.services();
+    const auto answered = std::ranges::count_if(services, [](const ListedService &listed) {
+        return listed.service.health.state() != Health::State::unknown;
+    });
+    return u"Asking the servers… %1 of %2"_s.arg(answered).arg(services.size());
+}
+
+} // namespace
+
+Machines::Machines(const CommandLine &line)
+    : m_defaults(UserDefaults::defaultPath(), UserDefaults::Access::readOnly)
+    , m_searchText(line.search)
+    , m_hasHosts(!line.hosts.isEmpty())
+    , m_hosts(m_hasHosts ? line.hosts : QStringList{QString()})
+{
+    if (const auto stored = m_defaults.string(u"sortOrder"_s))
+        m_order = SortOrder::fromRawValue(stored.value).value_or(SortOrder::port);
+    m_order = line.sort.value_or(m_order);
+    for (const QString &host : std::as_const(m_hosts)) {
+        if (m_hasHosts)
+            m_machines.push_back(std::make_unique<RemoteMachine>(host, line.probe));
+        else
+            m_machines.push_back(std::make_unique<LocalMachine>(m_defaults, line.probe));
+        connect(m_machines.back().get(), &Machine::changed, this, &Machines::changed);
+        connect(m_machines.back().get(), &Machine::looked, this, &Machines::looked);
+    }
+}
+
+Machine &Machines::machine(const QString &host) const
+{
+    return *m_machines[size_t(std::max<qsizetype>(0, m_hosts.indexOf(host)))];
+}
+
+QList<ListedService> Machines::services() const
+{
+    QList<ListedService> services;
+    for (const auto &machine : m_machines)
+        services += machine->services();
+    return services;
+}
+
+QList<ListedService> Machines::visible() const
+{
+    return ListedService::visible(services(), m_searchText, m_order);
+}
+
+QDateTime Machines::lastUpdated() const
+{
+    QDateTime latest;
+    for (const auto &machine : m_machines) {
+        if (const QDateTime time = machine->lastUpdated();
+            time.isValid() && (!latest.isValid() || time > latest))
+            latest = time;
+    }
+    return latest;
+}
+
+QStringList Machines::problems() const
+{
+    QStringList problems;
+    for (const auto &machine : m_machines) {
+        if (const QString problem = machine->problem(); !problem.isEmpty())
+            problems.append(problem);
+    }
+    return problems;
+}
+
+void Machines::printNewProblems()
+{
+    const QStringList problems = this->problems();
+    for (const QString &problem : problems) {
+        if (!m_printedProblems.contains(problem))
+            Output::printError(problem);
+    }
+    m_printedProblems = {problems.begin(), problems.end()};
+}
+
+int Machines::lookOnce()
+{
+    ProgressLine progress;
+    QEventLoop loop;
+    qsizetype lookedAt = 0;
+    const auto showProgress = [&] { progress.setText(progressText(*this, lookedAt, m_hosts.size())); };
+    connect(this, &Machines::changed, &loop, showProgress);
+    connect(this, &Machines::looked, &loop, [&] {
+        if (++lookedAt == m_hosts.size())
+            loop.quit();
+        showProgress();
+    });
+    const TerminationSignals signals;
+    connect(&signals, &TerminationSignals::received, &loop, &QEventLoop::exit);
+    showProgress();
+    QTimer::singleShot(0, &loop, [&] {
+        for (const auto &machine : m_machines)
+            machine->look();
+    });
+    const int signal = loop.exec();
+    if (signal == 0)
+        printNewProblems();
+    return signal;
+}
+
+void Machines::watch()
+{
+    for (const auto &machine : m_machines)
+        machine->watch();
+}
+
+} // namespace portolan

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "CommandLine.h"
+#include "Machine.h"
+#include "UserDefaults.h"
+
+#include <QSet>
+#include <QStringList>
+
+#include <memory>
+#include <vector>
+
+namespace portolan {
+
+/// The machines that a command line is about: those named with --host, or else this one. With the user's
+/// settings, which are read and never written. Main thread.
+class Machines : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Machines(const CommandLine &line);
+
+    [[nodiscard]] bool hasHosts() const { return m_hasHosts; }
+    /// The one called `host`, which is one of them.
+    [[nodiscard]] Machine &machine(const QString &host) const;
+
+    /// The servers of all of them, in any order.
+    [[nodiscard]] QList<ListedService> services() const;
+    /// Those that match the command line's search text, as sorted there or in the settings.
+    [[nodiscard]] QList<ListedService> visible() const;
+    [[nodiscard]] SortOrder order() const { return m_order; }
+    /// When one of them was last looked at; invalid before.
+    [[nodiscard]] QDateTime lastUpdated() const;
+    [[nodiscard]] QStringList problems() const;
+    /// Writes those to standard error that have come since the last call.
+    void printNewProblems();
+
+    /// Looks at each of them once, waits until all have answered or failed to, with a line on the terminal
+    /// meanwhile, and prints the problems. Returns the number of the signal that ended the wait, or 0.
+    [[nodiscard]] int lookOnce();
+    /// See Machine::watch().
+    void watch();
+
+Q_SIGNALS:
+    /// The same as each machine's.
+    void changed();
+    void looked();
+
+private:
+    UserDefaults m_defaults;
+    const QString m_searchText;
+    const bool m_hasHosts;
+    SortOrder m_order;
+    std::vector<std::unique_ptr<Machine>> m_machines;
+    QStringList m_hosts;             ///< their names, in the same order
+    QSet<QString> m_printedProblems; ///< those that still last
+};
+
+} // namespace portolan

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Machine.h"
+#include "PortForward.h"
+#include "SshRun.h"
+
+#include <QHash>
+#include <QTimer>
+
+#include <chrono>
+#include <memory>
+
+namespace portolan {
+
+/// Another machine, by the portolanctl there, which the user's ssh runs. What it sends is believed only where
+/// it keeps to the schema.
+class RemoteMachine : public Machine
+{
+    Q_OBJECT
+
+public:
+    /// `host`: what ssh knows it by; `probes`: whether its servers are asked for their health.
+    RemoteMachine(const QString &host, bool probes);
+
+    [[nodiscard]] QList<ListedService> services() const override;
+    [[nodiscard]] QDateTime lastUpdated() const override { return m_lastUpdated; }
+    [[nodiscard]] QString problem() const override { return m_problem; }
+    void look() override;
+    void watch() override;
+    void stop(const Service &service, const Report &report) override;
+    void reach(const Service &service, const UseAddress &use) override;
+
+private:
+    void run(const QString &command);
+    [[nodiscard]] bool accept(const QByteArray &json);
+    void fail(const QString &problem);
+
+    const QString m_host;
+    const bool m_probes;
+    std::unique_ptr<SshRun> m_run;
+    QList<ListedService> m_services;
+    QDateTime m_lastUpdated;
+    QString m_problem;
+    std::chrono::milliseconds m_retryDelay;
+    QTimer m_retry;
+    QTimer m_aging;
+    QHash<qint64, PortForward *> m_forwards; ///< by the port there
+};
+
+} // namespace portolan

@@ -1,0 +1,94 @@
+#pragma once
+
+#include "ListedService.h"
+#include "Output.h"
+#include "Screen.h"
+#include "TerminalColors.h"
+
+#include <QDateTime>
+#include <QHash>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace portolan {
+
+/// What the live view shows, and what keys mean in it. Knows neither the terminal nor the machine. Main
+/// thread.
+class WatchView
+{
+public:
+    /// What is known of the servers.
+    struct Content
+    {
+        QList<ListedService> services; ///< all, in any order
+        QDateTime lastUpdated;         ///< invalid before the first scan
+        QStringList problems;          ///< a line for each machine that does not answer
+        bool hasHosts = false;         ///< whether the list says which machine a server runs on
+    };
+
+    /// What the user asks for, and of which server.
+    struct Request
+    {
+        enum Kind : quint8 { None, Quit, Refresh, Open, Copy, Stop };
+
+        Kind kind = None;
+        ListedService service;
+    };
+
+    struct Frame
+    {
+        QList<StyledLine> lines;              ///< at most as many as the terminal has, each at most as wide
+        std::optional<qsizetype> highlighted; ///< the line of the chosen server
+
+        friend bool operator==(const Frame &, const Frame &) = default;
+    };
+
+    /// `readsKeys`: whether there are keys to speak of.
+    WatchView(const QString &searchText, SortOrder order, bool readsKeys);
+
+    void setContent(const Content &content);
+    void setSize(Output::Size size);
+    /// Shows `note` in place of the server's status, and the server even if it is gone; none if empty.
+    void setNote(const ListedService &service, const QString &note);
+    /// Shows `text` in the last line until the next key.
+    void setMessage(const QString &text) { m_message = text; }
+
+    [[nodiscard]] Request handle(const Input &input);
+    [[nodiscard]] Frame frame() const;
+
+private:
+    enum class Mode : quint8 { List, Search, Stop, Keys };
+
+    void arrange();
+    [[nodiscard]] Request handleInList(const Input &input);
+    void handleInSearch(const Input &input);
+    [[nodiscard]] bool moveSelection(Input::Kind kind);
+    void select(qsizetype row);
+    void scroll(qsizetype rows);
+    [[nodiscard]] qsizetype listHeight() const;
+    [[nodiscard]] bool fits() const;
+    [[nodiscard]] qsizetype shownAtOnce() const;
+    [[nodiscard]] QList<StyledLine> listLines() const;
+    [[nodiscard]] QString footer() const;
+    [[nodiscard]] QString hints(qsizetype columns) const;
+
+    QString m_searchText;
+    SortOrder m_order;
+    const bool m_readsKeys;
+
+    Content m_content;
+    QHash<QString, ListedService> m_noted; ///< by their keys
+    Output::Size m_size;
+    Mode m_mode = Mode::List;
+    QString m_message;
+    ListedService m_toStop;
+
+    QList<ListedService> m_rows; ///< as shown
+    qsizetype m_selected = 0;    ///< a row; 0 where there is none
+    qsizetype m_first = 0;       ///< the first row to show where not all fit
+};
+
+} // namespace portolan
