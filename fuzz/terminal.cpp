@@ -34,11 +34,13 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
     require(TerminalText::width(TerminalText::elidedInTheMiddle(harmless, columns)) <= columns);
 
     const Service service{.pid = 1, .port = 3000, .command = text, .folderPath = text, .displayName = text};
-    const QString table = ServiceTable::of({service}, {}, {});
-    require(table.count(u'\n') == 2);
-    for (const QString &line : table.split(u'\n'))
-        require(isHarmless(line));
-    const QByteArray json = ServiceJson::of({service}, {}, ServiceJson::Layout::oneLine);
+    const QList<ListedService> services{{.service = service, .host = text}};
+    const QList<StyledLine> table = ServiceTable::of(services, {.hasHosts = true});
+    require(table.size() == 2);
+    for (const StyledLine &line : table)
+        for (const StyledText &part : line)
+            require(isHarmless(part.text));
+    const QByteArray json = ServiceJson::of(services, ServiceJson::Layout::oneLine);
     require(isHarmless(QString::fromUtf8(json.chopped(1))));
     const QJsonValue name = QJsonDocument::fromJson(json).array().first()[QStringLiteral("displayName")];
     require(name.isString());
