@@ -1,20 +1,15 @@
+import QtQuick
 import Portolan
 
 // Clears the search text.
-PlainButton {
-    id: root
-
-    implicitWidth: icon.width
-    implicitHeight: icon.height
-    radius: root.width / 2
+IconButton {
+    implicitWidth: 16
+    implicitHeight: 16
+    radius: 8
+    symbol: "xmark.circle.fill"
+    symbolSize: 12
+    weight: Font.Normal
+    tint: Theme.textFaint
+    background: "transparent"
     name: "Clear"
-
-    Symbol {
-        id: icon
-
-        anchors.centerIn: parent
-        name: "xmark.circle.fill"
-        size: 12
-        color: Theme.textFaint
-    }
 }

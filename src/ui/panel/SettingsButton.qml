@@ -2,7 +2,7 @@ import QtQuick
 import Portolan
 
 // Opens the settings menu.
-PlainButton {
+IconButton {
     id: root
 
     required property ServiceStore store
@@ -12,6 +12,9 @@ PlainButton {
 
     implicitWidth: 28
     implicitHeight: 28
+    symbol: "slider.horizontal.3"
+    tint: Theme.textMuted
+    background: "transparent"
     name: "Settings"
     toolTip: root.menu ? "" : "Settings"
     Accessible.role: Accessible.ButtonMenu
@@ -36,13 +39,5 @@ PlainButton {
             root.menu.destroy();
             root.menu = null;
         }
-    }
-
-    Symbol {
-        anchors.centerIn: parent
-        name: "slider.horizontal.3"
-        size: 12.5
-        weight: Font.DemiBold
-        color: Theme.textMuted
     }
 }

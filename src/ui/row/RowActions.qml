@@ -23,9 +23,11 @@ Row {
     }
 
     RowIconButton {
+        id: copyButton
+
         symbol: root.copied ? "checkmark" : "doc.on.doc"
         help: "Copy URL"
-        tint: root.copied ? Theme.online : "transparent"
+        tint: root.copied ? Theme.online : copyButton.hovering ? Theme.textStrong : Theme.textMuted
         Accessible.ignored: !root.isShown
         onClicked: root.copy()
     }

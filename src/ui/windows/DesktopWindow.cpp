@@ -32,12 +32,10 @@ DesktopWindow::DesktopWindow(QQmlEngine &engine, const RootContent &content)
 
 void DesktopWindow::open()
 {
-    const auto show = [this](const TitleButtons &buttons) {
+    TitleButtons::find(this, [this](const TitleButtons &buttons) {
         rootObject()->setProperty("leftButtons", buttons.left);
         rootObject()->setProperty("rightButtons", buttons.right);
-    };
-    show({});
-    TitleButtons::find(this, show);
+    });
     WindowHints::setRole(*this, "portolan-desktop");
     bringToFront();
 }

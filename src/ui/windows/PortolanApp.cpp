@@ -135,14 +135,11 @@ void PortolanApp::openPopover(QPoint anchor)
 
 void PortolanApp::openWindow()
 {
-    if (canShow())
-        window().open();
-}
-
-void PortolanApp::detach()
-{
-    openWindow();
-    m_popover->hide();
+    if (!canShow())
+        return;
+    window().open();
+    if (m_popover)
+        m_popover->hide();
 }
 
 void PortolanApp::leaveWindow()
@@ -168,7 +165,7 @@ PopoverWindow &PortolanApp::popover()
     if (!m_popover) {
         m_popover = std::make_unique<PopoverWindow>(engine(), m_content);
         startWhenItAppears(*m_popover);
-        connect(m_popover.get(), &RootWindow::detachRequested, this, &PortolanApp::detach);
+        connect(m_popover.get(), &RootWindow::detachRequested, this, &PortolanApp::openWindow);
         connect(m_popover.get(), &PopoverWindow::closedByFocusLoss, this,
                 [this] { m_reopenGuard.closedByFocusLoss(ReopenGuard::Clock::now()); });
     }

@@ -45,7 +45,6 @@ private:
     [[nodiscard]] QPoint iconPosition() const;
     void openPopover(QPoint anchor);
     void openWindow();
-    void detach();
     void leaveWindow();
 
     QQmlEngine &engine();

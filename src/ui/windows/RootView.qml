@@ -16,7 +16,7 @@ FocusScope {
     required property LoginItem loginItem
 
     property list<string> leftButtons
-    property list<string> rightButtons
+    property list<string> rightButtons: root.isWindow ? ["minimize", "maximize", "close"] : []
     property real cornerRadius: 0
     property int tick: 0
     readonly property bool isWindow: root.presentation === RootView.Window

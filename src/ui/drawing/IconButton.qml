@@ -1,0 +1,29 @@
+import QtQuick
+import Portolan
+
+// A button that shows a symbol.
+PlainButton {
+    id: root
+
+    required property string symbol
+
+    property real symbolSize: 12.5
+    property int weight: Font.DemiBold
+    property color tint: root.hovering ? Theme.textStrong : Theme.textMuted
+    property color background: root.hovering ? Theme.cardHover : "transparent"
+
+    RoundedRect {
+        anchors.fill: parent
+        radius: root.radius
+        color: root.background
+        visible: root.background.a > 0
+    }
+
+    Symbol {
+        anchors.centerIn: parent
+        name: root.symbol
+        size: root.symbolSize
+        weight: root.weight
+        color: root.tint
+    }
+}
