@@ -36,7 +36,7 @@ class Frame(Scenario):
         self.assertNotRegex(self.window.properties, r"_NET_FRAME_EXTENTS.*= .*[1-9]")
         self.assertIn('WM_WINDOW_ROLE(STRING) = "portolan-desktop"', self.window.properties)
         self.assertIn('WM_NAME(STRING) = "Portolan"', self.window.properties)
-        buttons = [d.find(name, role="push button").frame for name in ("Minimize", "Maximize", "Close")]
+        buttons = [d.find(name).frame for name in ("Minimize", "Maximize", "Close")]
         self.assertEqual(sorted(buttons), buttons, "from left to right")
         self.assertTrue(all(y < self.window.y + 28 and x > self.window.x + 240 for x, y, _, _ in buttons))
 
@@ -107,7 +107,7 @@ class KWinButtons(Scenario):
         (d.home / "config/kwinrc").write_text("[org.kde.kdecoration2]\nButtonsOnLeft=XI\nButtonsOnRight=A\n")
         d.start("--window")
         window = d.opened_window()
-        close, minimize, maximize = (d.find(name, role="push button").frame[0] - window.x for name in ("Close", "Minimize", "Maximize"))
+        close, minimize, maximize = (d.find(name).frame[0] - window.x for name in ("Close", "Minimize", "Maximize"))
         self.assertLess(close, minimize)
         self.assertLess(minimize, 100)
         self.assertGreater(maximize, 400)
