@@ -41,6 +41,7 @@ class Session:
             self.bus = self._start_bus()
         if manager:
             self.spawn("xfwm4", f"--compositor={'on' if compositor else 'off'}")
+            eventually(lambda: "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"), "the window manager")
         self.panel = self.start_panel() if panel else None
 
     def __enter__(self):

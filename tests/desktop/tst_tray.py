@@ -83,6 +83,7 @@ class Tray(Scenario):
         d.press("Down", "Return")
         popover = d.opened_popover()
         self.assertTrue(popover.x <= self.icon()[0] <= popover.x + popover.width, "at the icon")
+        eventually(lambda: d.active_window() == popover.id, "the popover to be active")
         d.press("Escape")
         eventually(lambda: not d.popover(), "the popover to close")
         d.click(*self.icon(), 3)

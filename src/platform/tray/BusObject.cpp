@@ -43,24 +43,28 @@ bool BusObject::handleMessage(const QDBusMessage &message, const QDBusConnection
     const bool isFlood = ++m_calls > CallsPerSecond;
     if (!isFlood && message.interface() == "org.freedesktop.DBus.Introspectable"_L1)
         return false; // Qt answers it with introspect()
-    const auto results = isFlood ? std::nullopt : answer(message);
+    const bool isProperties = message.interface() == "org.freedesktop.DBus.Properties"_L1;
+    const Method *const method = isProperties ? nullptr : methodOf(message);
+    std::optional<QVariantList> results;
+    if (isProperties && !isFlood)
+        results = readProperties(message);
+    else if (method && !isFlood && message.signature() == method->parameters.join(QString()))
+        results = call(method->name, message.arguments());
     if (!message.isReplyRequired())
         return true;
-    bus.send(results   ? message.createReply(*results)
-             : isFlood ? message.createErrorReply(QDBusError::LimitsExceeded, u"too many calls"_s)
-                       : message.createErrorReply(QDBusError::InvalidArgs, u"no such member or value"_s));
+    // Panels try methods that not every item has, and go by this error.
+    const auto error = isFlood                  ? QDBusError::LimitsExceeded
+                       : isProperties || method ? QDBusError::InvalidArgs
+                                                : QDBusError::UnknownMethod;
+    bus.send(results ? message.createReply(*results) : message.createErrorReply(error, u"refused"_s));
     return true;
 }
 
-std::optional<QVariantList> BusObject::answer(const QDBusMessage &message)
+const BusObject::Method *BusObject::methodOf(const QDBusMessage &message) const
 {
-    if (message.interface() == "org.freedesktop.DBus.Properties"_L1)
-        return readProperties(message);
-    const auto method = std::ranges::find(m_methods, message.member(), &Method::name);
-    if ((message.interface() != m_interface && !message.interface().isEmpty()) || method == m_methods.end() ||
-        message.signature() != method->parameters.join(QString()))
-        return std::nullopt;
-    return call(method->name, message.arguments());
+    const auto found = std::ranges::find(m_methods, message.member(), &Method::name);
+    const bool isOurs = message.interface() == m_interface || message.interface().isEmpty();
+    return isOurs && found != m_methods.end() ? &*found : nullptr;
 }
 
 std::optional<QVariantList> BusObject::readProperties(const QDBusMessage &message) const

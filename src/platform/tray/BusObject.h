@@ -62,7 +62,7 @@ protected:
     virtual std::optional<QVariantList> call(const QString &method, const QVariantList &arguments) = 0;
 
 private:
-    [[nodiscard]] std::optional<QVariantList> answer(const QDBusMessage &message);
+    [[nodiscard]] const Method *methodOf(const QDBusMessage &message) const; // null if there is none
     [[nodiscard]] std::optional<QVariantList> readProperties(const QDBusMessage &message) const;
 
     const QString m_interface;

@@ -41,8 +41,9 @@ QDBusMessage hostQuery()
 SniStatusIcon::SniStatusIcon(const QDBusConnection &bus, const StatusIconArt &art)
     : m_bus(bus)
     , m_menu(menuLabels())
-    , m_item(StatusIconTheme::IconName, StatusIconTheme::pathWithIcon(art.symbolicSvg), art.images,
-             QDBusObjectPath(MenuPath))
+    , m_item(StatusIconTheme::IconName,
+             StatusIconTheme::isRecoloured() ? StatusIconTheme::pathWithIcon(art.symbolicSvg) : QString(),
+             art.images, QDBusObjectPath(MenuPath))
     , m_watcher(WatcherService, bus, QDBusServiceWatcher::WatchForOwnerChange)
 {
     connect(&m_item, &StatusNotifierItem::activated, this, &StatusIcon::activated);

@@ -14,7 +14,7 @@ namespace portolan {
 /// The image of the status icon in the formats that panels need.
 struct StatusIconArt
 {
-    QByteArray symbolicSvg; ///< in one colour, which the panel replaces
+    QByteArray symbolicSvg; ///< in one colour, for panels that replace it
     QList<QImage> images;   ///< square, one per size, in ascending order
 };
 

@@ -6,6 +6,8 @@
 #include <QSaveFile>
 #include <QStandardPaths>
 
+#include <algorithm>
+
 namespace portolan {
 
 using namespace Qt::StringLiterals;
@@ -40,6 +42,14 @@ bool write(const QString &root, const QString &file, const QByteArray &content)
 }
 
 } // namespace
+
+bool StatusIconTheme::isRecoloured()
+{
+    const QStringList desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':');
+    return std::ranges::any_of(desktops, [](const QString &desktop) {
+        return desktop == "GNOME"_L1 || desktop == "KDE"_L1 || desktop == "MATE"_L1 || desktop == "XFCE"_L1;
+    });
+}
 
 QString StatusIconTheme::pathWithIcon(const QByteArray &svg)
 {

@@ -6,10 +6,14 @@
 
 namespace portolan {
 
-/// The icon theme in which panels look up the status icon by name. Only a named icon is recoloured.
+/// The icon theme in which panels look up the status icon by name.
 namespace StatusIconTheme {
 
 inline constexpr QLatin1StringView IconName("portolan-symbolic");
+
+/// Whether the panel of this desktop draws a named icon in the colour of its own texts. Others draw it in the
+/// colours of its file, which cannot be seen on every panel; the icon's image can.
+[[nodiscard]] bool isRecoloured();
 
 /// A folder of icon themes that contains `IconName`: the installed one, else one in the user's runtime folder
 /// to which `svg` is written. Empty if neither exists.

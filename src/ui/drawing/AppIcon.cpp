@@ -25,7 +25,7 @@ QImage AppIcon::image(int size)
 
     QRectF figure(0, 0, Figure * size, Figure * size);
     figure.moveCenter(QRectF(image.rect()).center());
-    BrandArt::draw(&painter, figure, Theme::canvas);
+    BrandArt::menuBarImage(size).paint(&painter, figure.toRect());
     return image;
 }
 

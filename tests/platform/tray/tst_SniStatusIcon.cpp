@@ -2,6 +2,7 @@
 #include "FakeStatusNotifierWatcher.h"
 #include "Printers.h"
 #include "PrivateBus.h"
+#include "ScopedEnvironment.h"
 #include "SniStatusIcon.h"
 
 #include <QDBusMessage>
@@ -147,8 +148,18 @@ TEST_F(SniStatus, ExportsItsProperties)
     EXPECT_EQ(qdbus_cast<StatusNotifierToolTip>(property(u"ToolTip"_s)).title, u"Portolan"_s);
 }
 
+TEST_F(SniStatus, ExportsNoNameToAPanelThatWouldNotRecolourTheIcon)
+{
+    const ScopedEnvironment desktop("XDG_CURRENT_DESKTOP", "LXQt");
+    showTo(true);
+    EXPECT_EQ(property(u"IconThemePath"_s).toString(), QString());
+    EXPECT_EQ(property(u"IconName"_s).toString(), QString());
+    EXPECT_FALSE(qdbus_cast<QList<StatusNotifierPixmap>>(property(u"IconPixmap"_s)).isEmpty());
+}
+
 TEST_F(SniStatus, ExportsTheNameOfAnExistingIcon)
 {
+    const ScopedEnvironment desktop("XDG_CURRENT_DESKTOP", "ubuntu:GNOME");
     showTo(true);
     const QString icon = property(u"IconThemePath"_s).toString() + "/hicolor/symbolic/apps/"_L1 +
                          property(u"IconName"_s).toString() + ".svg"_L1;
@@ -159,6 +170,7 @@ TEST_F(SniStatus, ExportsTheNameOfAnExistingIcon)
 
 TEST_F(SniStatus, ExportsNoNameWithoutAnIcon)
 {
+    const ScopedEnvironment desktop("XDG_CURRENT_DESKTOP", "GNOME");
     m_icon.emplace(m_program, StatusIconArt{{}, someArt().images});
     EXPECT_EQ(property(u"IconThemePath"_s).toString(), QString());
     EXPECT_EQ(property(u"IconName"_s).toString(), QString());
@@ -199,8 +211,10 @@ TEST_F(SniStatus, ComputesWithNoCoordinateThatNoScreenHas)
 TEST_F(SniStatus, RefusesCallsThatItsInterfaceDoesNotName)
 {
     showTo(true);
-    EXPECT_EQ(askItem(u"deleteLater"_s, {}).type(), QDBusMessage::ErrorMessage);
-    EXPECT_EQ(askItem(u"Activate"_s, {u"1"_s, 2}).type(), QDBusMessage::ErrorMessage);
+    // Panels ask for methods of other items first, and go by this very error.
+    for (const QString &unknown : {u"deleteLater"_s, u"XAyatanaSecondaryActivate"_s})
+        EXPECT_EQ(QDBusError(askItem(unknown, {})).type(), QDBusError::UnknownMethod);
+    EXPECT_EQ(QDBusError(askItem(u"Activate"_s, {u"1"_s, 2})).type(), QDBusError::InvalidArgs);
     const auto read = [this](const QString &interface, const QString &name) {
         return ask(u"/StatusNotifierItem"_s, u"org.freedesktop.DBus.Properties"_s, u"Get"_s,
                    {interface, name})
