@@ -171,9 +171,9 @@ def soak(minutes, seed):
         desktop.start("--background")
         desktop.shown_icon()
         run = Soak(desktop, random.Random(seed))
-        # Caches fill at first: everything is done a few times before the first measurement.
+        # Caches fill in the first ten minutes: everything is done many times before the first measurement.
         end = time.monotonic() + 60 * minutes
-        warm = time.monotonic() + min(120, 12 * minutes)
+        warm = time.monotonic() + min(600, 20 * minutes)
         while time.monotonic() < warm:
             run.step()
             time.sleep(run.chance.uniform(0, 0.5))
