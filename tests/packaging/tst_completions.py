@@ -26,7 +26,7 @@ START = {
              "bind 'set show-all-if-ambiguous on'; bind 'set bell-style none'; bind 'set page-completions off'; "
              f"bind 'set enable-bracketed-paste off'; for f in {COMPLETIONS}/bash/*; do . $f; done; PS1='{PROMPT}'"),
     "zsh": (["zsh", "-f", "-i"],
-            f"fpath=({COMPLETIONS}/zsh $fpath); autoload -U compinit && compinit -u -D; unsetopt beep; "
+            f"fpath=({COMPLETIONS}/zsh $fpath); autoload -U compinit && compinit -u; unsetopt beep; "
             f"LISTMAX=1000; PS1='{PROMPT}'"),
     "fish": (["fish", "--no-config"],
              f"for f in {COMPLETIONS}/fish/*.fish; source $f; end; set -g fish_autosuggestion_enabled 0; "
