@@ -116,7 +116,7 @@ class Completions(unittest.TestCase):
         self.check("fish")
 
     def test_every_option_is_offered(self):
-        commands = [["portolan"], ["portolanctl"], *(["portolanctl", command] for command in ("list", "watch", "stop", "open"))]
+        commands = [["portolan"], ["portolanctl"], *(["portolanctl", command] for command in ("list", "watch", "stop", "open", "wait"))]
         for command in commands:
             help = subprocess.run([f"{BIN}/{command[0]}", *command[1:], "--help"], capture_output=True, text=True).stdout
             for file in COMPLETIONS.glob("*/*"):
