@@ -12,8 +12,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A machine that says nothing for so long does not answer. A scan with its probes takes half of it at most.
-constexpr std::chrono::milliseconds silenceLimit = 15s;
+/// A machine that says nothing for so long does not answer. A scan with its probes takes a fraction of it,
+/// and connecting may on a loaded machine.
+constexpr std::chrono::milliseconds silenceLimit = 30s;
 constexpr std::chrono::milliseconds firstRetryDelay = 1s;
 constexpr std::chrono::milliseconds lastRetryDelay = 30s;
 
