@@ -1,9 +1,10 @@
 """Thousands of servers that accept and stay silent, and few descriptors."""
 
+import os
 import resource
 import time
 
-from faults import ANSWER, Fault
+from faults import ANSWER, Fault, eventually
 
 HARD = min(4096, resource.getrlimit(resource.RLIMIT_NOFILE)[1])
 
@@ -21,6 +22,18 @@ class Descriptors(Fault):
 
     def test_a_hard_limit_is_kept_within(self):
         self.check(60, (64, 64))
+
+    def test_programs_that_are_started_get_the_limit_of_before(self):
+        _, (port,) = self.start_servers(1, ANSWER)
+        opener = self.folder / "xdg-open"
+        seen = self.folder / "seen"
+        opener.write_text(f"#!/bin/sh\nulimit -Sn > {seen}.new; mv {seen}.new {seen}\n")
+        opener.chmod(0o755)
+        run = self.portolanctl("open", str(port), limits={resource.RLIMIT_NOFILE: (1000, HARD)},
+                               env={"PATH": f"{self.folder}:{os.environ['PATH']}"})
+        self.assertEqual((run.returncode, run.stderr), (0, b""))
+        eventually(seen.exists, "the program to be started")
+        self.assertEqual(seen.read_text(), "1000\n")
 
     def check(self, silent_count, limits):
         silent_server, silent = self.start_servers(silent_count)
