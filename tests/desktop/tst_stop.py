@@ -5,7 +5,7 @@ import time
 from driver import Scenario, eventually
 
 NAMES = ("anemone", "begonia", "camellia", "dahlia", "erica")
-SETTLED = 0.6  # seconds until rows have moved and stood still
+SETTLED = 0.6  # seconds in which rows that move do move
 
 
 class Stop(Scenario):
@@ -38,7 +38,13 @@ class Stop(Scenario):
         d = self.desktop
         d.move_to(*self.first_row().centre)
         d.move_to(*d.find("Stop").centre)
-        time.sleep(SETTLED)
+        self.settle()
+
+    def settle(self):
+        """Waits until the rows have moved and stood still."""
+        before = None
+        while before != (before := [row.frame for row in self.desktop.all_shown(role="list item")]):
+            time.sleep(SETTLED)
 
     def click_twice(self, pause, between=()):
         self.desktop.run("xdotool", "click", "1", "sleep", str(pause), *between, "click", "1")
