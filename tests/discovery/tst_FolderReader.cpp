@@ -230,7 +230,9 @@ TEST_F(FolderReaderFiles, WithoutPermissionThereIsNothing)
     look(QByteArray(), place(".sln")); // can be listed and not entered
     allow(0111);
     look("{}", place("go.mod"));
+    allow(0755);
     ASSERT_EQ(unlink(encoded(u"go.mod"_s).constData()), 0);
+    allow(0111);
     look("{}", QByteArray());
     allow(0000);
     look(QByteArray(), QByteArray());
