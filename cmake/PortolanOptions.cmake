@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Options, warnings and sanitizers, in the interface target portolan_options.
 
 set(PORTOLAN_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize= takes them (empty: none)")

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Functions for the library of a folder of src/ and the test program of a folder of tests/.
 
 # portolan_library(NAME SOURCES file... LINKS target... [PRIVATE_LINKS target...])

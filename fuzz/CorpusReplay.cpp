@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs one fuzz target on its saved corpus, one test per file.
 #include <QByteArray>
 #include <QDir>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // lsof's field output of a working directory.
 #include "LsofOutput.h"
 #include "PrintedName.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A desktop entry, as the user's own editing may have left it.
 #include "DesktopEntry.h"
 #include "Require.h"

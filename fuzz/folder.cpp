@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a project folder may hold: the first byte chooses files by its bits, the rest is the package.json.
 #include "FolderReader.h"
 #include "ProjectDetector.h"

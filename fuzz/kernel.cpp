@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The kernel's tables: the answer on the netlink socket, /proc/net/tcp and tcp6, /proc/PID/stat and statm.
 #include "ListeningSockets_p.h"
 #include "PrintedName.h"

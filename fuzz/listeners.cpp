@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // lsof's field output of listening sockets.
 #include "LsofOutput.h"
 #include "Require.h"

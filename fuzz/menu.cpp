@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Calls to the status icon's menu and item, with whatever values a program on the bus sends.
 #include "Require.h"
 #include "StatusMenu.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The command lines of both programs, one argument a line.
 #include "CommandLine.h"
 #include "Require.h"

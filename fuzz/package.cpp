@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // package.json, and the names in it.
 #include "ProjectDetector_p.h"
 #include "Require.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // ps's row of one process, and its elapsed time.
 #include "ProcessInspector_p.h"
 #include "Require.h"

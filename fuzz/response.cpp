@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The head of an HTTP response.
 #include "RequestTarget.h"
 #include "Require.h"

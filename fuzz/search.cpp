@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Search texts against lists: the first line is the search text, each other one a server.
 #include "Require.h"
 #include "VisibleList.h"

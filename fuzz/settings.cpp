@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The settings file, with whatever it holds.
 #include "Require.h"
 #include "UserDefaults.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Names of servers as the terminal program prints them: nothing may reach the terminal but text. And lists as
 // another machine sends them.
 #include "Require.h"

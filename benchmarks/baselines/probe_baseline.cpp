@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // probe_baseline ROUNDS PORT...: the least that probing every server can cost: a connection, a HEAD request
 // and the start of the answer, for all ports at once, on non-blocking sockets and one epoll.
 #include "../Meter.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // proc_baseline ROUNDS: finds every listening server with plain system calls, once in a fresh process and
 // ROUNDS times more: one netlink dump of the sockets, one listing of the descriptors of every process, one
 // readlink for each of them, and two files for each owner.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // click_clock POINTER_X POINTER_Y X Y WIDTH HEIGHT: clicks, and prints how many milliseconds it takes from
 // then until a picture stands in that rectangle of the screen that was not there before. Fails after two
 // seconds.

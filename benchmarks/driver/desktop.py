@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The desktop program in a session of its own: start, click, memory and wake-ups, beside other programs of its kind."""
 
 import dataclasses

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The functions between the scan and the screen, timed one by one."""
 
 import subprocess

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What a program cost."""
 
 import dataclasses

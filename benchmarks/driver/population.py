@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The machine that is measured: so many processes, so many development servers."""
 
 import contextlib

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """One probe pass beside the same on plain sockets and one epoll."""
 
 import statistics

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A whole refresh as it happens every five seconds, averaged over a minute."""
 
 import meter

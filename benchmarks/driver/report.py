@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Tables for people: what was measured, and how it stands to the limit measured beside it."""
 
 

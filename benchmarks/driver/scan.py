@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """One scan, by both process sources, beside what the system's own tools take for the same question."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """portolanctl as a whole process beside the one-liners that it stands in for."""
 
 import meter

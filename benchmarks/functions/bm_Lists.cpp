@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // From one list to the next: the visible list and the model that follows it.
 #include "SampleServices.h"
 #include "ServiceStore.h"

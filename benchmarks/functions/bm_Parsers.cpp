@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a scan makes of the tools' texts.
 #include "LsofOutput.h"
 #include "ProcessInspector_p.h"

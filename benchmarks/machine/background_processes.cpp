@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // background_processes COUNT DESCRIPTORS AWAKE: that many processes that do nothing but hold that many open
 // descriptors each, as the processes of a desktop do; AWAKE of them wake up every second. Prints "ready" and
 // lives until the end of standard input.

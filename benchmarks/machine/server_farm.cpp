@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // server_farm FOLDER...: one development server per folder, each a process of its own that answers every HTTP
 // request with an empty 200. Prints their ports on one line and lives until the end of standard input.
 #include "Children.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // probe_cost ROUNDS PORT...: what probing all ports at once costs, the first time and thereafter.
 #include "../Meter.h"
 

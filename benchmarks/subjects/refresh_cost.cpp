@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // refresh_cost SECONDS: lets a store refresh itself every five seconds, as it does all day, and says what one
 // refresh cost on average: scan, merge, probes, and every thirty seconds a full rescan.
 #include "../Meter.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // scan_cost ROUNDS [SECONDS]: what one scan costs in a fresh process, what the ones right after it do, and
 // what one does that comes SECONDS later.
 #include "../Meter.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Run by CPack on the files of each package before it is made: what a Debian package has in other places, and more of.
 if(NOT CPACK_GENERATOR STREQUAL "DEB")
     return()

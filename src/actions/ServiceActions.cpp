@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ServiceActions.h"
 
 #include "Clipboard.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Termination.h"
 
 #include "ProcessHandle.h"

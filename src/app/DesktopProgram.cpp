@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "DesktopProgram.h"
 
 #include "BusWatcher.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ListedService.h"
 
 #include "VisibleList.h"

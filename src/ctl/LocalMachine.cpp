@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "LocalMachine.h"
 
 #include "PortScanner.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Machines.h"
 
 #include "LocalMachine.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "PortForward.h"
 
 #include "FileDescriptor.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "RemoteMachine.h"
 
 #include "ServiceJson.h"

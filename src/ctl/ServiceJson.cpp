@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ServiceJson.h"
 
 #include "TerminalText.h"

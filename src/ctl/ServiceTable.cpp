@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ServiceTable.h"
 
 #include "TerminalText.h"

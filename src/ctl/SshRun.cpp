@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "SshRun.h"
 
 #include "ChildSetup.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "StopReport.h"
 
 #include "Output.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "WatchView.h"
 
 #include "ServiceTable.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Commands.h"
 #include "DescriptorLimit.h"
 #include "OutOfMemory.h"

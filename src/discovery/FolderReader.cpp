@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "FolderReader.h"
 
 #include "StopSignal.h"

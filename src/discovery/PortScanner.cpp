@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "PortScanner.h"
 #include "PortScanner_p.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ProjectDetector.h"
 #include "ProjectDetector_p.h"
 

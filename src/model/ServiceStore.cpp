@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ServiceStore.h"
 
 #include "UserDefaults.h"

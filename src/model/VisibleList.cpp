@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "VisibleList.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "VisibleServicesModel.h"
 
 #include "ServiceKey.h"

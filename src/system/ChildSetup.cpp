@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ChildSetup.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "DescriptorLimit.h"
 
 #include <algorithm>

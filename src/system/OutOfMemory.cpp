@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "OutOfMemory.h"
 
 #include <atomic>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "StandardStreams.h"
 
 #include <initializer_list>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "UnreapedChildren.h"
 
 namespace portolan {

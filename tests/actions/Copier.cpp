@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Copies a service's address ("url PORT") or port ("port PORT"), says so, and keeps it on offer until its
 // input ends.
 #include "ServiceActions.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Stops the process of the given id, and ends when whatever was to come after that has come; with "quit"
 // behind the id it ends at once.
 #include "Eventually.h"

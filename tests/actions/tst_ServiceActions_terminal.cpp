@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Real terminal emulators on a display of their own, with a stand-in for the user's shell.
 #include "FakePrograms.h"
 #include "Printers.h"

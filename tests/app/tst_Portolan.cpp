@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The real program as far as it runs without a desktop.
 
 #include "Eventually.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The panel's Stop with everything real: sockets, scans by both process sources, processes and signals.
 #include "Eventually.h"
 #include "FolderReader.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "PtyProcess.h"
 
 #include <QDeadlineTimer>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "TerminalEmulator.h"
 
 #include "TerminalText.h"

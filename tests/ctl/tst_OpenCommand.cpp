@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "FakePrograms.h"
 #include "PortolanctlTest.h"
 #include "ScopedEnvironment.h"

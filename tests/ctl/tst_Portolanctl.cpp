@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Eventually.h"
 #include "FakePrograms.h"
 #include "JsonSchema.h"

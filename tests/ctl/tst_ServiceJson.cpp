@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "JsonSchema.h"
 #include "Printers.h"
 #include "SampleServices.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ServiceOperand.h"
 
 #include "Printers.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A client of AT-SPI: the names, roles and positions of what programs show."""
 
 import dbus

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Portolan in a session of its own: starts it, sends input and reads the state of its windows."""
 
 import os

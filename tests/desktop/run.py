@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Runs tests, named as for unittest, in a network namespace of their own if the system permits that, so that the program
 finds only the servers of the test."""
 

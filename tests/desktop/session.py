@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A private desktop session: X server, session bus, window manager, panel. Sessions share nothing."""
 
 import ctypes

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What a panel, or any other program on the session bus, may send."""
 
 import sys

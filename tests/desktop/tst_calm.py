@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What is shown stays true and does not jump."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Quitting, signals, and the loss of the display or the bus."""
 
 import os

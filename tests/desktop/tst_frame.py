@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The window's own title bar, buttons, border and edges, and the popover's corners."""
 
 import re

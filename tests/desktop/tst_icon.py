@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The status icon in a StatusNotifier panel."""
 
 import time

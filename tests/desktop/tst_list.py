@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The list in the popover, with real servers."""
 
 import time

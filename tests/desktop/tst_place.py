@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Where the popover opens if the panel says something else, or the window manager does, and what closes it."""
 
 import shutil

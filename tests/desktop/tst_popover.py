@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The popover at the icon."""
 
 import time

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The program must be almost idle while no window is shown."""
 
 import time

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Starting the program, also while it runs."""
 
 import time

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Stop ends one server, however it is pressed and whatever moves meanwhile."""
 
 import time

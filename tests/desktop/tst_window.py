@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The window into which the popover can be detached."""
 
 from driver import Scenario, eventually

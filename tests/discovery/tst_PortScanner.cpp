@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The scan against tools that do what the test tells them.
 #include "FakeTools.h"
 #include "FolderReader.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is a development server.
 #include "PortScanner_p.h"
 #include "Printers.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The scan of real listening sockets, by both process sources.
 #include "FileDescriptor.h"
 #include "FolderReader.h"

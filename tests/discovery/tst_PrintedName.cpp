@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "PrintedName.h"
 #include "Printers.h"
 

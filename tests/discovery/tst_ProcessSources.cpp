@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The two process sources beside each other, over processes of every kind: they may differ in nothing but the
 // names that lsof gets wrong (LsofNames.h).
 #include "KernelSource.h"

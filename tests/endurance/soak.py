@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: MIT
 """Drives the panel in a session of its own for a long time and compares what it uses at the end with what it used before.
 
     soak.py MINUTES

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Compares the lists of `portolanctl watch --json` with the servers that run.
 
 Starts, stops and restarts small servers at random and checks that every list contains those that run and none that have

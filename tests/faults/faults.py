@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What the fault suite needs besides a desktop: servers of many ports, a file system that hangs, portolanctl."""
 
 import ctypes

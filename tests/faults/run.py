@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Runs tests, named as for unittest, in namespaces of their own, so that the programs find only the processes, servers and
 mounts of the test."""
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A server whose folder is on a file system that takes every question and never answers."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Thousands of servers that accept and stay silent, and few descriptors."""
 
 import os

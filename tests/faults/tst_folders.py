@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What may be wrong with the files of a project folder, with real servers in it."""
 
 import json

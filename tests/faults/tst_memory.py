@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Too little memory."""
 
 import json

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The panel in a session of its own, with servers and file systems that would harm it."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Servers that answer badly, with the real program. The forms of an answer are in tests/model/probe/tst_HealthChecker.cpp."""
 
 import resource

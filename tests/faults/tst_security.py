@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The sentences of docs/security.md, held against the system calls of the real programs."""
 
 import os

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What may be wrong with lsof and ps, with the tools replaced by scripts in the test's own mount name space."""
 
 import json

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Starts real dev servers and compares `portolanctl list --json` with what they are."""
 
 import argparse

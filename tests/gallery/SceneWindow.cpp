@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "SceneWindow.h"
 
 #include "Eventually.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Shows the views with sample services, in all of their states.
 //   portolan_gallery [SCENE]      shows the scenes; Page Down and Page Up switch between them
 //   portolan_gallery --shots DIR  writes a picture of each at scale 1 (NAME.png) and 2 (NAME@2x.png)

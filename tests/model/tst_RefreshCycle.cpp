@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Announcements.h"
 #include "EventLoopTicker.h"
 #include "Printers.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Announcements.h"
 #include "Printers.h"
 #include "StoreFixture.h"

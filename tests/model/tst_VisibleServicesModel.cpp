@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Printers.h"
 #include "StoreFixture.h"
 #include "VisibleServicesModel.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What bash, zsh and fish offer on Tab, asked of real shells in a terminal, with real servers running."""
 
 import fcntl

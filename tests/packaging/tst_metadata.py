@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The descriptions of the program that desktops, software centres and man read."""
 
 import os
@@ -59,3 +60,12 @@ class Metadata(unittest.TestCase):
             page = (BUILT / f"man/{program}.1").read_text().replace("\\-", "-")
             for option in re.findall(r"--[a-z-]+", run(BIN / program, "--help").stdout):
                 self.assertIn(option, page)
+
+    def test_every_source_file_names_its_licence(self):
+        files = run("git", "-C", PROJECT, "ls-files").stdout.split("\n")
+        sources = [PROJECT / file for file in files if re.search(r"(\.(h|cpp|qml|py|cmake)|CMakeLists\.txt)$", file)]
+        if not sources:
+            self.skipTest("this is no checkout")
+        for source in sources:
+            with self.subTest(source):
+                self.assertIn("SPDX-License-Identifier: MIT", source.read_text()[:200])

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs the tests of the views.
 
 #include <QQuickWindow>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // main() of the test programs that need no display.
 #include <QCoreApplication>
 

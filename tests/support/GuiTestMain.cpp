@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // main() of the test programs that use fonts, images, the clipboard or windows.
 #include <QGuiApplication>
 

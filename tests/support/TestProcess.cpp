@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "TestProcess.h"
 
 #include <stdexcept>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A program that records how it was started, in a file next to it. Tests install it under the names of the
 // programs that Portolan starts.
 #include <QByteArray>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Executes commands that give this process the properties a test needs: one command per line on standard
 // input, one line of reply each, until the end of input. Its children exit with it.
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "DetachedProgram.h"
 #include "FakePrograms.h"
 #include "Printers.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ProcessHandle.h"
 #include "TestChild.h"
 

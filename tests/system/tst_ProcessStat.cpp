@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ProcessStat.h"
 
 #include <gtest/gtest.h>

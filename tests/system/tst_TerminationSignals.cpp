@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Eventually.h"
 #include "Printers.h"
 #include "TerminationSignals.h"

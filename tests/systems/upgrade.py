@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The installed program in a desktop session, upgraded while a user has settings. Run by tests/systems/install."""
 
 import json

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 complete -c portolan -f
 complete -c portolan -l background -d 'Start silently, as at login'
 complete -c portolan -l window -d 'Open the list in a window'

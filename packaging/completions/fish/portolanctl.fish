@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The ports of the servers that run now, each with its server's name; with "names" those names too.
 function __portolanctl_running
     contains -- --host (commandline -opc); and return

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "KernelSource.h"
 
 #include "KernelStats.h"

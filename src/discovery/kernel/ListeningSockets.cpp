@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ListeningSockets.h"
 
 #include "ListeningSockets_p.h"

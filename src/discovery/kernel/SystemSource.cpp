@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "SystemSource.h"
 
 #include "KernelSource.h"

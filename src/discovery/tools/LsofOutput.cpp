@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "LsofOutput.h"
 
 #include "PrintedName.h"

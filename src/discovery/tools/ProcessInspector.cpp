@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ProcessInspector.h"
 #include "ProcessInspector_p.h"
 

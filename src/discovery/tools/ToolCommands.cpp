@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ToolCommands.h"
 
 #include <QFileInfo>

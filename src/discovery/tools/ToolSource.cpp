@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ToolSource.h"
 
 #include "ForEachIndex.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "HealthChecker.h"
 
 #include "ProbeSet.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ProbeSet.h"
 
 #include "DescriptorLimit.h"

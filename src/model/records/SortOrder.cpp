@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "SortOrder.h"
 
 #include <algorithm>

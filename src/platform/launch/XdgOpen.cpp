@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "XdgOpen.h"
 
 #include "DetachedProgram.h"

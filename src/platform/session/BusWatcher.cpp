@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "BusWatcher.h"
 
 namespace portolan {

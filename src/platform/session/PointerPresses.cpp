@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "PointerPresses.h"
 
 #include "XcbDisplay.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "WindowHints.h"
 
 #include "XcbDisplay.h"

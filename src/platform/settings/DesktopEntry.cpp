@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "DesktopEntry.h"
 
 #include <QStringList>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "XSettings.h"
 
 #include "XcbDisplay.h"

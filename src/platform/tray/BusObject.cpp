@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "BusObject.h"
 
 #include <QDBusConnection>

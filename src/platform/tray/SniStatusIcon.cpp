@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "SniStatusIcon.h"
 
 #include "StatusIconTheme.h"

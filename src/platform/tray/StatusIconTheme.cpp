@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "StatusIconTheme.h"
 
 #include <QCoreApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "XEmbedIconWindow.h"
 
 #include "XcbDisplay.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "XEmbedStatusIcon.h"
 
 namespace portolan {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "XEmbedTray.h"
 
 #include "XcbDisplay.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import Portolan
 
 // A small disc whose colour shows a state.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "PortolanShape.h"
 
 #include "BrandArt.h"

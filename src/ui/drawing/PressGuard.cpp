@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "PressGuard.h"
 
 #include "Presses.h"

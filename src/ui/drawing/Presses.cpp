@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Presses.h"
 
 #include <QGuiApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "SpinnerWheel.h"
 
 #include <QPainter>

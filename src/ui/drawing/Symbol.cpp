@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Symbol.h"
 
 #include "SymbolSet.h"

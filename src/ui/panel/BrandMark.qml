@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import Portolan
 
 // The brand figure on a light tile.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import Portolan
 
 // A button of the header.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ServicePresentation.h"
 
 #include "DisplayText.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "PopoverWindow.h"
 
 #include "PopoverPlacement.h"

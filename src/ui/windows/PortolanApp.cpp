@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "PortolanApp.h"
 
 #include "AppIcon.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 import QtQuick
 
 // An edge or a corner of the window by which it is resized. Each direction is -1, 0 or 1.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "RootWindow.h"
 
 #include "LoginItem.h"

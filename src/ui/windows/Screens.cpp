@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Screens.h"
 
 #include <QGuiApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ListeningSockets_p.h"
 #include "LocalSocket.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ForEachIndex.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is read from the text of lsof: listeners, ports, working folders.
 #include "LsofOutput.h"
 #include "Printers.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Printers.h"
 #include "ProcessFacts.h"
 #include "ProcessInspector_p.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "FakeTools.h"
 #include "FileDescriptor.h"
 #include "Printers.h"

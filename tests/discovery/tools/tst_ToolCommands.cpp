@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "FakeTools.h"
 #include "Printers.h"
 #include "ToolCommands.h"

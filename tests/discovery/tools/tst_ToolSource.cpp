@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is the tool source's own; the scan's tests have the rest.
 #include "FakeTools.h"
 #include "Printers.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Printers.h"
 #include "ProbeSet.h"
 #include "ScriptedServer.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "HomeFolder.h"
 #include "Printers.h"
 #include "Service.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "EventLoopTicker.h"
 #include "Eventually.h"
 #include "FakePrograms.h"

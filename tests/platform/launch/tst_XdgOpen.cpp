@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "FakePrograms.h"
 #include "Printers.h"
 #include "ScopedEnvironment.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "BusWatcher.h"
 #include "Eventually.h"
 #include "PrivateBus.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "TitleButtons.h"
 #include "XSettings.h"
 

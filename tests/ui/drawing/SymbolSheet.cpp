@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Draws all symbols into one picture, at the sizes at which they are used and larger, for visual inspection.
 //
 //     symbol_sheet FILE.png [SCALE [SIZE:WEIGHT...]]

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "OverlayPlacement.h"
 
 #include "Printers.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "BrandArt.h"
 #include "PortolanShape.h"
 #include "TestWindow.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "RoundedRect.h"
 #include "TestWindow.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "DisplayText.h"
 
 #include "Printers.h"
