@@ -199,6 +199,12 @@ class Desktop(Session):
             if program.name == "portolan":
                 yield from (node for node in program.walk() if part_of_name in node.name and role in (None, node.role))
 
+    def settle(self):
+        """Waits until the rows have stood still: a press on one that has just moved counts for nobody."""
+        before = None
+        while before != (before := [row.frame for row in self.all_shown(role="list item")]):
+            time.sleep(0.6)
+
     def shown(self, part_of_name, role=None):
         """The first of them, or None."""
         return next(self.all_shown(part_of_name, role), None)

@@ -16,6 +16,9 @@ class List(Scenario):
         d.serve("blog-api")
         d.start("--background")
         d.open_popover()
+        d.find("blog-api", role="list item")
+        d.find("storefront", role="list item")
+        d.settle()
         self.row = d.find("storefront", role="list item")
 
     def test_shows_the_servers_that_run(self):
