@@ -214,5 +214,9 @@ class Kernel(Fault):
         self.folder.chmod(0o755)
         copy = self.folder / "portolanctl"
         shutil.copy(PORTOLANCTL, copy)
-        run = subprocess.run([copy, "list", "--json"], capture_output=True, timeout=30, user=65534, check=False)
+        try:
+            run = subprocess.run([copy, "list", "--json"], capture_output=True, timeout=30, user=65534, check=False)
+        except OSError as error:
+            print(f"{self.id()}: Skipped\nonly root can become another user: {error}", flush=True)
+            os._exit(77)  # what ctest takes for a skipped test
         self.assertEqual((run.returncode, json.loads(run.stdout), run.stderr), (0, [], b""))
