@@ -21,8 +21,8 @@ namespace portolan {
 /// Reads what tells about projects in folders of other programs, without trust in them: nothing is waited for
 /// but the file system itself, and nothing but a regular file of a sane size is read.
 ///
-/// A file system that does not answer, such as a dead network mount, puts whoever asks it to sleep for as
-/// long as it likes, and a process with a thread asleep there cannot end. So a child process asks. It is kept
+/// A file system that does not answer, such as a dead network mount, blocks the thread that asks it
+/// indefinitely, and a process with a thread blocked there cannot end. So a child process asks. It is kept
 /// while it answers; one that hangs is abandoned, and what it hangs in is asked nothing before it has come
 /// back. There is at most one such process for each dead folder. Any thread; one run at a time, others wait.
 class FolderReader
