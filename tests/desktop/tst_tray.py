@@ -84,6 +84,8 @@ class Tray(Scenario):
         d.press("Down", "Return")
         popover = d.opened_popover()
         self.assertTrue(popover.x <= self.icon()[0] <= popover.x + popover.width, "at the icon")
+        d.click(*self.icon())
+        eventually(lambda: not d.popover(), "the popover to close")
 
     def test_quits_from_its_menu(self):
         d = self.desktop

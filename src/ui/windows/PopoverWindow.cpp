@@ -7,24 +7,11 @@
 #include "WindowHints.h"
 
 #include <QCursor>
-#include <QGuiApplication>
 #include <QQuickItem>
 
 namespace portolan {
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-// A transient window of the popover counts as part of it.
-bool belongsTo(const QWindow *window, const QWindow *owner)
-{
-    while (window && window != owner)
-        window = window->transientParent();
-    return window;
-}
-
-} // namespace
 
 PopoverWindow::PopoverWindow(QQmlEngine &engine, const RootContent &content)
     : RootWindow(engine, content, Presentation::Popover)
@@ -35,7 +22,6 @@ PopoverWindow::PopoverWindow(QQmlEngine &engine, const RootContent &content)
     setFormat(translucent);
     setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     connect(rootObject(), &QQuickItem::implicitHeightChanged, this, &PopoverWindow::place);
-    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &PopoverWindow::followFocus);
     connect(&m_presses, &PointerPresses::pressed, this, &PopoverWindow::followPress);
 }
 
@@ -56,12 +42,6 @@ void PopoverWindow::place()
 {
     const QSize content = QSizeF(rootObject()->implicitWidth(), rootObject()->implicitHeight()).toSize();
     setGeometry(PopoverPlacement::place(m_anchor, content, Screens::all()));
-}
-
-void PopoverWindow::followFocus(const QWindow *focused)
-{
-    if (isVisible() && !belongsTo(focused, this))
-        closeUnfocused();
 }
 
 void PopoverWindow::followPress()
@@ -86,6 +66,15 @@ void PopoverWindow::hideEvent(QHideEvent *event)
 {
     m_presses.setEnabled(false);
     RootWindow::hideEvent(event);
+}
+
+// Only the loss of a focus that it had closes the popover: what had it before, such as the icon's menu, may lose
+// it only after the popover has appeared.
+void PopoverWindow::focusOutEvent(QFocusEvent *event)
+{
+    RootWindow::focusOutEvent(event);
+    if (isVisible())
+        closeUnfocused();
 }
 
 void PopoverWindow::closeUnfocused()

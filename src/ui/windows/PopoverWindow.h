@@ -26,11 +26,11 @@ Q_SIGNALS:
 protected:
     void escapePressed() override;
     void moveEvent(QMoveEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
     void hideEvent(QHideEvent *event) override;
 
 private:
     void place();
-    void followFocus(const QWindow *focused);
     void followPress();
     void closeUnfocused();
 
