@@ -196,7 +196,10 @@ bool Screen::show(const QList<StyledLine> &lines, std::optional<qsizetype> highl
         const attr_t reverse = row == highlighted ? A_REVERSE : A_NORMAL;
         move(int(row), 0);
         for (const StyledText &piece : lines[row]) {
-            setAttributes(m_depth == TerminalColors::Depth::None ? TextStyle::Plain : piece.style, reverse);
+            // Reversed colours would be patches of other backgrounds.
+            const bool isPlain = m_depth == TerminalColors::Depth::None ||
+                                 (reverse && piece.style != TextStyle::Strong);
+            setAttributes(isPlain ? TextStyle::Plain : piece.style, reverse);
             const std::wstring text = piece.text.toStdWString();
             addnwstr(text.data(), int(text.size()));
         }
