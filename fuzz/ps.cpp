@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // ps's row of one process, and its elapsed time.
-#include "ProcessInspector_p.h"
+#include "ProcessInspector.h"
 #include "Require.h"
 
 #include <QByteArrayView>

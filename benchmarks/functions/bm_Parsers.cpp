@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What a scan makes of the tools' texts.
 #include "LsofOutput.h"
-#include "ProcessInspector_p.h"
+#include "ProcessInspector.h"
 #include "ProjectDetector_p.h"
 
 #include <benchmark/benchmark.h>

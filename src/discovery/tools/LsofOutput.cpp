@@ -2,9 +2,7 @@
 #include "LsofOutput.h"
 
 #include "PrintedName.h"
-#include "Shell.h"
 #include "StrictNumber.h"
-#include "ToolCommands.h"
 
 #include <algorithm>
 #include <array>
@@ -54,11 +52,6 @@ std::optional<qint64> PortScanner::port(QStringView fromName)
     if (std::ranges::none_of(acceptedHosts, [&](QLatin1StringView accepted) { return host == accepted; }))
         return std::nullopt;
     return StrictNumber::toInt64(fromName.sliced(colon + 1));
-}
-
-std::optional<QString> PortScanner::resolveCwd(qint32 pid)
-{
-    return parseCwd(pid, Shell::run(ToolCommands::lsof(), ToolCommands::workingFolder(pid)));
 }
 
 std::optional<QString> PortScanner::parseCwd(qint32 pid, const QString &output)

@@ -11,7 +11,7 @@
 
 namespace portolan {
 
-// What lsof prints, and how it is read. Pure functions, but for the one that runs it.
+// How what lsof prints is read. Pure functions.
 namespace PortScanner {
 
 /// The listeners in lsof's field output, in its order. Malformed lines are skipped one by one.
@@ -20,10 +20,6 @@ namespace PortScanner {
 /// The port in a socket name like "*:3000" or "[::1]:8080"; absent unless it is bound to all addresses or to
 /// the loopback address.
 [[nodiscard]] std::optional<qint64> port(QStringView fromName);
-
-/// Asks lsof for the working folder of a process; absent if it cannot be found. May block for as long as a
-/// dead mount does.
-[[nodiscard]] std::optional<QString> resolveCwd(qint32 pid);
 
 /// The working folder in lsof's answer about `pid`, with lsof's escapes undone.
 [[nodiscard]] std::optional<QString> parseCwd(qint32 pid, const QString &output);

@@ -1,18 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "ProcessInspector.h"
-#include "ProcessInspector_p.h"
 
-#include "Shell.h"
 #include "StrictNumber.h"
-#include "ToolCommands.h"
 
 #include <QVarLengthArray>
 
 #include <limits>
 
 namespace portolan {
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -32,11 +27,6 @@ qint64 multipliedAndAdded(qint64 a, qint64 factor, qint64 b)
 }
 
 } // namespace
-
-std::optional<ProcessStats> ProcessInspector::stats(qint32 pid)
-{
-    return parse(Shell::run(ToolCommands::ps(), ToolCommands::stats(pid)));
-}
 
 std::optional<ProcessStats> ProcessInspector::parse(const QString &output)
 {

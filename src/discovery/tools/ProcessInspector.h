@@ -4,19 +4,23 @@
 #include "ProcessStats.h"
 
 #include <QString>
+#include <QStringView>
 
 #include <optional>
 
 namespace portolan {
 
-/// The live figures of a process: how long it has run, its share of the CPU and its memory.
+/// How what ps prints is read: how long a process has run, its share of the CPU and its memory. Pure
+/// functions.
 namespace ProcessInspector {
 
-/// Asks ps about one process; nothing when there is no such process. Blocks while ps runs.
-[[nodiscard]] std::optional<ProcessStats> stats(qint32 pid);
-
-/// What the answer of ps says. A column that is no number counts 0.
+/// The figures in the answer of ps about one process; absent when there is no such process. A column that is
+/// no number counts 0.
 [[nodiscard]] std::optional<ProcessStats> parse(const QString &output);
+
+/// Seconds of an elapsed time like "3-04:05:06". Takes any chain of groups: what is no number counts 0, what
+/// is too large for 64 bits stays at their end.
+[[nodiscard]] qint64 parseETime(QStringView text);
 
 } // namespace ProcessInspector
 

@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "ToolSource.h"
 
-#include "ForEachIndex.h"
 #include "LsofOutput.h"
 #include "ProcessInspector.h"
 #include "Shell.h"
-#include "ToolCommands.h"
 
 #include <QHash>
+#include <QStandardPaths>
 
 #include <algorithm>
 #include <atomic>
 #include <limits>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -19,7 +19,24 @@
 
 namespace portolan {
 
+using namespace Qt::StringLiterals;
+
 namespace {
+
+QStringList listenersQuestion()
+{
+    return {u"-nP"_s, u"-iTCP"_s, u"-sTCP:LISTEN"_s, u"-FpcnPT"_s};
+}
+
+QStringList workingFolderQuestion(qint32 pid)
+{
+    return {u"-a"_s, u"-p"_s, QString::number(pid), u"-d"_s, u"cwd"_s, u"-Fn"_s};
+}
+
+QStringList statsQuestion(qint32 pid)
+{
+    return {u"-o"_s, u"etime=,%cpu=,rss="_s, u"-p"_s, QString::number(pid)};
+}
 
 /// Which process has `pid` now. One that has ended since it was listed is told from any later one by a start
 /// that no process has.
@@ -33,11 +50,6 @@ std::optional<ProcessIdentity> identityOf(qint32 pid)
 
 } // namespace
 
-int ToolSource::Options::defaultWorkers()
-{
-    return std::clamp(int(std::thread::hardware_concurrency()), 1, 4);
-}
-
 ToolSource::ToolSource()
     : ToolSource(Options())
 {}
@@ -48,7 +60,15 @@ ToolSource::ToolSource(Options options)
 
 QString ToolSource::lsof() const
 {
-    return m_options.lsof.isEmpty() ? ToolCommands::lsof() : m_options.lsof;
+    return m_options.lsof.isEmpty()
+               ? QStandardPaths::findExecutable(u"lsof"_s, {u"/usr/sbin"_s, u"/usr/bin"_s})
+               : m_options.lsof;
+}
+
+QString ToolSource::ps() const
+{
+    return m_options.ps.isEmpty() ? QStandardPaths::findExecutable(u"ps"_s, {u"/bin"_s, u"/usr/bin"_s})
+                                  : m_options.ps;
 }
 
 QList<RawListener> ToolSource::listeners(const std::stop_token &stop)
@@ -56,7 +76,7 @@ QList<RawListener> ToolSource::listeners(const std::stop_token &stop)
     m_unreaped.reap();
     const Shell::Limits limits{.deadline = m_options.listingDeadline, .stop = stop, .unreaped = &m_unreaped};
     QList<RawListener> listeners =
-        PortScanner::parseListeners(Shell::run(lsof(), ToolCommands::listeners(), limits).output);
+        PortScanner::parseListeners(Shell::run(lsof(), listenersQuestion(), limits).output);
     QHash<qint32, std::optional<ProcessIdentity>> identities;
     for (RawListener &listener : listeners) {
         if (!identities.contains(listener.pid))
@@ -69,7 +89,7 @@ QList<RawListener> ToolSource::listeners(const std::stop_token &stop)
 std::vector<std::optional<QString>> ToolSource::workingFolders(const QList<qint32> &pids,
                                                                const std::stop_token &stop)
 {
-    const QStringList texts = outputs(lsof(), ToolCommands::workingFolder, pids, stop);
+    const QStringList texts = outputs(lsof(), workingFolderQuestion, pids, stop);
     std::vector<std::optional<QString>> folders;
     for (qsizetype i = 0; i < pids.size(); ++i)
         folders.push_back(PortScanner::parseCwd(pids[i], texts[i]));
@@ -79,28 +99,39 @@ std::vector<std::optional<QString>> ToolSource::workingFolders(const QList<qint3
 std::vector<std::optional<ProcessStats>> ToolSource::stats(const QList<qint32> &pids,
                                                            const std::stop_token &stop)
 {
-    const QString ps = m_options.ps.isEmpty() ? ToolCommands::ps() : m_options.ps;
     std::vector<std::optional<ProcessStats>> stats;
-    for (const QString &text : outputs(ps, ToolCommands::stats, pids, stop))
+    for (const QString &text : outputs(ps(), statsQuestion, pids, stop))
         stats.push_back(ProcessInspector::parse(text));
     return stats;
 }
 
 /// What `tool` prints about each of `pids`, in their order; "" where it failed, and for what came after the
 /// last time-out that is tolerated, even if it was under way already.
-QStringList ToolSource::outputs(const QString &tool, QStringList (&arguments)(qint32),
+QStringList ToolSource::outputs(const QString &tool, QStringList (&question)(qint32),
                                 const QList<qint32> &pids, const std::stop_token &stop)
 {
     const Shell::Limits limits{.deadline = m_options.deadline, .stop = stop, .unreaped = &m_unreaped};
     std::vector<Shell::Result> results(size_t(pids.size()));
+    std::atomic<qsizetype> next = 0;
     std::atomic<int> timeOuts = 0;
-    forEachIndex(pids.size(), m_options.workers, [&](qsizetype index) {
-        if (timeOuts >= maxTimeOuts || stop.stop_requested())
-            return;
-        Shell::Result &result = results[size_t(index)];
-        result = Shell::run(tool, arguments(pids[index]), limits);
-        timeOuts += result.timedOut;
-    });
+    const auto work = [&] {
+        for (qsizetype i = next++; i < pids.size(); i = next++) {
+            if (timeOuts >= maxTimeOuts || stop.stop_requested())
+                return;
+            results[size_t(i)] = Shell::run(tool, question(pids[i]), limits);
+            timeOuts += results[size_t(i)].timedOut;
+        }
+    };
+    {
+        std::vector<std::jthread> helpers;
+        try {
+            for (qsizetype i = 1; i < std::min<qsizetype>(m_options.workers, pids.size()); ++i)
+                helpers.emplace_back(work);
+        } catch (const std::system_error &) {
+            // The system gives no more threads: those that there are do it all.
+        }
+        work();
+    }
 
     QStringList texts;
     int timeOutsSoFar = 0;

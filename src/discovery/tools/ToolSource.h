@@ -6,7 +6,9 @@
 
 #include <QStringList>
 
+#include <algorithm>
 #include <chrono>
+#include <thread>
 
 namespace portolan {
 
@@ -21,14 +23,12 @@ public:
 
     struct Options
     {
-        QString lsof; ///< "": where the system keeps it
+        QString lsof; ///< "": where the system keeps it, looked for each time it is run
         QString ps;   ///< likewise
         std::chrono::milliseconds listingDeadline = std::chrono::seconds(10);
         std::chrono::milliseconds deadline = std::chrono::seconds(3); ///< of every other run
-        int workers = defaultWorkers();
-
-        /// One for each core, but no more than four: the tools' own work is what takes the time.
-        [[nodiscard]] static int defaultWorkers();
+        /// Threads. No more than four: the tools' own work is what takes the time.
+        int workers = std::clamp(int(std::thread::hardware_concurrency()), 1, 4);
     };
 
     ToolSource();
@@ -41,9 +41,10 @@ public:
                                                                  const std::stop_token &stop) override;
 
 private:
-    [[nodiscard]] QStringList outputs(const QString &tool, QStringList (&arguments)(qint32),
+    [[nodiscard]] QStringList outputs(const QString &tool, QStringList (&question)(qint32),
                                       const QList<qint32> &pids, const std::stop_token &stop);
     [[nodiscard]] QString lsof() const;
+    [[nodiscard]] QString ps() const;
 
     const Options m_options;
     UnreapedChildren m_unreaped;

@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "Printers.h"
 #include "ProcessFacts.h"
-#include "ProcessInspector_p.h"
+#include "ProcessInspector.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
-
-#include <unistd.h>
 
 namespace portolan {
 
@@ -117,22 +115,5 @@ INSTANTIATE_TEST_SUITE_P(
         std::ranges::replace(name, '-', '_');
         return name;
     });
-
-TEST(ProcessInspector, KnowsThisProcess)
-{
-    const std::optional<ProcessStats> stats = ProcessInspector::stats(getpid());
-    ASSERT_TRUE(stats);
-    EXPECT_GE(stats->uptimeSeconds, 0);
-    EXPECT_LT(stats->uptimeSeconds, 3600);
-    EXPECT_GE(stats->cpuPercent, 0);
-    EXPECT_GT(stats->memoryMB, 1);
-}
-
-TEST(ProcessInspector, KnowsNothingOfAProcessThatIsNot)
-{
-    EXPECT_EQ(ProcessInspector::stats(0), std::nullopt);
-    EXPECT_EQ(ProcessInspector::stats(-1), std::nullopt);
-    EXPECT_EQ(ProcessInspector::stats(std::numeric_limits<qint32>::max()), std::nullopt);
-}
 
 } // namespace portolan

@@ -38,7 +38,32 @@ TEST(ToolSource, UsesTheSystemsToolsByDefault)
     EXPECT_EQ(source.workingFolders({qint32(getpid())}, {}).front(), QDir::currentPath());
     const auto stats = source.stats({qint32(getpid())}, {}).front();
     ASSERT_TRUE(stats);
+    EXPECT_LT(stats->uptimeSeconds, 3600);
     EXPECT_GT(stats->memoryMB, 1);
+}
+
+TEST(ToolSource, KnowsNothingOfProcessesThatAreNot)
+{
+    ToolSource source;
+    for (const qint32 pid : {0, -1, std::numeric_limits<qint32>::max()}) {
+        EXPECT_EQ(source.workingFolders({pid}, {}).front(), std::nullopt) << pid;
+        EXPECT_EQ(source.stats({pid}, {}).front(), std::nullopt) << pid;
+    }
+}
+
+TEST(ToolSource, AsksAboutSeveralProcessesAtOnce)
+{
+    // Each answer waits for the other question: one after the other would never end.
+    const FakeTools tools;
+    tools.onPs(1, "touch asked-1; until [ -e asked-2 ]; do sleep 0.01; done; echo 1 1 1024");
+    tools.onPs(2, "touch asked-2; until [ -e asked-1 ]; do sleep 0.01; done; echo 2 2 1024");
+    ToolSource::Options options = tools.options();
+    options.deadline = std::chrono::minutes(1);
+    options.workers = 2;
+    const auto stats = ToolSource(options).stats({1, 2}, {});
+    ASSERT_TRUE(stats[0] && stats[1]);
+    EXPECT_EQ(stats[0]->uptimeSeconds, 1);
+    EXPECT_EQ(stats[1]->uptimeSeconds, 2);
 }
 
 } // namespace portolan
