@@ -4,6 +4,7 @@
 #include "../Meter.h"
 
 #include "FolderReader.h"
+#include "HealthChecker.h"
 #include "PortScanner.h"
 #include "ServiceStore.h"
 #include "SystemSource.h"
@@ -29,7 +30,8 @@ int main(int argc, char **argv)
     FolderReader files;
     HealthChecker checker;
     ServiceStore store(
-        defaults, [&](std::stop_token stop) { return PortScanner::scan(*source, files, std::move(stop)); },
+        defaults,
+        [&](std::stop_token stop) { return PortScanner::scan(*source, files, {.stop = std::move(stop)}); },
         [&](qint64 port) { return checker.check(port); });
     VisibleServicesModel model;
     model.setStore(&store);

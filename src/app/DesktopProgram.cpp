@@ -73,7 +73,8 @@ int serve(StartRequest request, FolderReader &files)
     const std::unique_ptr<ProcessSource> source = SystemSource::make();
     HealthChecker checker;
     ServiceStore store(
-        defaults, [&](std::stop_token stop) { return PortScanner::scan(*source, files, std::move(stop)); },
+        defaults,
+        [&](std::stop_token stop) { return PortScanner::scan(*source, files, {.stop = std::move(stop)}); },
         [&](qint64 port) { return checker.check(port); });
     ServiceActions actions([&store](const Service &service) { return store.identityOf(service); });
     QObject::connect(&actions, &ServiceActions::stopRequested, &store, &ServiceStore::expectEnd);

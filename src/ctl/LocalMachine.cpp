@@ -26,7 +26,9 @@ LocalMachine::LocalMachine(UserDefaults &defaults, bool probes)
     : m_source(SystemSource::make())
     , m_store(
           defaults,
-          [this](std::stop_token stop) { return PortScanner::scan(*m_source, m_files, std::move(stop)); },
+          [this](std::stop_token stop) {
+              return PortScanner::scan(*m_source, m_files, {.stop = std::move(stop)});
+          },
           [this, probes](qint64 port) {
               return probes ? m_checker.check(port) : QtFuture::makeReadyFuture(Health::unknown());
           })

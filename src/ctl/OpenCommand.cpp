@@ -68,7 +68,7 @@ int Commands::open(const CommandLine &line)
         return openOn(line.hosts.first(), port);
     const std::unique_ptr<ProcessSource> source = SystemSource::make();
     FolderReader files;
-    const QList<Service> services = PortScanner::scanPorts(*source, files, {port}).services;
+    const QList<Service> services = PortScanner::scan(*source, files, {.ports = {{port}}}).services;
     if (services.isEmpty())
         return fail(u"no server on port %1"_s.arg(port));
     // Where several processes share the port, the address is the same.

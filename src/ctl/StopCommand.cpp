@@ -31,7 +31,7 @@ ScanResult scanFor(const QList<ServiceOperand> &operands)
     QSet<qint64> ports;
     for (const ServiceOperand &operand : operands)
         ports.insert(operand.port);
-    return PortScanner::scanPorts(*source, files, ports);
+    return PortScanner::scan(*source, files, {.ports = ports});
 }
 
 /// The servers to stop, and whether each operand means one. An operand that means several stops nothing.

@@ -3,6 +3,7 @@
 #include "PortScanner_p.h"
 
 #include "ProcessSource.h"
+#include "ProjectDetector.h"
 
 #include <algorithm>
 #include <array>
@@ -91,7 +92,7 @@ Folders workingFolders(const QList<RawListener> &listeners, ProcessSource &sourc
     removeDeleted(answers, files, options);
     Folders folders;
     for (qsizetype i = 0; i < pids.size(); ++i)
-        folders.insert(pids[i], std::move(answers[size_t(i)]));
+        folders.insert(pids[i], answers[size_t(i)]);
     return folders;
 }
 
@@ -134,20 +135,6 @@ void detectProjects(QList<Service> &services, FolderReader &files, const ScanOpt
 }
 
 } // namespace
-
-ScanResult PortScanner::scan(ProcessSource &source, FolderReader &files, std::stop_token stop)
-{
-    ScanOptions options;
-    options.stop = std::move(stop);
-    return scan(source, files, options);
-}
-
-ScanResult PortScanner::scanPorts(ProcessSource &source, FolderReader &files, const QSet<qint64> &ports)
-{
-    ScanOptions options;
-    options.ports = ports;
-    return scan(source, files, options);
-}
 
 ScanResult PortScanner::scan(ProcessSource &source, FolderReader &files, const ScanOptions &options)
 {

@@ -1,18 +1,22 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "FolderReader.h"
+#include "HomeFolder.h"
 #include "ProcessIdentity.h"
 #include "Service.h"
 
 #include <QHash>
 #include <QList>
 #include <QSet>
+#include <QStringList>
 
+#include <chrono>
+#include <optional>
 #include <stop_token>
 
 namespace portolan {
 
-class FolderReader;
 class ProcessSource;
 
 /// What a scan found.
@@ -25,13 +29,18 @@ struct ScanResult
 /// Discovery's single entry point.
 namespace PortScanner {
 
+struct ScanOptions
+{
+    std::stop_token stop = {};               ///< ends the scan early, with a result that means nothing
+    std::optional<QSet<qint64>> ports = {};  ///< about listeners on others nothing is asked; absent: on any
+    QStringList homes = HomeFolder::paths(); ///< the names of the user's home folder
+    std::chrono::milliseconds folderDeadline = FolderReader::Limits().deadline;
+};
+
 /// The development servers that listen on this machine now, as `source` knows it; project files are read by
 /// `files`. Blocks, so never on the main thread; any number of scans may run at once. Never fails: an empty
-/// list means that nothing was found. A stop request makes it return early with a list that means nothing.
-[[nodiscard]] ScanResult scan(ProcessSource &source, FolderReader &files, std::stop_token stop = {});
-
-/// Those of them that listen on one of `ports`; about others nothing is asked.
-[[nodiscard]] ScanResult scanPorts(ProcessSource &source, FolderReader &files, const QSet<qint64> &ports);
+/// list means that nothing was found.
+[[nodiscard]] ScanResult scan(ProcessSource &source, FolderReader &files, const ScanOptions &options = {});
 
 } // namespace PortScanner
 

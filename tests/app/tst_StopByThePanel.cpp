@@ -4,7 +4,7 @@
 #include "FolderReader.h"
 #include "KernelSource.h"
 #include "LocalSocket.h"
-#include "PortScanner_p.h"
+#include "PortScanner.h"
 #include "ProcessHandle.h"
 #include "ServiceActions.h"
 #include "ServiceStore.h"
@@ -39,10 +39,7 @@ protected:
     /// Every server counts, whatever its name and folder.
     ScanResult scan()
     {
-        PortScanner::ScanOptions options;
-        options.homes = {u"/"_s};
-        options.ports = {m_port};
-        return PortScanner::scan(*m_source, m_files, options);
+        return PortScanner::scan(*m_source, m_files, {.ports = {{m_port}}, .homes = {u"/"_s}});
     }
 
     bool refresh()

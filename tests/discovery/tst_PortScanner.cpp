@@ -3,7 +3,7 @@
 #include "FakeTools.h"
 #include "FolderReader.h"
 #include "HungMount.h"
-#include "PortScanner_p.h"
+#include "PortScanner.h"
 #include "Printers.h"
 
 #include <QDir>

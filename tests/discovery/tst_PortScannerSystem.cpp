@@ -4,8 +4,7 @@
 #include "FolderReader.h"
 #include "HungMount.h"
 #include "KernelSource.h"
-#include "LsofOutput.h"
-#include "PortScanner_p.h"
+#include "PortScanner.h"
 #include "Printers.h"
 #include "ProcessFacts.h"
 #include "ToolSource.h"
@@ -138,9 +137,7 @@ std::unique_ptr<ProcessSource> make(Source source, std::chrono::milliseconds dea
 QList<Service> scan(ProcessSource &source, const QString &home = QDir::currentPath())
 {
     FolderReader files;
-    PortScanner::ScanOptions options;
-    options.homes = {home};
-    return PortScanner::scan(source, files, options).services;
+    return PortScanner::scan(source, files, {.homes = {home}}).services;
 }
 
 QList<Service> scan(Source source)
@@ -338,15 +335,9 @@ TEST(SystemScan, OfCertainPortsFindsNoOthers)
     qint64 port = 0;
     for (const Service &service : PortScanner::scan(source, files).services)
         port = service.pid == node.pid() ? service.port : port;
-    const QList<Service> services = PortScanner::scanPorts(source, files, {port}).services;
+    const QList<Service> services = PortScanner::scan(source, files, {.ports = {{port}}}).services;
     ASSERT_EQ(services.size(), 1);
     EXPECT_EQ(services[0].pid, node.pid());
-}
-
-TEST(SystemScan, ResolvesTheWorkingDirectoryOfAProcess)
-{
-    EXPECT_EQ(PortScanner::resolveCwd(getpid()), QDir::currentPath());
-    EXPECT_EQ(PortScanner::resolveCwd(std::numeric_limits<qint32>::max()), std::nullopt);
 }
 
 TEST_P(RealScan, WithADeadMountTheListComesAllTheSame)
