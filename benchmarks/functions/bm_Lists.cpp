@@ -71,7 +71,9 @@ private:
     QTemporaryDir m_folder;
     UserDefaults m_defaults{m_folder.filePath(QStringLiteral("settings.json"))};
     ServiceStore m_store{m_defaults,
-                         [this](const std::stop_token &) { return sampleServices(m_count, ++m_round); },
+                         [this](const std::stop_token &) {
+                             return ScanResult{sampleServices(m_count, ++m_round), {}};
+                         },
                          [](qint64) { return QtFuture::makeReadyFuture(Health::healthy(200, 1)); }};
     VisibleServicesModel m_model;
 };
