@@ -18,9 +18,6 @@ namespace portolan {
 
 namespace {
 
-using FolderAnswers::Kind;
-using FolderAnswers::Question;
-
 /// The connection, with what has been received and not read yet, and what has not been sent yet.
 class Connection
 {
@@ -94,8 +91,6 @@ void sendFile(const char *path, Connection &connection)
         const ssize_t count = read(file, bytes, std::min(sizeof bytes, size_t(left)));
         if (count < 0 && errno == EINTR)
             continue;
-        if (count < 0)
-            connection.sendPiece(FolderAnswers::failure);
         if (count <= 0)
             break;
         connection.sendPiece(std::uint32_t(count), bytes);
@@ -140,8 +135,10 @@ bool hasMarker(const char *folder, const char *marker)
 
 void sendMarker(const char *folder, Connection &connection)
 {
-    const auto *const found = std::ranges::find_if(
-        FolderAnswers::markers, [&](const char *marker) { return hasMarker(folder, marker); });
+    const auto *const found =
+        std::ranges::find_if(FolderAnswers::markers, [&](const FolderAnswers::Marker &marker) {
+            return hasMarker(folder, marker.file);
+        });
     const char place = char(found - FolderAnswers::markers.begin());
     if (found != FolderAnswers::markers.end())
         connection.sendPiece(1, &place);
@@ -163,9 +160,9 @@ std::int64_t nowNs()
 
 } // namespace
 
-void FolderAnswers::serve(Server &server)
+void FolderAnswers::serve(int socket, Progress &progress)
 {
-    Connection connection(server.connection);
+    Connection connection(socket);
     for (;;) {
         Question question;
         const char *header = connection.receive(sizeof question);
@@ -175,8 +172,8 @@ void FolderAnswers::serve(Server &server)
         const char *path = connection.receive(question.pathSize);
         if (!path)
             return;
-        server.progress->begunNs = nowNs();
-        ++server.progress->begun;
+        progress.begunNs = nowNs();
+        ++progress.begun;
         switch (question.kind) {
         case Kind::File:
             sendFile(path, connection);

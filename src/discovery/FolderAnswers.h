@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Framework.h"
+
 #include <array>
 #include <atomic>
 #include <cstdint>
@@ -19,17 +21,31 @@ struct Question
     std::uint32_t pathSize = 0; ///< of the path that follows, with the NUL at its end
 };
 
-/// The length of a piece that takes back those before it: a file that could not be read to its end.
-inline constexpr std::uint32_t failure = ~0U;
-
 inline constexpr std::int64_t maxFileSize = std::int64_t(4) * 1024 * 1024;
 
-/// The files that tell of what kind a project is, in the order in which they decide. A name that begins with
-/// a dot stands for all that end so. The answer to a question of that kind is the place of the first one that
-/// there is, in one byte.
-inline constexpr std::array markers{"Cargo.toml", "go.mod",         "Gemfile",          "composer.json",
-                                    "manage.py",  "pyproject.toml", "requirements.txt", "Dockerfile",
-                                    ".csproj",    ".sln",           "pom.xml",          "build.gradle"};
+/// A file that tells of what kind a project is. A name that begins with a dot stands for all that end so.
+struct Marker
+{
+    const char *file;
+    Framework framework;
+};
+
+/// In the order in which they decide. The answer to a question of that kind is the place of the first one
+/// that there is, in one byte.
+inline constexpr std::array markers{
+    Marker{"Cargo.toml", Framework::rust},
+    Marker{"go.mod", Framework::go},
+    Marker{"Gemfile", Framework::rails},
+    Marker{"composer.json", Framework::php},
+    Marker{"manage.py", Framework::django},
+    Marker{"pyproject.toml", Framework::python},
+    Marker{"requirements.txt", Framework::python},
+    Marker{"Dockerfile", Framework::docker},
+    Marker{".csproj", Framework::dotnet},
+    Marker{".sln", Framework::dotnet},
+    Marker{"pom.xml", Framework::java},
+    Marker{"build.gradle", Framework::java},
+};
 
 /// Memory that both share, for what a child that hangs cannot say any more.
 struct Progress
@@ -38,15 +54,9 @@ struct Progress
     std::atomic<std::int64_t> begunNs = 0; ///< when the last of them was, on the steady clock
 };
 
-struct Server
-{
-    int connection = 0;
-    Progress *progress = nullptr;
-};
-
-/// The child's life: answers until the connection ends. Uses only what a process copied from one with threads
-/// may: no allocation, no lock.
-void serve(Server &server);
+/// The child's life: answers what comes in on `connection` until it ends. Uses only what a process copied
+/// from one with threads may: no allocation, no lock.
+void serve(int connection, Progress &progress);
 
 } // namespace FolderAnswers
 

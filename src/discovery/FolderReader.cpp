@@ -77,15 +77,12 @@ struct FolderReader::Batch
         qsizetype read = 0;
         for (std::uint32_t size = 0; received.size() - read >= qsizetype(sizeof size);) {
             std::memcpy(&size, received.constData() + read, sizeof size);
-            const qsizetype length = size == FolderAnswers::failure ? 0 : qsizetype(size);
-            if (received.size() - read < qsizetype(sizeof size) + length)
+            if (received.size() - read < qsizetype(sizeof size + size))
                 break;
-            if (size == FolderAnswers::failure)
-                answer.clear();
-            else if (size == 0)
+            if (size == 0)
                 answers[asked[answered++]] = std::exchange(answer, {});
-            answer.append(received.constData() + read + sizeof size, length);
-            read += qsizetype(sizeof size) + length;
+            answer.append(received.constData() + read + sizeof size, size);
+            read += qsizetype(sizeof size + size);
         }
         received.remove(0, read);
         return count > 0 || (count < 0 && (errno == EAGAIN || errno == EINTR));
@@ -185,8 +182,9 @@ bool FolderReader::start()
     if (shared == MAP_FAILED)
         return false;
     Progress progress(new (shared) FolderAnswers::Progress, unmap);
-    FolderAnswers::Server server{.connection = 0, .progress = progress.get()};
-    auto process = ChildProcess::fork("portolan-files", childs.get(), FolderAnswers::serve, server);
+    auto process = ChildProcess::fork("portolan-files", childs.get(), [&progress](int socket) {
+        FolderAnswers::serve(socket, *progress);
+    });
     if (!process)
         return false;
     m_child.emplace(Child{*std::move(process), std::move(connection), std::move(progress), {}});

@@ -10,19 +10,13 @@
 #include <algorithm>
 #include <array>
 #include <initializer_list>
+#include <string>
 
 namespace portolan {
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// Of the files in FolderAnswers::markers.
-constexpr std::array markerFrameworks{Framework::rust,   Framework::go,     Framework::rails,
-                                      Framework::php,    Framework::django, Framework::python,
-                                      Framework::python, Framework::docker, Framework::dotnet,
-                                      Framework::dotnet, Framework::java,   Framework::java};
-static_assert(markerFrameworks.size() == FolderAnswers::markers.size());
 
 struct Dependency
 {
@@ -47,22 +41,13 @@ constexpr std::array knownDependencies{
     Dependency{"react"_L1, Framework::react},
 };
 
-qsizetype characterLength(const QString &text, qsizetype at)
+/// `text` with the character at `place`, if there is one, in upper case.
+QString withUpperCase(const std::u32string &text, size_t place)
 {
-    const bool pair = text[at].isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate();
-    return pair ? 2 : 1;
-}
-
-bool isLetter(const QString &text, qsizetype at)
-{
-    return characterLength(text, at) == 2 ? QChar::isLetter(QChar::surrogateToUcs4(text[at], text[at + 1]))
-                                          : text[at].isLetter();
-}
-
-void upperCaseCharacter(QString &text, qsizetype at)
-{
-    const qsizetype length = characterLength(text, at);
-    text.replace(at, length, text.sliced(at, length).toUpper());
+    const size_t rest = std::min(place + 1, text.size());
+    return QString::fromStdU32String(text.substr(0, place)) +
+           QString::fromStdU32String(text.substr(place, 1)).toUpper() +
+           QString::fromStdU32String(text.substr(rest));
 }
 
 /// A name that is far longer than any package manager allows is shown, sorted and searched for its front
@@ -119,7 +104,7 @@ std::vector<ProjectDetector::Project> ProjectDetector::detect(const std::vector<
     const auto markers = ask(FolderReader::Kind::Marker, "");
     for (size_t i = 0; i < open.size(); ++i) {
         if (markers[i] && !markers[i]->isEmpty())
-            projects[open[i]].framework = markerFrameworks.at(size_t(markers[i]->front()));
+            projects[open[i]].framework = FolderAnswers::markers.at(size_t(markers[i]->front())).framework;
     }
     return projects;
 }
@@ -172,37 +157,27 @@ std::optional<QString> ProjectDetector::cleanName(const QString &packageName)
         return std::nullopt;
     QStringList words = name.replace(u'_', u'-').replace(u'.', u'-').split(u'-', Qt::SkipEmptyParts);
     for (QString &word : words)
-        upperCaseCharacter(word, 0);
+        word = withUpperCase(word.toStdU32String(), 0);
     return words.join(u' ');
 }
 
 QString ProjectDetector::capitalized(const QString &text)
 {
-    QString result = text.toLower();
-    QTextBoundaryFinder words(QTextBoundaryFinder::Word, result);
-    QList<qsizetype> starts;
-    for (qsizetype start = 0; start >= 0; start = words.toNextBoundary())
-        starts.append(start);
-    // From the back, for a letter's upper case may be longer than the letter.
-    for (qsizetype i = starts.size() - 2; i >= 0; --i) {
-        qsizetype letter = starts[i];
-        while (letter < starts[i + 1] && !isLetter(result, letter))
-            letter += characterLength(result, letter);
-        if (letter < starts[i + 1])
-            upperCaseCharacter(result, letter);
+    const QString lower = text.toLower();
+    QTextBoundaryFinder words(QTextBoundaryFinder::Word, lower);
+    QString result;
+    for (qsizetype start = 0, end = 0; (end = words.toNextBoundary()) > 0; start = end) {
+        const std::u32string word = lower.sliced(start, end - start).toStdU32String();
+        const auto letter = std::ranges::find_if(word, [](char32_t c) { return QChar::isLetter(c); });
+        result += withUpperCase(word, size_t(letter - word.begin()));
     }
     return result;
 }
 
 QString ProjectDetector::lastComponent(const QString &path)
 {
-    qsizetype end = path.size();
-    while (end > 1 && path[end - 1] == u'/')
-        --end;
-    if (end == 1)
-        return path.first(1);
-    const QStringView trimmed = QStringView(path).first(end);
-    return trimmed.sliced(trimmed.lastIndexOf(u'/') + 1).toString();
+    const QString name = path.section(u'/', -1, -1, QString::SectionSkipEmpty);
+    return name.isEmpty() ? u"/"_s : name;
 }
 
 std::optional<ProjectDetector::Project>

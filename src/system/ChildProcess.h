@@ -35,19 +35,18 @@ public:
     /// possible: no such file, not executable, no descriptors or processes left.
     [[nodiscard]] static std::optional<ChildProcess> start(const Program &program);
 
-    /// Starts a copy of this process in which `serve(what)` is called, with `connection` as its descriptor 0
-    /// and no other, in the root folder, under `name` (at most 15 characters). `serve` must not return and
-    /// may neither allocate nor lock: threads that held a lock are not there any more. Nothing if that is not
-    /// possible.
-    template <typename What>
-    [[nodiscard]] static std::optional<ChildProcess> fork(const char *name, int connection,
-                                                          void (*serve)(What &), What &what)
+    /// Starts a copy of this process that ends when `serve`, called with its descriptor 0, returns. That is
+    /// `connection`; it has no other, is in the root folder and called `name` (at most 15 characters).
+    /// `serve` may neither allocate nor lock: threads that held a lock are not there any more. Nothing if
+    /// that is not possible.
+    template <typename Serve>
+    [[nodiscard]] static std::optional<ChildProcess> fork(const char *name, int connection, Serve serve)
     {
         const ChildSetup::SignalsHeld held;
         const pid_t pid = ::fork();
         if (pid == 0) {
             prepareCopy(name, connection);
-            serve(what);
+            serve(STDIN_FILENO);
             _exit(0);
         }
         return pid < 0 ? std::nullopt : std::optional(ChildProcess(pid));

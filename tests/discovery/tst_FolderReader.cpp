@@ -46,8 +46,10 @@ Answer ask(const FolderReader::Question &question)
 /// The place of a file among the markers, as an answer gives it.
 QByteArray place(const char *marker)
 {
-    const auto *const found = std::ranges::find_if(
-        FolderAnswers::markers, [&](const char *known) { return std::strcmp(known, marker) == 0; });
+    const auto *const found =
+        std::ranges::find_if(FolderAnswers::markers, [&](const FolderAnswers::Marker &known) {
+            return std::strcmp(known.file, marker) == 0;
+        });
     return QByteArray(1, char(found - FolderAnswers::markers.begin()));
 }
 
