@@ -58,21 +58,14 @@ std::optional<std::string_view> ProcFs::readInto(std::span<char> buffer, const c
     return std::string_view(buffer.data(), size_t(length));
 }
 
-std::optional<std::string> ProcFs::readAll(const char *path)
+std::string ProcFs::readAll(const char *path)
 {
     const FileDescriptor file(open(path, O_RDONLY | O_CLOEXEC));
-    if (!file.isOpen())
-        return std::nullopt;
     std::string text;
     char buffer[16 * 1024];
-    for (;;) {
-        const ssize_t length = read(file.get(), buffer, sizeof buffer);
-        if (length < 0)
-            return std::nullopt;
-        if (length == 0)
-            return text;
+    for (ssize_t length = 0; (length = read(file.get(), buffer, sizeof buffer)) > 0;)
         text.append(buffer, size_t(length));
-    }
+    return text;
 }
 
 std::optional<std::string_view> ProcFs::readLink(std::span<char> buffer, const char *path, int at)

@@ -3,6 +3,7 @@
 
 #include "FileDescriptor.h"
 
+#include <charconv>
 #include <optional>
 #include <span>
 #include <string>
@@ -34,12 +35,22 @@ private:
 
 /// The start of the file at `path`, as far as one read into `buffer` goes; absent when it cannot be read.
 [[nodiscard]] std::optional<std::string_view> readInto(std::span<char> buffer, const char *path);
-/// The whole file at `path`; absent when it cannot be read.
-[[nodiscard]] std::optional<std::string> readAll(const char *path);
+/// The whole file at `path`; empty when it cannot be read.
+[[nodiscard]] std::string readAll(const char *path);
 /// What the symbolic link at `path`, relative to the directory `at`, says. Absent, with errno set, when it
 /// cannot be read or does not fit into `buffer`.
 [[nodiscard]] std::optional<std::string_view> readLink(std::span<char> buffer, const char *path,
                                                        int at = AT_FDCWD);
+
+/// The whole of `word` as a number in that base; absent when it is none.
+template <typename Number>
+[[nodiscard]] std::optional<Number> number(std::string_view word, int base = 10)
+{
+    Number number{};
+    const char *const end = word.data() + word.size();
+    const auto [last, error] = std::from_chars(word.data(), end, number, base);
+    return error == std::errc() && last == end ? std::optional(number) : std::nullopt;
+}
 
 /// The numbered entries of a directory of /proc, as the kernel lists them: process ids, descriptors.
 class NumberedEntries

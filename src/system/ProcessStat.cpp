@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ProcessStat.h"
 
+#include "ProcFs.h"
+
 #include <algorithm>
-#include <charconv>
 #include <cstring>
 
 namespace portolan {
@@ -34,14 +35,6 @@ private:
     std::string_view m_rest;
 };
 
-template <typename Number>
-bool parse(std::string_view word, Number &number)
-{
-    const char *end = word.data() + word.size();
-    const auto [last, error] = std::from_chars(word.data(), end, number);
-    return error == std::errc() && last == end;
-}
-
 } // namespace
 
 std::optional<ProcessStat> parseProcessStat(std::string_view text)
@@ -53,29 +46,27 @@ std::optional<ProcessStat> parseProcessStat(std::string_view text)
     if (open == std::string_view::npos || close < open)
         return std::nullopt;
 
-    ProcessStat stat;
-    stat.command = text.substr(open + 1, close - open - 1);
+    using ProcFs::number;
     Words words(text.substr(std::min(close + 2, text.size()))); // behind the bracket and a blank
     const std::string_view state = words.next();
     words.skip(10); // ppid pgrp session tty_nr tpgid flags minflt cminflt majflt cmajflt
-    unsigned long long user = 0;
-    unsigned long long system = 0;
-    if (state.size() != 1 || !parse(words.next(), user) || !parse(words.next(), system))
-        return std::nullopt;
+    const auto user = number<unsigned long long>(words.next());
+    const auto system = number<unsigned long long>(words.next());
     words.skip(6); // cutime cstime priority nice num_threads itrealvalue
-    if (!parse(words.next(), stat.startTicks))
+    const auto start = number<unsigned long long>(words.next());
+    if (state.size() != 1 || !user || !system || !start)
         return std::nullopt;
-    stat.state = state.front();
-    stat.cpuTicks = user + system;
-    return stat;
+    return ProcessStat{.command = std::string(text.substr(open + 1, close - open - 1)),
+                       .state = state.front(),
+                       .cpuTicks = *user + *system,
+                       .startTicks = *start};
 }
 
 std::optional<unsigned long long> parseResidentPages(std::string_view text)
 {
     Words words(text);
     words.skip(1); // size
-    unsigned long long pages = 0;
-    return parse(words.next(), pages) ? std::optional(pages) : std::nullopt;
+    return ProcFs::number<unsigned long long>(words.next());
 }
 
 } // namespace portolan

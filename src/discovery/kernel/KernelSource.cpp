@@ -45,7 +45,7 @@ QString commandOf(const SocketOwner &owner)
 
 std::vector<ListeningSocket> localSockets()
 {
-    std::vector<ListeningSocket> sockets = ListeningSockets::read().value_or(std::vector<ListeningSocket>());
+    std::vector<ListeningSocket> sockets = ListeningSockets::read();
     std::erase_if(sockets, [](const ListeningSocket &socket) { return !socket.isOnAcceptedHost(); });
     return sockets;
 }
@@ -66,9 +66,8 @@ QList<RawListener> KernelSource::listeners(const std::stop_token & /*stop*/)
     const std::vector<ListeningSocket> sockets = localSockets();
     std::vector<ino_t> inodes;
     std::ranges::transform(sockets, std::back_inserter(inodes), &ListeningSocket::inode);
-    const auto owners = m_owners.find(inodes, SocketOwners::Clock::now());
     QList<RawListener> listeners;
-    for (const SocketOwner &owner : owners.value_or(std::vector<SocketOwner>())) {
+    for (const SocketOwner &owner : m_owners.find(inodes, SocketOwners::Clock::now())) {
         const QString command = commandOf(owner);
         for (const SocketDescriptor &descriptor : owner.descriptors) {
             const auto socket =

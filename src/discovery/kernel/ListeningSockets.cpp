@@ -5,7 +5,6 @@
 #include "ProcFs.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstring>
 #include <span>
 #include <string>
@@ -19,19 +18,32 @@
 
 namespace portolan {
 
-bool ListeningSocket::isOnAcceptedHost() const
+namespace {
+
+using Address = std::array<std::uint8_t, 16>;
+
+constexpr Address mapped(std::uint8_t a, std::uint8_t b, std::uint8_t c, std::uint8_t d)
 {
-    constexpr std::uint8_t mappedPrefix[] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xff, 0xff};
-    constexpr std::uint8_t loopback4[] = {127, 0, 0, 1};
-    constexpr std::uint8_t loopback6[] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1};
-    const bool isMapped = isIpv6 && std::ranges::equal(std::span(address).first(12), mappedPrefix);
-    const bool isIpv4 = !isIpv6 || isMapped;
-    const auto bytes = std::span(address).subspan(isMapped ? 12 : 0, isIpv4 ? 4 : 16);
-    return std::ranges::all_of(bytes, [](std::uint8_t byte) { return byte == 0; }) ||
-           (isIpv4 ? std::ranges::equal(bytes, loopback4) : std::ranges::equal(bytes, loopback6));
+    return {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xff, 0xff, a, b, c, d};
 }
 
-namespace {
+constexpr std::array acceptedHosts{
+    Address{},
+    Address{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1},
+    mapped(0, 0, 0, 0),
+    mapped(127, 0, 0, 1),
+};
+
+/// The address in the 4 or 16 bytes at `bytes`, which are in network order.
+Address addressOf(const void *bytes, bool isIpv6)
+{
+    Address address = mapped(0, 0, 0, 0);
+    if (isIpv6)
+        std::memcpy(address.data(), bytes, 16);
+    else
+        std::memcpy(address.data() + 12, bytes, 4);
+    return address;
+}
 
 constexpr unsigned listenState = TCP_LISTEN;
 
@@ -55,13 +67,9 @@ bool askForListeners(int socket, int family)
 
 ListeningSocket fromMessage(const inet_diag_msg &message)
 {
-    ListeningSocket socket;
-    socket.inode = message.idiag_inode;
-    socket.isIpv6 = message.idiag_family == AF_INET6;
-    std::memcpy(socket.address.data(), message.id.idiag_src, socket.isIpv6 ? 16 : 4);
-    socket.port = ntohs(message.id.idiag_sport);
-    socket.pending = message.idiag_rqueue;
-    return socket;
+    return {.inode = message.idiag_inode,
+            .address = addressOf(message.id.idiag_src, message.idiag_family == AF_INET6),
+            .port = ntohs(message.id.idiag_sport)};
 }
 
 /// Whether the message that ends a dump says that it is whole: a kernel that lacks the module for it sends an
@@ -75,6 +83,11 @@ bool isWhole(const nlmsghdr &header, std::span<const char> received)
 }
 
 } // namespace
+
+bool ListeningSocket::isOnAcceptedHost() const
+{
+    return std::ranges::find(acceptedHosts, address) != acceptedHosts.end();
+}
 
 ListeningSockets::Dump ListeningSockets::readMessages(std::span<const char> received,
                                                       std::vector<ListeningSocket> &sockets)
@@ -114,15 +127,6 @@ bool receiveListeners(int socket, std::vector<ListeningSocket> &sockets)
     }
 }
 
-/// The whole of `text` as a number in base 16 or 10.
-template <typename Number>
-bool parse(std::string_view text, Number &number, int base)
-{
-    const char *end = text.data() + text.size();
-    const auto [last, error] = std::from_chars(text.data(), end, number, base);
-    return error == std::errc() && last == end;
-}
-
 std::vector<std::string_view> words(std::string_view line)
 {
     std::vector<std::string_view> words;
@@ -135,38 +139,34 @@ std::vector<std::string_view> words(std::string_view line)
 }
 
 /// Addresses are printed as words of the machine's own byte order.
-bool parseAddress(std::string_view text, ListeningSocket &socket)
+std::optional<Address> parseAddress(std::string_view text, bool isIpv6)
 {
-    const size_t wordCount = socket.isIpv6 ? 4 : 1;
+    std::array<std::uint32_t, 4> words{};
+    const size_t wordCount = isIpv6 ? 4 : 1;
     if (text.size() != 8 * wordCount)
-        return false;
+        return std::nullopt;
     for (size_t i = 0; i < wordCount; ++i) {
-        std::uint32_t word = 0;
-        if (!parse(text.substr(8 * i, 8), word, 16))
-            return false;
-        std::memcpy(socket.address.data() + 4 * i, &word, 4);
+        const auto word = ProcFs::number<std::uint32_t>(text.substr(8 * i, 8), 16);
+        if (!word)
+            return std::nullopt;
+        words[i] = *word;
     }
-    return true;
+    return addressOf(words.data(), isIpv6);
 }
 
 std::optional<ListeningSocket> parseLine(std::string_view line, bool isIpv6)
 {
     enum Column { number, local, remote, state, queues, timer, retransmits, uid, timeout, inode };
     const auto columns = words(line);
-    unsigned lineState = 0;
-    if (columns.size() <= inode || !parse(columns[state], lineState, 16) || lineState != listenState)
+    if (columns.size() <= inode || ProcFs::number<unsigned>(columns[state], 16) != listenState)
         return std::nullopt;
-
-    ListeningSocket socket{.isIpv6 = isIpv6};
-    const size_t colon = columns[local].find(':');
-    const size_t queueColon = columns[queues].find(':');
-    if (colon == std::string_view::npos || queueColon == std::string_view::npos ||
-        !parseAddress(columns[local].substr(0, colon), socket) ||
-        !parse(columns[local].substr(colon + 1), socket.port, 16) ||
-        !parse(columns[queues].substr(queueColon + 1), socket.pending, 16) ||
-        !parse(columns[inode], socket.inode, 10))
+    const size_t colon = std::min(columns[local].find(':'), columns[local].size() - 1);
+    const auto address = parseAddress(columns[local].substr(0, colon), isIpv6);
+    const auto port = ProcFs::number<std::uint16_t>(columns[local].substr(colon + 1), 16);
+    const auto socketInode = ProcFs::number<ino_t>(columns[inode]);
+    if (!address || !port || !socketInode)
         return std::nullopt;
-    return socket;
+    return ListeningSocket{*socketInode, *address, *port};
 }
 
 } // namespace
@@ -184,17 +184,11 @@ std::optional<std::vector<ListeningSocket>> ListeningSockets::fromNetlink()
     return sockets;
 }
 
-std::optional<std::vector<ListeningSocket>> ListeningSockets::fromProc()
+std::vector<ListeningSocket> ListeningSockets::fromProc()
 {
-    const auto ipv4 = ProcFs::readAll("/proc/net/tcp");
-    if (!ipv4)
-        return std::nullopt;
-    auto sockets = parseTable(*ipv4, false);
-    // A kernel without IPv6 has no such table.
-    if (const auto ipv6 = ProcFs::readAll("/proc/net/tcp6")) {
-        const auto more = parseTable(*ipv6, true);
-        sockets.insert(sockets.end(), more.begin(), more.end());
-    }
+    auto sockets = parseTable(ProcFs::readAll("/proc/net/tcp"), false);
+    const auto ipv6 = parseTable(ProcFs::readAll("/proc/net/tcp6"), true);
+    sockets.insert(sockets.end(), ipv6.begin(), ipv6.end());
     return sockets;
 }
 
@@ -210,21 +204,18 @@ std::vector<ListeningSocket> ListeningSockets::parseTable(std::string_view text,
     return sockets;
 }
 
-std::optional<std::vector<ListeningSocket>> ListeningSockets::read()
+std::vector<ListeningSocket> ListeningSockets::read()
 {
-    auto sockets = fromNetlink();
-    if (!sockets)
-        sockets = fromProc();
-    if (!sockets)
-        return std::nullopt;
+    const auto answer = fromNetlink();
+    std::vector<ListeningSocket> sockets = answer ? *answer : fromProc();
     // Without an inode it is no process's; twice when the table changed while it was read.
-    std::erase_if(*sockets, [](const ListeningSocket &socket) { return socket.inode == 0; });
-    std::ranges::sort(*sockets, {}, &ListeningSocket::inode);
+    std::erase_if(sockets, [](const ListeningSocket &socket) { return socket.inode == 0; });
+    std::ranges::sort(sockets, {}, &ListeningSocket::inode);
     // Not std::ranges, whose subranges clang 14 does not compile with this standard library.
     const auto haveOneInode = [](const ListeningSocket &a, const ListeningSocket &b) {
         return a.inode == b.inode;
     };
-    sockets->erase(std::unique(sockets->begin(), sockets->end(), haveOneInode), sockets->end());
+    sockets.erase(std::unique(sockets.begin(), sockets.end(), haveOneInode), sockets.end());
     return sockets;
 }
 

@@ -15,7 +15,7 @@ namespace ListeningSockets {
 /// The kernel's answer to a question on its netlink socket; absent where it does not take such questions.
 [[nodiscard]] std::optional<std::vector<ListeningSocket>> fromNetlink();
 /// The same from /proc/net/tcp and /proc/net/tcp6, which list every connection too.
-[[nodiscard]] std::optional<std::vector<ListeningSocket>> fromProc();
+[[nodiscard]] std::vector<ListeningSocket> fromProc();
 
 enum class Dump { goesOn, done, failed };
 

@@ -3,131 +3,113 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace portolan {
 
-std::optional<std::vector<SocketOwner>> SocketOwners::find(const std::vector<ino_t> &inodes,
-                                                           Clock::time_point now)
+std::vector<SocketOwner> SocketOwners::find(const std::vector<ino_t> &inodes, Clock::time_point now)
 {
-    auto processes = m_table.processes();
-    if (!processes)
-        return std::nullopt;
+    const auto ids = m_table.processes();
+    if (!ids)
+        return {};
+    takeOver(*ids);
 
     bool needsRescan = !m_rescanned || now - *m_rescanned >= rescanInterval;
     if (!needsRescan) {
-        verifyKnown(*processes, inodes);
-        readNew(*processes, inodes);
+        for (Process &process : m_processes) {
+            if (!process.isRead || (!process.wanted.empty() && !isStillOwner(process, inodes)))
+                read(process, inodes);
+        }
         needsRescan = hasOwnerless(inodes);
     }
     if (needsRescan)
-        rescan(*processes, inodes, now);
+        rescan(inodes, now);
     m_ownerless = withoutOwner(inodes);
-    m_processes = std::move(*processes);
-    return owners();
-}
 
-void SocketOwners::verifyKnown(const std::vector<ProcessId> &processes, const std::vector<ino_t> &inodes)
-{
-    // Reading a process again may erase it from the map: step on first.
-    for (auto next = m_known.begin(); next != m_known.end();) {
-        auto &[pid, known] = *next++;
-        const ProcessId process{pid, known.incarnation};
-        if (!std::ranges::binary_search(processes, process) || !isSameProcess(pid, known)) {
-            m_seen.erase(process);
-            m_known.erase(pid);
-        } else if (!holdsAll(pid, known, inodes)) {
-            read(process, inodes);
-        }
+    std::vector<SocketOwner> owners;
+    for (const Process &process : m_processes) {
+        if (!process.wanted.empty())
+            owners.push_back({process.id.pid, process.stat.command, process.wanted, process.stat.startTicks});
     }
+    return owners;
 }
 
-bool SocketOwners::isSameProcess(pid_t pid, Known &known)
+/// Forgets the processes that are gone and adds those that are new.
+void SocketOwners::takeOver(const std::vector<ProcessId> &ids)
 {
+    std::vector<Process> processes;
+    processes.reserve(ids.size());
+    auto known = m_processes.begin();
+    for (const ProcessId &id : ids) {
+        known = std::find_if(known, m_processes.end(), [&](const Process &one) { return one.id >= id; });
+        const bool isKnown = known != m_processes.end() && known->id == id;
+        processes.push_back(isKnown ? std::move(*known) : Process{.id = id});
+    }
+    m_processes = std::move(processes);
+}
+
+/// Whether the process is the same as before and holds all of its wanted sockets, if any of them is left.
+bool SocketOwners::isStillOwner(Process &process, const std::vector<ino_t> &inodes)
+{
+    const pid_t pid = process.id.pid;
     auto stat = m_table.stat(pid, m_table.runTime(pid));
-    if (!stat || stat->isZombie() || stat->startTicks != known.stat.startTicks)
+    if (!stat || stat->isZombie() || stat->startTicks != process.stat.startTicks)
         return false;
-    known.stat = std::move(*stat);
-    return true;
-}
-
-bool SocketOwners::holdsAll(pid_t pid, Known &known, const std::vector<ino_t> &inodes)
-{
-    std::erase_if(known.descriptors, [&](const SocketDescriptor &socket) {
+    process.stat = std::move(*stat);
+    std::erase_if(process.wanted, [&](const SocketDescriptor &socket) {
         return !std::ranges::binary_search(inodes, socket.inode);
     });
-    return !known.descriptors.empty() &&
-           std::ranges::all_of(known.descriptors,
-                               [&](const SocketDescriptor &socket) { return m_table.holds(pid, socket); });
+    const auto isHeld = [&](const SocketDescriptor &socket) { return m_table.holds(pid, socket); };
+    return !process.wanted.empty() && std::ranges::all_of(process.wanted, isHeld);
 }
 
-void SocketOwners::readNew(const std::vector<ProcessId> &processes, const std::vector<ino_t> &inodes)
-{
-    std::vector<ProcessId> added;
-    std::ranges::set_difference(processes, m_processes, std::back_inserter(added));
-    for (const ProcessId &process : added)
-        read(process, inodes);
-}
-
-void SocketOwners::rescan(const std::vector<ProcessId> &processes, const std::vector<ino_t> &inodes,
-                          Clock::time_point now)
+void SocketOwners::rescan(const std::vector<ino_t> &inodes, Clock::time_point now)
 {
     m_rescanned = now;
-    if (!m_rereadAll || now - *m_rereadAll >= rereadInterval) {
+    const bool readsAll = !m_rereadAll || now - *m_rereadAll >= rereadInterval;
+    if (readsAll)
         m_rereadAll = now;
-        m_seen.clear();
-    }
-    forgetGone(processes);
-    m_known.clear();
-    std::vector<ProcessId> idle;
-    for (const ProcessId &process : processes) {
-        if (hasNotRun(process)) {
-            updateKnown(process, inodes);
-            idle.push_back(process);
+    std::vector<Process *> idle;
+    for (Process &process : m_processes) {
+        if (!readsAll && hasNotRun(process)) {
+            chooseWanted(process, inodes);
+            idle.push_back(&process);
         } else {
             read(process, inodes);
         }
     }
     // One that has just woken up is charged for it a moment later.
     if (hasOwnerless(inodes))
-        std::ranges::for_each(idle, [&](const ProcessId &process) { read(process, inodes); });
+        std::ranges::for_each(idle, [&](Process *process) { read(*process, inodes); });
 }
 
-void SocketOwners::forgetGone(const std::vector<ProcessId> &processes)
+void SocketOwners::read(Process &process, const std::vector<ino_t> &inodes)
 {
-    std::erase_if(m_seen,
-                  [&](const auto &seen) { return !std::ranges::binary_search(processes, seen.first); });
+    process.isRead = true;
+    process.runTime = m_table.runTime(process.id.pid); // first: what it does meanwhile will count as later
+    process.descriptorCount = m_table.readSockets(process.id.pid, process.sockets);
+    chooseWanted(process, inodes);
 }
 
-void SocketOwners::read(const ProcessId &process, const std::vector<ino_t> &inodes)
+/// Of the sockets that the process held when it was read. One that has ended holds none.
+void SocketOwners::chooseWanted(Process &process, const std::vector<ino_t> &inodes)
 {
-    Seen &seen = m_seen[process];
-    seen.runTime = m_table.runTime(process.pid); // first: what it does meanwhile will count as later
-    seen.descriptorCount = m_table.readSockets(process.pid, seen.sockets);
-    updateKnown(process, inodes);
-}
-
-/// Adds the process to the known owners, or removes it, by what it held when it was read.
-void SocketOwners::updateKnown(const ProcessId &process, const std::vector<ino_t> &inodes)
-{
-    const Seen &seen = m_seen[process];
-    std::vector<SocketDescriptor> wanted;
-    std::ranges::copy_if(seen.sockets, std::back_inserter(wanted), [&](const SocketDescriptor &socket) {
+    process.wanted.clear();
+    std::ranges::copy_if(process.sockets, std::back_inserter(process.wanted), [&](const auto &socket) {
         return std::ranges::binary_search(inodes, socket.inode);
     });
-    auto stat = wanted.empty() ? std::nullopt : m_table.stat(process.pid, seen.runTime);
+    auto stat = process.wanted.empty() ? std::nullopt : m_table.stat(process.id.pid, process.runTime);
     if (stat && !stat->isZombie())
-        m_known[process.pid] = {process.incarnation, std::move(*stat), std::move(wanted)};
+        process.stat = std::move(*stat);
     else
-        m_known.erase(process.pid);
+        process.wanted.clear();
 }
 
 /// Whether the process has done nothing since it was read.
-bool SocketOwners::hasNotRun(const ProcessId &process) const
+bool SocketOwners::hasNotRun(const Process &process) const
 {
-    const auto seen = m_seen.find(process);
-    return seen != m_seen.end() && seen->second.runTime &&
-           m_table.runTime(process.pid) == seen->second.runTime &&
-           m_table.descriptorCount(process.pid) == seen->second.descriptorCount;
+    return process.runTime && m_table.runTime(process.id.pid) == process.runTime &&
+           m_table.descriptorCount(process.id.pid) == process.descriptorCount;
 }
 
 /// Whether a socket without an owner has not been part of a rescan.
@@ -139,21 +121,12 @@ bool SocketOwners::hasOwnerless(const std::vector<ino_t> &inodes) const
 std::vector<ino_t> SocketOwners::withoutOwner(const std::vector<ino_t> &inodes) const
 {
     std::vector<ino_t> owned;
-    for (const auto &[pid, known] : m_known)
-        std::ranges::transform(known.descriptors, std::back_inserter(owned), &SocketDescriptor::inode);
+    for (const Process &process : m_processes)
+        std::ranges::transform(process.wanted, std::back_inserter(owned), &SocketDescriptor::inode);
     std::ranges::sort(owned);
     std::vector<ino_t> rest;
     std::ranges::set_difference(inodes, owned, std::back_inserter(rest));
     return rest;
-}
-
-std::vector<SocketOwner> SocketOwners::owners() const
-{
-    std::vector<SocketOwner> owners;
-    owners.reserve(m_known.size());
-    for (const auto &[pid, known] : m_known)
-        owners.push_back({pid, known.stat.command, known.descriptors, known.stat.startTicks});
-    return owners;
 }
 
 } // namespace portolan

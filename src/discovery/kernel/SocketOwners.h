@@ -4,7 +4,6 @@
 #include "ProcessTable.h"
 
 #include <chrono>
-#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -49,47 +48,35 @@ public:
         : m_table(table)
     {}
 
-    /// All processes that hold any of the sockets `inodes`, which are sorted, by ascending pid; absent when
-    /// the process table cannot be read.
-    [[nodiscard]] std::optional<std::vector<SocketOwner>> find(const std::vector<ino_t> &inodes,
-                                                               Clock::time_point now);
+    /// All processes that hold any of the sockets `inodes`, which are sorted, by ascending pid; none when the
+    /// process table cannot be read.
+    [[nodiscard]] std::vector<SocketOwner> find(const std::vector<ino_t> &inodes, Clock::time_point now);
 
 private:
-    /// A process as it was when its descriptors were read.
-    struct Seen
+    /// A process, what it was like when its descriptors were read, and which of its sockets are asked for.
+    struct Process
     {
-        std::optional<std::chrono::nanoseconds> runTime;
+        ProcessId id;
+        bool isRead = false;
+        std::optional<std::chrono::nanoseconds> runTime = {};
         unsigned descriptorCount = 0;
-        std::vector<SocketDescriptor> sockets; ///< all that it held
+        std::vector<SocketDescriptor> sockets = {}; ///< all that it held
+        std::vector<SocketDescriptor> wanted = {};
+        ProcessStat stat = {}; ///< of one with wanted sockets
     };
 
-    /// A process that holds sockets of those asked for.
-    struct Known
-    {
-        ino_t incarnation = 0;
-        ProcessStat stat;
-        std::vector<SocketDescriptor> descriptors;
-    };
-
-    void verifyKnown(const std::vector<ProcessId> &processes, const std::vector<ino_t> &inodes);
-    [[nodiscard]] bool isSameProcess(pid_t pid, Known &known);
-    [[nodiscard]] bool holdsAll(pid_t pid, Known &known, const std::vector<ino_t> &inodes);
-    void readNew(const std::vector<ProcessId> &processes, const std::vector<ino_t> &inodes);
-    void rescan(const std::vector<ProcessId> &processes, const std::vector<ino_t> &inodes,
-                Clock::time_point now);
-    void forgetGone(const std::vector<ProcessId> &processes);
-    void read(const ProcessId &process, const std::vector<ino_t> &inodes);
-    void updateKnown(const ProcessId &process, const std::vector<ino_t> &inodes);
-    [[nodiscard]] bool hasNotRun(const ProcessId &process) const;
+    void takeOver(const std::vector<ProcessId> &ids);
+    [[nodiscard]] bool isStillOwner(Process &process, const std::vector<ino_t> &inodes);
+    void rescan(const std::vector<ino_t> &inodes, Clock::time_point now);
+    void read(Process &process, const std::vector<ino_t> &inodes);
+    void chooseWanted(Process &process, const std::vector<ino_t> &inodes);
+    [[nodiscard]] bool hasNotRun(const Process &process) const;
     [[nodiscard]] bool hasOwnerless(const std::vector<ino_t> &inodes) const;
     [[nodiscard]] std::vector<ino_t> withoutOwner(const std::vector<ino_t> &inodes) const;
-    [[nodiscard]] std::vector<SocketOwner> owners() const;
 
     ProcessTable &m_table;
-    std::vector<ProcessId> m_processes; ///< all that the last call saw
-    std::map<ProcessId, Seen> m_seen;
-    std::map<pid_t, Known> m_known;
-    std::vector<ino_t> m_ownerless; ///< not found by a rescan: other users' and the kernel's own
+    std::vector<Process> m_processes; ///< all that there are, by id
+    std::vector<ino_t> m_ownerless;   ///< not found by a rescan: other users' and the kernel's own
     std::optional<Clock::time_point> m_rescanned;
     std::optional<Clock::time_point> m_rereadAll;
 };
