@@ -23,9 +23,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// How long to wait for the end of a killed child, which one that is stuck in the kernel outlasts.
-constexpr std::chrono::milliseconds killGracePeriod{250};
-
 /// What the child is asked for; empty where the answer is known to be none.
 QByteArray pathOf(const FolderReader::Question &question)
 {
@@ -101,7 +98,7 @@ FolderReader::~FolderReader()
     if (m_child) {
         m_child->process.killGroup();
         m_child->connection.close();
-        (void)m_child->process.wait(QDeadlineTimer(killGracePeriod));
+        (void)m_child->process.wait(QDeadlineTimer(ChildProcess::killGracePeriod));
     }
 }
 
@@ -182,9 +179,8 @@ bool FolderReader::start()
     if (shared == MAP_FAILED)
         return false;
     Progress progress(new (shared) FolderAnswers::Progress, unmap);
-    auto process = ChildProcess::fork("portolan-files", childs.get(), [&progress](int socket) {
-        FolderAnswers::serve(socket, *progress);
-    });
+    auto process = ChildProcess::fork("portolan-files", childs.get(),
+                                      [&progress](int socket) { FolderAnswers::serve(socket, *progress); });
     if (!process)
         return false;
     m_child.emplace(Child{*std::move(process), std::move(connection), std::move(progress), {}});

@@ -2,20 +2,15 @@
 #include "ChildProcess.h"
 
 #include "ChildSetup.h"
-#include "DescriptorLimit.h"
 #include "FileDescriptor.h"
-
-#include <QFile>
 
 #include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <csignal>
 #include <utility>
-#include <vector>
 
 #include <fcntl.h>
-#include <linux/close_range.h>
 #include <poll.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
@@ -29,33 +24,20 @@ namespace {
 /// More would take lsof, which closes them one by one, up to minutes.
 constexpr int maxDescriptors = 1024;
 
-/// Everything that the child needs, laid out before it exists: between vfork and exec it may not allocate.
 struct Launch
 {
-    const char *path;
-    char *const *arguments;
-    char *const *environment;
+    ChildSetup::Call call;
     int output;
     bool inheritsInput;
     int null;
-    int failure;
+    int failure; ///< where the child says that it could not become the program
     bool diesWithCaller;
     pid_t caller;
 };
 
-void closeOthersOnExec()
+[[noreturn]] void fail(int descriptor)
 {
-    if (syscall(SYS_close_range, STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC) == 0)
-        return;
-    const int limit = DescriptorLimit::current();
-    for (int descriptor = STDERR_FILENO + 1; descriptor < limit; ++descriptor)
-        fcntl(descriptor, F_SETFD, FD_CLOEXEC);
-}
-
-[[noreturn]] void failLaunch(const Launch &launch)
-{
-    const int reason = errno;
-    [[maybe_unused]] const auto written = write(launch.failure, &reason, sizeof reason);
+    [[maybe_unused]] const auto written = write(descriptor, "", 1);
     _exit(127);
 }
 
@@ -71,13 +53,13 @@ void closeOthersOnExec()
     const int inputFlags = launch.inheritsInput ? fcntl(STDIN_FILENO, F_GETFD) : -1;
     if (inputFlags < 0 || (inputFlags & FD_CLOEXEC))
         dup2(launch.null, STDIN_FILENO);
-    if (dup2(launch.output, STDOUT_FILENO) < 0 || dup2(launch.null, STDERR_FILENO) < 0)
-        failLaunch(launch);
-    closeOthersOnExec();
-    DescriptorLimit::restore(maxDescriptors);
-    ChildSetup::takeDefaultSignals();
-    execve(launch.path, launch.arguments, launch.environment);
-    failLaunch(launch);
+    constexpr int failure = STDERR_FILENO + 1;
+    if (dup2(launch.output, STDOUT_FILENO) < 0 || dup2(launch.null, STDERR_FILENO) < 0 ||
+        (launch.failure != failure && dup3(launch.failure, failure, O_CLOEXEC) < 0))
+        fail(launch.failure);
+    closefrom(failure + 1);
+    launch.call.execute(maxDescriptors);
+    fail(failure);
 }
 
 /// A copy above the standard descriptors, which the child rearranges.
@@ -88,10 +70,10 @@ FileDescriptor aboveStandard(int descriptor)
 
 bool reportsFailure(int descriptor)
 {
-    int reason = 0;
+    char byte = 0;
     ssize_t count = 0;
     do {
-        count = read(descriptor, &reason, sizeof reason);
+        count = read(descriptor, &byte, 1);
     } while (count < 0 && errno == EINTR);
     return count > 0;
 }
@@ -106,24 +88,14 @@ std::optional<ChildProcess> ChildProcess::start(const Program &program)
     int ends[2];
     if (!null.isOpen() || !output.isOpen() || pipe2(ends, O_CLOEXEC) != 0)
         return std::nullopt;
-    // Closed by a successful exec; carries the reason of one that failed.
+    // Closed by a successful exec.
     const FileDescriptor failureReader(ends[0]);
     FileDescriptor failureWriter = aboveStandard(FileDescriptor(ends[1]).get());
     if (!failureWriter.isOpen())
         return std::nullopt;
 
-    const QByteArray path = QFile::encodeName(program.path);
-    QList<QByteArray> arguments{path};
-    for (const QString &argument : program.arguments)
-        arguments.append(argument.toUtf8());
-    QList<QByteArray> environment = program.environment;
-    const std::vector<char *> argumentPointers = ChildSetup::pointers(arguments);
-    const std::vector<char *> environmentPointers = ChildSetup::pointers(environment);
-
     const Launch launch{
-        .path = path.constData(),
-        .arguments = argumentPointers.data(),
-        .environment = environmentPointers.data(),
+        .call = {program.path, program.arguments, program.environment},
         .output = output.get(),
         .inheritsInput = program.standardOutput >= 0,
         .null = null.get(),

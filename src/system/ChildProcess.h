@@ -9,6 +9,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
 #include <optional>
 
 #include <sys/types.h>
@@ -58,6 +59,9 @@ public:
     ~ChildProcess();
 
     [[nodiscard]] pid_t pid() const { return m_pid; }
+
+    /// How long to wait for the end of a killed child, which one that is stuck in the kernel outlasts.
+    static constexpr std::chrono::milliseconds killGracePeriod{250};
 
     /// Waits until the child has ended, and reaps it. Returns false at the deadline, or when the descriptor
     /// `interruption` (-1: none) becomes readable.

@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "ChildSetup.h"
 
+#include "DescriptorLimit.h"
+
+#include <QFile>
+
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include <unistd.h>
 
@@ -25,14 +30,28 @@ QList<QByteArray> ChildSetup::environment()
     return entries;
 }
 
-std::vector<char *> ChildSetup::pointers(QList<QByteArray> &texts)
+ChildSetup::Call::Call(const QString &path, const QStringList &arguments, QList<QByteArray> environment)
+    : m_words{QFile::encodeName(path)}
+    , m_environment(std::move(environment))
 {
-    std::vector<char *> list;
-    list.reserve(size_t(texts.size()) + 1);
-    for (QByteArray &text : texts)
-        list.push_back(text.data());
-    list.push_back(nullptr);
-    return list;
+    for (const QString &argument : arguments)
+        m_words.append(QFile::encodeName(argument));
+    const auto pointersTo = [](QList<QByteArray> &texts) {
+        std::vector<char *> pointers;
+        for (QByteArray &text : texts)
+            pointers.push_back(text.data());
+        pointers.push_back(nullptr);
+        return pointers;
+    };
+    m_argumentPointers = pointersTo(m_words);
+    m_environmentPointers = pointersTo(m_environment);
+}
+
+void ChildSetup::Call::execute(int maxDescriptors) const
+{
+    DescriptorLimit::restore(maxDescriptors);
+    takeDefaultSignals();
+    execve(m_argumentPointers.front(), m_argumentPointers.data(), m_environmentPointers.data());
 }
 
 void ChildSetup::takeDefaultSignals()

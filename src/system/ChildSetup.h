@@ -4,7 +4,10 @@
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QList>
+#include <QString>
+#include <QStringList>
 
+#include <climits>
 #include <csignal>
 #include <vector>
 
@@ -22,8 +25,25 @@ namespace ChildSetup {
 /// This program's environment as "NAME=value", as far as it is passed on.
 [[nodiscard]] QList<QByteArray> environment();
 
-/// The texts as execve takes them, for as long as `texts` lives unchanged.
-[[nodiscard]] std::vector<char *> pointers(QList<QByteArray> &texts);
+/// A call of a program, laid out before the child exists: between vfork and exec nothing may be allocated.
+class Call
+{
+public:
+    /// `arguments` stand as they are behind the path as argv[0]; `environment` as "NAME=value".
+    Call(const QString &path, const QStringList &arguments,
+         QList<QByteArray> environment = ChildSetup::environment());
+    Q_DISABLE_COPY_MOVE(Call)
+
+    /// Makes the calling process the program, with default signals and the soft limit of descriptors that
+    /// this one was started with, but no more than `maxDescriptors`. Returns only if that is not possible.
+    void execute(int maxDescriptors = INT_MAX) const;
+
+private:
+    QList<QByteArray> m_words;
+    QList<QByteArray> m_environment;
+    std::vector<char *> m_argumentPointers;
+    std::vector<char *> m_environmentPointers;
+};
 
 /// Gives all signals their default disposition and blocks none. May be called between vfork and exec.
 void takeDefaultSignals();

@@ -2,15 +2,9 @@
 #include "DetachedProgram.h"
 
 #include "ChildSetup.h"
-#include "DescriptorLimit.h"
 #include "ProcessHandle.h"
 
-#include <QFile>
-#include <QStandardPaths>
-
 #include <cerrno>
-#include <climits>
-#include <vector>
 
 #include <fcntl.h>
 #include <sys/wait.h>
@@ -18,34 +12,11 @@
 
 namespace portolan {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
+using ChildSetup::Call;
+
 constexpr int notStarted = 127; // as shells have it
-
-/// What execve wants, made before the fork: the child may not allocate.
-struct Call
-{
-    QByteArray path;
-    QList<QByteArray> words;
-    QList<QByteArray> entries;
-    std::vector<char *> arguments;
-    std::vector<char *> environment;
-};
-
-Call makeCall(const QString &program, const QStringList &arguments)
-{
-    Call call;
-    call.path = QFile::encodeName(program);
-    call.words.append(call.path);
-    for (const QString &argument : arguments)
-        call.words.append(QFile::encodeName(argument));
-    call.entries = ChildSetup::environment();
-    call.arguments = ChildSetup::pointers(call.words);
-    call.environment = ChildSetup::pointers(call.entries);
-    return call;
-}
 
 void dropDescriptors()
 {
@@ -58,10 +29,8 @@ void dropDescriptors()
 
 [[noreturn]] void becomeProgram(const Call &call)
 {
-    ChildSetup::takeDefaultSignals();
     dropDescriptors();
-    DescriptorLimit::restore(INT_MAX);
-    execve(call.path.constData(), call.arguments.data(), call.environment.data());
+    call.execute();
     _exit(notStarted);
 }
 
@@ -83,7 +52,7 @@ void dropDescriptors()
 
 void DetachedProgram::start(const QString &program, const QStringList &arguments)
 {
-    const pid_t middle = ChildSetup::startSharing(leaveProgramBehind, makeCall(program, arguments));
+    const pid_t middle = ChildSetup::startSharing(leaveProgramBehind, Call(program, arguments));
     while (middle > 0 && waitpid(middle, nullptr, 0) < 0 && errno == EINTR) {
     }
 }
@@ -91,7 +60,7 @@ void DetachedProgram::start(const QString &program, const QStringList &arguments
 std::optional<int> DetachedProgram::startAndWatch(const QString &program, const QStringList &arguments,
                                                   std::chrono::milliseconds patience)
 {
-    const pid_t child = ChildSetup::startSharing(becomeProgramOfItsOwnSession, makeCall(program, arguments));
+    const pid_t child = ChildSetup::startSharing(becomeProgramOfItsOwnSession, Call(program, arguments));
     if (child < 0)
         return notStarted;
     (void)ProcessHandle(child).waitForEnd(patience);
@@ -99,11 +68,6 @@ std::optional<int> DetachedProgram::startAndWatch(const QString &program, const 
     if (waitpid(child, &status, WNOHANG) != child)
         return std::nullopt;
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-}
-
-QString DetachedProgram::find(const QString &name)
-{
-    return QStandardPaths::findExecutable(name);
 }
 
 } // namespace portolan

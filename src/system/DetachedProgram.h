@@ -24,9 +24,6 @@ void start(const QString &program, const QStringList &arguments);
 [[nodiscard]] std::optional<int> startAndWatch(const QString &program, const QStringList &arguments,
                                                std::chrono::milliseconds patience);
 
-/// The absolute path of the executable `name` in $PATH, or an empty text.
-[[nodiscard]] QString find(const QString &name);
-
 } // namespace DetachedProgram
 
 } // namespace portolan

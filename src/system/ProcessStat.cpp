@@ -62,6 +62,13 @@ std::optional<ProcessStat> parseProcessStat(std::string_view text)
                        .startTicks = *start};
 }
 
+std::optional<ProcessStat> readProcessStat(pid_t pid)
+{
+    char buffer[1024];
+    const auto text = ProcFs::readInto(buffer, ProcFs::Path(pid, "stat").text());
+    return text ? parseProcessStat(*text) : std::nullopt;
+}
+
 std::optional<unsigned long long> parseResidentPages(std::string_view text)
 {
     Words words(text);

@@ -25,6 +25,9 @@ struct ProcessStat
 /// Reads the text of a /proc/PID/stat; absent when it is not of that form.
 [[nodiscard]] std::optional<ProcessStat> parseProcessStat(std::string_view text);
 
+/// The same of the process that has `pid` now; absent also when there is none.
+[[nodiscard]] std::optional<ProcessStat> readProcessStat(pid_t pid);
+
 /// The memory pages that a process has in use, from the text of its /proc/PID/statm: 0 for what has none of
 /// its own, absent when it is not of that form.
 [[nodiscard]] std::optional<unsigned long long> parseResidentPages(std::string_view text);

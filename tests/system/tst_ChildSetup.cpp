@@ -21,17 +21,6 @@ TEST(ChildSetup, PassesOnTheEnvironmentWithoutWhatIsForThisProgramAlone)
     EXPECT_THAT(environment, Not(Contains(QByteArray("XDG_ACTIVATION_TOKEN=token"))));
 }
 
-TEST(ChildSetup, PointersEndWithNone)
-{
-    QList<QByteArray> texts{"one", "", "two words"};
-    const std::vector<char *> pointers = ChildSetup::pointers(texts);
-    ASSERT_EQ(pointers.size(), 4u);
-    EXPECT_STREQ(pointers[0], "one");
-    EXPECT_STREQ(pointers[1], "");
-    EXPECT_STREQ(pointers[2], "two words");
-    EXPECT_EQ(pointers[3], nullptr);
-}
-
 TEST(ChildSetup, HoldsSignalsBackForAScope)
 {
     const auto isBlocked = [](int signal) {

@@ -169,13 +169,4 @@ TEST(DetachedProgram, IsWatchedNoLongerThanAsked)
     EXPECT_EQ(waitpid(leader, nullptr, 0), leader);
 }
 
-TEST(DetachedProgram, IsFoundOnThePathOnly)
-{
-    FakePrograms recorders;
-    recorders.install(u"here"_s);
-    const ScopedEnvironment path("PATH", recorders.folder().toLocal8Bit());
-    EXPECT_EQ(DetachedProgram::find(u"here"_s), recorders.path(u"here"_s));
-    EXPECT_EQ(DetachedProgram::find(u"sh"_s), QString());
-}
-
 } // namespace portolan

@@ -51,9 +51,7 @@ std::optional<ProcessStat> KernelProcessTable::stat(pid_t pid,
     const auto last = m_lastStats.find(pid);
     if (runTime && last != m_lastStats.end() && last->second.runTime == *runTime)
         return last->second.stat;
-    char buffer[1024];
-    const auto text = ProcFs::readInto(buffer, ProcFs::Path(pid, "stat").text());
-    auto stat = text ? parseProcessStat(*text) : std::nullopt;
+    auto stat = readProcessStat(pid);
     if (runTime && stat) {
         if (m_lastStats.size() >= maxLastStats)
             m_lastStats.clear(); // most are of processes that are gone

@@ -23,9 +23,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// How long to wait for the end of a killed child, which one that is stuck in the kernel outlasts.
-constexpr std::chrono::milliseconds killGracePeriod{250};
-
 struct Pipe
 {
     FileDescriptor reader;
@@ -125,7 +122,7 @@ Shell::Result Shell::run(const QString &path, const QStringList &arguments, cons
 
     const bool timedOut = deadline.hasExpired();
     child->killGroup();
-    if (!child->wait(QDeadlineTimer(killGracePeriod)) && limits.unreaped)
+    if (!child->wait(QDeadlineTimer(ChildProcess::killGracePeriod)) && limits.unreaped)
         limits.unreaped->add(*std::move(child));
     return {.timedOut = timedOut};
 }

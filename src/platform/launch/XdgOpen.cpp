@@ -3,6 +3,8 @@
 
 #include "DetachedProgram.h"
 
+#include <QStandardPaths>
+
 namespace portolan {
 
 using namespace Qt::StringLiterals;
@@ -11,7 +13,7 @@ namespace {
 
 QString opener()
 {
-    return DetachedProgram::find(u"xdg-open"_s);
+    return QStandardPaths::findExecutable(u"xdg-open"_s);
 }
 
 /// `url` encoded for the command line; empty if it is not an http or https address with a host.
