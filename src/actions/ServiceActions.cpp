@@ -9,7 +9,7 @@
 #include "Termination.h"
 #include "XdgOpen.h"
 
-#include <QFileInfo>
+#include <QStandardPaths>
 #include <QUrl>
 
 #include <algorithm>
@@ -22,10 +22,9 @@ namespace portolan {
 
 namespace {
 
-bool isExecutableFile(const QString &path)
+bool isInstalled(const QString &path)
 {
-    const QFileInfo file(path);
-    return file.isFile() && file.isExecutable();
+    return !QStandardPaths::findExecutable(path).isEmpty();
 }
 
 } // namespace
@@ -96,7 +95,7 @@ void ServiceActions::openInEditor(const Service &service)
 {
     if (!service.folderPath)
         return;
-    const auto editor = std::ranges::find_if(m_editors, isExecutableFile);
+    const auto editor = std::ranges::find_if(m_editors, isInstalled);
     if (editor == m_editors.end())
         return revealInFinder(service);
     // Some launchers are the editor itself, which must not end with this program.
