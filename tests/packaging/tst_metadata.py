@@ -37,7 +37,7 @@ class Metadata(unittest.TestCase):
         metainfo = xml.parse(BUILT / f"{ID}.metainfo.xml").getroot()
         self.assertEqual(metainfo.findtext("id"), ID)
         self.assertEqual(metainfo.findtext("launchable"), f"{ID}.desktop")
-        for source in ("app/DesktopProgram.cpp", "platform/session/SingleInstance.cpp"):
+        for source in ("app/main.cpp", "platform/session/SingleInstance.cpp"):
             self.assertIn(f'"{ID}"', (PROJECT / "src" / source).read_text())
 
     def test_one_version_everywhere(self):
