@@ -13,7 +13,6 @@
 #include <optional>
 #include <system_error>
 #include <utility>
-#include <vector>
 
 using namespace std::chrono_literals;
 
@@ -57,16 +56,6 @@ void changeInPlace(Property &property, Change change)
 /// One probe of every service, all at once.
 struct ServiceStore::ProbePass
 {
-    /// All of them are kept: a future that is cancelled looks at those that follow it, even when it has
-    /// finished.
-    struct Probe
-    {
-        QFuture<Health> outcome;
-        QFuture<void> delivered;
-        QFuture<void> deliveredOrCancelled;
-    };
-
-    std::vector<Probe> probes;
     qsizetype unanswered;
     std::function<void()> whenDone;
 };
@@ -139,12 +128,6 @@ ServiceStore::ServiceStore(UserDefaults &defaults, Scanner scan, Checker check,
 ServiceStore::~ServiceStore()
 {
     m_results->detach();
-    for (ProbePass &pass : m_passes) {
-        for (ProbePass::Probe &probe : pass.probes) {
-            if (!probe.outcome.isFinished())
-                probe.outcome.cancel();
-        }
-    }
 }
 
 std::optional<ProcessIdentity> ServiceStore::identityOf(const Service &service) const
@@ -289,17 +272,13 @@ void ServiceStore::runHealthChecks(std::function<void()> whenDone)
     const QList<Service> services = m_services.valueBypassingBindings();
     if (services.isEmpty())
         return whenDone();
-    ProbePass &pass = m_passes.emplace_back(
-        ProbePass{.probes = {}, .unanswered = services.size(), .whenDone = std::move(whenDone)});
+    ProbePass &pass = m_passes.emplace_back(ProbePass{services.size(), std::move(whenDone)});
     for (const Service &service : services) {
-        const auto deliver = [results = m_results, &pass, key = keyOf(service)](Health health) {
-            results->add({&pass, key, health});
-        };
         // On the thread that answers: a future watcher would take five events of this one for each.
-        ProbePass::Probe probe{.outcome = m_check(service.port)};
-        probe.delivered = probe.outcome.then(QtFuture::Launch::Sync, deliver);
-        probe.deliveredOrCancelled = probe.delivered.onCanceled([deliver] { deliver(Health::unknown()); });
-        pass.probes.push_back(std::move(probe));
+        m_check(service.port)
+            .then(QtFuture::Launch::Sync, [results = m_results, &pass, key = keyOf(service)](Health health) {
+                results->add({&pass, key, health});
+            });
     }
 }
 

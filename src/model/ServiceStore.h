@@ -57,8 +57,7 @@ public:
     /// Finds the services of this machine. Blocks, so it runs on a thread of its own; a stop request makes it
     /// return early.
     using Scanner = std::function<ScanResult(std::stop_token)>;
-    /// Probes one port without blocking. The future finishes with a value, on any thread; where it is
-    /// cancelled, the health is unknown.
+    /// Probes one port without blocking. The future always finishes with a value, on any thread.
     using Checker = std::function<QFuture<Health>(qint64 port)>;
 
     /// How long auto-refresh pauses between two refreshes.
@@ -68,7 +67,7 @@ public:
     /// stored as on, its loop starts.
     ServiceStore(UserDefaults &defaults, Scanner scan, Checker check,
                  std::chrono::milliseconds autoRefreshInterval = usualInterval, QObject *parent = nullptr);
-    /// Ends the scan and the probes under way.
+    /// Ends the scan. Probes under way may still be answered; that changes nothing any more.
     ~ServiceStore() override;
 
     /// All services, in the scan's order.

@@ -39,15 +39,19 @@ public:
     /// Answers the probe with this number, counted from 0 over all passes.
     void answer(size_t probe, Health health)
     {
-        m_probes.at(probe).promise->addResult(health);
-        m_probes.at(probe).promise->finish();
+        const auto promise = std::move(m_probes.at(probe).promise);
+        promise->addResult(health);
+        promise->finish();
     }
 
-    /// Ends the probe without an answer.
-    void abandon(size_t probe) { m_probes.at(probe).promise.reset(); }
-
-    /// Whether nobody wants the probe's answer any more.
-    bool isCancelled(size_t probe) const { return m_probes.at(probe).promise->isCanceled(); }
+    /// Answers all probes that still wait.
+    void answerRest(Health health)
+    {
+        for (size_t probe = 0; probe < m_probes.size(); ++probe) {
+            if (m_probes[probe].promise)
+                answer(probe, health);
+        }
+    }
 
 private:
     struct Probe

@@ -40,7 +40,7 @@ HealthChecker::~HealthChecker()
 QFuture<Health> HealthChecker::check(qint64 port)
 {
     HealthPromise promise;
-    const QFuture<Health> result = promise.future();
+    QFuture<Health> result = promise.future();
     if (port < 0 || port > std::numeric_limits<quint16>::max()) {
         promise.setResult(Health::unknown());
         return result;
@@ -77,12 +77,12 @@ void HealthChecker::run(const std::stop_token &stop)
     while (!stop.stop_requested()) {
         if (!m_probes->advance())
             continue;
-        for (Request &request : takeRequests())
-            m_probes->add(request.port, std::move(request.promise));
+        for (ProbeRequest &probe : takeRequests())
+            m_probes->add(std::move(probe));
     }
 }
 
-std::vector<HealthChecker::Request> HealthChecker::takeRequests()
+std::vector<ProbeRequest> HealthChecker::takeRequests()
 {
     const std::lock_guard lock(m_mutex);
     eventfd_t count = 0;

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "FileDescriptor.h"
-#include "HealthPromise.h"
+#include "Probe.h"
 
 #include <memory>
 #include <mutex>
@@ -33,19 +33,13 @@ public:
     [[nodiscard]] QFuture<Health> check(qint64 port);
 
 private:
-    struct Request
-    {
-        quint16 port;
-        HealthPromise promise;
-    };
-
     [[nodiscard]] bool start();
     void run(const std::stop_token &stop);
-    [[nodiscard]] std::vector<Request> takeRequests();
+    [[nodiscard]] std::vector<ProbeRequest> takeRequests();
     void wake() const;
 
     std::mutex m_mutex;
-    std::vector<Request> m_requests; // guarded by m_mutex
+    std::vector<ProbeRequest> m_requests; // guarded by m_mutex
     FileDescriptor m_wakeFd;
     std::unique_ptr<ProbeSet> m_probes;
     std::jthread m_thread;

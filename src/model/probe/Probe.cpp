@@ -9,10 +9,9 @@ constexpr int maxRedirects = 20;
 
 } // namespace
 
-Probe::Probe(quint16 port, HealthPromise promise, Clock::time_point now)
-    : m_promise(std::move(promise))
-    , m_port(port)
-    , m_target(port)
+Probe::Probe(ProbeRequest probe, Clock::time_point now)
+    : m_probe(std::move(probe))
+    , m_target(m_probe.port)
     , m_start(now)
 {
     begin(Method::Head, now);
@@ -34,7 +33,7 @@ Probe::Next Probe::answered(const ResponseHead &response, Clock::time_point now)
 {
     if (response.redirect().empty()) {
         const auto elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(now - m_start);
-        m_promise.setResult(Health::healthy(response.status(), elapsed.count()));
+        m_probe.promise.setResult(Health::healthy(response.status(), elapsed.count()));
         return Next::End;
     }
     auto target = m_target.redirected(response.redirect());
@@ -52,7 +51,7 @@ Probe::Next Probe::failed(Clock::time_point now, bool wasRefused)
         return Next::Request;
     }
     if (m_method == Method::Get) {
-        m_promise.setResult(Health::unreachable());
+        m_probe.promise.setResult(Health::unreachable());
         return Next::End;
     }
     begin(Method::Get, now);
@@ -62,7 +61,7 @@ Probe::Next Probe::failed(Clock::time_point now, bool wasRefused)
 void Probe::begin(Method method, Clock::time_point now)
 {
     m_method = method;
-    m_target = RequestTarget(m_port);
+    m_target = RequestTarget(m_probe.port);
     m_redirects = 0;
     m_idleDeadline = now + idleLimit;
     m_totalDeadline = now + totalLimit;

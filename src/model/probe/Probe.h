@@ -12,6 +12,13 @@
 
 namespace portolan {
 
+/// A probe that is asked for.
+struct ProbeRequest
+{
+    quint16 port;
+    HealthPromise promise; ///< gets the result
+};
+
 /// What one probe of a local port requests next, how long it waits and what it results in: a HEAD request
 /// and, where that gets no response, a GET, each with the redirects that it meets. Does no input or output
 /// and reads no clock; the owner makes the requests. Any one thread.
@@ -25,12 +32,11 @@ public:
     /// How long a request may take in all, redirects included.
     static constexpr std::chrono::milliseconds totalLimit{3000};
 
-    /// The first request starts at `now`. `promise` gets the result.
-    Probe(quint16 port, HealthPromise promise, Clock::time_point now);
+    /// The first request starts at `now`.
+    Probe(ProbeRequest probe, Clock::time_point now);
 
-    [[nodiscard]] quint16 port() const { return m_port; }
-    /// For a probe that is to begin anew.
-    [[nodiscard]] HealthPromise takePromise() { return std::move(m_promise); }
+    /// What was asked for, for a probe that is to begin anew.
+    [[nodiscard]] ProbeRequest takeBack() { return std::move(m_probe); }
 
     enum class Method { Head, Get };
     /// The request to make.
@@ -58,8 +64,7 @@ public:
 private:
     void begin(Method method, Clock::time_point now);
 
-    HealthPromise m_promise;
-    quint16 m_port;
+    ProbeRequest m_probe;
     Method m_method = Method::Head;
     RequestTarget m_target;
     int m_redirects = 0;

@@ -45,9 +45,9 @@ ProbeSet::ProbeSet(int wakeFd)
 
 ProbeSet::~ProbeSet() = default;
 
-void ProbeSet::add(quint16 port, HealthPromise promise)
+void ProbeSet::add(ProbeRequest probe)
 {
-    m_waiting.push_back({port, std::move(promise)});
+    m_waiting.push_back(std::move(probe));
 }
 
 bool ProbeSet::canStart() const
@@ -58,9 +58,8 @@ bool ProbeSet::canStart() const
 void ProbeSet::startWaiting()
 {
     for (int i = 0; i < startsAtOnce && canStart(); ++i) {
-        Waiting next = std::move(m_waiting.front());
+        Probe probe(std::move(m_waiting.front()), Clock::now());
         m_waiting.pop_front();
-        Probe probe(next.port, std::move(next.promise), Clock::now());
         startRequest(m_items.try_emplace(m_nextId, Item{std::move(probe), {}}).first);
     }
 }
@@ -230,14 +229,13 @@ void ProbeSet::erase(Items::iterator item)
 // what it had; where there is none, nothing is known about the server.
 void ProbeSet::postpone(Items::iterator item)
 {
-    const quint16 port = item->second.probe.port();
-    HealthPromise promise = item->second.probe.takePromise();
+    ProbeRequest probe = item->second.probe.takeBack();
     erase(item);
     m_isShort = !m_items.empty();
     if (m_isShort)
-        m_waiting.push_front({port, std::move(promise)});
+        m_waiting.push_front(std::move(probe));
     else
-        promise.setResult(Health::unknown());
+        probe.promise.setResult(Health::unknown());
 }
 
 } // namespace portolan

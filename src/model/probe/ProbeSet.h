@@ -2,7 +2,6 @@
 #pragma once
 
 #include "FileDescriptor.h"
-#include "HealthPromise.h"
 #include "LocalRequest.h"
 #include "Probe.h"
 
@@ -36,8 +35,8 @@ public:
     /// Whether the system had the descriptors that the set needs; nothing else may be called if not.
     [[nodiscard]] bool isValid() const { return m_isValid; }
 
-    /// Probes `port` when it is its turn; `promise` gets the result during a later `advance`.
-    void add(quint16 port, HealthPromise promise);
+    /// Probes when it is the probe's turn; the promise gets the result during a later `advance`.
+    void add(ProbeRequest probe);
 
     /// Starts probes whose turn it is, and goes on with every one that something has arrived for or whose
     /// time is up, after waiting for that where there is nothing to start. Whether `wakeFd` is readable.
@@ -54,12 +53,6 @@ private:
         std::uint32_t watchedEvents = 0;   // of the local request's socket
     };
     using Items = std::unordered_map<Id, Item>; // by the number of the request under way
-
-    struct Waiting
-    {
-        quint16 port;
-        HealthPromise promise;
-    };
 
     [[nodiscard]] bool canStart() const;
     void startWaiting();
@@ -81,7 +74,7 @@ private:
     std::unique_ptr<OffHostClient> m_offHost; // from the first off-host redirect
     Items m_items;
     const size_t m_mostUnderWay;
-    std::deque<Waiting> m_waiting;
+    std::deque<ProbeRequest> m_waiting;
     bool m_isShort = false; // of descriptors, until a probe ends
     bool m_hadMuch = false; // whether a response took much memory
     Id m_nextId;

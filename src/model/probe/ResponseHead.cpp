@@ -40,6 +40,12 @@ std::string_view trimmed(std::string_view text)
     return text.substr(start, text.find_last_not_of(" \t") - start + 1);
 }
 
+// Other protocols are recognised by their first bytes: often the server sends no more than a greeting.
+bool canBecomeStatusLine(std::string_view start)
+{
+    return protocol.starts_with(start.substr(0, protocol.size()));
+}
+
 bool isFollowed(int status)
 {
     return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
@@ -79,12 +85,6 @@ void ResponseHead::keep(std::string_view part)
         isName(std::string_view(m_line).substr(0, locationStart.size()), locationStart);
     const std::size_t most = !m_isInSection ? maxKeptStatusLength : canBeLocation ? maxKeptLength : 0;
     m_line += part.substr(0, std::max(most, m_line.size()) - m_line.size());
-}
-
-// Other protocols are recognised by their first bytes: often the server sends no more than a greeting.
-bool ResponseHead::canBecomeStatusLine(std::string_view start) const
-{
-    return protocol.starts_with(start.substr(0, protocol.size()));
 }
 
 void ResponseHead::readLine()

@@ -31,7 +31,6 @@ public:
     [[nodiscard]] std::size_t size() const { return m_line.capacity() + m_location.capacity(); }
 
 private:
-    [[nodiscard]] bool canBecomeStatusLine(std::string_view start) const;
     void keep(std::string_view part);
     void readLine();
     void readStatusLine(std::string_view line);

@@ -5,6 +5,7 @@
 #include "Printers.h"
 #include "Probe.h"
 #include "ProbeSet.h"
+#include "ProcessFacts.h"
 #include "ScopedEnvironment.h"
 #include "ScriptedServer.h"
 
@@ -41,9 +42,7 @@ namespace {
 // The outcome of a check; nothing if it does not come at all.
 std::optional<Health> outcome(const QFuture<Health> &check)
 {
-    const auto end = Clock::now() + 60s;
-    while (!check.isFinished() && Clock::now() < end)
-        std::this_thread::sleep_for(1ms);
+    waitUntil([&] { return check.isFinished(); });
     return check.isFinished() ? std::optional(check.result()) : std::nullopt;
 }
 
@@ -109,31 +108,13 @@ std::chrono::microseconds processorTime()
            std::chrono::microseconds(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec);
 }
 
-qsizetype threadCount()
-{
-    return QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
-}
-
-qsizetype openDescriptorCount()
-{
-    return QDir(QStringLiteral("/proc/self/fd"))
-        .entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System)
-        .size();
-}
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 // The folders under /proc of this process's threads of that name.
 QStringList threadsNamed(const QByteArray &name)
 {
     QStringList folders;
     const QDir tasks(u"/proc/self/task"_s);
     for (const QString &task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        if (contents(tasks.filePath(task) + u"/comm"_s) == name + '\n')
+        if (contentsOf(tasks.filePath(task) + u"/comm"_s) == name + '\n')
             folders.append(tasks.filePath(task));
     }
     return folders;
@@ -143,7 +124,7 @@ QStringList threadsNamed(const QByteArray &name)
 qint64 sleepCount(const QString &thread)
 {
     static const QRegularExpression count(u"\nvoluntary_ctxt_switches:\\s*(\\d+)"_s);
-    return count.match(QString::fromLatin1(contents(thread + u"/status"_s))).captured(1).toLongLong();
+    return count.match(QString::fromLatin1(contentsOf(thread + u"/status"_s))).captured(1).toLongLong();
 }
 
 } // namespace
@@ -406,9 +387,7 @@ TEST(HealthChecker, FinishesWhatIsUnderWayAsUnreachableWhenItEnds)
         HealthChecker checker;
         for (int i = 0; i < 100; ++i)
             probes.append(checker.check(silent.port()));
-        const auto end = Clock::now() + 60s;
-        while (silent.connections() < 100 && Clock::now() < end)
-            std::this_thread::sleep_for(1ms);
+        waitUntil([&] { return silent.connections() == 100; });
     }
     for (const QFuture<Health> &probe : probes) {
         ASSERT_TRUE(probe.isFinished());
@@ -427,9 +406,7 @@ TEST(HealthChecker, FinishesWhatIsUnderWayElsewhereAsUnreachableWhenItEnds)
         HealthChecker checker;
         for (int i = 0; i < 20; ++i)
             probes.append(checker.check(server.port()));
-        const auto end = Clock::now() + 60s;
-        while (silent.connections() < 20 && Clock::now() < end)
-            std::this_thread::sleep_for(1ms);
+        waitUntil([&] { return silent.connections() == 20; });
     }
     for (const QFuture<Health> &probe : probes) {
         ASSERT_TRUE(probe.isFinished());
@@ -792,10 +769,7 @@ TEST(HealthCheckerRedirect, OffHostTakesOneThreadThatEndsWithTheChecker)
         EXPECT_EQ(threadsNamed("portolan-remote").size(), 1);
     }
     // The kernel lists a thread for a moment after it has been joined.
-    const auto end = Clock::now() + 60s;
-    while (!threadsNamed("portolan-remote").isEmpty() && Clock::now() < end)
-        std::this_thread::sleep_for(1ms);
-    EXPECT_EQ(threadsNamed("portolan-remote").size(), 0);
+    EXPECT_TRUE(waitUntil([] { return threadsNamed("portolan-remote").isEmpty(); }));
 }
 
 TEST(HealthCheckerRedirect, ToAServerThatNeverStopsDoesNotDelayTheEndOfTheChecker)
@@ -805,9 +779,7 @@ TEST(HealthCheckerRedirect, ToAServerThatNeverStopsDoesNotDelayTheEndOfTheChecke
         ScriptedServer::answers(redirect("http://away.localhost:" + QByteArray::number(away.port()) + "/")));
     std::optional<HealthChecker> checker(std::in_place);
     const QFuture<Health> check = checker->check(server.port());
-    const auto end = Clock::now() + 60s;
-    while (away.connections() == 0 && Clock::now() < end)
-        std::this_thread::sleep_for(1ms);
+    waitUntil([&] { return away.connections() > 0; });
     checker.reset();
     ASSERT_TRUE(check.isFinished());
     EXPECT_EQ(check.result(), Health::unreachable());
@@ -917,13 +889,13 @@ TEST(HealthCheckerCrowd, TwoHundredSilentServersCostOneThreadAndHardlyAnyWork)
 {
     const auto silent = LocalSocket::listening("127.0.0.1");
     const auto before = processorTime();
-    const qsizetype threads = threadCount();
+    const qsizetype threadsBefore = threads();
     HealthChecker checker;
     QList<QFuture<Health>> checks;
     for (int i = 0; i < 200; ++i)
         checks.append(checker.check(silent.port()));
     std::this_thread::sleep_for(500ms);
-    EXPECT_LE(threadCount(), threads + 1);
+    EXPECT_LE(threads(), threadsBefore + 1);
     for (const QFuture<Health> &check : checks)
         EXPECT_EQ(outcome(check), Health::unreachable());
     EXPECT_LT(processorTime() - before, 2s);
@@ -933,7 +905,7 @@ TEST(HealthCheckerCrowd, RunsNoMoreProbesAtATimeThanItSays)
 {
     const ScriptedServer good(ScriptedServer::answers("HTTP/1.1 200 OK\r\n\r\n"));
     const auto silent = LocalSocket::listening("127.0.0.1");
-    const qsizetype before = openDescriptorCount();
+    const qsizetype before = openDescriptors();
     HealthChecker checker;
     QList<QFuture<Health>> probes;
     for (int i = 0; i < ProbeSet::maxUnderWay + 100; ++i)
@@ -941,7 +913,7 @@ TEST(HealthCheckerCrowd, RunsNoMoreProbesAtATimeThanItSays)
     const QFuture<Health> last = checker.check(good.port());
     qsizetype most = 0;
     for (const auto end = Clock::now() + 60s; !last.isFinished() && Clock::now() < end;) {
-        most = std::max(most, openDescriptorCount() - before);
+        most = std::max(most, openDescriptors() - before);
         std::this_thread::sleep_for(20ms);
     }
     EXPECT_EQ(statusOf(outcome(last)), 200);
@@ -1013,17 +985,14 @@ TEST(HealthCheckerCrowd, LeavesNoDescriptorBehind)
     HealthChecker checker;
     const auto closed = LocalSocket::bound("127.0.0.1");
     EXPECT_EQ(statusOf(outcome(checker.check(leadingAway.port()))), 200);
-    const qsizetype before = openDescriptorCount();
+    const qsizetype before = openDescriptors();
     for (int i = 0; i < 50; ++i) {
         EXPECT_EQ(statusOf(outcome(checker.check(server.port()))), 200);
         EXPECT_EQ(statusOf(outcome(checker.check(closed.port()))), unreachable);
         EXPECT_EQ(statusOf(outcome(checker.check(leadingAway.port()))), 200);
     }
     // The server closes its ends in its own time.
-    const auto end = Clock::now() + 20s;
-    while (openDescriptorCount() > before && Clock::now() < end)
-        std::this_thread::sleep_for(5ms);
-    EXPECT_LE(openDescriptorCount(), before);
+    EXPECT_TRUE(waitUntil([&] { return openDescriptors() <= before; }));
 }
 
 } // namespace portolan

@@ -28,7 +28,7 @@ protected:
 
     HealthPromise promise;
     QFuture<Health> outcome = promise.future();
-    std::optional<Probe> probe{std::in_place, quint16(3000), std::move(promise), start};
+    std::optional<Probe> probe{std::in_place, ProbeRequest{3000, std::move(promise)}, start};
 };
 
 } // namespace

@@ -33,7 +33,7 @@ TEST(ProbeSet, CountsWhatArrivedWhileNobodyReadIt)
     for (int i = 0; i < 200; ++i) {
         HealthPromise promise;
         outcomes.append(promise.future());
-        probes.add(server.port(), std::move(promise));
+        probes.add({server.port(), std::move(promise)});
     }
 
     std::this_thread::sleep_for(Probe::totalLimit + 100ms); // as when the program was stopped for a while
