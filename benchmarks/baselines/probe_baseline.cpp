@@ -31,7 +31,7 @@ bool ask(int epoll, int port)
 }
 
 /// Whether the answer is an HTTP response.
-bool hear(int socket)
+bool readAnswer(int socket)
 {
     char answer[16 * 1024];
     const ssize_t length = recv(socket, answer, sizeof answer, 0);
@@ -52,7 +52,7 @@ int probeAll(int count, char **ports)
         if (ready <= 0)
             break;
         for (int i = 0; i < ready; ++i)
-            healthy += hear(events[i].data.fd);
+            healthy += readAnswer(events[i].data.fd);
         pending -= ready;
     }
     close(epoll);

@@ -42,12 +42,11 @@ constexpr std::array knownDependencies{
 };
 
 /// `text` with the character at `place`, if there is one, in upper case.
-QString withUpperCase(const std::u32string &text, size_t place)
+QString withUpperCase(QString text, qsizetype place)
 {
-    const size_t rest = std::min(place + 1, text.size());
-    return QString::fromStdU32String(text.substr(0, place)) +
-           QString::fromStdU32String(text.substr(place, 1)).toUpper() +
-           QString::fromStdU32String(text.substr(rest));
+    const bool isPair = place < text.size() && text[place].isHighSurrogate();
+    const qsizetype length = std::min<qsizetype>(isPair ? 2 : 1, text.size() - place);
+    return text.replace(place, length, text.sliced(place, length).toUpper());
 }
 
 /// A name that is far longer than any package manager allows is shown, sorted and searched for its front
@@ -84,6 +83,7 @@ std::vector<ProjectDetector::Project> ProjectDetector::detect(const std::vector<
     }
     const auto ask = [&](FolderReader::Kind kind, const char *file) {
         std::vector<FolderReader::Question> questions;
+        questions.reserve(open.size());
         for (const size_t i : open)
             questions.push_back({kind, *subjects[i].folder, file});
         return files.ask(questions, limits);
@@ -157,7 +157,7 @@ std::optional<QString> ProjectDetector::cleanName(const QString &packageName)
         return std::nullopt;
     QStringList words = name.replace(u'_', u'-').replace(u'.', u'-').split(u'-', Qt::SkipEmptyParts);
     for (QString &word : words)
-        word = withUpperCase(word.toStdU32String(), 0);
+        word = withUpperCase(word, 0);
     return words.join(u' ');
 }
 
@@ -167,17 +167,22 @@ QString ProjectDetector::capitalized(const QString &text)
     QTextBoundaryFinder words(QTextBoundaryFinder::Word, lower);
     QString result;
     for (qsizetype start = 0, end = 0; (end = words.toNextBoundary()) > 0; start = end) {
-        const std::u32string word = lower.sliced(start, end - start).toStdU32String();
-        const auto letter = std::ranges::find_if(word, [](char32_t c) { return QChar::isLetter(c); });
-        result += withUpperCase(word, size_t(letter - word.begin()));
+        const QString word = lower.sliced(start, end - start);
+        const std::u32string characters = word.toStdU32String();
+        const auto letter = std::ranges::find_if(characters, [](char32_t c) { return QChar::isLetter(c); });
+        const QString front = QString::fromStdU32String({characters.begin(), letter});
+        result += withUpperCase(word, front.size());
     }
     return result;
 }
 
 QString ProjectDetector::lastComponent(const QString &path)
 {
-    const QString name = path.section(u'/', -1, -1, QString::SectionSkipEmpty);
-    return name.isEmpty() ? u"/"_s : name;
+    qsizetype end = path.size();
+    while (end > 1 && path[end - 1] == u'/')
+        --end;
+    const QStringView trimmed = QStringView(path).first(end);
+    return (end == 1 ? trimmed : trimmed.sliced(trimmed.lastIndexOf(u'/') + 1)).toString();
 }
 
 std::optional<ProjectDetector::Project>

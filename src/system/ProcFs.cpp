@@ -110,12 +110,6 @@ void ProcFs::NumberedEntries::goTo(off_t place)
     m_filled = m_position = 0;
 }
 
-unsigned ProcFs::descriptorCount(pid_t pid)
-{
-    struct stat facts;
-    return ::stat(Path(pid, "fd").text(), &facts) == 0 ? unsigned(facts.st_size) : 0;
-}
-
 ProcFs::Descriptors::Descriptors(const char *folder)
     : m_entries(folder)
 {}

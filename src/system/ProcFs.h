@@ -80,10 +80,6 @@ private:
     alignas(8) char m_buffer[16 * 1024];
 };
 
-/// How many descriptors a process has open, without opening its list; 0 where the kernel does not tell
-/// (before Linux 6.2).
-[[nodiscard]] unsigned descriptorCount(pid_t pid);
-
 /// What a process holds open. What may not be looked into holds nothing.
 class Descriptors
 {

@@ -5,6 +5,7 @@
 
 #include <list>
 #include <mutex>
+#include <utility>
 
 namespace portolan {
 
@@ -13,9 +14,18 @@ namespace portolan {
 class UnreapedChildren
 {
 public:
-    void add(ChildProcess child);
+    void add(ChildProcess child)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_children.push_back(std::move(child));
+    }
+
     /// Reaps those that have ended.
-    void reap();
+    void reap()
+    {
+        const std::lock_guard lock(m_mutex);
+        m_children.remove_if([](ChildProcess &child) { return child.wait(QDeadlineTimer(0)); });
+    }
 
 private:
     std::mutex m_mutex;

@@ -69,7 +69,7 @@ TEST(Portolan, SaysThatThereIsNoDisplay)
     EXPECT_EQ(ending.errors, "portolan: there is no display to show itself on\n");
 }
 
-TEST(Portolan, EnduresHavingNoScreen)
+TEST(Portolan, RunsWithoutAScreen)
 {
     const QTemporaryDir folder;
     QFile screens(folder.filePath(u"screens.json"_s));

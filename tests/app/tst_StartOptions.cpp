@@ -27,17 +27,17 @@ struct GoodStart
     StartRequest request;
 };
 
-class StartOptionsRead : public testing::TestWithParam<GoodStart>
+class GoodStartOptions : public testing::TestWithParam<GoodStart>
 {};
 
-TEST_P(StartOptionsRead, It)
+TEST_P(GoodStartOptions, AreRead)
 {
     const auto result = parse(GetParam().arguments);
     ASSERT_TRUE(std::holds_alternative<StartRequest>(result));
     EXPECT_EQ(std::get<StartRequest>(result), GetParam().request);
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, StartOptionsRead,
+INSTANTIATE_TEST_SUITE_P(Rows, GoodStartOptions,
                          testing::Values(GoodStart{"Nothing", {}, StartRequest::Open},
                                          GoodStart{"Background", {"--background"}, StartRequest::None},
                                          GoodStart{"Window", {"--window"}, StartRequest::Window},
@@ -52,10 +52,10 @@ struct Question
     QString answer; ///< a part of what is printed
 };
 
-class StartOptionsAnswer : public testing::TestWithParam<Question>
+class StartQuestions : public testing::TestWithParam<Question>
 {};
 
-TEST_P(StartOptionsAnswer, It)
+TEST_P(StartQuestions, AreAnswered)
 {
     const auto result = parse(GetParam().arguments);
     ASSERT_TRUE(std::holds_alternative<StartOptions::Reply>(result));
@@ -64,7 +64,7 @@ TEST_P(StartOptionsAnswer, It)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Rows, StartOptionsAnswer,
+    Rows, StartQuestions,
     testing::Values(Question{"Help", {"--help"}, u"Usage: portolan [OPTIONS]\n"_s},
                     Question{"ShortHelp", {"-h"}, u"Usage: portolan [OPTIONS]\n"_s},
                     Question{"Version", {"--version"}, u"portolan " PORTOLAN_VERSION "\n"_s},
@@ -80,10 +80,10 @@ struct BadStart
     QString message;
 };
 
-class StartOptionsRefuse : public testing::TestWithParam<BadStart>
+class BadStartOptions : public testing::TestWithParam<BadStart>
 {};
 
-TEST_P(StartOptionsRefuse, It)
+TEST_P(BadStartOptions, AreRefused)
 {
     const auto result = parse(GetParam().arguments);
     ASSERT_TRUE(std::holds_alternative<StartOptions::Reply>(result));
@@ -92,7 +92,7 @@ TEST_P(StartOptionsRefuse, It)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Rows, StartOptionsRefuse,
+    Rows, BadStartOptions,
     testing::Values(
         BadStart{"UnknownOption", {"--quiet"}, u"unknown option '--quiet'"_s},
         BadStart{"Abbreviation", {"--back"}, u"unknown option '--back'"_s},

@@ -429,7 +429,7 @@ TEST(DetectInNoFolder, StillNamesIt)
     EXPECT_EQ(detect(u"node"_s, u"/srv/shop (deleted)"_s), (Project{u"shop (deleted)"_s, Framework::node}));
 }
 
-TEST_F(DetectInFolder, HasFileTestsTheExtensionOnly)
+TEST_F(DetectInFolder, OfASuffixTheCaseAndTheEndCount)
 {
     write(u"App.csprojx"_s);
     write(u"App.CSPROJ"_s);

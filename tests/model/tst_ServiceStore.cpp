@@ -297,7 +297,7 @@ TEST_F(ServiceStoreTest, DerivedPropertiesAreFreshInsideEveryNotification)
     EXPECT_EQ(seen, (QList<qsizetype>{2, 1}));
 }
 
-TEST_F(ServiceStoreTest, CountsItsServicesAloudForThoseWhoNeedNoMore)
+TEST_F(ServiceStoreTest, ServiceCountIsAPropertyOfItsOwn)
 {
     makeStore();
     QSignalSpy changes(m_store.get(), &ServiceStore::servicesChanged);
@@ -310,7 +310,7 @@ TEST_F(ServiceStoreTest, CountsItsServicesAloudForThoseWhoNeedNoMore)
     EXPECT_GE(changes.count(), 1);
 }
 
-TEST_F(ServiceStoreTest, OrdersHaveAFaceOfTexts)
+TEST_F(ServiceStoreTest, AnOrderCanBeChosenByItsRawValue)
 {
     makeStore();
     EXPECT_EQ(m_store->sortOrderId(), u"port"_s);

@@ -45,7 +45,7 @@ public:
     /// What the process, which has just been found to have run for `runTime`, is like.
     [[nodiscard]] virtual std::optional<ProcessStat>
     stat(pid_t pid, const std::optional<std::chrono::nanoseconds> &runTime) = 0;
-    /// How many descriptors the process has open; 0 where the kernel does not say.
+    /// How many descriptors the process has open; 0 where the kernel does not tell (before Linux 6.2).
     [[nodiscard]] virtual unsigned descriptorCount(pid_t pid) = 0;
     /// Writes the process's sockets, by ascending descriptor, into `sockets` in place of what it held, and
     /// returns the descriptorCount() that there was before.

@@ -37,6 +37,8 @@ std::vector<SocketOwner> SocketOwners::find(const std::vector<ino_t> &inodes, Cl
 /// Forgets the processes that are gone and adds those that are new.
 void SocketOwners::takeOver(const std::vector<ProcessId> &ids)
 {
+    if (std::ranges::equal(ids, m_processes, {}, {}, &Process::id))
+        return;
     std::vector<Process> processes;
     processes.reserve(ids.size());
     auto known = m_processes.begin();

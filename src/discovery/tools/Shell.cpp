@@ -23,20 +23,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct Pipe
-{
-    FileDescriptor reader;
-    FileDescriptor writer;
-
-    static std::optional<Pipe> open()
-    {
-        int ends[2];
-        if (pipe2(ends, O_CLOEXEC) != 0)
-            return std::nullopt;
-        return Pipe{FileDescriptor(ends[0]), FileDescriptor(ends[1])};
-    }
-};
-
 /// Waits for something to read. False at the deadline or on a stop.
 bool awaitReadable(int descriptor, const QDeadlineTimer &deadline, int stop)
 {
@@ -99,24 +85,26 @@ Shell::Result Shell::run(const QString &path, const QStringList &arguments, cons
     const StopSignal stop(limits.stop);
     if (!stop.isHeard(limits.stop) || limits.stop.stop_requested())
         return {};
-    std::optional<Pipe> pipe = Pipe::open();
-    if (!pipe)
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0)
         return {};
+    const FileDescriptor reader(ends[0]);
+    FileDescriptor writer(ends[1]);
 
     std::optional<ChildProcess> child = ChildProcess::start({
         .path = path,
         .arguments = arguments,
         .environment = toolEnvironment(),
-        .standardOutput = pipe->writer.get(),
+        .standardOutput = writer.get(),
         .diesWithCaller = true,
     });
     if (!child)
         return {};
-    pipe->writer.close();
+    writer.close();
 
     // Read first, then wait: a child that fills the pipe would never end otherwise.
     const std::optional<QByteArray> bytes =
-        readToEnd(pipe->reader.get(), deadline, stop.descriptor(), limits.maxOutput);
+        readToEnd(reader.get(), deadline, stop.descriptor(), limits.maxOutput);
     if (bytes && child->wait(deadline, stop.descriptor()))
         return {.output = decoded(*bytes)};
 

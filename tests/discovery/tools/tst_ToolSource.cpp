@@ -7,6 +7,8 @@
 
 #include <gmock/gmock.h>
 
+#include <limits>
+
 namespace portolan {
 
 using namespace Qt::StringLiterals;
