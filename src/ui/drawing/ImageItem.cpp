@@ -1,15 +1,25 @@
 // SPDX-License-Identifier: MIT
 #include "ImageItem.h"
 
+#include <QPainter>
 #include <QQuickWindow>
 #include <QSGImageNode>
 
 namespace portolan {
 
-ImageItem::ImageItem(QQuickItem *parent)
-    : QQuickItem(parent)
+ImageItem::ImageItem()
 {
     setFlag(ItemHasContents);
+    connect(this, &ImageItem::changed, this, &QQuickItem::update);
+}
+
+QImage ImageItem::tinted(QImage mask) const
+{
+    QPainter painter(&mask);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(mask.rect(), m_color);
+    painter.end();
+    return mask;
 }
 
 QSGNode *ImageItem::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QColor>
 #include <QImage>
 #include <QQuickItem>
 #include <QtQmlIntegration>
@@ -13,33 +14,29 @@ class ImageItem : public QQuickItem
 {
     Q_OBJECT
     QML_ANONYMOUS
+    Q_PROPERTY(QColor color MEMBER m_color NOTIFY changed FINAL)
 
 Q_SIGNALS:
     /// A property that the image depends on has changed.
     void changed();
 
 protected:
-    explicit ImageItem(QQuickItem *parent = nullptr);
+    ImageItem();
 
+    [[nodiscard]] const QColor &color() const { return m_color; }
     /// The size of the image in device-independent pixels. It is centred in the item.
     [[nodiscard]] virtual QSizeF imageSize() const { return size(); }
     /// The image in `pixels` device pixels, at the device pixel ratio `scale`; null to show nothing.
     [[nodiscard]] virtual QImage image(const QSize &pixels, qreal scale) const = 0;
-
-    /// Sets a property of a subclass.
-    template <typename Value>
-    void set(Value &property, const Value &value)
-    {
-        if (property == value)
-            return;
-        property = value;
-        update();
-        Q_EMIT changed();
-    }
+    /// `mask`, of which only the alpha is used, filled with the item's colour.
+    [[nodiscard]] QImage tinted(QImage mask) const;
 
     QSGNode *updatePaintNode(QSGNode *old, UpdatePaintNodeData *data) final;
     void itemChange(ItemChange change, const ItemChangeData &data) override;
     void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
+
+private:
+    QColor m_color = Qt::transparent;
 };
 
 } // namespace portolan

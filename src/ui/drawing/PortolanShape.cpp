@@ -7,17 +7,14 @@
 
 namespace portolan {
 
-PortolanShape::PortolanShape(QQuickItem *parent)
-    : TintedItem(parent)
-{}
-
-QImage PortolanShape::mask(const QSize &pixels, qreal) const
+QImage PortolanShape::image(const QSize &pixels, qreal) const
 {
-    QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    BrandArt::draw(&painter, image.rect());
-    return image;
+    QImage mask(pixels, QImage::Format_ARGB32_Premultiplied);
+    mask.fill(Qt::transparent);
+    QPainter painter(&mask);
+    BrandArt::draw(&painter, mask.rect());
+    painter.end();
+    return tinted(mask);
 }
 
 } // namespace portolan

@@ -1,21 +1,18 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "TintedItem.h"
+#include "ImageItem.h"
 
 namespace portolan {
 
 /// The brand figure, scaled to the size of the item.
-class PortolanShape : public portolan::TintedItem
+class PortolanShape : public portolan::ImageItem
 {
     Q_OBJECT
     QML_ELEMENT
 
-public:
-    explicit PortolanShape(QQuickItem *parent = nullptr);
-
 protected:
-    [[nodiscard]] QImage mask(const QSize &pixels, qreal scale) const override;
+    [[nodiscard]] QImage image(const QSize &pixels, qreal scale) const override;
 };
 
 } // namespace portolan

@@ -60,16 +60,12 @@ QImage drawn(const Key &key)
 
 } // namespace
 
-RoundedRect::RoundedRect(QQuickItem *parent)
-    : ImageItem(parent)
-{}
-
 QImage RoundedRect::image(const QSize &pixels, qreal scale) const
 {
     // The cards of the list are equal and share one image.
     constexpr qsizetype bytes = 4 * 1024 * 1024;
     static QCache<Key, QImage> cache(bytes);
-    const Key key{pixels, m_radius * scale, scale, m_openEdge, m_color.rgba64(), m_borderColor.rgba64()};
+    const Key key{pixels, m_radius * scale, scale, m_openEdge, color().rgba64(), m_borderColor.rgba64()};
     if (const QImage *known = cache.object(key))
         return *known;
     const QImage image = drawn(key);

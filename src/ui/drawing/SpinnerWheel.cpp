@@ -5,20 +5,17 @@
 
 namespace portolan {
 
-SpinnerWheel::SpinnerWheel(QQuickItem *parent)
-    : TintedItem(parent)
-{}
-
-QImage SpinnerWheel::mask(const QSize &pixels, qreal) const
+QImage SpinnerWheel::image(const QSize &pixels, qreal) const
 {
+    constexpr int spokes = 8;
     const qreal side = qMin(pixels.width(), pixels.height());
     const qreal thickness = side / 8;
-    QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
+    QImage mask(pixels, QImage::Format_ARGB32_Premultiplied);
+    mask.fill(Qt::transparent);
+    QPainter painter(&mask);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.translate(QRectF(image.rect()).center());
+    painter.translate(QRectF(mask.rect()).center());
     for (int spoke = 0; spoke < spokes; ++spoke) {
         const int age = ((m_step - spoke) % spokes + spokes) % spokes;
         painter.setBrush(QColor::fromRgbF(0, 0, 0, float(1 - 0.12 * age)));
@@ -26,7 +23,8 @@ QImage SpinnerWheel::mask(const QSize &pixels, qreal) const
                                 thickness / 2);
         painter.rotate(360.0 / spokes);
     }
-    return image;
+    painter.end();
+    return tinted(mask);
 }
 
 } // namespace portolan

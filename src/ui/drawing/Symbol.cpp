@@ -5,26 +5,26 @@
 
 namespace portolan {
 
-Symbol::Symbol(QQuickItem *parent)
-    : TintedItem(parent)
+Symbol::Symbol()
+{
+    fitBox();
+    connect(this, &ImageItem::changed, this, &Symbol::fitBox);
+}
+
+void Symbol::fitBox()
 {
     setImplicitSize(SymbolSet::box(m_size), SymbolSet::box(m_size));
 }
 
-void Symbol::setSize(qreal size)
-{
-    setImplicitSize(SymbolSet::box(size), SymbolSet::box(size));
-    set(m_size, size);
-}
-
 QSizeF Symbol::imageSize() const
 {
-    return {SymbolSet::box(m_size), SymbolSet::box(m_size)};
+    return {implicitWidth(), implicitHeight()};
 }
 
-QImage Symbol::mask(const QSize &pixels, qreal scale) const
+QImage Symbol::image(const QSize &pixels, qreal scale) const
 {
-    return SymbolSet::image(m_name, pixels.width(), SymbolSet::stroke(m_size, m_weight, scale));
+    const QImage mask = SymbolSet::image(m_name, pixels.width(), SymbolSet::stroke(m_size, m_weight, scale));
+    return mask.isNull() ? mask : tinted(mask);
 }
 
 } // namespace portolan

@@ -2,7 +2,6 @@
 #include "SymbolSet.h"
 
 #include <QCache>
-#include <QDir>
 #include <QFile>
 #include <QFont>
 #include <QPainter>
@@ -16,8 +15,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const auto folder = u":/qt-project.org/imports/Portolan/symbols/"_s;
-const auto suffix = u".svg"_s;
 constexpr qreal grid = 24; // the width and height of a symbol file in its units
 
 struct Key
@@ -35,7 +32,7 @@ struct Key
 
 QByteArray source(const QString &name)
 {
-    QFile file(folder + name + suffix);
+    QFile file(u":/qt-project.org/imports/Portolan/symbols/%1.svg"_s.arg(name));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
@@ -75,14 +72,6 @@ QImage drawn(const Key &key)
 }
 
 } // namespace
-
-QStringList SymbolSet::names()
-{
-    QStringList names = QDir(folder).entryList({u'*' + suffix}, QDir::Files, QDir::Name);
-    for (QString &name : names)
-        name.chop(suffix.size());
-    return names;
-}
 
 qreal SymbolSet::box(qreal size)
 {

@@ -2,15 +2,12 @@
 #pragma once
 
 #include <QImage>
-#include <QStringList>
+#include <QString>
 
 namespace portolan {
 
 /// Renders the symbols of the interface. Main thread.
 namespace SymbolSet {
-
-/// The names of all symbols.
-[[nodiscard]] QStringList names();
 
 /// The side of the square box of a symbol at font size `size`, both in device-independent pixels.
 [[nodiscard]] qreal box(qreal size);

@@ -7,6 +7,7 @@
 
 #include "Framework.h"
 
+#include <QDir>
 #include <QGuiApplication>
 #include <QPainter>
 
@@ -68,7 +69,9 @@ int main(int argc, char **argv)
     }
     const qreal scale = arguments.value(2, u"1"_s).toDouble();
     const QList<Setting> columns = settings(arguments.mid(3));
-    const QStringList names = SymbolSet::names();
+    const QStringList names = QDir(u":/qt-project.org/imports/Portolan/symbols"_s)
+                                  .entryList(QDir::Files, QDir::Name)
+                                  .replaceInStrings(u".svg"_s, QString());
 
     const auto pixels = [scale](const Setting &setting) {
         return int(std::round(SymbolSet::box(setting.size) * scale));

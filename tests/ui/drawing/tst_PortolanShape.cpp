@@ -35,9 +35,9 @@ TEST(PortolanShape, ShowsTheFigureInItsColour)
     PortolanShape shape;
     window.put(shape, {5, 5});
     shape.setSize({14, 14});
-    shape.setColor(QColor(237, 237, 237));
+    shape.setProperty("color", QColor(237, 237, 237));
 
-    const QImage figure = figureIn(shape.color(), qRound(14 * window.scale()));
+    const QImage figure = figureIn(QColor(237, 237, 237), qRound(14 * window.scale()));
     EXPECT_TRUE(window.expected(figure, {5, 5}).contains(window.pixels()));
 }
 
@@ -47,7 +47,7 @@ TEST(PortolanShape, FillsItsRectangle)
     PortolanShape shape;
     window.put(shape, {0, 0});
     shape.setSize({100, 50});
-    shape.setColor(Qt::white);
+    shape.setProperty("color", QColor(Qt::white));
     const QImage pixels = window.pixels();
     const auto at = [&](qreal x, qreal y) {
         return pixels.pixelColor(int(x * window.scale()), int(y * window.scale()));
@@ -65,7 +65,7 @@ TEST(PortolanShape, ShowsNothingWithoutASize)
     const QImage empty = window.pixels();
     PortolanShape shape;
     window.put(shape, {5, 5});
-    shape.setColor(Qt::white);
+    shape.setProperty("color", QColor(Qt::white));
     EXPECT_EQ(window.pixels(), empty);
 }
 

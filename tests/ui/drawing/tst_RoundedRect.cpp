@@ -17,9 +17,9 @@ class RoundedRectInWindow : public testing::Test
 protected:
     RoundedRectInWindow()
     {
-        m_rect.setColor(QColor(0, 0, 255));
-        m_rect.setBorderColor(QColor(255, 0, 0));
-        m_rect.setRadius(9);
+        m_rect.setProperty("color", QColor(0, 0, 255));
+        m_rect.setProperty("borderColor", QColor(255, 0, 0));
+        m_rect.setProperty("radius", 9);
         // On whole pixels at every ratio in steps of 0.25.
         m_window.put(m_rect, {8, 4});
         m_rect.setSize({40, 40});
@@ -85,7 +85,7 @@ TEST_F(RoundedRectInWindow, HasRoundCorners)
 
 TEST_F(RoundedRectInWindow, LimitsTheRadiusToHalfItsSize)
 {
-    m_rect.setRadius(1000);
+    m_rect.setProperty("radius", 1000);
     const QImage image = shown();
     const int quarter = image.width() / 4;
     EXPECT_EQ(image.pixelColor(1, 1), QColor(Qt::black));
@@ -95,14 +95,14 @@ TEST_F(RoundedRectInWindow, LimitsTheRadiusToHalfItsSize)
 
 TEST_F(RoundedRectInWindow, GoesOnAtItsOpenEdge)
 {
-    m_rect.setOpenEdge(Qt::BottomEdge);
+    m_rect.setProperty("openEdge", Qt::BottomEdge);
     QImage image = shown();
     const int side = image.width() - 1;
     EXPECT_EQ(image.pixelColor(0, 0), QColor(Qt::black));
     EXPECT_EQ(image.pixelColor(side / 2, 0).blue(), 0);
     EXPECT_EQ(image.pixelColor(0, side), QColor(255, 0, 0));
     EXPECT_EQ(image.pixelColor(side / 2, side), QColor(0, 0, 255));
-    m_rect.setOpenEdge(Qt::TopEdge);
+    m_rect.setProperty("openEdge", Qt::TopEdge);
     image = shown();
     EXPECT_EQ(image.pixelColor(0, side), QColor(Qt::black));
     EXPECT_EQ(image.pixelColor(0, 0), QColor(255, 0, 0));
@@ -111,8 +111,8 @@ TEST_F(RoundedRectInWindow, GoesOnAtItsOpenEdge)
 
 TEST_F(RoundedRectInWindow, DrawsTheBorderOverTheFill)
 {
-    m_rect.setColor(QColor(255, 255, 255, 51));
-    m_rect.setBorderColor(QColor(255, 255, 255, 102));
+    m_rect.setProperty("color", QColor(255, 255, 255, 51));
+    m_rect.setProperty("borderColor", QColor(255, 255, 255, 102));
     const QImage image = shown();
     const int middle = image.width() / 2;
     EXPECT_EQ(image.pixelColor(middle, middle), QColor(51, 51, 51));
@@ -126,13 +126,13 @@ TEST_F(RoundedRectInWindow, UpdatesWithItsProperties)
     QImage last = m_window.pixels();
     const auto changed = [&] { return std::exchange(last, m_window.pixels()) != last; };
     for (int i = 0; i < 2; ++i) {
-        m_rect.setColor(Qt::green);
+        m_rect.setProperty("color", QColor(Qt::green));
         EXPECT_EQ(changed(), i == 0);
-        m_rect.setBorderColor(Qt::white);
+        m_rect.setProperty("borderColor", QColor(Qt::white));
         EXPECT_EQ(changed(), i == 0);
-        m_rect.setRadius(3);
+        m_rect.setProperty("radius", 3);
         EXPECT_EQ(changed(), i == 0);
-        m_rect.setOpenEdge(Qt::TopEdge);
+        m_rect.setProperty("openEdge", Qt::TopEdge);
         EXPECT_EQ(changed(), i == 0);
         m_rect.setSize({20, 30});
         EXPECT_EQ(changed(), i == 0);

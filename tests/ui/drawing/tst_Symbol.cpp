@@ -31,9 +31,10 @@ QImage tinted(QImage image, const QColor &color)
 QImage drawn(const Symbol &symbol, qreal scale)
 {
     const int side = qRound(symbol.implicitWidth() * scale);
-    return tinted(
-        SymbolSet::image(symbol.name(), side, SymbolSet::stroke(symbol.size(), symbol.weight(), scale)),
-        symbol.color());
+    const qreal stroke =
+        SymbolSet::stroke(symbol.property("size").toReal(), symbol.property("weight").toInt(), scale);
+    return tinted(SymbolSet::image(symbol.property("name").toString(), side, stroke),
+                  symbol.property("color").value<QColor>());
 }
 
 } // namespace
@@ -49,10 +50,10 @@ TEST(Symbol, IsRegisteredWithQml)
     const std::unique_ptr<QObject> object(component.create());
     const auto *symbol = qobject_cast<Symbol *>(object.get());
     ASSERT_TRUE(symbol) << component.errorString().toStdString();
-    EXPECT_EQ(symbol->name(), u"pin.fill"_s);
-    EXPECT_EQ(symbol->size(), 8.5);
-    EXPECT_EQ(symbol->weight(), QFont::DemiBold);
-    EXPECT_EQ(symbol->color(), QColor(59, 130, 246));
+    EXPECT_EQ(symbol->property("name"), u"pin.fill"_s);
+    EXPECT_EQ(symbol->property("size"), 8.5);
+    EXPECT_EQ(symbol->property("weight"), QFont::DemiBold);
+    EXPECT_EQ(symbol->property("color"), QColor(59, 130, 246));
 }
 
 TEST(Symbol, EmitsEachChangeOnce)
@@ -60,10 +61,10 @@ TEST(Symbol, EmitsEachChangeOnce)
     Symbol symbol;
     QSignalSpy changes(&symbol, &Symbol::changed);
     for (int i = 0; i < 2; ++i) {
-        symbol.setName(u"clock"_s);
-        symbol.setSize(9);
-        symbol.setWeight(QFont::Medium);
-        symbol.setColor(Qt::red);
+        symbol.setProperty("name", u"clock"_s);
+        symbol.setProperty("size", 9);
+        symbol.setProperty("weight", QFont::Medium);
+        symbol.setProperty("color", QColor(Qt::red));
     }
     EXPECT_EQ(changes.count(), 4);
 }
@@ -79,7 +80,7 @@ TEST(Symbol, HasAnImplicitSize)
                                      {12.5, 16},
                                      {15.0, 20},
                                      {26.0, 36}}) {
-        symbol.setSize(size);
+        symbol.setProperty("size", size);
         EXPECT_EQ(symbol.implicitWidth(), side) << size;
         EXPECT_EQ(symbol.implicitHeight(), side) << size;
     }
@@ -92,10 +93,10 @@ TEST_P(SymbolInWindow, IsDrawnWithoutScalingAtAnyPosition)
 {
     TestWindow window(QColor(10, 10, 10));
     Symbol symbol;
-    symbol.setName(u"doc.on.doc"_s);
-    symbol.setSize(GetParam());
-    symbol.setWeight(QFont::DemiBold);
-    symbol.setColor(QColor(143, 143, 143));
+    symbol.setProperty("name", u"doc.on.doc"_s);
+    symbol.setProperty("size", GetParam());
+    symbol.setProperty("weight", QFont::DemiBold);
+    symbol.setProperty("color", QColor(143, 143, 143));
     for (const QPointF &position : {QPointF(0, 0), QPointF(1, 2), QPointF(3, 5), QPointF(6, 7),
                                     QPointF(10.5, 9.5), QPointF(20.3, 11.7)}) {
         window.put(symbol, position);
@@ -108,11 +109,11 @@ TEST_P(SymbolInWindow, IsCentredInALargerItem)
 {
     TestWindow window(QColor(10, 10, 10));
     Symbol symbol;
-    symbol.setName(u"power"_s);
-    symbol.setSize(GetParam());
-    symbol.setColor(Qt::white);
+    symbol.setProperty("name", u"power"_s);
+    symbol.setProperty("size", GetParam());
+    symbol.setProperty("color", QColor(Qt::white));
     window.put(symbol, {4, 4});
-    symbol.setSize(GetParam());
+    symbol.setProperty("size", GetParam());
     symbol.setWidth(symbol.implicitWidth() + 12);
     symbol.setHeight(symbol.implicitHeight() + 8);
     EXPECT_TRUE(window.expected(drawn(symbol, window.scale()), {10, 8}).contains(window.pixels()));
@@ -127,22 +128,22 @@ TEST(Symbol, UpdatesWithItsProperties)
 {
     TestWindow window(Qt::black);
     Symbol symbol;
-    symbol.setName(u"clock"_s);
-    symbol.setColor(Qt::white);
+    symbol.setProperty("name", u"clock"_s);
+    symbol.setProperty("color", QColor(Qt::white));
     window.put(symbol, {4, 4});
     QImage last = window.pixels();
     const auto changed = [&] {
         const QImage before = std::exchange(last, window.pixels());
         return before != last && window.expected(drawn(symbol, window.scale()), {4, 4}).contains(last);
     };
-    symbol.setName(u"folder"_s);
+    symbol.setProperty("name", u"folder"_s);
     EXPECT_TRUE(changed());
-    symbol.setColor(Qt::green);
+    symbol.setProperty("color", QColor(Qt::green));
     EXPECT_TRUE(changed());
-    symbol.setSize(26);
+    symbol.setProperty("size", 26);
     window.put(symbol, {4, 4});
     EXPECT_TRUE(changed());
-    symbol.setWeight(QFont::DemiBold);
+    symbol.setProperty("weight", QFont::DemiBold);
     EXPECT_TRUE(changed());
 }
 
@@ -150,9 +151,9 @@ TEST(Symbol, ShowsTranslucentColours)
 {
     TestWindow window(Qt::black);
     Symbol symbol;
-    symbol.setName(u"stop.fill"_s);
-    symbol.setSize(26);
-    symbol.setColor(QColor(255, 255, 255, 51));
+    symbol.setProperty("name", u"stop.fill"_s);
+    symbol.setProperty("size", 26);
+    symbol.setProperty("color", QColor(255, 255, 255, 51));
     window.put(symbol, {0, 0});
     const int middle = int(18 * window.scale());
     EXPECT_EQ(window.pixels().pixelColor(middle, middle), QColor(51, 51, 51));
@@ -163,14 +164,14 @@ TEST(Symbol, ShowsNothingForAnUnknownName)
     TestWindow window(Qt::black);
     const QImage empty = window.pixels();
     Symbol symbol;
-    symbol.setColor(Qt::white);
+    symbol.setProperty("color", QColor(Qt::white));
     window.put(symbol, {4, 4});
     for (const QString &name : {u""_s, u"no.such.symbol"_s, u"../qmldir"_s, u"clock.svg"_s}) {
-        symbol.setName(u"clock"_s);
+        symbol.setProperty("name", u"clock"_s);
         EXPECT_NE(window.pixels(), empty);
-        symbol.setName(name);
+        symbol.setProperty("name", name);
         EXPECT_EQ(window.pixels(), empty) << name.toStdString();
-        EXPECT_EQ(symbol.implicitWidth(), SymbolSet::box(symbol.size()));
+        EXPECT_EQ(symbol.implicitWidth(), SymbolSet::box(symbol.property("size").toReal()));
     }
 }
 
