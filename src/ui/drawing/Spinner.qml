@@ -14,8 +14,6 @@ SpinnerWheel {
 
     WindowExposure {
         id: exposure
-
-        item: root
     }
 
     Timer {

@@ -38,8 +38,6 @@ FocusScope {
 
     WindowExposure {
         id: exposure
-
-        item: root
     }
 
     Rectangle {

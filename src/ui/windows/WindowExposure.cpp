@@ -5,39 +5,33 @@
 
 namespace portolan {
 
-void WindowExposure::setItem(QQuickItem *item)
+void WindowExposure::itemChange(ItemChange change, const ItemChangeData &data)
 {
-    if (m_item == item)
-        return;
-    if (m_item)
-        m_item->disconnect(this);
-    m_item = item;
-    if (item)
-        connect(item, &QQuickItem::windowChanged, this, &WindowExposure::watch);
-    watch(item ? item->window() : nullptr);
-    Q_EMIT itemChanged();
-}
-
-void WindowExposure::watch(QQuickWindow *window)
-{
-    if (m_window)
-        m_window->removeEventFilter(this);
-    m_window = window;
-    if (m_window)
-        m_window->installEventFilter(this);
-    update();
+    if (change == ItemSceneChange) {
+        if (m_window)
+            m_window->removeEventFilter(this);
+        m_window = data.window;
+        if (m_window)
+            m_window->installEventFilter(this);
+        check();
+    }
+    QQuickItem::itemChange(change, data);
 }
 
 bool WindowExposure::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Expose || event->type() == QEvent::Show || event->type() == QEvent::Hide)
-        update();
-    return QObject::eventFilter(watched, event);
+        check();
+    return QQuickItem::eventFilter(watched, event);
 }
 
-void WindowExposure::update()
+void WindowExposure::check()
 {
-    m_isExposed = m_window && m_window->isVisible() && m_window->isExposed();
+    const bool isExposed = m_window && m_window->isVisible() && m_window->isExposed();
+    if (m_isExposed == isExposed)
+        return;
+    m_isExposed = isExposed;
+    Q_EMIT isExposedChanged();
 }
 
 } // namespace portolan
