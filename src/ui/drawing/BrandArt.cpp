@@ -102,13 +102,13 @@ QPainterPath BrandArt::path(const QRectF &rect)
     return figure;
 }
 
-bool BrandArt::draw(QPainter *painter, const QRectF &rect, const QColor &color)
+bool BrandArt::draw(QPainter *painter, const QRectF &rect)
 {
     if (!painter || !painter->isActive())
         return false;
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
-    painter->fillPath(path(rect), color);
+    painter->fillPath(path(rect), Qt::black);
     painter->restore();
     return true;
 }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QColor>
 #include <QIcon>
 #include <QPainterPath>
 
@@ -16,8 +15,8 @@ namespace BrandArt {
 /// scale with both sides of the rectangle, the sizes of discs and spokes with the shorter one.
 [[nodiscard]] QPainterPath path(const QRectF &rect);
 
-/// Draws the figure in `rect`. Returns false, and draws nothing, if `painter` is null or not active.
-bool draw(QPainter *painter, const QRectF &rect, const QColor &color = Qt::black);
+/// Draws the figure in black in `rect`. Returns false, and draws nothing, if `painter` is null or not active.
+bool draw(QPainter *painter, const QRectF &rect);
 
 /// The figure as a template image (`QIcon::isMask`: only its alpha is used) of `size` x `size`
 /// device-independent pixels. It is rendered for every requested size, so it is sharp at any scale.

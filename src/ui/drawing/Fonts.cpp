@@ -24,7 +24,7 @@ qreal sizeOf(const QFont &font)
     return font.pixelSize() > 0 ? font.pixelSize() : font.pointSizeF() / pointsPerPixel();
 }
 
-QFont font(QFontDatabase::SystemFont kind, qreal size, int weight, qreal tracking)
+QFont font(QFontDatabase::SystemFont kind, qreal size, int weight)
 {
     QFont font;
     font.setFamilies(QFontDatabase::systemFont(kind).families());
@@ -33,8 +33,6 @@ QFont font(QFontDatabase::SystemFont kind, qreal size, int weight, qreal trackin
     else
         font.setPointSizeF(size * pointsPerPixel());
     font.setWeight(QFont::Weight(weight));
-    if (tracking != 0)
-        font.setLetterSpacing(QFont::AbsoluteSpacing, tracking);
     return font;
 }
 
@@ -42,17 +40,20 @@ QFont font(QFontDatabase::SystemFont kind, qreal size, int weight, qreal trackin
 
 QFont Fonts::system(qreal size, int weight, qreal tracking)
 {
-    return font(QFontDatabase::GeneralFont, size, weight, tracking);
+    QFont result = font(QFontDatabase::GeneralFont, size, weight);
+    if (tracking != 0)
+        result.setLetterSpacing(QFont::AbsoluteSpacing, tracking);
+    return result;
 }
 
-QFont Fonts::monospaced(qreal size, int weight, qreal tracking)
+QFont Fonts::monospaced(qreal size, int weight)
 {
-    return font(QFontDatabase::FixedFont, size, weight, tracking);
+    return font(QFontDatabase::FixedFont, size, weight);
 }
 
-QFont Fonts::digits(qreal size, int weight, qreal tracking)
+QFont Fonts::digits(qreal size, int weight)
 {
-    QFont result = system(size, weight, tracking);
+    QFont result = system(size, weight);
 #if QT_VERSION >= QT_VERSION_CHECK(6, 7, 0)
     result.setFeature("tnum", 1);
 #endif

@@ -22,11 +22,10 @@ public:
     /// The desktop's general font.
     Q_INVOKABLE [[nodiscard]] static QFont system(qreal size, int weight = QFont::Normal, qreal tracking = 0);
     /// The desktop's fixed-width font.
-    Q_INVOKABLE [[nodiscard]] static QFont monospaced(qreal size, int weight = QFont::Normal,
-                                                      qreal tracking = 0);
+    Q_INVOKABLE [[nodiscard]] static QFont monospaced(qreal size, int weight = QFont::Normal);
     /// The general font with tabular digits, so that a changing number does not move. Before Qt 6.7 the
     /// font's default digits, which are tabular in most desktop fonts.
-    Q_INVOKABLE [[nodiscard]] static QFont digits(qreal size, int weight = QFont::Normal, qreal tracking = 0);
+    Q_INVOKABLE [[nodiscard]] static QFont digits(qreal size, int weight = QFont::Normal);
 
     /// `font` with its size rounded to whole pixels.
     Q_INVOKABLE [[nodiscard]] static QFont whole(const QFont &font);

@@ -18,8 +18,6 @@ class RelativeTime : public QObject
 public:
     /// "Updated just now", "Updated 5s ago" or "Updated 120m ago" (minutes are the largest unit); empty for
     /// an invalid `lastUpdated`. A time in the future counts as now.
-    [[nodiscard]] static QString sinceUpdate(const QDateTime &lastUpdated, const QDateTime &now);
-    /// The same for the current time.
     Q_INVOKABLE [[nodiscard]] static QString sinceUpdate(const QDateTime &lastUpdated);
 };
 

@@ -10,18 +10,32 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString stateDescription(const Health &health)
+struct StateLook
+{
+    QString label;
+    QColor color;
+};
+
+StateLook lookOf(const Health &health)
 {
     switch (health.state()) {
-    case Health::State::unknown:
-        return u"not checked"_s;
     case Health::State::healthy:
-        return u"online, "_s + ServicePresentation::responseTime(health);
+        return {u"Online"_s, Theme::online};
     case Health::State::checking:
+        return {u"Checking"_s, Theme::pending};
     case Health::State::unreachable:
+        return {u"Offline"_s, Theme::offline};
+    case Health::State::unknown:
         break;
     }
-    return ServicePresentation::stateLabel(health).toLower();
+    return {u"\u2014"_s, Theme::textFaint};
+}
+
+QString stateDescription(const Health &health)
+{
+    if (health.isHealthy())
+        return u"online, "_s + ServicePresentation::responseTime(health);
+    return health.state() == Health::State::unknown ? u"not checked"_s : lookOf(health).label.toLower();
 }
 
 } // namespace
@@ -39,32 +53,12 @@ QColor ServicePresentation::accent(const Framework &framework)
 
 QString ServicePresentation::stateLabel(const Health &health)
 {
-    switch (health.state()) {
-    case Health::State::unknown:
-        break;
-    case Health::State::checking:
-        return u"Checking"_s;
-    case Health::State::healthy:
-        return u"Online"_s;
-    case Health::State::unreachable:
-        return u"Offline"_s;
-    }
-    return u"\u2014"_s;
+    return lookOf(health).label;
 }
 
 QColor ServicePresentation::stateColor(const Health &health)
 {
-    switch (health.state()) {
-    case Health::State::unknown:
-        break;
-    case Health::State::checking:
-        return Theme::pending;
-    case Health::State::healthy:
-        return Theme::online;
-    case Health::State::unreachable:
-        return Theme::offline;
-    }
-    return Theme::textFaint;
+    return lookOf(health).color;
 }
 
 QString ServicePresentation::responseTime(const Health &health)
