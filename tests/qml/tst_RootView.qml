@@ -122,7 +122,7 @@ ViewTest {
         fuzzyCompare(picture.red(479, 300), 255 * white.r, 2);
         verify(picture.red(240, 0) > 0);
         verify(picture.red(240, view.height - 1) > 0);
-        const edges = ViewInspector.all(view, "ResizeEdge").map(edge => edge.edges);
+        const edges = ViewInspector.all(view, "ResizeEdge").map(edge => edge.modelData);
         compare(edges.sort((a, b) => a - b), [Qt.TopEdge, Qt.LeftEdge, Qt.TopEdge | Qt.LeftEdge, Qt.RightEdge, Qt.TopEdge | Qt.RightEdge, Qt.BottomEdge, Qt.BottomEdge | Qt.LeftEdge, Qt.BottomEdge | Qt.RightEdge].sort((a, b) => a - b));
         compare(ViewInspector.all(make(), "ResizeEdge").length, 0);
     }

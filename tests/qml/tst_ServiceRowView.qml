@@ -266,7 +266,7 @@ ViewTest {
             ["width", actions.width, 4 * 26 + 3 * 4],
             ["centre", centre(actions, row).y, row.height / 2, 0.5],
             ["buttons", buttons.map(b => frame(b, actions)), ["0 0 26 26", "30 0 26 26", "60 0 26 26", "90 0 26 26"]],
-            ["names", buttons.map(b => b.name), ["Open", "Copy URL", "Stop", "More"]],
+            ["names", buttons.map(b => b.label), ["Open", "Copy URL", "Stop", "More"]],
             ["tool tips", buttons.map(b => b.toolTip), ["Open", "Copy URL", "Stop", ""]],
             ["stop colour", ViewInspector.symbol(row, "stop.fill").color, Theme.offline],
             ["more size", more.size, 12],
@@ -331,12 +331,12 @@ ViewTest {
         compare(actions.calls, ["openInBrowser 4242-5173"]);
         for (const name of ["Open", "Copy URL", "Stop", "More"]) {
             keyClick(Qt.Key_Tab);
-            compare(root.Window.activeFocusItem.name, name);
+            compare(root.Window.activeFocusItem.label, name);
             verify(row.isActive);
         }
         for (const name of ["Stop", "Copy URL", "Open"]) {
             keyClick(Qt.Key_Backtab);
-            compare(root.Window.activeFocusItem.name, name);
+            compare(root.Window.activeFocusItem.label, name);
         }
         keyClick(Qt.Key_Backtab);
         verify(row.activeFocus);
@@ -347,7 +347,7 @@ ViewTest {
         const after = createTemporaryObject(afterComponent, root);
         after.forceActiveFocus();
         keyClick(Qt.Key_Backtab);
-        compare(root.Window.activeFocusItem.name, "More");
+        compare(root.Window.activeFocusItem.label, "More");
         tryVerify(() => ViewInspector.first(row, "RowActions"));
     }
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 
-// The easing curve of all animations.
-NumberAnimation {
+// The easing curve of all animations, of numbers and of colours.
+PropertyAnimation {
     easing.type: Easing.BezierSpline
     easing.bezierCurve: [0, 0, 0.58, 1, 1, 1]
 }

@@ -2,13 +2,11 @@
 import QtQuick
 import Portolan
 
-// A border around the control that has the keyboard focus.
+// A border around its parent while that has the keyboard focus.
 RoundedRect {
     id: root
 
-    property Item control: root.parent
-
     anchors.fill: parent
-    visible: root.control.activeFocus
+    visible: root.parent.activeFocus
     borderColor: Qt.alpha(Theme.accent, 0.7)
 }

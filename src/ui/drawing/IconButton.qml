@@ -8,6 +8,7 @@ PlainButton {
 
     required property string symbol
 
+    property bool showsSymbol: true
     property real symbolSize: 12.5
     property int weight: Font.DemiBold
     property color tint: root.hovering ? Theme.textStrong : Theme.textMuted
@@ -22,6 +23,7 @@ PlainButton {
 
     Symbol {
         anchors.centerIn: parent
+        visible: root.showsSymbol
         name: root.symbol
         size: root.symbolSize
         weight: root.weight

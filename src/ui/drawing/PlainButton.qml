@@ -6,9 +6,9 @@ import Portolan
 Item {
     id: root
 
-    required property string name
+    required property string label
 
-    property string toolTip
+    property string toolTip: root.label
     property real radius: 7
     property bool isByPointer: false // valid while `clicked` is emitted
     readonly property bool hovering: hover.hovered
@@ -29,7 +29,7 @@ Item {
 
     activeFocusOnTab: true
     Accessible.role: Accessible.Button
-    Accessible.name: root.name
+    Accessible.name: root.label
     Accessible.onPressAction: root.clicked()
     Keys.onSpacePressed: event => root.press(event)
     Keys.onReturnPressed: event => root.press(event)

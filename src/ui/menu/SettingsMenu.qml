@@ -31,7 +31,10 @@ PopupMenu {
         store: root.store
         order: root.store.sortOrders[3]
     }
-    MenuSpacer {}
+    Item {
+        implicitWidth: 20
+        implicitHeight: 6
+    }
     MenuEntry {
         text: "Auto-refresh"
         isCheckable: true

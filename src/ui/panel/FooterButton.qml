@@ -7,14 +7,13 @@ PlainButton {
     id: root
 
     required property string symbol
-    required property string label
 
     readonly property color foreground: root.hovering ? Theme.textStrong : Theme.textMuted
 
     implicitWidth: content.width + 20
     implicitHeight: 28
     radius: 8
-    name: root.label
+    toolTip: ""
 
     RoundedRect {
         anchors.fill: parent

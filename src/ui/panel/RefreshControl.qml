@@ -2,37 +2,24 @@
 import QtQuick
 import Portolan
 
-// The Refresh button, replaced by a spinner during a scan. The button is made transparent, not hidden, so that it keeps
-// the focus.
-Item {
+// The Refresh button. During a scan it shows a spinner instead of its symbol, and keeps the focus.
+HeaderIconButton {
     id: root
 
     required property ServiceStore store
 
-    implicitWidth: 28
-    implicitHeight: 28
-
-    HeaderIconButton {
-        id: button
-
-        anchors.fill: parent
-        opacity: root.store.isScanning ? 0 : 1
-        symbol: "arrow.clockwise"
-        label: "Refresh"
-        toolTip: root.store.isScanning ? "" : button.label
-        Accessible.ignored: root.store.isScanning
-        onClicked: root.store.refresh()
-    }
+    symbol: "arrow.clockwise"
+    showsSymbol: !root.store.isScanning
+    background: root.hovering && root.showsSymbol ? Theme.cardHover : "transparent"
+    label: "Refresh"
+    toolTip: root.showsSymbol ? root.label : ""
+    Accessible.ignored: root.store.isScanning
+    onClicked: root.store.refresh()
 
     Spinner {
         anchors.centerIn: parent
         width: 11.2
         height: 11.2
         visible: root.store.isScanning
-    }
-
-    FocusRing {
-        control: button
-        radius: 7
     }
 }

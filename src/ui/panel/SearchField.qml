@@ -33,7 +33,7 @@ FocusScope {
         borderColor: root.focused ? Qt.alpha(Theme.accent, 0.7) : Theme.border
 
         Behavior on borderColor {
-            EaseOutColor {
+            EaseOut {
                 duration: 120
             }
         }
@@ -55,7 +55,7 @@ FocusScope {
             color: root.focused ? Theme.text : Theme.textMuted
 
             Behavior on color {
-                EaseOutColor {
+                EaseOut {
                     duration: 120
                 }
             }
@@ -82,13 +82,23 @@ FocusScope {
             text: "⌘K"
         }
 
-        ClearButton {
+        IconButton {
             id: clear
 
+            implicitWidth: 16
+            implicitHeight: 16
+            radius: 8
             anchors.right: parent.right
             anchors.rightMargin: 11
             anchors.verticalCenter: parent.verticalCenter
             visible: input.text !== ""
+            symbol: "xmark.circle.fill"
+            symbolSize: 12
+            weight: Font.Normal
+            tint: Theme.textFaint
+            background: "transparent"
+            label: "Clear"
+            toolTip: ""
             onClicked: {
                 if (clear.activeFocus)
                     root.takeFocus();

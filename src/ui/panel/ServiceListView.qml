@@ -49,7 +49,6 @@ Item {
 
                 width: row.rows ? row.rows.width : 0
                 actions: row.rows ? row.rows.actions : null
-                trailingWidth: 128
                 isCurrent: row.ListView.isCurrentItem
                 onTogglePin: row.rows.store.togglePin(row.service)
                 onActiveFocusChanged: {

@@ -38,6 +38,17 @@ ListView {
             duration: 180
         }
     }
-    move: RowSlide {}
-    displaced: RowSlide {}
+    // Also completes the fade of a row that is moved while it is being added.
+    move: Transition {
+        EaseOut {
+            property: "y"
+            duration: 180
+        }
+        EaseOut {
+            property: "opacity"
+            to: 1
+            duration: 180
+        }
+    }
+    displaced: root.move
 }

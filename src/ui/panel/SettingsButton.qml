@@ -3,7 +3,7 @@ import QtQuick
 import Portolan
 
 // Opens the settings menu.
-IconButton {
+HeaderIconButton {
     id: root
 
     required property ServiceStore store
@@ -11,13 +11,11 @@ IconButton {
 
     property SettingsMenu menu
 
-    implicitWidth: 28
-    implicitHeight: 28
     symbol: "slider.horizontal.3"
     tint: Theme.textMuted
     background: "transparent"
-    name: "Settings"
-    toolTip: root.menu ? "" : "Settings"
+    label: "Settings"
+    toolTip: root.menu ? "" : root.label
     Accessible.role: Accessible.ButtonMenu
     onClicked: root.menu = menuComponent.createObject(root, {
         owner: root,

@@ -41,9 +41,16 @@ Row {
         onClicked: root.stop()
     }
 
-    RowMenuButton {
+    RowIconButton {
         id: more
 
+        symbol: "ellipsis"
+        symbolSize: 12
+        help: "More"
+        toolTip: ""
+        tint: Theme.textMuted
+        background: Qt.rgba(1, 1, 1, 0.04)
+        Accessible.role: Accessible.ButtonMenu
         Accessible.ignored: !root.isShown
         onClicked: root.menu(more)
     }

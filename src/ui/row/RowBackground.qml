@@ -13,12 +13,12 @@ RoundedRect {
     borderColor: root.isActive ? Theme.borderStrong : Theme.border
 
     Behavior on color {
-        EaseOutColor {
+        EaseOut {
             duration: 130
         }
     }
     Behavior on borderColor {
-        EaseOutColor {
+        EaseOut {
             duration: 130
         }
     }

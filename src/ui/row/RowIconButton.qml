@@ -12,6 +12,5 @@ IconButton {
     implicitHeight: 26
     symbolSize: 11.5
     background: root.hovering ? Theme.cardHover : Qt.rgba(1, 1, 1, 0.04)
-    name: root.help
-    toolTip: root.help
+    label: root.help
 }

@@ -16,11 +16,6 @@ FocusScope {
     readonly property real restingWidth: Math.min(root.width, Math.max(76, status.width))
     readonly property RowActions actions: loader.item as RowActions
 
-    signal open
-    signal copy
-    signal stop
-    signal menu(button: PlainButton)
-
     StatusIndicator {
         id: status
 
@@ -75,25 +70,5 @@ FocusScope {
         property: "isShown"
         value: root.showsActions
         when: root.actions !== null
-    }
-
-    Connections {
-        target: root.actions
-
-        function onOpen() {
-            root.open();
-        }
-
-        function onCopy() {
-            root.copy();
-        }
-
-        function onStop() {
-            root.stop();
-        }
-
-        function onMenu(button: PlainButton) {
-            root.menu(button);
-        }
     }
 }

@@ -118,13 +118,27 @@ Item {
         copied: root.copied
         showsActions: root.isActive
         keepsActions: root.isCurrent
-        onOpen: root.actions.openInBrowser(root.service)
-        onCopy: {
+    }
+
+    Connections {
+        target: trailing.actions
+
+        function onOpen() {
+            root.actions.openInBrowser(root.service);
+        }
+
+        function onCopy() {
             root.actions.copyURL(root.service);
             copyFeedback.start();
         }
-        onStop: root.actions.stop(root.service)
-        onMenu: button => root.openMenu(button.mapToItem(root, 0, 0, button.width, button.height), button.isByPointer)
+
+        function onStop() {
+            root.actions.stop(root.service);
+        }
+
+        function onMenu(button: PlainButton) {
+            root.openMenu(button.mapToItem(root, 0, 0, button.width, button.height), button.isByPointer);
+        }
     }
 
     FocusRing {

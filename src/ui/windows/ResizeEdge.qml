@@ -1,21 +1,22 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 
-// An edge or a corner of the window by which it is resized. Each direction is -1, 0 or 1.
+// A side or a corner of the window by which it is resized: one or two of Qt.Edges.
 MouseArea {
     id: root
 
-    required property int horizontal
-    required property int vertical
+    required property int modelData
 
-    readonly property bool isCorner: root.horizontal !== 0 && root.vertical !== 0
-    readonly property real thickness: root.isCorner ? 8 : 4
-    readonly property int edges: [Qt.LeftEdge, 0, Qt.RightEdge][root.horizontal + 1] | [Qt.TopEdge, 0, Qt.BottomEdge][root.vertical + 1]
+    readonly property bool isVertical: (root.modelData & (Qt.TopEdge | Qt.BottomEdge)) !== 0
+    readonly property bool isHorizontal: (root.modelData & (Qt.LeftEdge | Qt.RightEdge)) !== 0
+    readonly property bool isRight: (root.modelData & Qt.RightEdge) !== 0
+    readonly property bool isBottom: (root.modelData & Qt.BottomEdge) !== 0
+    readonly property real thickness: root.isHorizontal && root.isVertical ? 8 : 4
 
-    x: root.horizontal > 0 ? root.parent.width - root.width : 0
-    y: root.vertical > 0 ? root.parent.height - root.height : 0
-    width: root.horizontal === 0 ? root.parent.width : root.thickness
-    height: root.vertical === 0 ? root.parent.height : root.thickness
-    cursorShape: root.isCorner ? (root.horizontal === root.vertical ? Qt.SizeFDiagCursor : Qt.SizeBDiagCursor) : root.vertical === 0 ? Qt.SizeHorCursor : Qt.SizeVerCursor
-    onPressed: root.Window.window.startSystemResize(root.edges)
+    x: root.isRight ? root.parent.width - root.width : 0
+    y: root.isBottom ? root.parent.height - root.height : 0
+    width: root.isHorizontal ? root.thickness : root.parent.width
+    height: root.isVertical ? root.thickness : root.parent.height
+    cursorShape: !root.isVertical ? Qt.SizeHorCursor : !root.isHorizontal ? Qt.SizeVerCursor : root.isRight === root.isBottom ? Qt.SizeFDiagCursor : Qt.SizeBDiagCursor
+    onPressed: root.Window.window.startSystemResize(root.modelData)
 }

@@ -47,41 +47,10 @@ Item {
         color: Theme.borderStrong
     }
 
-    Item {
-        anchors.fill: parent
-        visible: root.isResizable
+    // The corners come last, as they lie over the ends of the sides.
+    Repeater {
+        model: root.isResizable ? [Qt.TopEdge, Qt.BottomEdge, Qt.LeftEdge, Qt.RightEdge, Qt.TopEdge | Qt.LeftEdge, Qt.TopEdge | Qt.RightEdge, Qt.BottomEdge | Qt.LeftEdge, Qt.BottomEdge | Qt.RightEdge] : []
 
-        ResizeEdge {
-            horizontal: 0
-            vertical: -1
-        }
-        ResizeEdge {
-            horizontal: 0
-            vertical: 1
-        }
-        ResizeEdge {
-            horizontal: -1
-            vertical: 0
-        }
-        ResizeEdge {
-            horizontal: 1
-            vertical: 0
-        }
-        ResizeEdge {
-            horizontal: -1
-            vertical: -1
-        }
-        ResizeEdge {
-            horizontal: 1
-            vertical: -1
-        }
-        ResizeEdge {
-            horizontal: -1
-            vertical: 1
-        }
-        ResizeEdge {
-            horizontal: 1
-            vertical: 1
-        }
+        ResizeEdge {}
     }
 }

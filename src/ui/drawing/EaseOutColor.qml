@@ -1,7 +1,0 @@
-// SPDX-License-Identifier: MIT
-import QtQuick
-
-ColorAnimation {
-    easing.type: Easing.BezierSpline
-    easing.bezierCurve: [0, 0, 0.58, 1, 1, 1]
-}
