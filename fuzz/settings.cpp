@@ -24,7 +24,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
     (void)defaults.boolean(u"autoRefresh");
     defaults.setIntegers(u"pinnedPorts", {3000});
     const UserDefaults again(path);
-    require(again.integers(u"pinnedPorts").value == QList<qint64>{3000});
+    require(again.integers(u"pinnedPorts") == QList<qint64>{3000});
     require(again.string(u"sortOrder") == order);
     for (const QString &broken : QDir(folder.path()).entryList({QStringLiteral("*broken*")}))
         QFile::remove(folder.filePath(broken));

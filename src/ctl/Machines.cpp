@@ -41,7 +41,7 @@ Machines::Machines(const CommandLine &line)
     , m_hosts(m_hasHosts ? line.hosts : QStringList{QString()})
 {
     if (const auto stored = m_defaults.string(u"sortOrder"_s))
-        m_order = SortOrder::fromRawValue(stored.value).value_or(SortOrder::port);
+        m_order = SortOrder::fromRawValue(*stored).value_or(SortOrder::port);
     m_order = line.sort.value_or(m_order);
     for (const QString &host : std::as_const(m_hosts)) {
         if (m_hasHosts)

@@ -139,15 +139,15 @@ std::optional<ProcessIdentity> ServiceStore::identityOf(const Service &service) 
 void ServiceStore::load()
 {
     if (const auto stored = m_defaults.string(sortOrderKey)) {
-        if (const auto order = SortOrder::fromRawValue(stored.value))
+        if (const auto order = SortOrder::fromRawValue(*stored))
             setSortOrder(*order);
     }
     if (const auto stored = m_defaults.integers(pinnedPortsKey)) {
-        m_pinnedPorts = QSet<qint64>(stored.value.begin(), stored.value.end());
+        m_pinnedPorts = QSet<qint64>(stored->begin(), stored->end());
         storePinnedPorts();
     }
     if (const auto stored = m_defaults.boolean(autoRefreshKey))
-        setAutoRefresh(stored.value);
+        setAutoRefresh(*stored);
 }
 
 void ServiceStore::setSortOrder(SortOrder sortOrder)

@@ -10,7 +10,6 @@
 #include <QSaveFile>
 
 #include <algorithm>
-#include <optional>
 #include <utility>
 
 namespace portolan {
@@ -78,13 +77,6 @@ QJsonObject merged(QJsonObject below, const QJsonObject &above)
     return below;
 }
 
-UserDefaults::Presence presenceOf(const QJsonValue &value, bool isOfType)
-{
-    if (value.isUndefined() || value.isNull())
-        return UserDefaults::Presence::absent;
-    return isOfType ? UserDefaults::Presence::present : UserDefaults::Presence::wrongType;
-}
-
 bool isInteger(const QJsonValue &value)
 {
     return value.toVariant().metaType() == QMetaType::fromType<qlonglong>();
@@ -106,28 +98,28 @@ QString UserDefaults::defaultPath()
     return folder + u"/portolan/settings.json"_s;
 }
 
-UserDefaults::Reading<QString> UserDefaults::string(QStringView key) const
+std::optional<QString> UserDefaults::string(QStringView key) const
 {
     const QJsonValue stored = value(key);
-    return {presenceOf(stored, stored.isString()), stored.toString()};
+    return stored.isString() ? std::optional(stored.toString()) : std::nullopt;
 }
 
-UserDefaults::Reading<bool> UserDefaults::boolean(QStringView key) const
+std::optional<bool> UserDefaults::boolean(QStringView key) const
 {
     const QJsonValue stored = value(key);
-    return {presenceOf(stored, stored.isBool()), stored.toBool()};
+    return stored.isBool() ? std::optional(stored.toBool()) : std::nullopt;
 }
 
-UserDefaults::Reading<QList<qint64>> UserDefaults::integers(QStringView key) const
+std::optional<QList<qint64>> UserDefaults::integers(QStringView key) const
 {
     const QJsonValue stored = value(key);
     const QJsonArray array = stored.toArray();
     if (!stored.isArray() || !std::all_of(array.begin(), array.end(), isInteger))
-        return {presenceOf(stored, false), {}};
+        return std::nullopt;
     QList<qint64> integers;
     for (const QJsonValue &element : array)
         integers.append(element.toInteger());
-    return {Presence::present, integers};
+    return integers;
 }
 
 void UserDefaults::setString(QStringView key, const QString &value)

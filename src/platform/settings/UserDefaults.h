@@ -5,6 +5,8 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 namespace portolan {
 
 /// The user's settings: strings, booleans and lists of integers under string keys, in one JSON file.
@@ -21,33 +23,16 @@ public:
         readOnly, ///< writes stay in memory and are never saved
     };
 
-    enum class Presence : quint8 {
-        absent, ///< no such key, or null
-        wrongType,
-        present,
-    };
-
-    /// The value stored under a key, if it has the requested type.
-    template <typename T>
-    struct Reading
-    {
-        Presence presence = Presence::absent;
-        T value{}; ///< valid only if present
-
-        explicit operator bool() const { return presence == Presence::present; }
-        friend bool operator==(const Reading &, const Reading &) = default;
-    };
-
     /// Reads the file at the absolute path `path`, which need not exist.
     explicit UserDefaults(QString path = defaultPath(), Access access = Access::readWrite);
 
     /// $XDG_CONFIG_HOME/portolan/settings.json; in ~/.config if that variable is not an absolute path.
     [[nodiscard]] static QString defaultPath();
 
-    [[nodiscard]] Reading<QString> string(QStringView key) const;
-    [[nodiscard]] Reading<bool> boolean(QStringView key) const;
-    /// `wrongType` if any element is not an integer.
-    [[nodiscard]] Reading<QList<qint64>> integers(QStringView key) const;
+    // The value stored under a key; none if there is none of this type.
+    [[nodiscard]] std::optional<QString> string(QStringView key) const;
+    [[nodiscard]] std::optional<bool> boolean(QStringView key) const;
+    [[nodiscard]] std::optional<QList<qint64>> integers(QStringView key) const;
 
     void setString(QStringView key, const QString &value);
     void setBoolean(QStringView key, bool value);

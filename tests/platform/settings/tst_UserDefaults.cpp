@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "Printers.h"
+#include "ScopedEnvironment.h"
 #include "UserDefaults.h"
 
 #include <QDir>
@@ -22,7 +23,6 @@
 namespace portolan {
 
 using namespace Qt::StringLiterals;
-using Presence = UserDefaults::Presence;
 
 namespace {
 
@@ -82,9 +82,9 @@ private:
 TEST_F(UserDefaultsTest, IsEmptyAndWritesNothingAtFirst)
 {
     const UserDefaults defaults(path());
-    EXPECT_EQ(defaults.string(u"sortOrder").presence, Presence::absent);
-    EXPECT_EQ(defaults.integers(u"pinnedPorts").presence, Presence::absent);
-    EXPECT_EQ(defaults.boolean(u"autoRefresh").presence, Presence::absent);
+    EXPECT_EQ(defaults.string(u"sortOrder"), std::nullopt);
+    EXPECT_EQ(defaults.integers(u"pinnedPorts"), std::nullopt);
+    EXPECT_EQ(defaults.boolean(u"autoRefresh"), std::nullopt);
     EXPECT_FALSE(QFileInfo::exists(folder()));
 }
 
@@ -99,58 +99,52 @@ TEST_F(UserDefaultsTest, ValuesSurviveARestartWithTheirTypes)
         defaults.setBoolean(u"autoRefresh", false);
     }
     const UserDefaults defaults(path());
-    EXPECT_EQ(defaults.string(u"sortOrder").value, u"uptime"_s);
-    EXPECT_EQ(defaults.integers(u"pinnedPorts").value, QList<qint64>({3000, 5173}));
-    EXPECT_EQ(defaults.integers(u"one").value, QList<qint64>({3000}));
-    EXPECT_EQ(defaults.integers(u"none").presence, Presence::present);
-    EXPECT_EQ(defaults.integers(u"none").value, QList<qint64>());
-    EXPECT_EQ(defaults.boolean(u"autoRefresh").presence, Presence::present);
-    EXPECT_FALSE(defaults.boolean(u"autoRefresh").value);
+    EXPECT_EQ(defaults.string(u"sortOrder"), u"uptime"_s);
+    EXPECT_EQ(defaults.integers(u"pinnedPorts"), QList<qint64>({3000, 5173}));
+    EXPECT_EQ(defaults.integers(u"one"), QList<qint64>({3000}));
+    EXPECT_EQ(defaults.integers(u"none"), QList<qint64>());
+    EXPECT_EQ(defaults.boolean(u"autoRefresh"), false);
 }
 
 struct TypedRead
 {
     const char *name;
     QByteArray json;
-    Presence string;
-    Presence boolean;
-    Presence integers;
+    bool isString;
+    bool isBoolean;
+    bool isIntegers;
 };
 
 class UserDefaultsTypes : public UserDefaultsTest, public testing::WithParamInterface<TypedRead>
 {};
 
-TEST_P(UserDefaultsTypes, DistinguishAbsentFromWrongType)
+TEST_P(UserDefaultsTypes, AreReadAsWhatTheyAre)
 {
     write("{\"key\": " + GetParam().json + "}");
     const UserDefaults defaults(path());
-    EXPECT_EQ(defaults.string(u"key").presence, GetParam().string);
-    EXPECT_EQ(defaults.boolean(u"key").presence, GetParam().boolean);
-    EXPECT_EQ(defaults.integers(u"key").presence, GetParam().integers);
+    EXPECT_EQ(defaults.string(u"key").has_value(), GetParam().isString);
+    EXPECT_EQ(defaults.boolean(u"key").has_value(), GetParam().isBoolean);
+    EXPECT_EQ(defaults.integers(u"key").has_value(), GetParam().isIntegers);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Values, UserDefaultsTypes,
-    testing::Values(
-        TypedRead{"null", "null", Presence::absent, Presence::absent, Presence::absent},
-        TypedRead{"text", "\"name\"", Presence::present, Presence::wrongType, Presence::wrongType},
-        TypedRead{"emptyText", "\"\"", Presence::present, Presence::wrongType, Presence::wrongType},
-        TypedRead{"true", "true", Presence::wrongType, Presence::present, Presence::wrongType},
-        TypedRead{"one", "1", Presence::wrongType, Presence::wrongType, Presence::wrongType},
-        TypedRead{"textTrue", "\"true\"", Presence::present, Presence::wrongType, Presence::wrongType},
-        TypedRead{"object", "{}", Presence::wrongType, Presence::wrongType, Presence::wrongType},
-        TypedRead{"emptyList", "[]", Presence::wrongType, Presence::wrongType, Presence::present},
-        TypedRead{"integers", "[3000, 3000, -1]", Presence::wrongType, Presence::wrongType,
-                  Presence::present},
-        TypedRead{"wholeDouble", "[3000.0]", Presence::wrongType, Presence::wrongType, Presence::present},
-        TypedRead{"fraction", "[3000.5]", Presence::wrongType, Presence::wrongType, Presence::wrongType},
-        TypedRead{"huge", "[1e300]", Presence::wrongType, Presence::wrongType, Presence::wrongType},
-        TypedRead{"textInList", "[3000, \"x\"]", Presence::wrongType, Presence::wrongType,
-                  Presence::wrongType},
-        TypedRead{"digits", "[\"3000\"]", Presence::wrongType, Presence::wrongType, Presence::wrongType},
-        TypedRead{"booleanInList", "[true]", Presence::wrongType, Presence::wrongType, Presence::wrongType},
-        TypedRead{"nested", "[[1]]", Presence::wrongType, Presence::wrongType, Presence::wrongType}),
-    [](const auto &row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Values, UserDefaultsTypes,
+                         testing::Values(TypedRead{"null", "null", false, false, false},
+                                         TypedRead{"text", "\"name\"", true, false, false},
+                                         TypedRead{"emptyText", "\"\"", true, false, false},
+                                         TypedRead{"true", "true", false, true, false},
+                                         TypedRead{"one", "1", false, false, false},
+                                         TypedRead{"textTrue", "\"true\"", true, false, false},
+                                         TypedRead{"object", "{}", false, false, false},
+                                         TypedRead{"emptyList", "[]", false, false, true},
+                                         TypedRead{"integers", "[3000, 3000, -1]", false, false, true},
+                                         TypedRead{"wholeDouble", "[3000.0]", false, false, true},
+                                         TypedRead{"fraction", "[3000.5]", false, false, false},
+                                         TypedRead{"huge", "[1e300]", false, false, false},
+                                         TypedRead{"textInList", "[3000, \"x\"]", false, false, false},
+                                         TypedRead{"digits", "[\"3000\"]", false, false, false},
+                                         TypedRead{"booleanInList", "[true]", false, false, false},
+                                         TypedRead{"nested", "[[1]]", false, false, false}),
+                         [](const auto &row) { return std::string(row.param.name); });
 
 TEST_F(UserDefaultsTest, KeepsUnknownKeys)
 {
@@ -172,7 +166,7 @@ TEST_F(UserDefaultsTest, MergesWithWhatOthersHaveWritten)
     const QJsonObject expected{
         {u"sortOrder"_s, u"name"_s}, {u"autoRefresh"_s, false}, {u"pinnedPorts"_s, QJsonArray{3000}}};
     EXPECT_EQ(object(), expected);
-    EXPECT_EQ(first.boolean(u"autoRefresh").presence, Presence::present);
+    EXPECT_EQ(first.boolean(u"autoRefresh"), false);
 }
 
 TEST_F(UserDefaultsTest, WritesAValueAgainIfTheFileWasRemoved)
@@ -213,7 +207,7 @@ TEST_P(UserDefaultsBroken, FileCountsAsEmptyAndIsRenamedByTheNextWrite)
     older.close();
 
     UserDefaults defaults(path());
-    EXPECT_EQ(defaults.boolean(u"autoRefresh").presence, Presence::absent);
+    EXPECT_EQ(defaults.boolean(u"autoRefresh"), std::nullopt);
     EXPECT_EQ(contentOf(path()), GetParam());
 
     defaults.setBoolean(u"autoRefresh", false);
@@ -235,7 +229,7 @@ TEST_F(UserDefaultsTest, DoesNotOpenAPipe)
     QDir().mkpath(folder());
     ASSERT_EQ(mkfifo(QFile::encodeName(path()).constData(), 0600), 0);
     UserDefaults defaults(path());
-    EXPECT_EQ(defaults.boolean(u"autoRefresh").presence, Presence::absent);
+    EXPECT_EQ(defaults.boolean(u"autoRefresh"), std::nullopt);
     defaults.setBoolean(u"autoRefresh", true);
     EXPECT_EQ(object(), QJsonObject({{u"autoRefresh"_s, true}}));
 }
@@ -257,7 +251,7 @@ TEST_F(UserDefaultsTest, FollowsASymbolicLink)
     UserDefaults(path()).setBoolean(u"autoRefresh", true);
     EXPECT_TRUE(QFileInfo(path()).isSymLink());
     EXPECT_NE(contentOf(target), QByteArray());
-    EXPECT_TRUE(UserDefaults(path()).boolean(u"autoRefresh").value);
+    EXPECT_EQ(UserDefaults(path()).boolean(u"autoRefresh"), true);
 }
 
 TEST_F(UserDefaultsTest, KeepsValuesInMemoryWhileTheFolderIsNotWritable)
@@ -268,8 +262,8 @@ TEST_F(UserDefaultsTest, KeepsValuesInMemoryWhileTheFolderIsNotWritable)
         const Unwritable unwritable(folder());
         defaults.setString(u"sortOrder", u"name"_s);
         defaults.setBoolean(u"autoRefresh", true);
-        EXPECT_EQ(defaults.string(u"sortOrder").value, u"name"_s);
-        EXPECT_TRUE(defaults.boolean(u"autoRefresh").value);
+        EXPECT_EQ(defaults.string(u"sortOrder"), u"name"_s);
+        EXPECT_EQ(defaults.boolean(u"autoRefresh"), true);
     }
     EXPECT_EQ(object(), QJsonObject({{u"autoRefresh"_s, false}}));
     defaults.setIntegers(u"pinnedPorts", {1});
@@ -285,21 +279,21 @@ TEST_F(UserDefaultsTest, KeepsABrokenFileIfTheFolderIsNotWritable)
     const Unwritable unwritable(folder());
     defaults.setBoolean(u"autoRefresh", true);
     EXPECT_EQ(contentOf(path()), "broken");
-    EXPECT_TRUE(defaults.boolean(u"autoRefresh").value);
+    EXPECT_EQ(defaults.boolean(u"autoRefresh"), true);
 }
 
 TEST_F(UserDefaultsTest, KeepsValuesIfTheFolderCannotBeCreated)
 {
     UserDefaults defaults(u"/proc/portolan/settings.json"_s);
     defaults.setBoolean(u"autoRefresh", false);
-    EXPECT_EQ(defaults.boolean(u"autoRefresh"), (UserDefaults::Reading<bool>{Presence::present, false}));
+    EXPECT_EQ(defaults.boolean(u"autoRefresh"), false);
 }
 
 TEST_F(UserDefaultsTest, ReadOnlyAccessNeverWrites)
 {
     UserDefaults defaults(path(), UserDefaults::Access::readOnly);
     defaults.setString(u"sortOrder", u"name"_s);
-    EXPECT_EQ(defaults.string(u"sortOrder").value, u"name"_s);
+    EXPECT_EQ(defaults.string(u"sortOrder"), u"name"_s);
     EXPECT_FALSE(QFileInfo::exists(folder()));
 
     write("broken");
@@ -326,8 +320,8 @@ TEST_F(UserDefaultsTest, FileIsCompleteIfTheWriterIsKilled)
         ASSERT_EQ(waitpid(child, nullptr, 0), child);
 
         const UserDefaults defaults(path());
-        EXPECT_TRUE(defaults.boolean(u"kept").value);
-        EXPECT_NE(defaults.integers(u"pinnedPorts").presence, Presence::wrongType);
+        EXPECT_EQ(defaults.boolean(u"kept"), true);
+        EXPECT_EQ(defaults.integers(u"pinnedPorts").has_value(), object().contains(u"pinnedPorts"_s));
         EXPECT_FALSE(QFileInfo::exists(path() + u".broken-1"_s));
     }
 }
@@ -340,36 +334,12 @@ struct ConfigHome
 };
 
 class UserDefaultsPath : public testing::TestWithParam<ConfigHome>
-{
-protected:
-    void SetUp() override
-    {
-        m_home = qgetenv("HOME");
-        m_config = qEnvironmentVariableIsSet("XDG_CONFIG_HOME") ? std::optional(qgetenv("XDG_CONFIG_HOME"))
-                                                                : std::nullopt;
-        qputenv("HOME", "/home/ada");
-    }
-    void TearDown() override
-    {
-        qputenv("HOME", m_home);
-        setConfigHome(m_config);
-    }
-    static void setConfigHome(const std::optional<QByteArray> &value)
-    {
-        if (value)
-            qputenv("XDG_CONFIG_HOME", *value);
-        else
-            qunsetenv("XDG_CONFIG_HOME");
-    }
-
-private:
-    QByteArray m_home;
-    std::optional<QByteArray> m_config;
-};
+{};
 
 TEST_P(UserDefaultsPath, IsInTheConfigurationFolder)
 {
-    setConfigHome(GetParam().variable);
+    const ScopedEnvironment home("HOME", "/home/ada");
+    const ScopedEnvironment config("XDG_CONFIG_HOME", GetParam().variable);
     EXPECT_EQ(UserDefaults::defaultPath(), GetParam().path);
 }
 
