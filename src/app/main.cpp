@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "BusWatcher.h"
 #include "DescriptorLimit.h"
 #include "DisplayServer.h"
 #include "FolderReader.h"
@@ -56,7 +55,7 @@ void describe(QGuiApplication &application)
 
 int serve(StartRequest request, FolderReader &files)
 {
-    const QDBusConnection bus = QDBusConnection::sessionBus();
+    QDBusConnection bus = QDBusConnection::sessionBus();
     SingleInstance instance(bus, QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation));
     switch (instance.claim(request)) {
     case SingleInstance::Outcome::First:
@@ -83,8 +82,9 @@ int serve(StartRequest request, FolderReader &files)
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, qApp, &QCoreApplication::quit);
 
-    const BusWatcher busWatcher(bus);
-    QObject::connect(&busWatcher, &BusWatcher::disconnected, qApp, &QCoreApplication::quit);
+    // libdbus itself emits this signal when the session ends, as the last message of the connection.
+    bus.connect({}, u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s, u"Disconnected"_s,
+                qApp, SLOT(quit()));
 
     app.start(request);
     return QCoreApplication::exec();
