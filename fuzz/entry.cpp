@@ -9,7 +9,6 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
 {
     const QByteArray bytes(reinterpret_cast<const char *>(data), qsizetype(size));
     const DesktopEntry entry(bytes);
-    (void)entry.isTrue("Hidden");
     (void)entry.list("OnlyShowIn");
     (void)DesktopEntry::programOf(entry.value("Exec").value_or(bytes));
 

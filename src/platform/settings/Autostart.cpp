@@ -45,11 +45,6 @@ bool hasProgram(const DesktopEntry &entry)
            (!tryExec || isExecutable(DesktopEntry::unescaped(*tryExec)));
 }
 
-bool isFalse(const DesktopEntry &entry, const QByteArray &key)
-{
-    return entry.value(key) == "false";
-}
-
 QStringList autostartFolders(QStringList configurationFolders)
 {
     for (QString &folder : configurationFolders)
@@ -123,8 +118,8 @@ bool Autostart::isTurnedOff(const DesktopEntry &entry) const
             return m_session.desktops.contains(QString::fromUtf8(desktop));
         });
     };
-    return entry.isTrue("Hidden") || isFalse(entry, "X-GNOME-Autostart-enabled") ||
-           isFalse(entry, "X-MATE-Autostart-enabled") ||
+    return entry.value("Hidden") == "true" || entry.value("X-GNOME-Autostart-enabled") == "false" ||
+           entry.value("X-MATE-Autostart-enabled") == "false" ||
            (entry.value("OnlyShowIn") && !namesThisDesktop(entry.list("OnlyShowIn"))) ||
            namesThisDesktop(entry.list("NotShowIn"));
 }

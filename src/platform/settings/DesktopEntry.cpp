@@ -65,11 +65,6 @@ std::optional<QByteArray> DesktopEntry::value(const QByteArray &key) const
     return found == m_values.constEnd() ? std::nullopt : std::optional(*found);
 }
 
-bool DesktopEntry::isTrue(const QByteArray &key) const
-{
-    return value(key) == "true";
-}
-
 QList<QByteArray> DesktopEntry::list(const QByteArray &key) const
 {
     QList<QByteArray> texts = value(key).value_or(QByteArray()).split(';');

@@ -18,8 +18,6 @@ public:
 
     /// The raw value of `key`; the last one if it occurs several times.
     [[nodiscard]] std::optional<QByteArray> value(const QByteArray &key) const;
-    /// Whether the value of `key` is "true".
-    [[nodiscard]] bool isTrue(const QByteArray &key) const;
     /// The elements of a ";"-separated value.
     [[nodiscard]] QList<QByteArray> list(const QByteArray &key) const;
 

@@ -40,8 +40,8 @@ TEST(DesktopEntry, ReadsTheMainGroupOnly)
 
 TEST(DesktopEntry, UsesTheLastLineWithAKey)
 {
-    EXPECT_FALSE(DesktopEntry("[Desktop Entry]\nHidden=true\nHidden=false\n").isTrue("Hidden"));
-    EXPECT_TRUE(DesktopEntry("[Desktop Entry]\r\nHidden=false\r\nHidden=true").isTrue("Hidden"));
+    EXPECT_EQ(DesktopEntry("[Desktop Entry]\nHidden=true\nHidden=false\n").value("Hidden"), "false");
+    EXPECT_EQ(DesktopEntry("[Desktop Entry]\r\nHidden=false\r\nHidden=true").value("Hidden"), "true");
 }
 
 TEST(DesktopEntry, IsEmptyWithoutItsGroup)
