@@ -12,14 +12,6 @@ PlainButton {
     property real symbolSize: 12.5
     property int weight: Font.DemiBold
     property color tint: root.hovering ? Theme.textStrong : Theme.textMuted
-    property color background: root.hovering ? Theme.cardHover : "transparent"
-
-    RoundedRect {
-        anchors.fill: parent
-        radius: root.radius
-        color: root.background
-        visible: root.background.a > 0
-    }
 
     Symbol {
         anchors.centerIn: parent

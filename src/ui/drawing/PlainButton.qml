@@ -10,6 +10,7 @@ Item {
 
     property string toolTip: root.label
     property real radius: 7
+    property color background: root.hovering ? Theme.cardHover : "transparent"
     property bool isByPointer: false // valid while `clicked` is emitted
     readonly property bool hovering: hover.hovered
 
@@ -34,6 +35,13 @@ Item {
     Keys.onSpacePressed: event => root.press(event)
     Keys.onReturnPressed: event => root.press(event)
     Keys.onEnterPressed: event => root.press(event)
+
+    RoundedRect {
+        anchors.fill: parent
+        radius: root.radius
+        color: root.background
+        visible: root.background.a > 0
+    }
 
     HoverHandler {
         id: hover

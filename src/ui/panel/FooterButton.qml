@@ -15,13 +15,6 @@ PlainButton {
     radius: 8
     toolTip: ""
 
-    RoundedRect {
-        anchors.fill: parent
-        radius: root.radius
-        color: Theme.cardHover
-        visible: root.hovering
-    }
-
     Row {
         id: content
 

@@ -50,25 +50,15 @@ FocusScope {
         sourceComponent: Component {
             RowActions {}
         }
+        onLoaded: {
+            root.actions.copied = Qt.binding(() => root.copied);
+            root.actions.isShown = Qt.binding(() => root.showsActions);
+        }
 
         Behavior on opacity {
             EaseOut {
                 duration: 130
             }
         }
-    }
-
-    Binding {
-        target: root.actions
-        property: "copied"
-        value: root.copied
-        when: root.actions !== null
-    }
-
-    Binding {
-        target: root.actions
-        property: "isShown"
-        value: root.showsActions
-        when: root.actions !== null
     }
 }
