@@ -20,19 +20,14 @@ PrivateBus::~PrivateBus()
 {
     for (const QString &name : std::as_const(m_connections))
         QDBusConnection::disconnectFromBus(name);
-    stop();
+    m_daemon.terminate();
+    m_daemon.waitForFinished();
 }
 
 QDBusConnection PrivateBus::connect()
 {
     m_connections += QUuid::createUuid().toString();
     return QDBusConnection::connectToBus(m_address, m_connections.last());
-}
-
-void PrivateBus::stop()
-{
-    m_daemon.terminate();
-    m_daemon.waitForFinished();
 }
 
 } // namespace portolan

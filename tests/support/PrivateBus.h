@@ -18,8 +18,6 @@ public:
     [[nodiscard]] QString address() const { return m_address; }
     /// A new connection, as of another program; open until this object is destroyed.
     [[nodiscard]] QDBusConnection connect();
-    /// Stops the daemon.
-    void stop();
 
 private:
     QProcess m_daemon;

@@ -23,9 +23,8 @@ namespace {
 struct Emulator
 {
     QLatin1StringView name;
-    QLatin1StringView first; ///< the first argument, if any
-    QLatin1StringView
-        folder; ///< the working directory option; its value is a separate argument unless it ends in "="
+    QLatin1StringView first;   ///< the first argument, if any
+    QLatin1StringView folder;  ///< the option before the folder, in one argument with it if it ends in "="
     QLatin1StringView command; ///< the option before the command to run, if any
 };
 

@@ -16,14 +16,14 @@ namespace portolan {
 template <typename T>
 concept BusStructure = requires(T &value)
 {
-    value.fields();
+    T::fields(value);
 };
 
 template <BusStructure T>
 QDBusArgument &operator<<(QDBusArgument &out, const T &value)
 {
     out.beginStructure();
-    std::apply([&out](const auto &...field) { (out << ... << field); }, value.fields());
+    std::apply([&out](const auto &...field) { (out << ... << field); }, T::fields(value));
     out.endStructure();
     return out;
 }
@@ -32,7 +32,7 @@ template <BusStructure T>
 const QDBusArgument &operator>>(const QDBusArgument &in, T &value)
 {
     in.beginStructure();
-    std::apply([&in](auto &...field) { (in >> ... >> field); }, value.fields());
+    std::apply([&in](auto &...field) { (in >> ... >> field); }, T::fields(value));
     in.endStructure();
     return in;
 }

@@ -10,7 +10,7 @@ void StatusIcon::setHost(Host host)
     if (m_host == host)
         return;
     m_host = host;
-    Q_EMIT hostChanged(host);
+    Q_EMIT hostChanged();
 }
 
 QStringList StatusIcon::menuLabels()

@@ -28,7 +28,6 @@ class StatusIcon : public QObject
 public:
     /// Whether a panel shows the icon; `Unknown` until the first reply from the bus.
     enum class Host { Unknown, Present, Absent };
-    Q_ENUM(Host)
 
     [[nodiscard]] Host host() const { return m_host; }
 
@@ -41,7 +40,7 @@ Q_SIGNALS:
     void openRequested();
     /// "Quit" was chosen from the icon's menu.
     void quitRequested();
-    void hostChanged(StatusIcon::Host host);
+    void hostChanged();
 
 protected:
     /// The entries of the menu in order; call chooseMenuEntry() with the index of the chosen one.

@@ -15,8 +15,7 @@ struct StatusMenuLayout
     QVariantMap properties;
     QVariantList children;
 
-    auto fields() { return std::tie(id, properties, children); }
-    auto fields() const { return std::tie(id, properties, children); }
+    static auto fields(auto &self) { return std::tie(self.id, self.properties, self.children); }
 };
 
 /// The properties of one entry: (ia{sv}).
@@ -25,8 +24,7 @@ struct StatusMenuEntry
     int id = 0;
     QVariantMap properties;
 
-    auto fields() { return std::tie(id, properties); }
-    auto fields() const { return std::tie(id, properties); }
+    static auto fields(auto &self) { return std::tie(self.id, self.properties); }
 };
 
 /// An event of one entry: (isvu).
@@ -37,8 +35,7 @@ struct StatusMenuEvent
     QDBusVariant data;
     uint timestamp = 0;
 
-    auto fields() { return std::tie(id, type, data, timestamp); }
-    auto fields() const { return std::tie(id, type, data, timestamp); }
+    static auto fields(auto &self) { return std::tie(self.id, self.type, self.data, self.timestamp); }
 };
 
 /// The status icon's menu, for the bus: one level of entries, which never change.

@@ -16,8 +16,7 @@ struct StatusNotifierPixmap
     int height = 0;
     QByteArray argb;
 
-    auto fields() { return std::tie(width, height, argb); }
-    auto fields() const { return std::tie(width, height, argb); }
+    static auto fields(auto &self) { return std::tie(self.width, self.height, self.argb); }
 };
 
 /// The tool tip: (sa(iiay)ss).
@@ -28,8 +27,7 @@ struct StatusNotifierToolTip
     QString title;
     QString text;
 
-    auto fields() { return std::tie(iconName, pixmaps, title, text); }
-    auto fields() const { return std::tie(iconName, pixmaps, title, text); }
+    static auto fields(auto &self) { return std::tie(self.iconName, self.pixmaps, self.title, self.text); }
 };
 
 /// The status icon, for the bus. It never changes, so it emits none of the protocol's signals.

@@ -34,9 +34,6 @@ StatusIconArt someArt()
 class SniStatus : public testing::Test
 {
 protected:
-    SniStatus() { qputenv("XDG_RUNTIME_DIR", m_folder.path().toLocal8Bit()); }
-    ~SniStatus() override { qputenv("XDG_RUNTIME_DIR", m_oldRuntime); }
-
     void expectHost(StatusIcon::Host host)
     {
         EXPECT_TRUE(eventually([&] { return m_icon->host() == host; }));
@@ -77,8 +74,8 @@ protected:
         return ask(u"/MenuBar"_s, u"com.canonical.dbusmenu"_s, method, arguments);
     }
 
-    const QByteArray m_oldRuntime = qgetenv("XDG_RUNTIME_DIR");
     QTemporaryDir m_folder;
+    ScopedEnvironment m_runtime{"XDG_RUNTIME_DIR", m_folder.path().toLocal8Bit()};
     PrivateBus m_bus;
     QDBusConnection m_program = m_bus.connect();
     QDBusConnection m_panel = m_bus.connect();
