@@ -26,43 +26,32 @@ struct Emulator
     QLatin1StringView first;   ///< the first argument, if any
     QLatin1StringView folder;  ///< the option before the folder, in one argument with it if it ends in "="
     QLatin1StringView command; ///< the option before the command to run, if any
+    QLatin1StringView desktop; ///< the desktop whose own terminal it is, if any
 };
 
 constexpr Emulator emulators[] = {
-    {"gnome-terminal"_L1, ""_L1, "--working-directory="_L1, "--"_L1},
-    {"mate-terminal"_L1, ""_L1, "--working-directory="_L1, "-x"_L1},
-    {"xfce4-terminal"_L1, ""_L1, "--working-directory="_L1, "-x"_L1},
-    {"lxterminal"_L1, ""_L1, "--working-directory="_L1, "-e"_L1},
-    {"terminator"_L1, ""_L1, "--working-directory="_L1, "-x"_L1},
-    {"kgx"_L1, ""_L1, "--working-directory="_L1, "--"_L1},
-    {"alacritty"_L1, ""_L1, "--working-directory="_L1, "-e"_L1},
-    {"ghostty"_L1, ""_L1, "--working-directory="_L1, "-e"_L1},
-    {"ptyxis"_L1, "--new-window"_L1, "--working-directory="_L1, "--"_L1},
-    {"konsole"_L1, ""_L1, "--workdir"_L1, "-e"_L1},
-    {"qterminal"_L1, ""_L1, "--workdir"_L1, "-e"_L1},
-    {"kitty"_L1, ""_L1, "--directory"_L1, ""_L1},
-    {"foot"_L1, ""_L1, "--working-directory="_L1, ""_L1},
-    {"wezterm"_L1, "start"_L1, "--cwd"_L1, "--"_L1},
-    {"xterm"_L1, ""_L1, ""_L1, "-e"_L1},
-    {"st"_L1, ""_L1, ""_L1, "-e"_L1},
-    {"urxvt"_L1, ""_L1, ""_L1, "-e"_L1},
-    {"xdg-terminal-exec"_L1, ""_L1, ""_L1, ""_L1},
+    {"gnome-terminal"_L1, ""_L1, "--working-directory="_L1, "--"_L1, "GNOME"_L1},
+    {"mate-terminal"_L1, ""_L1, "--working-directory="_L1, "-x"_L1, "MATE"_L1},
+    {"xfce4-terminal"_L1, ""_L1, "--working-directory="_L1, "-x"_L1, "XFCE"_L1},
+    {"lxterminal"_L1, ""_L1, "--working-directory="_L1, "-e"_L1, ""_L1},
+    {"terminator"_L1, ""_L1, "--working-directory="_L1, "-x"_L1, ""_L1},
+    {"kgx"_L1, ""_L1, "--working-directory="_L1, "--"_L1, "GNOME"_L1},
+    {"alacritty"_L1, ""_L1, "--working-directory="_L1, "-e"_L1, ""_L1},
+    {"ghostty"_L1, ""_L1, "--working-directory="_L1, "-e"_L1, ""_L1},
+    {"ptyxis"_L1, "--new-window"_L1, "--working-directory="_L1, "--"_L1, "GNOME"_L1},
+    {"konsole"_L1, ""_L1, "--workdir"_L1, "-e"_L1, "KDE"_L1},
+    {"qterminal"_L1, ""_L1, "--workdir"_L1, "-e"_L1, "LXQt"_L1},
+    {"kitty"_L1, ""_L1, "--directory"_L1, ""_L1, ""_L1},
+    {"foot"_L1, ""_L1, "--working-directory="_L1, ""_L1, ""_L1},
+    {"wezterm"_L1, "start"_L1, "--cwd"_L1, "--"_L1, ""_L1},
+    {"xterm"_L1, ""_L1, ""_L1, "-e"_L1, ""_L1},
+    {"st"_L1, ""_L1, ""_L1, "-e"_L1, ""_L1},
+    {"urxvt"_L1, ""_L1, ""_L1, "-e"_L1, ""_L1},
+    {"xdg-terminal-exec"_L1, ""_L1, ""_L1, ""_L1, ""_L1},
 };
 
 /// For an unknown emulator: only -e, which every replacement of xterm supports.
-constexpr Emulator unknownEmulator{""_L1, ""_L1, ""_L1, "-e"_L1};
-
-struct DesktopEmulator
-{
-    QLatin1StringView desktop;
-    QLatin1StringView emulator;
-};
-
-constexpr DesktopEmulator desktopEmulators[] = {
-    {"GNOME"_L1, "gnome-terminal"_L1}, {"GNOME"_L1, "kgx"_L1},           {"GNOME"_L1, "ptyxis"_L1},
-    {"KDE"_L1, "konsole"_L1},          {"XFCE"_L1, "xfce4-terminal"_L1}, {"MATE"_L1, "mate-terminal"_L1},
-    {"LXQt"_L1, "qterminal"_L1},
-};
+constexpr Emulator unknownEmulator{""_L1, ""_L1, ""_L1, "-e"_L1, ""_L1};
 
 bool isExecutableFile(const QString &path)
 {
@@ -76,10 +65,11 @@ QStringList candidates(const QProcessEnvironment &environment)
     QStringList names{u"xdg-terminal-exec"_s};
     if (const QString named = environment.value(u"TERMINAL"_s); !named.isEmpty())
         names.append(named);
-    for (const QString &desktop : environment.value(u"XDG_CURRENT_DESKTOP"_s).split(u':')) {
-        for (const DesktopEmulator &own : desktopEmulators) {
-            if (own.desktop == desktop)
-                names.append(own.emulator);
+    for (const QString &desktop :
+         environment.value(u"XDG_CURRENT_DESKTOP"_s).split(u':', Qt::SkipEmptyParts)) {
+        for (const Emulator &emulator : emulators) {
+            if (emulator.desktop == desktop)
+                names.append(emulator.name);
         }
     }
     names.append(u"x-terminal-emulator"_s);
