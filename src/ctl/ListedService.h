@@ -24,6 +24,9 @@ struct ListedService
     /// What it is known by from one scan to the next, on whichever machine.
     [[nodiscard]] QString key() const { return host + u' ' + service.id(); }
 
+    /// How it is spoken of, without control characters: "Shop (process 4242, port 3000) on web1".
+    [[nodiscard]] QString description() const;
+
     friend bool operator==(const ListedService &, const ListedService &) = default;
 
     /// Those that match the search text in a field or their host, pinned ones first, sorted.

@@ -6,7 +6,6 @@
 #include "SystemSource.h"
 #include "Termination.h"
 
-#include <QElapsedTimer>
 #include <QFuture>
 
 #include <chrono>
@@ -18,6 +17,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
+/// How long a killed process may take to end.
 constexpr std::chrono::milliseconds killTimeout = 2s;
 
 } // namespace
@@ -64,28 +64,35 @@ void LocalMachine::watch()
 
 void LocalMachine::stop(const Service &service, const Report &report)
 {
-    const auto identity = m_store.identityOf(service);
-    const auto process = identity ? std::make_shared<const ProcessHandle>(*identity)
-                                  : std::make_shared<const ProcessHandle>(service.pid);
-    if (process->waitForEnd(0ms))
-        return report({.text = u"Had ended"_s, .isOver = true});
-    if (!process->send(0))
-        return report({.text = u"Another user's"_s, .isOver = true, .hasFailed = true});
-    report({.text = u"Stopping…"_s});
-    Termination::start(process, this);
+    // A process that has several ports is told once.
+    auto process = m_stopping.value(service.pid).lock();
+    const bool isTold = process && !process->waitForEnd(0ms);
+    if (!isTold) {
+        const auto identity = m_store.identityOf(service);
+        process = identity ? std::make_shared<const ProcessHandle>(*identity)
+                           : std::make_shared<const ProcessHandle>(service.pid);
+        m_stopping[service.pid] = process;
+    }
+    const bool hadEnded = process->waitForEnd(0ms);
+    const bool isForbidden = !process->send(0);
+    if (!isTold && !hadEnded && !isForbidden)
+        Termination::start(process, this);
+
     auto *poll = new QTimer(this);
-    poll->callOnTimeout(this, [this, process, report, poll, since = std::chrono::steady_clock::now()] {
-        const std::chrono::duration<double> time = std::chrono::steady_clock::now() - since;
+    poll->callOnTimeout(this, [=, this, start = std::chrono::steady_clock::now()] {
         const bool hasEnded = process->waitForEnd(0ms);
-        if (!hasEnded && time < Termination::gracePeriod + killTimeout)
+        const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
+        if (!hasEnded && !isForbidden && time < Termination::gracePeriod + killTimeout)
             return;
         poll->deleteLater();
-        report({.text = hasEnded ? u"Stopped in %1 s"_s.arg(time.count(), 0, 'f', 1) : u"Still runs"_s,
-                .isOver = true,
-                .hasFailed = !hasEnded});
+        report(hadEnded      ? u"Had ended"_s
+               : hasEnded    ? u"Stopped in %1 s"_s.arg(time.count(), 0, 'f', 1)
+               : isForbidden ? u"Belongs to another user"_s
+                             : u"Still runs"_s,
+               hasEnded);
         m_store.refresh();
     });
-    poll->start(20ms);
+    poll->start(10ms);
 }
 
 void LocalMachine::reach(const Service &service, const UseAddress &use)

@@ -8,11 +8,14 @@
 #include "ServiceStore.h"
 #include "UserDefaults.h"
 
+#include <QHash>
 #include <QTimer>
 
 #include <memory>
 
 namespace portolan {
+
+class ProcessHandle;
 
 /// This machine.
 class LocalMachine : public Machine
@@ -30,14 +33,13 @@ public:
     void stop(const Service &service, const Report &report) override;
     void reach(const Service &service, const UseAddress &use) override;
 
-    [[nodiscard]] bool isScanning() const { return m_store.isScanning(); }
-
 private:
     std::unique_ptr<ProcessSource> m_source;
     FolderReader m_files;
     HealthChecker m_checker;
     ServiceStore m_store;
     QTimer m_next;
+    QHash<qint32, std::weak_ptr<const ProcessHandle>> m_stopping; ///< processes told to end, by pid
 };
 
 } // namespace portolan

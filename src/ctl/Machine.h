@@ -30,16 +30,9 @@ public:
     /// Looks now and, until the end of this object, again and again.
     virtual void watch() = 0;
 
-    /// What comes of a stop so far.
-    struct Outcome
-    {
-        QString text;           ///< a few harmless words
-        bool isOver = false;    ///< whether nothing follows
-        bool hasFailed = false; ///< whether the server runs on; `isOver` then
-    };
-    using Report = std::function<void(const Outcome &outcome)>;
-    /// Ends the server's process, and kills it if need be. Calls `report` whenever there is something to
-    /// tell.
+    /// Tells the server's process to end, and kills it if need be. Calls `report` later, once, with a few
+    /// harmless words on what came of it and whether the process has ended.
+    using Report = std::function<void(const QString &text, bool hasEnded)>;
     virtual void stop(const Service &service, const Report &report) = 0;
 
     /// Calls `use` with an address at which this machine reaches the server, or with an empty one and the

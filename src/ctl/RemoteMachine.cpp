@@ -108,14 +108,11 @@ void RemoteMachine::fail(const QString &problem)
 
 void RemoteMachine::stop(const Service &service, const Report &report)
 {
-    report({.text = u"Stopping…"_s});
     auto *run = new SshRun(m_host, {u"stop"_s, service.id()}, this);
     run->setSilenceLimit(silenceLimit);
     connect(run, &SshRun::ended, this, [run, report](const QString &problem) {
         run->deleteLater();
-        report({.text = problem.isEmpty() ? u"Stopped"_s : problem,
-                .isOver = true,
-                .hasFailed = !problem.isEmpty()});
+        report(problem.isEmpty() ? u"Stopped"_s : problem, problem.isEmpty());
     });
 }
 

@@ -3,8 +3,10 @@
 
 #include "TerminalText.h"
 
+#include <QSet>
+
 #include <algorithm>
-#include <iterator>
+#include <functional>
 #include <limits>
 
 namespace portolan {
@@ -21,6 +23,59 @@ std::optional<qint32> number(QStringView text, qint32 most)
     bool fits = false;
     const qint32 value = text.toInt(&fits);
     return fits && value >= 1 && value <= most ? std::optional(value) : std::nullopt;
+}
+
+/// Those of `services` that the operand may mean.
+QList<ListedService> meantBy(const ServiceOperand &operand, QList<ListedService> services)
+{
+    if (operand.name.isEmpty()) {
+        services.removeIf([&](const ListedService &listed) {
+            return listed.service.port != operand.port || (operand.pid && listed.service.pid != *operand.pid);
+        });
+        return services;
+    }
+    services.removeIf([&](const ListedService &listed) {
+        return !listed.service.displayName.startsWith(operand.name, Qt::CaseInsensitive);
+    });
+    const auto isCalledSo = [&](const ListedService &listed) {
+        return listed.service.displayName.compare(operand.name, Qt::CaseInsensitive) == 0;
+    };
+    if (std::ranges::any_of(services, isCalledSo))
+        services.removeIf(std::not_fn(isCalledSo));
+    return services;
+}
+
+bool haveSeveralNames(const QList<ListedService> &services)
+{
+    return std::ranges::any_of(services, [&](const ListedService &listed) {
+        return listed.service.displayName.compare(services.first().service.displayName, Qt::CaseInsensitive);
+    });
+}
+
+QString noneText(const ServiceOperand &operand)
+{
+    if (!operand.name.isEmpty())
+        return u"no server is called '%1'"_s.arg(TerminalText::harmless(operand.name));
+    return operand.pid ? u"no server has the id %1-%2"_s.arg(*operand.pid).arg(operand.port)
+                       : u"no server on port %1"_s.arg(operand.port);
+}
+
+QString severalText(const ServiceOperand &operand, const QList<ListedService> &candidates)
+{
+    QString text = QString::number(candidates.size());
+    if (!operand.name.isEmpty())
+        text += u" servers are called '%1', name one by its id:"_s.arg(TerminalText::harmless(operand.name));
+    else
+        text += u" processes listen on port %1, name one by its id:"_s.arg(operand.port);
+    for (const ListedService &listed : candidates) {
+        text += u"\n"_s;
+        for (const QString &part : {listed.host, listed.service.id(), listed.service.displayName,
+                                    listed.service.prettyFolder().value_or(QString())}) {
+            if (!part.isEmpty())
+                text += u"  "_s + TerminalText::harmless(part);
+        }
+    }
+    return text;
 }
 
 } // namespace
@@ -40,56 +95,29 @@ std::optional<ServiceOperand> ServiceOperand::parse(QStringView operand)
     return pid ? std::optional(ServiceOperand{.port = *port, .pid = pid}) : std::nullopt;
 }
 
-QList<ListedService> ServiceOperand::in(const QList<ListedService> &services) const
+ServiceOperand::Choice ServiceOperand::choose(const QList<ServiceOperand> &operands,
+                                              const QList<ListedService> &services, Meaning meaning)
 {
-    const auto those = [&](auto condition) {
-        QList<ListedService> found;
-        std::ranges::copy_if(services, std::back_inserter(found),
-                             [&](const ListedService &listed) { return condition(listed.service); });
-        return found;
-    };
-    if (name.isEmpty())
-        return those(
-            [this](const Service &service) { return service.port == port && (!pid || service.pid == *pid); });
-    const auto called = those([this](const Service &service) {
-        return service.displayName.compare(name, Qt::CaseInsensitive) == 0;
-    });
-    if (!called.isEmpty())
-        return called;
-    return those(
-        [this](const Service &service) { return service.displayName.startsWith(name, Qt::CaseInsensitive); });
-}
-
-bool ServiceOperand::isAmbiguous(const QList<ListedService> &found) const
-{
-    return !name.isEmpty() && std::ranges::any_of(found, [&](const ListedService &listed) {
-        return listed.service.displayName.compare(found.first().service.displayName, Qt::CaseInsensitive);
-    });
-}
-
-QString ServiceOperand::noneText() const
-{
-    if (!name.isEmpty())
-        return u"no server is called '%1'"_s.arg(TerminalText::harmless(name));
-    return pid ? u"no server has the id %1-%2"_s.arg(*pid).arg(port) : u"no server on port %1"_s.arg(port);
-}
-
-QString ServiceOperand::severalText(const QList<ListedService> &candidates) const
-{
-    QString text = QString::number(candidates.size());
-    if (!name.isEmpty())
-        text += u" servers are called '%1', name one by its id:"_s.arg(TerminalText::harmless(name));
-    else
-        text += u" processes listen on port %1, name one by its id:"_s.arg(port);
-    for (const ListedService &listed : candidates) {
-        text += u"\n"_s;
-        for (const QString &part : {listed.host, listed.service.id(), listed.service.displayName,
-                                    listed.service.prettyFolder().value_or(QString())}) {
-            if (!part.isEmpty())
-                text += u"  "_s + TerminalText::harmless(part);
+    Choice choice;
+    QSet<QString> keys;
+    for (const ServiceOperand &operand : operands) {
+        const QList<ListedService> found = meantBy(operand, services);
+        const bool areTooMany = meaning == Meaning::oneServer
+                                    ? found.size() > 1
+                                    : !operand.name.isEmpty() && haveSeveralNames(found);
+        if (found.isEmpty()) {
+            choice.problems.append(noneText(operand));
+        } else if (areTooMany) {
+            choice.problems.append(severalText(operand, found));
+            choice.isAmbiguous = true;
+        } else {
+            for (const ListedService &listed : found)
+                keys.insert(listed.key());
         }
     }
-    return text;
+    choice.services = services;
+    choice.services.removeIf([&](const ListedService &listed) { return !keys.contains(listed.key()); });
+    return choice;
 }
 
 } // namespace portolan

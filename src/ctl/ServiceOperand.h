@@ -5,6 +5,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <QStringView>
 
 #include <optional>
@@ -22,17 +23,20 @@ struct ServiceOperand
     /// `operand` is none of them.
     [[nodiscard]] static std::optional<ServiceOperand> parse(QStringView operand);
 
-    /// Those of `services` that it means. A name means the servers that are called so and, where there are
-    /// none, those whose names start with it, in upper or lower case.
-    [[nodiscard]] QList<ListedService> in(const QList<ListedService> &services) const;
+    /// Whether an operand has to mean one server, or may mean all on a port or of a name.
+    enum class Meaning : bool { oneServer, severalServers };
 
-    /// Whether it is the start of several names: those of `found`, which is what it means.
-    [[nodiscard]] bool isAmbiguous(const QList<ListedService> &found) const;
+    struct Choice
+    {
+        QList<ListedService> services; ///< none twice
+        QStringList problems;          ///< harmless texts about the operands that are of no use
+        bool isAmbiguous = false;      ///< whether one of those means too many servers
+    };
 
-    /// Says that it means none.
-    [[nodiscard]] QString noneText() const;
-    /// Says that it means several, and lists them: `candidates`.
-    [[nodiscard]] QString severalText(const QList<ListedService> &candidates) const;
+    /// Those of `services`, in their order, that `operands` mean. A name means the servers that are called so
+    /// and, where there are none, the one whose name starts with it, in upper or lower case.
+    [[nodiscard]] static Choice choose(const QList<ServiceOperand> &operands,
+                                       const QList<ListedService> &services, Meaning meaning);
 
     friend bool operator==(const ServiceOperand &, const ServiceOperand &) = default;
 };

@@ -128,14 +128,14 @@ private:
 
     void stop(const ListedService &chosen)
     {
-        m_machines.machine(chosen.host).stop(chosen.service, [this, chosen](const Machine::Outcome &outcome) {
-            m_view.setNote(chosen, outcome.text);
+        m_view.setNote(chosen, u"Stopping…"_s);
+        m_machines.machine(chosen.host).stop(chosen.service, [this, chosen](const QString &text, bool) {
+            m_view.setNote(chosen, text);
             redrawSoon();
-            if (outcome.isOver)
-                QTimer::singleShot(noteDuration, this, [this, chosen] {
-                    m_view.setNote(chosen, {});
-                    redrawSoon();
-                });
+            QTimer::singleShot(noteDuration, this, [this, chosen] {
+                m_view.setNote(chosen, {});
+                redrawSoon();
+            });
         });
     }
 

@@ -301,11 +301,8 @@ QString WatchView::hints(qsizetype columns) const
 
 QString WatchView::footer() const
 {
-    const Service &service = m_toStop.service;
     if (m_mode == Mode::Stop)
-        return u"y: stop %1 (process %2, port %3) · other keys: no"_s.arg(
-            TerminalText::harmless(service.displayName), QString::number(service.pid),
-            QString::number(service.port));
+        return u"y: stop %1 · other keys: no"_s.arg(m_toStop.description());
     if (m_mode == Mode::Search)
         return u"/"_s + TerminalText::harmless(m_searchText) + u"_ · Enter: done · Escape: clear"_s;
     if (m_mode == Mode::Keys)

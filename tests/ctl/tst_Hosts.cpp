@@ -340,7 +340,7 @@ TEST_F(Hosts, StopTheServerThatIsMeant)
 
     const Outcome outcome = run(QStringList{u"stop"_s, u"shop-b"_s} + hosts);
     EXPECT_EQ(outcome.status, 0) << outcome.error.toStdString();
-    const QString who = u"web2: shop-back (process %1, port %2): "_s.arg(two.pid()).arg(two.port());
+    const QString who = u"shop-back (process %1, port %2) on web2: "_s.arg(two.pid()).arg(two.port());
     EXPECT_EQ(QString::fromUtf8(outcome.output), who + u"Stopping…\n"_s + who + u"Stopped\n"_s);
     EXPECT_EQ(two.endedBy(), SIGTERM);
     EXPECT_TRUE(one.isRunning());

@@ -8,6 +8,7 @@
 namespace portolan {
 
 using namespace Qt::StringLiterals;
+using Meaning = ServiceOperand::Meaning;
 
 TEST(ServiceOperand, IsAPort)
 {
@@ -58,7 +59,9 @@ const QList<ListedService> shops{called(u"shop-front"_s, 1), called(u"Shop-Back"
 
 TEST(ServiceOperand, MeansServersByPortOrById)
 {
-    const auto in = [](const ServiceOperand &operand) { return pidsOf(operand.in(shops)); };
+    const auto in = [](const ServiceOperand &operand) {
+        return pidsOf(ServiceOperand::choose({operand}, shops, Meaning::oneServer).services);
+    };
     EXPECT_EQ(in({.port = 3001}), QList<qint32>{1});
     EXPECT_EQ(in({.port = 3001, .pid = 1}), QList<qint32>{1});
     EXPECT_EQ(in({.port = 3001, .pid = 2}), QList<qint32>());
@@ -68,34 +71,61 @@ TEST(ServiceOperand, MeansServersByPortOrById)
 
 TEST(ServiceOperand, MeansServersByNameOrItsStart)
 {
-    const auto in = [](const QString &name) { return pidsOf(ServiceOperand{.name = name}.in(shops)); };
+    const auto in = [](const QString &name) {
+        return pidsOf(ServiceOperand::choose({{.name = name}}, shops, Meaning::oneServer).services);
+    };
     EXPECT_EQ(in(u"shop-front"_s), QList<qint32>{1});
     EXPECT_EQ(in(u"SHOP-BACK"_s), QList<qint32>{2});
     EXPECT_EQ(in(u"shop"_s), QList<qint32>{3}) << "a whole name before the start of others";
-    EXPECT_EQ(in(u"shop-"_s), (QList<qint32>{1, 2}));
     EXPECT_EQ(in(u"wi"_s), QList<qint32>{4});
     EXPECT_EQ(in(u"iki"_s), QList<qint32>());
 }
 
 TEST(ServiceOperand, IsAmbiguousAsTheStartOfSeveralNames)
 {
-    const auto isAmbiguous = [](const QString &name, const QList<ListedService> &services) {
-        const ServiceOperand operand{.name = name};
-        return operand.isAmbiguous(operand.in(services));
-    };
-    EXPECT_TRUE(isAmbiguous(u"sho"_s, shops));
-    EXPECT_FALSE(isAmbiguous(u"shop"_s, shops));
-    EXPECT_FALSE(isAmbiguous(u"wik"_s, shops));
-    EXPECT_FALSE(isAmbiguous(u"wiki"_s, shops + shops)) << "several of one name can be listed";
+    for (const Meaning meaning : {Meaning::oneServer, Meaning::severalServers}) {
+        const auto choice =
+            ServiceOperand::choose({{.name = u"shop-"_s}, {.name = u"wiki"_s}}, shops, meaning);
+        EXPECT_TRUE(choice.isAmbiguous);
+        EXPECT_EQ(choice.problems.size(), 1);
+        EXPECT_EQ(pidsOf(choice.services), QList<qint32>{4});
+    }
 }
 
-TEST(ServiceOperand, ListsTheCandidates)
+TEST(ServiceOperand, MayMeanSeveralServersOfOneNameOrPort)
 {
-    const ServiceOperand operand{.name = u"sho\x1b"_s};
-    EXPECT_EQ(operand.severalText(shops.first(3)),
-              u"3 servers are called 'sho␛', name one by its id:\n  1-3001  shop-front\n"
-              "  2-3002  Shop-Back\n  web1  3-3003  shop"_s);
-    EXPECT_EQ(operand.noneText(), u"no server is called 'sho␛'"_s);
+    ListedService namesake = called(u"Wiki"_s, 5);
+    namesake.service.port = 3001;
+    const QList<ListedService> services = shops + QList{namesake};
+    for (const ServiceOperand &operand : {ServiceOperand{.name = u"wiki"_s}, ServiceOperand{.port = 3001}}) {
+        const auto several = ServiceOperand::choose({operand}, services, Meaning::severalServers);
+        EXPECT_FALSE(several.isAmbiguous);
+        EXPECT_EQ(several.services.size(), 2);
+        const auto one = ServiceOperand::choose({operand}, services, Meaning::oneServer);
+        EXPECT_TRUE(one.isAmbiguous);
+        EXPECT_EQ(one.services.size(), 0);
+    }
+}
+
+TEST(ServiceOperand, ChoosesEachServerOnceInTheOrderOfTheList)
+{
+    const auto choice = ServiceOperand::choose(
+        {{.name = u"wiki"_s}, {.port = 3001}, {.port = 3001, .pid = 1}}, shops, Meaning::oneServer);
+    EXPECT_EQ(pidsOf(choice.services), (QList<qint32>{1, 4}));
+    EXPECT_EQ(choice.problems, QStringList());
+}
+
+TEST(ServiceOperand, SaysWhatIsWrongWithIt)
+{
+    const auto problemsOf = [](const ServiceOperand &operand) {
+        return ServiceOperand::choose({operand}, shops, Meaning::oneServer).problems;
+    };
+    EXPECT_EQ(problemsOf({.name = u"sho"_s}),
+              QStringList{u"3 servers are called 'sho', name one by its id:\n  1-3001  shop-front\n"
+                          "  2-3002  Shop-Back\n  web1  3-3003  shop"_s});
+    EXPECT_EQ(problemsOf({.name = u"sho\x1b"_s}), QStringList{u"no server is called 'sho␛'"_s});
+    EXPECT_EQ(problemsOf({.port = 1}), QStringList{u"no server on port 1"_s});
+    EXPECT_EQ(problemsOf({.port = 3001, .pid = 2}), QStringList{u"no server has the id 2-3001"_s});
 }
 
 } // namespace portolan

@@ -74,7 +74,7 @@ QString described(const TestServer &server)
 /// Whether `output` says that `server` was stopped, and that it took `least` seconds or more.
 bool saysStopped(const QByteArray &output, const TestServer &server, double least)
 {
-    const QRegularExpression report(u"^Stopping %1…\nStopped %1 after (\\d+\\.\\d) s\\.\n$"_s.arg(
+    const QRegularExpression report(u"^%1: Stopping…\n%1: Stopped in (\\d+\\.\\d) s\n$"_s.arg(
         QRegularExpression::escape(described(server))));
     const auto match = report.match(QString::fromUtf8(output));
     return match.hasMatch() && match.captured(1).toDouble() >= least;
@@ -166,7 +166,8 @@ TEST_F(StopCommand, SaysWhenThereIsNoServerAndStopsTheOthers)
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.error, "portolanctl: no server on port 1\n");
     const QString output = QString::fromUtf8(outcome.output);
-    EXPECT_LT(output.indexOf(u"Stopped "_s + described(one)), output.indexOf(u"Stopped "_s + described(two)));
+    EXPECT_LT(output.indexOf(described(one) + u": Stopped"_s),
+              output.indexOf(described(two) + u": Stopped"_s));
     EXPECT_EQ(one.endedBy(), SIGTERM);
     EXPECT_EQ(two.endedBy(), SIGKILL);
 }
@@ -177,8 +178,8 @@ TEST_F(StopCommand, TellsAProcessOnce)
     const QString other = QString::number(server.number(1));
     const Outcome outcome = run({u"stop"_s, server.port(), server.id(), other});
     EXPECT_EQ(outcome.status, 0) << outcome.error.toStdString();
-    EXPECT_EQ(outcome.output.count("Stopping "), 2);
-    EXPECT_EQ(outcome.output.count("Stopped "), 2);
+    EXPECT_EQ(outcome.output.count(": Stopping…"), 2);
+    EXPECT_EQ(outcome.output.count(": Stopped in "), 2);
     EXPECT_EQ(server.endedBy(), 0);
     EXPECT_EQ(server.output(), "told\n");
 }
@@ -278,7 +279,7 @@ TEST_F(StopCommand, SaysWhatTheUserMayNotStop)
     TestServer server(nobody + TestServer::python(obedient), QDir::rootPath());
     const Outcome outcome = runInShell(unarmed.arg(server.port()));
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_TRUE(outcome.error.endsWith(" belongs to another user\n")) << outcome.error.toStdString();
+    EXPECT_TRUE(outcome.error.endsWith(": Belongs to another user\n")) << outcome.error.toStdString();
     EXPECT_TRUE(server.isRunning());
 }
 

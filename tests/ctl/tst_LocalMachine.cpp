@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#include "Eventually.h"
+#include "HomeFolder.h"
+#include "LocalMachine.h"
+#include "LocalSocket.h"
+#include "TestChild.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace portolan {
+
+using namespace Qt::StringLiterals;
+
+/// The servers are children that share a listening socket with this program.
+class LocalMachineStop : public testing::Test
+{
+protected:
+    LocalMachineStop() { QDir::setCurrent(m_folder.path()); }
+    ~LocalMachineStop() override { QDir::setCurrent(m_previousFolder); }
+
+    /// What a scan finds of the process.
+    Service scanned(pid_t pid)
+    {
+        bool hasLooked = false;
+        QObject context;
+        QObject::connect(&m_machine, &Machine::looked, &context, [&] { hasLooked = true; });
+        m_machine.look();
+        EXPECT_TRUE(eventually([&] { return hasLooked; }));
+        const QList<ListedService> services = m_machine.services();
+        const auto found =
+            std::ranges::find_if(services, [pid](const auto &one) { return one.service.pid == pid; });
+        EXPECT_NE(found, services.end());
+        return found == services.end() ? Service() : found->service;
+    }
+
+    /// What the stop reports; "!" before it where the server still runs.
+    QString stop(const Service &service)
+    {
+        QString report;
+        m_machine.stop(service,
+                       [&](const QString &text, bool hasEnded) { report += hasEnded ? text : u'!' + text; });
+        EXPECT_EQ(report, QString()) << "it comes later";
+        EXPECT_TRUE(eventually([&] { return !report.isEmpty(); }));
+        return report;
+    }
+
+private:
+    const QString m_previousFolder = QDir::currentPath();
+    const QTemporaryDir m_folder{HomeFolder::path() + u"/portolan-test-XXXXXX"_s};
+    const LocalSocket m_socket = LocalSocket::listening("127.0.0.1");
+    UserDefaults m_settings{m_folder.filePath(u"settings.json"_s), UserDefaults::Access::readOnly};
+    LocalMachine m_machine{m_settings, false};
+};
+
+TEST_F(LocalMachineStop, EndsTheProcess)
+{
+    TestChild child(TestChild::endsOnTerm);
+    EXPECT_TRUE(stop(scanned(child.pid())).startsWith(u"Stopped in 0."_s));
+    EXPECT_EQ(child.collect(), SIGTERM);
+}
+
+TEST_F(LocalMachineStop, SaysThatAProcessHadEnded)
+{
+    TestChild collected(TestChild::endsOnTerm);
+    TestChild uncollected(TestChild::endsOnTerm);
+    const Service one = scanned(collected.pid());
+    const Service other = scanned(uncollected.pid());
+    kill(one.pid, SIGTERM);
+    collected.collect();
+    kill(other.pid, SIGTERM);
+    siginfo_t ended = {};
+    ASSERT_EQ(waitid(P_PID, id_t(other.pid), &ended, WEXITED | WNOWAIT), 0);
+    EXPECT_EQ(stop(one), u"Had ended"_s);
+    EXPECT_EQ(stop(other), u"Had ended"_s);
+}
+
+TEST_F(LocalMachineStop, NeverReachesAProcessThatGotTheIdSinceTheScan)
+{
+    TestChild child(TestChild::endsOnTerm);
+    const Service server = scanned(child.pid());
+    kill(server.pid, SIGTERM);
+    child.collect();
+    const auto newcomer = TestChild::withPidLater(server.pid, TestChild::endsOnTerm);
+    if (!newcomer)
+        GTEST_SKIP() << "choosing a process id needs the right to (clone3 with set_tid): " << strerror(errno);
+    EXPECT_EQ(stop(server), u"Had ended"_s);
+    EXPECT_TRUE(newcomer->isAlive());
+}
+
+} // namespace portolan
