@@ -39,7 +39,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
         for (const StyledText &part : table.first() + table.last())
             require(isHarmless(part.text));
     }
-    const QByteArray json = ServiceJson::of({listed}, ServiceJson::Layout::oneLine);
+    const QByteArray json = ServiceJson::of({listed}, QJsonDocument::Compact);
     require(isHarmless(QString::fromUtf8(json.chopped(1))));
     const auto read = ServiceJson::read(json, QStringLiteral("host"));
     require(read && read->size() == 1);

@@ -6,7 +6,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include <array>
 #include <cmath>
 #include <memory>
 #include <string>
@@ -65,7 +64,6 @@ public:
     CommandLine parse(int argc, const char *const *argv)
     {
         m_app.parse(reversed(argc, argv));
-        m_line.command = command().value_or(Command::List);
         m_line.sort = SortOrder::fromRawValue(QString::fromStdString(m_sort));
         m_line.search = QString::fromStdString(m_search);
         m_line.probe = !m_skipProbe;
@@ -86,9 +84,9 @@ public:
     [[nodiscard]] QString unexpectedArgument() const
     {
         const QString argument = QString::fromStdString(m_app.remaining(true).front());
-        if (const auto given = command())
-            return u"'%1' does not take '%2'"_s.arg(
-                QString::fromStdString(m_commands[size_t(*given)]->get_name()), argument);
+        if (const auto given = m_app.get_subcommands(); !given.empty())
+            return u"'%1' does not take '%2'"_s.arg(QString::fromStdString(given.front()->get_name()),
+                                                    argument);
         return (argument.startsWith(u'-') ? u"unknown option '%1'"_s : u"unknown command '%1'"_s)
             .arg(argument);
     }
@@ -96,7 +94,9 @@ public:
 private:
     CLI::App *add(Command command, const char *name, const char *summary)
     {
-        return m_commands[size_t(command)] = m_app.add_subcommand(name, summary)->group("Commands");
+        CLI::App *added = m_app.add_subcommand(name, summary)->group("Commands");
+        added->preparse_callback([this, command](size_t) { m_line.command = command; });
+        return added;
     }
 
     CLI::Option *addOperands(CLI::App *command, const char *name, const char *description)
@@ -148,15 +148,6 @@ private:
         return arguments;
     }
 
-    [[nodiscard]] std::optional<Command> command() const
-    {
-        for (size_t i = 0; i < m_commands.size(); ++i) {
-            if (m_commands[i]->count() > 0)
-                return Command(i);
-        }
-        return std::nullopt;
-    }
-
     void readOperand(const std::string &text)
     {
         const auto operand = ServiceOperand::parse(QString::fromStdString(text));
@@ -181,7 +172,6 @@ private:
     }
 
     CLI::App m_app{"Shows the dev servers of this machine.", "portolanctl"};
-    std::array<CLI::App *, 5> m_commands{};
     CommandLine m_line;
     bool m_skipProbe = false;
     std::string m_search;

@@ -34,7 +34,8 @@ int Commands::list(const CommandLine &line)
     if (const int signal = machines.lookOnce())
         return ExitStatus::endedBy(signal);
     bool isComplete = machines.problems().isEmpty();
-    QList<ListedService> services = machines.visible();
+    QList<ListedService> services =
+        ListedService::visible(machines.services(), line.search, machines.order());
     if (!line.operands.isEmpty()) {
         const auto choice =
             ServiceOperand::choose(line.operands, services, ServiceOperand::Meaning::severalServers);
@@ -43,7 +44,7 @@ int Commands::list(const CommandLine &line)
         isComplete &= choice.problems.isEmpty();
         services = choice.services;
     }
-    const bool isWritten = Output::write(line.json ? ServiceJson::of(services, ServiceJson::Layout::indented)
+    const bool isWritten = Output::write(line.json ? ServiceJson::of(services, QJsonDocument::Indented)
                                                    : table(machines, services));
     return isWritten && isComplete ? ExitStatus::success : ExitStatus::failure;
 }

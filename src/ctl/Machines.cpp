@@ -36,13 +36,11 @@ QString progressText(const Machines &machines, qsizetype looked, qsizetype all)
 
 Machines::Machines(const CommandLine &line)
     : m_defaults(UserDefaults::defaultPath(), UserDefaults::Access::readOnly)
-    , m_searchText(line.search)
     , m_hasHosts(!line.hosts.isEmpty())
     , m_hosts(m_hasHosts ? line.hosts : QStringList{QString()})
 {
-    if (const auto stored = m_defaults.string(u"sortOrder"_s))
-        m_order = SortOrder::fromRawValue(*stored).value_or(SortOrder::port);
-    m_order = line.sort.value_or(m_order);
+    const auto stored = SortOrder::fromRawValue(m_defaults.string(u"sortOrder"_s).value_or(QString()));
+    m_order = line.sort.value_or(stored.value_or(SortOrder::port));
     for (const QString &host : std::as_const(m_hosts)) {
         if (m_hasHosts)
             m_machines.push_back(std::make_unique<RemoteMachine>(host, line.probe));
@@ -64,11 +62,6 @@ QList<ListedService> Machines::services() const
     for (const auto &machine : m_machines)
         services += machine->services();
     return services;
-}
-
-QList<ListedService> Machines::visible() const
-{
-    return ListedService::visible(services(), m_searchText, m_order);
 }
 
 QDateTime Machines::lastUpdated() const

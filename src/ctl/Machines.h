@@ -28,8 +28,7 @@ public:
 
     /// The servers of all of them, in any order.
     [[nodiscard]] QList<ListedService> services() const;
-    /// Those that match the command line's search text, as sorted there or in the settings.
-    [[nodiscard]] QList<ListedService> visible() const;
+    /// As on the command line or else in the settings.
     [[nodiscard]] SortOrder order() const { return m_order; }
     /// When one of them was last looked at; invalid before.
     [[nodiscard]] QDateTime lastUpdated() const;
@@ -50,7 +49,6 @@ Q_SIGNALS:
 
 private:
     UserDefaults m_defaults;
-    const QString m_searchText;
     const bool m_hasHosts;
     SortOrder m_order;
     std::vector<std::unique_ptr<Machine>> m_machines;

@@ -14,8 +14,6 @@ struct Size
 {
     int columns = 80;
     int rows = 24;
-
-    friend bool operator==(const Size &, const Size &) = default;
 };
 
 /// Whether standard output is a terminal.

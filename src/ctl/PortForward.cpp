@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "PortForward.h"
 
-#include "FileDescriptor.h"
+#include <QTcpServer>
+#include <QTcpSocket>
 
 #include <chrono>
-
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
 
 namespace portolan {
 
@@ -16,43 +13,21 @@ using namespace std::chrono_literals;
 
 namespace {
 
-sockaddr_in loopback(quint16 port)
-{
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(port);
-    return address;
-}
-
-FileDescriptor openSocket()
-{
-    return FileDescriptor(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
-}
-
 /// The same port as there if it is free here, else another that is.
 quint16 freePort(quint16 preferred)
 {
-    for (const quint16 port : {preferred, quint16(0)}) {
-        const FileDescriptor socket = openSocket();
-        sockaddr_in address = loopback(port);
-        socklen_t size = sizeof address;
-        auto *generic = reinterpret_cast<sockaddr *>(&address);
-        if (bind(socket.get(), generic, size) == 0 && getsockname(socket.get(), generic, &size) == 0)
-            return ntohs(address.sin_port);
-    }
-    return 0;
+    QTcpServer server;
+    if (!server.listen(QHostAddress::LocalHost, preferred))
+        (void)server.listen(QHostAddress::LocalHost);
+    return server.serverPort();
 }
 
 bool accepts(quint16 port)
 {
-    const FileDescriptor socket = openSocket();
-    sockaddr_in address = loopback(port);
-    socklen_t size = sizeof address;
-    auto *generic = reinterpret_cast<sockaddr *>(&address);
+    QTcpSocket socket;
+    socket.connectToHost(QHostAddress::LocalHost, port);
     // A socket that gets the very port as its own connects to itself.
-    return connect(socket.get(), generic, size) == 0 && getsockname(socket.get(), generic, &size) == 0 &&
-           ntohs(address.sin_port) != port;
+    return socket.waitForConnected() && socket.localPort() != port;
 }
 
 } // namespace

@@ -39,8 +39,6 @@ struct Input
     Kind kind = Text;
     char32_t character = 0; ///< of a Text
     int row = 0;            ///< of a Click, from 0 on
-
-    friend bool operator==(const Input &, const Input &) = default;
 };
 
 /// The whole terminal, by ncurses. One object at a time; main thread. The destructor restores the terminal.

@@ -4,7 +4,6 @@
 #include "TerminalText.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 #include <cmath>
@@ -69,19 +68,13 @@ QJsonObject objectOf(const ListedService &listed)
     return object;
 }
 
-bool isHarmless(QChar character)
-{
-    if (character.unicode() < 0x7F || character.isSurrogate())
-        return true;
-    return TerminalText::harmless(QStringView(&character, 1)) == character;
-}
-
 // QJsonDocument escapes the control characters that JSON forbids, and no others.
 QByteArray withEscapedCharacters(const QByteArray &json)
 {
     QString result;
     for (const QChar character : QString::fromUtf8(json)) {
-        if (isHarmless(character))
+        if (character < u'\x7f' || character.isSurrogate() ||
+            TerminalText::harmless({&character, 1}) == character)
             result += character;
         else
             result += u"\\u%1"_s.arg(uint(character.unicode()), 4, 16, QChar(u'0'));
@@ -93,28 +86,31 @@ constexpr qsizetype maxServices = 10'000;
 constexpr qsizetype maxTextLength = 4096;
 constexpr double maxNumber = 1e15; // every whole number up to it is a double
 
-/// Reads the values of an object, and remembers whether one broke the schema.
+/// Reads the values of an object. The first that breaks the schema sets `isValid` to false for good; what is
+/// read then means nothing.
 class Reader
 {
 public:
-    explicit Reader(const QJsonValue &value)
+    Reader(const QJsonValue &value, bool &isValid)
         : m_object(value.toObject())
-        , m_isValid(value.isObject())
-    {}
+        , m_isValid(isValid)
+    {
+        check(value.isObject());
+    }
 
-    [[nodiscard]] bool isValid() const { return m_isValid; }
+    void check(bool condition) { m_isValid &= condition; }
 
     double number(const QString &key, double least, double most)
     {
-        const QJsonValue value = m_object[key];
-        return check(value.isDouble() && value.toDouble() >= least && value.toDouble() <= most)
-                   ? value.toDouble()
-                   : least;
+        const double value = m_object[key].toDouble(qQNaN());
+        check(value >= least && value <= most);
+        return value;
     }
     qint64 integer(const QString &key, double least, double most)
     {
         const double value = number(key, least, most);
-        return check(value == std::floor(value)) ? qint64(value) : 0;
+        check(value == std::floor(value));
+        return m_isValid ? qint64(value) : 0;
     }
     QString text(const QString &key)
     {
@@ -131,46 +127,39 @@ public:
         check(m_object[key].isBool());
         return m_object[key].toBool();
     }
-    QJsonValue value(const QString &key) const { return m_object[key]; }
-    bool check(bool condition) { return m_isValid &= condition, condition; }
+    Health health(const QString &key)
+    {
+        Reader health(m_object[key], m_isValid);
+        const QString state = health.text(u"state"_s);
+        if (state == u"healthy")
+            return Health::healthy(health.integer(u"status"_s, 100, 999),
+                                   health.integer(u"ms"_s, 0, maxNumber));
+        if (state == u"checking")
+            return Health::checking();
+        if (state == u"unreachable")
+            return Health::unreachable();
+        check(state == u"unknown");
+        return Health::unknown();
+    }
+    std::optional<ProcessStats> statsOrNull(const QString &key)
+    {
+        if (m_object[key].isNull())
+            return std::nullopt;
+        Reader stats(m_object[key], m_isValid);
+        return ProcessStats{.uptimeSeconds = stats.integer(u"uptimeSeconds"_s, 0, maxNumber),
+                            .cpuPercent = stats.number(u"cpuPercent"_s, 0, maxNumber),
+                            .memoryMB = stats.number(u"memoryMB"_s, 0, maxNumber)};
+    }
 
 private:
-    QJsonObject m_object;
-    bool m_isValid;
+    const QJsonObject m_object;
+    bool &m_isValid;
 };
-
-Health healthOf(Reader reader, bool &isValid)
-{
-    const QString state = reader.text(u"state"_s);
-    Health health;
-    if (state == u"healthy")
-        health =
-            Health::healthy(reader.integer(u"status"_s, 100, 999), reader.integer(u"ms"_s, 0, maxNumber));
-    else if (state == u"checking")
-        health = Health::checking();
-    else if (state == u"unreachable")
-        health = Health::unreachable();
-    else
-        reader.check(state == u"unknown");
-    isValid &= reader.isValid();
-    return health;
-}
-
-std::optional<ProcessStats> statsOf(const QJsonValue &value, bool &isValid)
-{
-    if (value.isNull())
-        return std::nullopt;
-    Reader reader(value);
-    const ProcessStats stats{.uptimeSeconds = reader.integer(u"uptimeSeconds"_s, 0, maxNumber),
-                             .cpuPercent = reader.number(u"cpuPercent"_s, 0, maxNumber),
-                             .memoryMB = reader.number(u"memoryMB"_s, 0, maxNumber)};
-    isValid &= reader.isValid();
-    return stats;
-}
 
 std::optional<ListedService> serviceOf(const QJsonValue &value)
 {
-    Reader reader(value);
+    bool isValid = true;
+    Reader reader(value, isValid);
     ListedService listed;
     Service &service = listed.service;
     service.pid = qint32(reader.integer(u"pid"_s, 1, std::numeric_limits<qint32>::max()));
@@ -179,29 +168,24 @@ std::optional<ListedService> serviceOf(const QJsonValue &value)
     service.folderPath = reader.textOrNull(u"folderPath"_s);
     service.displayName = reader.text(u"displayName"_s);
     service.framework = Framework::fromRawValue(reader.text(u"framework"_s)).value_or(Framework::generic);
+    service.health = reader.health(u"health"_s);
+    service.stats = reader.statsOrNull(u"stats"_s);
     listed.isPinned = reader.boolean(u"pinned"_s);
-    bool isValid = true;
-    service.health = healthOf(Reader(reader.value(u"health"_s)), isValid);
-    service.stats = statsOf(reader.value(u"stats"_s), isValid);
     (void)reader.textOrNull(u"prettyFolder"_s);
     reader.check(reader.text(u"id"_s) == service.id());
     reader.check(reader.text(u"url"_s) == service.url());
-    return isValid && reader.isValid() ? std::optional(listed) : std::nullopt;
+    return isValid ? std::optional(listed) : std::nullopt;
 }
 
 } // namespace
 
-QByteArray ServiceJson::of(const QList<ListedService> &services, Layout layout)
+QByteArray ServiceJson::of(const QList<ListedService> &services, QJsonDocument::JsonFormat format)
 {
     QJsonArray array;
     for (const ListedService &listed : services)
         array.append(objectOf(listed));
-    const bool isOneLine = layout == Layout::oneLine;
-    QByteArray json =
-        QJsonDocument(array).toJson(isOneLine ? QJsonDocument::Compact : QJsonDocument::Indented);
-    if (isOneLine)
-        json += '\n';
-    return withEscapedCharacters(json);
+    const QByteArray json = QJsonDocument(array).toJson(format);
+    return withEscapedCharacters(format == QJsonDocument::Compact ? json + '\n' : json);
 }
 
 std::optional<QList<ListedService>> ServiceJson::read(const QByteArray &json, const QString &host)

@@ -4,6 +4,7 @@
 #include "ListedService.h"
 
 #include <QByteArray>
+#include <QJsonDocument>
 #include <QList>
 
 #include <optional>
@@ -13,11 +14,9 @@ namespace portolan {
 /// The list as JSON for programs, as docs/portolanctl.schema.json describes it. Pure functions.
 namespace ServiceJson {
 
-enum class Layout : bool { oneLine, indented };
-
-/// An array of objects in the given order, as UTF-8 text ended by a line feed. Characters that a terminal
-/// might interpret are written as JSON escapes.
-[[nodiscard]] QByteArray of(const QList<ListedService> &services, Layout layout);
+/// An array of objects in the given order, as UTF-8 text ended by a line feed, `Compact` on one line.
+/// Characters that a terminal might interpret are written as JSON escapes.
+[[nodiscard]] QByteArray of(const QList<ListedService> &services, QJsonDocument::JsonFormat format);
 
 /// Reads what another machine sent as such an array: the servers of `host`. Nothing where it breaks the
 /// schema anywhere. What it holds besides the schema's keys is ignored.

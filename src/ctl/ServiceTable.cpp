@@ -16,29 +16,12 @@ namespace {
 enum Column : quint8 { Mark, Host, Port, Name, ServerKind, Status, Uptime, Cpu, Memory, Pid, Folder };
 constexpr size_t columnCount = Folder + 1;
 
-struct ColumnStyle
-{
-    QLatin1StringView header;
-    Qt::AlignmentFlag alignment;
-    TextStyle style;
-};
+constexpr std::array<QStringView, columnCount> headings{
+    u"", u"HOST", u"PORT", u"NAME", u"FRAMEWORK", u"STATUS", u"UPTIME", u"CPU", u"MEMORY", u"PID", u"FOLDER"};
+constexpr std::array rightAlignedColumns{Port, Uptime, Cpu, Memory, Pid};
 
-constexpr std::array<ColumnStyle, columnCount> styles{{
-    {""_L1, Qt::AlignLeft, TextStyle::Accent},
-    {"HOST"_L1, Qt::AlignLeft, TextStyle::Plain},
-    {"PORT"_L1, Qt::AlignRight, TextStyle::Plain},
-    {"NAME"_L1, Qt::AlignLeft, TextStyle::Strong},
-    {"FRAMEWORK"_L1, Qt::AlignLeft, TextStyle::Plain},
-    {"STATUS"_L1, Qt::AlignLeft, TextStyle::Plain},
-    {"UPTIME"_L1, Qt::AlignRight, TextStyle::Plain},
-    {"CPU"_L1, Qt::AlignRight, TextStyle::Plain},
-    {"MEMORY"_L1, Qt::AlignRight, TextStyle::Plain},
-    {"PID"_L1, Qt::AlignRight, TextStyle::Faint},
-    {"FOLDER"_L1, Qt::AlignLeft, TextStyle::Faint},
-}};
-
-// The columns left out where there is not enough room, in this order, and the widths that long texts are cut
-// to before that.
+// The columns left out where there is not enough room, in this order, and the
+// widths that long texts are cut to before that.
 constexpr std::array optionalColumns{Pid, Memory, Cpu, Folder, Uptime, ServerKind};
 constexpr int maxHostWidth = 20;
 constexpr int minNameWidth = 12;
@@ -51,74 +34,67 @@ constexpr int narrowStatusWidth = 7; // "Offline"
 constexpr int usualStatusWidth = 18; // "Online 200 · 12 ms"
 
 constexpr int gap = 2;
-constexpr QStringView nothing = u"—";
-constexpr QStringView pinMark = u"*";
+const QString nothing = u"—"_s;
 
-using Row = std::array<QString, columnCount>;
+using Row = std::array<StyledText, columnCount>;
 using Widths = std::array<int, columnCount>; // 0: not shown
 
-QString statusText(const ListedService &listed)
+StyledText statusOf(const ListedService &listed)
 {
     const Health &health = listed.service.health;
     if (!listed.note.isEmpty())
-        return TerminalText::harmless(listed.note);
+        return {TerminalText::harmless(listed.note), TextStyle::Pending};
     if (listed.age)
-        return u"%1 ago"_s.arg(ProcessStats{.uptimeSeconds = listed.age->count()}.uptimeText());
+        return {u"%1 ago"_s.arg(ProcessStats{.uptimeSeconds = listed.age->count()}.uptimeText())};
     switch (health.state()) {
     case Health::State::healthy:
-        return u"Online %1 · %2 ms"_s.arg(health.status()).arg(health.ms());
+        return {u"Online %1 · %2 ms"_s.arg(health.status()).arg(health.ms()), TextStyle::Online};
     case Health::State::unreachable:
-        return u"Offline"_s;
+        return {u"Offline"_s, TextStyle::Offline};
     case Health::State::checking:
-        return u"Checking"_s;
+        return {u"Checking"_s, TextStyle::Pending};
     case Health::State::unknown:
         break;
     }
-    return nothing.toString();
+    return {nothing, TextStyle::Faint};
 }
 
-TextStyle statusStyle(const ListedService &listed)
+Row headerRow()
 {
-    if (!listed.note.isEmpty())
-        return TextStyle::Pending;
-    switch (listed.service.health.state()) {
-    case Health::State::healthy:
-        return TextStyle::Online;
-    case Health::State::unreachable:
-        return TextStyle::Offline;
-    case Health::State::checking:
-        return TextStyle::Pending;
-    case Health::State::unknown:
-        break;
-    }
-    return TextStyle::Faint;
+    Row row;
+    for (size_t column = 0; column < columnCount; ++column)
+        row[column] = {headings[column].toString(), TextStyle::Faint};
+    return row;
 }
 
 Row rowOf(const ListedService &listed)
 {
     const Service &service = listed.service;
     Row row;
-    row[Mark] = listed.isPinned ? pinMark.toString() : QString();
-    row[Host] = TerminalText::harmless(listed.host);
-    row[Port] = QString::number(service.port);
-    row[Name] = TerminalText::harmless(service.displayName);
-    row[ServerKind] = service.framework.rawValue();
-    row[Status] = statusText(listed);
-    row[Uptime] = service.stats ? service.stats->uptimeText() : nothing.toString();
-    row[Cpu] = service.stats ? service.stats->cpuText() : nothing.toString();
-    row[Memory] = service.stats ? service.stats->memoryText() : nothing.toString();
-    row[Pid] = QString::number(service.pid);
-    row[Folder] = TerminalText::harmless(service.prettyFolder().value_or(nothing.toString()));
+    row[Mark] = {listed.isPinned ? u"*"_s : QString(), TextStyle::Accent};
+    row[Host] = {TerminalText::harmless(listed.host)};
+    row[Port] = {QString::number(service.port)};
+    row[Name] = {TerminalText::harmless(service.displayName), TextStyle::Strong};
+    row[ServerKind] = {service.framework.rawValue()};
+    row[Status] = statusOf(listed);
+    row[Uptime] = {service.stats ? service.stats->uptimeText() : nothing};
+    row[Cpu] = {service.stats ? service.stats->cpuText() : nothing};
+    row[Memory] = {service.stats ? service.stats->memoryText() : nothing};
+    row[Pid] = {QString::number(service.pid), TextStyle::Faint};
+    row[Folder] = {TerminalText::harmless(service.prettyFolder().value_or(nothing)), TextStyle::Faint};
+    if (listed.age) {
+        for (StyledText &cell : row)
+            cell.style = TextStyle::Faint;
+    }
     return row;
 }
 
 Widths naturalWidths(const QList<Row> &rows)
 {
-    Widths widths;
-    for (size_t column = 0; column < columnCount; ++column) {
-        widths[column] = int(styles[column].header.size());
-        for (const Row &row : rows)
-            widths[column] = std::max(widths[column], TerminalText::width(row[column]));
+    Widths widths{};
+    for (const Row &row : rows) {
+        for (size_t column = 0; column < columnCount; ++column)
+            widths[column] = std::max(widths[column], TerminalText::width(row[column].text));
     }
     return widths;
 }
@@ -154,14 +130,7 @@ Widths fittedWidths(Widths widths, int columns)
     return widths;
 }
 
-QString fitted(size_t column, const QString &text, int width)
-{
-    return column == Folder ? TerminalText::elidedInTheMiddle(text, width)
-                            : TerminalText::elided(text, width);
-}
-
-template <typename StyleOf>
-StyledLine line(const Row &row, const Widths &widths, StyleOf styleOf)
+StyledLine line(const Row &row, const Widths &widths)
 {
     StyledLine result;
     int padding = 0; // spaces, written only when something follows
@@ -169,17 +138,20 @@ StyledLine line(const Row &row, const Widths &widths, StyleOf styleOf)
         const int width = widths[column];
         if (width == 0)
             continue;
-        const QString text = fitted(column, row[column], width);
+        const auto &[whole, style] = row[column];
+        const QString text = column == Folder ? TerminalText::elidedInTheMiddle(whole, width)
+                                              : TerminalText::elided(whole, width);
         const int missing = width - TerminalText::width(text);
-        if (styles[column].alignment == Qt::AlignRight)
+        const bool isRight = std::ranges::find(rightAlignedColumns, column) != rightAlignedColumns.end();
+        if (isRight)
             padding += missing;
         if (!text.isEmpty()) {
             if (padding > 0)
                 result.append({QString(padding, u' ')});
-            result.append({text, styleOf(column)});
+            result.append({text, style});
             padding = 0;
         }
-        padding += gap + (styles[column].alignment == Qt::AlignRight ? 0 : missing);
+        padding += gap + (isRight ? 0 : missing);
     }
     return result;
 }
@@ -188,7 +160,7 @@ StyledLine line(const Row &row, const Widths &widths, StyleOf styleOf)
 
 QList<StyledLine> ServiceTable::of(const QList<ListedService> &services, const Layout &layout)
 {
-    QList<Row> rows;
+    QList<Row> rows{headerRow()};
     for (const ListedService &listed : services)
         rows.append(rowOf(listed));
     Widths widths = naturalWidths(rows);
@@ -198,16 +170,9 @@ QList<StyledLine> ServiceTable::of(const QList<ListedService> &services, const L
     if (layout.columns)
         widths = fittedWidths(widths, *layout.columns);
 
-    Row header;
-    std::ranges::transform(styles, header.begin(), &ColumnStyle::header);
-    QList<StyledLine> table{line(header, widths, [](size_t) { return TextStyle::Faint; })};
-    for (qsizetype i = 0; i < rows.size(); ++i) {
-        table.append(line(rows[i], widths, [&](size_t column) {
-            return services[i].age    ? TextStyle::Faint
-                   : column == Status ? statusStyle(services[i])
-                                      : styles[column].style;
-        }));
-    }
+    QList<StyledLine> table;
+    for (const Row &row : rows)
+        table.append(line(row, widths));
     return table;
 }
 

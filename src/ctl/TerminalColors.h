@@ -22,8 +22,6 @@ struct StyledText
 {
     QString text;
     TextStyle style = TextStyle::Plain;
-
-    friend bool operator==(const StyledText &, const StyledText &) = default;
 };
 
 /// A line for a terminal: harmless texts side by side, without a line feed.

@@ -7,6 +7,9 @@
 #include <QList>
 #include <QTextBoundaryFinder>
 
+#include <algorithm>
+#include <iterator>
+
 #include <locale.h>
 #include <wchar.h>
 
@@ -30,56 +33,40 @@ char32_t harmlessCharacter(char32_t character)
     return Characters::isShowable(character) ? character : replacement;
 }
 
-// wcwidth() knows how wide characters are, but only in a UTF-8 locale. One is set for the calling thread
-// here, as the program's own locale may be another.
-class WidthLocale
+/// A place between two characters as the reader sees them, and how wide the
+/// text before it is.
+struct Boundary
 {
-public:
-    WidthLocale()
-    {
-        static const locale_t utf8 = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
-        m_previous = uselocale(utf8);
-    }
-    ~WidthLocale() { uselocale(m_previous); }
-    Q_DISABLE_COPY_MOVE(WidthLocale)
-
-    [[nodiscard]] static int width(char32_t character)
-    {
-        const int columns = wcwidth(static_cast<wchar_t>(character));
-        return columns < 0 ? 1 : columns;
-    }
-
-private:
-    locale_t m_previous;
+    qsizetype position;
+    int columns;
 };
 
-// The longest start of `text` that fits and ends between two grapheme clusters.
-QStringView front(QStringView text, int columns)
+QList<Boundary> boundariesIn(QStringView text)
 {
-    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text.data(), text.size());
-    qsizetype end = 0;
-    while (characters.toNextBoundary() >= 0) {
-        columns -= TerminalText::width(text.sliced(end, characters.position() - end));
-        if (columns < 0)
-            break;
-        end = characters.position();
+    QList<Boundary> boundaries{{0, 0}};
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text.data(), text.size());
+    while (finder.toNextBoundary() > 0) {
+        const auto [start, columns] = boundaries.last();
+        const QStringView cluster = text.sliced(start, finder.position() - start);
+        boundaries.append({finder.position(), columns + TerminalText::width(cluster)});
     }
-    return text.first(end);
+    return boundaries;
 }
 
-// The same at the end.
+// The longest start of `text` that takes at most `columns`.
+QStringView front(QStringView text, int columns)
+{
+    const QList<Boundary> boundaries = boundariesIn(text);
+    return text.first(
+        std::prev(std::ranges::upper_bound(boundaries, columns, {}, &Boundary::columns))->position);
+}
+
+// The longest end.
 QStringView back(QStringView text, int columns)
 {
-    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text.data(), text.size());
-    characters.toEnd();
-    qsizetype start = text.size();
-    while (characters.toPreviousBoundary() >= 0) {
-        columns -= TerminalText::width(text.sliced(characters.position(), start - characters.position()));
-        if (columns < 0)
-            break;
-        start = characters.position();
-    }
-    return text.sliced(start);
+    const QList<Boundary> boundaries = boundariesIn(text);
+    const int hidden = boundaries.last().columns - columns;
+    return text.sliced(std::ranges::lower_bound(boundaries, hidden, {}, &Boundary::columns)->position);
 }
 
 } // namespace
@@ -95,10 +82,11 @@ QString TerminalText::harmless(QStringView text)
 
 int TerminalText::width(QStringView text)
 {
-    const WidthLocale locale;
     int columns = 0;
-    for (const uint character : text.toUcs4())
-        columns += WidthLocale::width(character);
+    for (const uint character : text.toUcs4()) {
+        const int own = wcwidth(wchar_t(character));
+        columns += own < 0 ? 1 : own;
+    }
     return columns;
 }
 

@@ -150,7 +150,7 @@ private:
 
 // Prints a line whenever a machine has been looked at; machines that are looked at at the same time share
 // one.
-int watchAsJson(Machines &machines)
+int watchAsJson(Machines &machines, const CommandLine &line)
 {
     QEventLoop loop;
     const TerminationSignals signals;
@@ -159,7 +159,8 @@ int watchAsJson(Machines &machines)
     print.setSingleShot(true);
     print.setInterval(machines.hasHosts() ? 200ms : 0ms);
     print.callOnTimeout(&loop, [&] {
-        if (!Output::write(ServiceJson::of(machines.visible(), ServiceJson::Layout::oneLine)))
+        const auto services = ListedService::visible(machines.services(), line.search, machines.order());
+        if (!Output::write(ServiceJson::of(services, QJsonDocument::Compact)))
             loop.exit(statusAfterFailedWrite());
     });
     QObject::connect(&machines, &Machines::looked, &print, [&] {
@@ -180,7 +181,7 @@ int Commands::watch(const CommandLine &line)
         return ExitStatus::usageError;
     }
     Machines machines(line);
-    const int status = line.json ? watchAsJson(machines) : Watch(machines, line).run();
+    const int status = line.json ? watchAsJson(machines, line) : Watch(machines, line).run();
     machines.printNewProblems();
     return machines.problems().isEmpty() ? status : ExitStatus::failure;
 }

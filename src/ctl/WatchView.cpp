@@ -46,6 +46,21 @@ QString othersText(qsizetype above, qsizetype below)
     return above == 0 ? u"… %1 more"_s.arg(below) : u"… %1 above, %2 more"_s.arg(above).arg(below);
 }
 
+/// As many of the keys as `columns` can name.
+QString hints(qsizetype columns)
+{
+    for (qsizetype count = keyHints.size(); count > 0; --count) {
+        QString text;
+        for (const Hint &hint : keyHints) {
+            if (hint.rank < count)
+                text += u" · "_s + hint.text.toString();
+        }
+        if (text.size() <= columns)
+            return text;
+    }
+    return {};
+}
+
 } // namespace
 
 WatchView::WatchView(const QString &searchText, SortOrder order, bool readsKeys)
@@ -118,7 +133,7 @@ WatchView::Request WatchView::handle(const Input &input)
 
 WatchView::Request WatchView::handleInList(const Input &input)
 {
-    if (input.kind == Input::Click && input.row >= 1 && input.row <= (fits() ? m_rows.size() : shownAtOnce()))
+    if (input.kind == Input::Click && input.row >= 1 && input.row <= std::min(m_rows.size(), shownAtOnce()))
         select(m_first + input.row - 1);
     if (input.kind == Input::Escape) {
         m_searchText.clear();
@@ -185,7 +200,6 @@ void WatchView::handleInSearch(const Input &input)
 
 bool WatchView::moveSelection(Input::Kind kind)
 {
-    const qsizetype page = std::max<qsizetype>(1, shownAtOnce());
     switch (kind) {
     case Input::Up:
         select(m_selected - 1);
@@ -194,10 +208,10 @@ bool WatchView::moveSelection(Input::Kind kind)
         select(m_selected + 1);
         return true;
     case Input::PageUp:
-        select(m_selected - page);
+        select(m_selected - shownAtOnce());
         return true;
     case Input::PageDown:
-        select(m_selected + page);
+        select(m_selected + shownAtOnce());
         return true;
     case Input::Home:
         select(0);
@@ -219,19 +233,17 @@ bool WatchView::moveSelection(Input::Kind kind)
 // Chooses the row nearest to `row` and scrolls it into view.
 void WatchView::select(qsizetype row)
 {
-    m_selected = std::clamp<qsizetype>(row, 0, std::max<qsizetype>(0, m_rows.size() - 1));
-    const qsizetype lastFirst = fits() ? 0 : m_rows.size() - shownAtOnce();
-    const qsizetype least = std::max<qsizetype>(0, m_selected - std::max<qsizetype>(1, shownAtOnce()) + 1);
-    m_first = std::min(std::clamp(m_first, least, std::max(least, m_selected)), lastFirst);
+    m_selected = m_rows.isEmpty() ? 0 : std::clamp<qsizetype>(row, 0, m_rows.size() - 1);
+    m_first = std::clamp(m_first, m_selected - shownAtOnce() + 1, m_selected);
+    m_first = std::clamp<qsizetype>(m_first, 0, std::max<qsizetype>(0, m_rows.size() - shownAtOnce()));
 }
 
 void WatchView::scroll(qsizetype rows)
 {
-    if (fits())
+    if (m_rows.size() <= shownAtOnce())
         return;
-    const qsizetype shown = std::max<qsizetype>(1, shownAtOnce());
-    m_first = std::clamp<qsizetype>(m_first + rows, 0, m_rows.size() - shown);
-    select(std::clamp(m_selected, m_first, m_first + shown - 1));
+    m_first = std::clamp<qsizetype>(m_first + rows, 0, m_rows.size() - shownAtOnce());
+    select(std::clamp(m_selected, m_first, m_first + shownAtOnce() - 1));
 }
 
 /// How many lines the list can have above an empty one, the problems and the last line.
@@ -240,15 +252,12 @@ qsizetype WatchView::listHeight() const
     return std::max<qsizetype>(0, m_size.rows - (m_size.rows > 2 ? 2 : 1) - m_content.problems.size());
 }
 
-bool WatchView::fits() const
-{
-    return m_rows.size() + 1 <= listHeight();
-}
-
-/// How many servers are shown where not all fit: between the header and the line about the others.
+/// How many servers there is room for, at least 1: below the header and, where not all fit, above the line
+/// about the others.
 qsizetype WatchView::shownAtOnce() const
 {
-    return std::max<qsizetype>(0, listHeight() - 2);
+    const qsizetype room = listHeight() - 1;
+    return std::max<qsizetype>(1, m_rows.size() > room ? room - 1 : room);
 }
 
 QList<StyledLine> WatchView::listLines() const
@@ -268,35 +277,19 @@ QList<StyledLine> WatchView::listLines() const
         } else {
             lines = ServiceTable::of(
                 m_rows, {.columns = m_size.columns, .isSteady = true, .hasHosts = m_content.hasHosts});
-            if (!fits()) {
-                const qsizetype below = m_rows.size() - m_first - shownAtOnce();
-                lines = lines.first(1) + lines.mid(1 + m_first, shownAtOnce()) +
-                        QList<StyledLine>{faint(othersText(m_first, below))};
-            }
         }
-        lines = lines.last(std::min(lines.size(), listHeight()));
+        const qsizetype below = m_rows.size() - m_first - shownAtOnce();
+        if (m_first > 0 || below > 0) {
+            lines = lines.first(1) + lines.mid(1 + m_first, shownAtOnce());
+            lines.append(faint(othersText(m_first, below)));
+        }
+        lines = lines.first(std::min(lines.size(), listHeight()));
         if (m_size.rows > 2)
             lines.append(StyledLine());
     }
     for (const QString &problem : m_content.problems)
         lines.append(faint(problem));
     return lines.last(std::min(lines.size(), qsizetype(m_size.rows - 1)));
-}
-
-QString WatchView::hints(qsizetype columns) const
-{
-    QString text;
-    for (int ranks = 1; ranks <= int(keyHints.size()); ++ranks) {
-        QString longer;
-        for (const Hint &hint : keyHints) {
-            if (hint.rank < ranks)
-                longer += u" · "_s + hint.text.toString();
-        }
-        if (longer.size() > columns)
-            break;
-        text = longer;
-    }
-    return text;
 }
 
 QString WatchView::footer() const
@@ -323,8 +316,7 @@ WatchView::Frame WatchView::frame() const
 {
     Frame frame{.lines = listLines()};
     frame.lines.append(StyledLine{{TerminalText::elided(footer(), m_size.columns), TextStyle::Faint}});
-    const bool hasList = m_mode != Mode::Keys && m_content.lastUpdated.isValid() && !m_rows.isEmpty();
-    if (hasList && m_readsKeys && (fits() || shownAtOnce() > 0))
+    if (m_mode != Mode::Keys && !m_rows.isEmpty() && m_readsKeys && listHeight() > 1)
         frame.highlighted = 1 + m_selected - m_first;
     return frame;
 }

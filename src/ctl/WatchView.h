@@ -43,8 +43,6 @@ public:
     {
         QList<StyledLine> lines;              ///< at most as many as the terminal has, each at most as wide
         std::optional<qsizetype> highlighted; ///< the line of the chosen server
-
-        friend bool operator==(const Frame &, const Frame &) = default;
     };
 
     /// `readsKeys`: whether there are keys to speak of.
@@ -70,11 +68,9 @@ private:
     void select(qsizetype row);
     void scroll(qsizetype rows);
     [[nodiscard]] qsizetype listHeight() const;
-    [[nodiscard]] bool fits() const;
     [[nodiscard]] qsizetype shownAtOnce() const;
     [[nodiscard]] QList<StyledLine> listLines() const;
     [[nodiscard]] QString footer() const;
-    [[nodiscard]] QString hints(qsizetype columns) const;
 
     QString m_searchText;
     SortOrder m_order;

@@ -32,6 +32,9 @@ PtyProcess::PtyProcess(const QString &program, const QStringList &arguments, con
     m_pid = forkpty(&m_terminal, nullptr, nullptr, &size);
     if (m_pid != 0)
         return;
+    for (const int number :
+         {SIGINT, SIGQUIT, SIGHUP}) // ignored where a shell runs the tests in the background
+        signal(number, SIG_DFL);
     for (const auto &[name, value] : options.environment)
         setenv(name.constData(), value.constData(), 1);
     execv(argv[0], argv.data());

@@ -16,7 +16,6 @@ using namespace Qt::StringLiterals;
 using SampleServices::api;
 using SampleServices::shop;
 using SampleServices::stranger;
-using Layout = ServiceJson::Layout;
 
 namespace {
 
@@ -29,10 +28,10 @@ QList<ListedService> listed(const QList<Service> &services, const QSet<qint64> &
 }
 
 QJsonArray parsed(const QList<Service> &services, const QSet<qint64> &pinned = {},
-                  Layout layout = Layout::indented)
+                  QJsonDocument::JsonFormat format = QJsonDocument::Indented)
 {
     QJsonParseError error;
-    const auto document = QJsonDocument::fromJson(ServiceJson::of(listed(services, pinned), layout), &error);
+    const auto document = QJsonDocument::fromJson(ServiceJson::of(listed(services, pinned), format), &error);
     EXPECT_EQ(error.error, QJsonParseError::NoError) << error.errorString().toStdString();
     return document.array();
 }
@@ -100,23 +99,23 @@ TEST(ServiceJson, KeepsTheOrder)
 
 TEST(ServiceJson, IsAnEmptyArrayWithoutServices)
 {
-    EXPECT_EQ(ServiceJson::of({}, Layout::oneLine), "[]\n");
+    EXPECT_EQ(ServiceJson::of({}, QJsonDocument::Compact), "[]\n");
     EXPECT_EQ(parsed({}), QJsonArray());
 }
 
 TEST(ServiceJson, TakesOneLineIfAsked)
 {
-    const QByteArray line = ServiceJson::of(listed({shop(), api()}), Layout::oneLine);
+    const QByteArray line = ServiceJson::of(listed({shop(), api()}), QJsonDocument::Compact);
     EXPECT_EQ(line.count('\n'), 1);
     EXPECT_TRUE(line.endsWith('\n'));
-    EXPECT_EQ(parsed({shop(), api()}, {}, Layout::oneLine), parsed({shop(), api()}));
+    EXPECT_EQ(parsed({shop(), api()}, {}, QJsonDocument::Compact), parsed({shop(), api()}));
 }
 
 TEST(ServiceJson, KeepsStrangeTextsExactlyAndHarmless)
 {
     Service service = shop();
     service.displayName = u"a\x1b[2J\n\x7f\u009b1m\u202e\u2028 \"\\ Größe 🚀"_s;
-    const QByteArray json = ServiceJson::of(listed({service}), Layout::oneLine);
+    const QByteArray json = ServiceJson::of(listed({service}), QJsonDocument::Compact);
     EXPECT_EQ(parsed({service}).first()[u"displayName"_s].toString(), service.displayName);
     for (const QChar character : QString::fromUtf8(json).chopped(1))
         EXPECT_TRUE(character.isPrint() || character.isSurrogate()) << std::hex << uint(character.unicode());
@@ -126,7 +125,7 @@ TEST(ServiceJson, KeepsStrangeTextsExactlyAndHarmless)
 TEST(ServiceJson, NamesTheMachineAndSaysHowOldItIs)
 {
     const auto json = ServiceJson::of(
-        {{.service = shop(), .host = u"web1"_s, .age = std::chrono::seconds(7)}}, Layout::oneLine);
+        {{.service = shop(), .host = u"web1"_s, .age = std::chrono::seconds(7)}}, QJsonDocument::Compact);
     const QJsonObject object = QJsonDocument::fromJson(json).array().first().toObject();
     EXPECT_EQ(object[u"host"_s], QJsonValue(u"web1"_s));
     EXPECT_EQ(object[u"ageSeconds"_s], QJsonValue(7));
@@ -140,8 +139,8 @@ TEST(ServiceJson, ReadsWhatItWrites)
     QList<ListedService> services = listed({shop(), api(), stranger(), odd}, {8080});
     for (ListedService &service : services)
         service.host = u"web1"_s;
-    for (const Layout layout : {Layout::oneLine, Layout::indented})
-        EXPECT_EQ(ServiceJson::read(ServiceJson::of(services, layout), u"web1"_s), services);
+    for (const auto format : {QJsonDocument::Compact, QJsonDocument::Indented})
+        EXPECT_EQ(ServiceJson::read(ServiceJson::of(services, format), u"web1"_s), services);
     EXPECT_EQ(ServiceJson::read("[]", u"web1"_s), QList<ListedService>());
 }
 
@@ -231,7 +230,7 @@ TEST(ServiceJson, ReadsNothingThatBreaksTheSchema)
         EXPECT_EQ(ServiceJson::read(json, u"web1"_s), std::nullopt) << json.left(400).toStdString();
         EXPECT_FALSE(schema.allows(json)) << json.left(400).toStdString();
     }
-    EXPECT_TRUE(schema.allows(ServiceJson::of(listed({shop(), api(), stranger()}), Layout::oneLine)));
+    EXPECT_TRUE(schema.allows(ServiceJson::of(listed({shop(), api(), stranger()}), QJsonDocument::Compact)));
 }
 
 TEST(ServiceJson, ReadsNothingThatDoesNotFitTogether)
