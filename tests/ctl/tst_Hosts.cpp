@@ -54,6 +54,17 @@ bool accepts(quint16 port)
     return socket.waitForConnected(1000);
 }
 
+/// What an HTTP server on a port of this machine answers; empty if none does.
+QByteArray answerOn(quint16 port)
+{
+    QTcpSocket socket;
+    socket.connectToHost(QHostAddress::LocalHost, port);
+    socket.write("GET / HTTP/1.0\r\n\r\n");
+    while (socket.state() != QTcpSocket::UnconnectedState && socket.waitForReadyRead(30'000)) {
+    }
+    return socket.readAll();
+}
+
 } // namespace
 
 /// Some machines that a real ssh reaches by a real sshd. They share this one, but each has a portolanctl of
@@ -237,7 +248,46 @@ END
     EXPECT_FALSE(list.output().contains("\x1b]0;"));
 }
 
-TEST_F(Hosts, AreWatched)
+/// portolanctl watch of some machines on a terminal.
+class HostsWatch : public Hosts
+{
+protected:
+    void start(const QStringList &hosts)
+    {
+        QStringList arguments{u"watch"_s};
+        for (const QString &host : hosts)
+            arguments.append(u"--host="_s + host);
+        m_watch.emplace(program, arguments, onTerminal());
+    }
+    [[nodiscard]] PtyProcess &watch() { return *m_watch; }
+    [[nodiscard]] QStringList seen() const
+    {
+        return seenOnTerminal(m_watch->output(), {.columns = 120, .rows = 20});
+    }
+    [[nodiscard]] bool awaitLine(const QString &part)
+    {
+        return m_watch->readUntil([&] { return !seen().filter(part).isEmpty(); });
+    }
+    [[nodiscard]] bool awaitNoLine(const QString &part)
+    {
+        return m_watch->readUntil([&] { return seen().filter(part).isEmpty(); });
+    }
+    [[nodiscard]] bool awaitRow(const TestServer &server, const QString &part)
+    {
+        return m_watch->readUntil(
+            [&] { return !seen().filter(u' ' + server.port() + u' ').filter(part).isEmpty(); });
+    }
+    void quit()
+    {
+        m_watch->type("q");
+        EXPECT_EQ(m_watch->exitStatus(), 0);
+    }
+
+private:
+    std::optional<PtyProcess> m_watch;
+};
+
+TEST_F(HostsWatch, ShowsHowOldTheRowsAreOfAMachineThatDiedUntilItIsBack)
 {
     addRealHost(u"web1"_s);
     // Its connection ends in the middle of its second list, and comes back.
@@ -245,25 +295,74 @@ TEST_F(Hosts, AreWatched)
                            path(u"well"_s).toUtf8() + "' ] && cat; head -c 50; }\n");
     const TestServer a = serverOn(u"web1"_s, u"a"_s);
     const TestServer b = serverOn(u"dies"_s, u"b"_s);
-    PtyProcess watch(program, {u"watch"_s, u"--host=web1"_s, u"--host=dies"_s}, onTerminal());
-    const auto awaitLine = [&](const TestServer &server, const QString &part) {
-        return watch.readUntil([&] {
-            const QStringList lines = seenOnTerminal(watch.output(), {120, 20});
-            return !lines.filter(u' ' + server.port() + u' ').filter(part).isEmpty();
-        });
-    };
-    EXPECT_TRUE(awaitLine(a, u"Online 204"_s));
-    EXPECT_TRUE(awaitLine(b, u"Online 204"_s));
-    EXPECT_TRUE(awaitLine(b, u"s ago"_s));
-    EXPECT_FALSE(seenOnTerminal(watch.output(), {120, 20}).filter(u"dies: ended the connection"_s).isEmpty());
-    EXPECT_TRUE(awaitLine(a, u"Online 204"_s));
+    start({u"web1"_s, u"dies"_s});
+    EXPECT_TRUE(awaitRow(a, u"Online 204"_s));
+    EXPECT_TRUE(awaitRow(b, u"Online 204"_s));
+    EXPECT_TRUE(awaitRow(b, u"s ago"_s));
+    EXPECT_FALSE(seen().filter(u"dies: ended the connection"_s).isEmpty());
+    EXPECT_TRUE(awaitRow(a, u"Online 204"_s));
     writeFile(u"well"_s, "");
-    EXPECT_TRUE(awaitLine(b, u"Online 204"_s));
-    EXPECT_TRUE(watch.readUntil([&] {
-        return seenOnTerminal(watch.output(), {120, 20}).filter(u"dies: "_s).isEmpty();
-    }));
-    watch.type("q");
-    EXPECT_EQ(watch.exitStatus(), 0);
+    EXPECT_TRUE(awaitRow(b, u"Online 204"_s));
+    EXPECT_TRUE(awaitNoLine(u"dies: "_s));
+    quit();
+}
+
+// The machine is reached through a relay, which is stopped: the connection stays open, and nothing comes.
+TEST_F(HostsWatch, ShowsHowOldTheRowsAreOfAMachineThatHangsUntilItIsBack)
+{
+    addRealHost(u"web1"_s);
+    addRealHost(u"hangs"_s);
+    writeScript(u"relay"_s,
+                "echo $$ > '" + path(u"pid"_s).toUtf8() + "'\nwhile [ -e '" + path(u"frozen"_s).toUtf8() +
+                    "' ]; do sleep 0.1; done\nexec ssh -W 127.0.0.1:" + QByteArray::number(m_port) +
+                    " web1\n");
+    writeFile(u"ssh_config"_s, "  ProxyCommand '" + path(u"relay"_s).toUtf8() + "'\n", QFile::Append);
+    const TestServer a = serverOn(u"web1"_s, u"a"_s);
+    const TestServer b = serverOn(u"hangs"_s, u"b"_s);
+    start({u"web1"_s, u"hangs"_s});
+    EXPECT_TRUE(awaitRow(a, u"Online 204"_s));
+    EXPECT_TRUE(awaitRow(b, u"Online 204"_s));
+
+    QFile pid(path(u"pid"_s));
+    ASSERT_TRUE(pid.open(QFile::ReadOnly));
+    const pid_t relay = pid.readAll().trimmed().toInt();
+    ASSERT_GT(relay, 1);
+    writeFile(u"frozen"_s, "");
+    ASSERT_EQ(kill(relay, SIGSTOP), 0);
+    EXPECT_TRUE(awaitRow(b, u"s ago"_s));
+    EXPECT_TRUE(awaitLine(u"hangs: "_s));
+    const TestServer next = serverOn(u"web1"_s, u"next"_s);
+    EXPECT_TRUE(awaitRow(next, u"Online 204"_s)) << "the others go on";
+    EXPECT_TRUE(awaitRow(b, u"s ago"_s));
+
+    kill(relay, SIGKILL);
+    ASSERT_TRUE(QFile::remove(path(u"frozen"_s)));
+    EXPECT_TRUE(awaitRow(b, u"Online 204"_s));
+    EXPECT_TRUE(awaitNoLine(u"hangs: "_s));
+    quit();
+}
+
+TEST_F(HostsWatch, OpensAndCopiesTheAddressOfAForwardedPort)
+{
+    addRealHost(u"web1"_s);
+    FakePrograms programs;
+    programs.install(u"xdg-open"_s);
+    const ScopedEnvironment withBrowser("PATH", programs.folder().toLocal8Bit() + ':' + qgetenv("PATH"));
+    const TestServer server = serverOn(u"web1"_s, u"a"_s);
+    start({u"web1"_s});
+    ASSERT_TRUE(awaitRow(server, u"Online 204"_s));
+    watch().type("o");
+    EXPECT_TRUE(awaitLine(u"Opening http://localhost:"_s));
+    ASSERT_TRUE(eventually([&] { return programs.wasStarted(u"xdg-open"_s); }));
+    const QString address = programs.record(u"xdg-open"_s).arguments.value(0);
+    const quint16 port = quint16(QUrl(address).port());
+    EXPECT_NE(QString::number(port), server.port()) << "which is taken on this machine";
+    EXPECT_TRUE(answerOn(port).startsWith("HTTP/1.0 204"));
+    watch().type("c");
+    EXPECT_TRUE(awaitLine(u"Copied "_s + address));
+    EXPECT_TRUE(watch().output().contains("\x1b]52;c;" + address.toLatin1().toBase64() + '\a'));
+    quit();
+    EXPECT_TRUE(eventually([&] { return !accepts(port); })) << "it is forwarded no longer";
 }
 
 TEST_F(Hosts, AreWatchedByPrograms)
@@ -300,7 +399,7 @@ TEST_F(Hosts, AreWaitedFor)
     const Outcome outcome = run(both);
     EXPECT_EQ(outcome.status, 0) << outcome.error.toStdString();
     EXPECT_EQ(outcome.output + outcome.error, QByteArray());
-    const Outcome late = run(both + QStringList{u"1"_s, u"--timeout=0.3"_s});
+    const Outcome late = run(both + QStringList{u"1"_s, u"--timeout=2"_s});
     EXPECT_EQ(late.status, 1);
     EXPECT_EQ(linesOf(late.error), (QStringList{u"portolanctl: web1: port 1 does not answer"_s,
                                                 u"portolanctl: web2: port 1 does not answer"_s}));
@@ -359,13 +458,7 @@ TEST_F(Hosts, OpenThroughAForwardedPortUntilControlC)
     const QUrl url(programs.record(u"xdg-open"_s).arguments.value(0));
     EXPECT_EQ(url.host(), u"localhost"_s);
     EXPECT_NE(QString::number(url.port()), server.port()) << "which is taken on this machine";
-    QTcpSocket socket;
-    socket.connectToHost(QHostAddress::LocalHost, quint16(url.port()));
-    ASSERT_TRUE(socket.waitForConnected());
-    socket.write("GET / HTTP/1.0\r\n\r\n");
-    while (socket.state() == QTcpSocket::ConnectedState && socket.waitForReadyRead(10'000)) {
-    }
-    EXPECT_TRUE(socket.readAll().startsWith("HTTP/1.0 204"));
+    EXPECT_TRUE(answerOn(quint16(url.port())).startsWith("HTTP/1.0 204"));
     open.type("\x03");
     EXPECT_EQ(open.exitStatus(), 0);
     EXPECT_TRUE(eventually([&] { return !accepts(quint16(url.port())); }));

@@ -83,7 +83,7 @@ TEST_F(WaitCommand, SaysAtTheTimeoutWhichPortsDoNotAnswer)
     const ScriptedServer answers(m_fails);
     const SilentPort silent;
     const SilentPort other;
-    const Outcome one = run({u"wait"_s, u"--timeout=0.3"_s, portOf(answers), silent.text()});
+    const Outcome one = run({u"wait"_s, u"--timeout=2"_s, portOf(answers), silent.text()});
     EXPECT_EQ(one.status, 1);
     EXPECT_EQ(one.output, QByteArray());
     EXPECT_EQ(QString::fromUtf8(one.error), u"portolanctl: port %1 does not answer\n"_s.arg(silent.text()));
