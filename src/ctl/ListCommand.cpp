@@ -30,7 +30,7 @@ QByteArray table(const Machines &machines, const QList<ListedService> &services)
 
 int Commands::list(const CommandLine &line)
 {
-    Machines machines(line);
+    Machines machines(line, line.probe);
     if (const int signal = machines.lookOnce())
         return ExitStatus::endedBy(signal);
     bool isComplete = machines.problems().isEmpty();

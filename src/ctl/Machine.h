@@ -36,7 +36,7 @@ public:
     virtual void stop(const Service &service, const Report &report) = 0;
 
     /// Calls `use` with an address at which this machine reaches the server, or with an empty one and the
-    /// reason why there is none.
+    /// reason, a harmless line, why there is none; with that later too, if the connection ends.
     using UseAddress = std::function<void(const QString &address, const QString &reason)>;
     virtual void reach(const Service &service, const UseAddress &use) = 0;
 

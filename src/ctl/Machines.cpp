@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// What `machines` are waited for.
-QString progressText(const Machines &machines, qsizetype looked, qsizetype all)
+QString progressText(const Machines &machines, size_t looked, size_t all)
 {
     if (machines.hasHosts())
         return u"Asking the machines… %1 of %2"_s.arg(looked).arg(all);
@@ -34,32 +34,26 @@ QString progressText(const Machines &machines, qsizetype looked, qsizetype all)
 
 } // namespace
 
-Machines::Machines(const CommandLine &line)
+Machines::Machines(const CommandLine &line, bool probes)
     : m_defaults(UserDefaults::defaultPath(), UserDefaults::Access::readOnly)
     , m_hasHosts(!line.hosts.isEmpty())
-    , m_hosts(m_hasHosts ? line.hosts : QStringList{QString()})
 {
     const auto stored = SortOrder::fromRawValue(m_defaults.string(u"sortOrder"_s).value_or(QString()));
     m_order = line.sort.value_or(stored.value_or(SortOrder::port));
-    for (const QString &host : std::as_const(m_hosts)) {
-        if (m_hasHosts)
-            m_machines.push_back(std::make_unique<RemoteMachine>(host, line.probe));
-        else
-            m_machines.push_back(std::make_unique<LocalMachine>(m_defaults, line.probe));
-        connect(m_machines.back().get(), &Machine::changed, this, &Machines::changed);
-        connect(m_machines.back().get(), &Machine::looked, this, &Machines::looked);
+    if (!m_hasHosts)
+        m_machines.emplace(QString(), std::make_unique<LocalMachine>(m_defaults, probes));
+    for (const QString &host : line.hosts)
+        m_machines.emplace(host, std::make_unique<RemoteMachine>(host, probes));
+    for (const auto &[host, machine] : m_machines) {
+        connect(machine.get(), &Machine::changed, this, &Machines::changed);
+        connect(machine.get(), &Machine::looked, this, &Machines::looked);
     }
-}
-
-Machine &Machines::machine(const QString &host) const
-{
-    return *m_machines[size_t(std::max<qsizetype>(0, m_hosts.indexOf(host)))];
 }
 
 QList<ListedService> Machines::services() const
 {
     QList<ListedService> services;
-    for (const auto &machine : m_machines)
+    for (const auto &[host, machine] : m_machines)
         services += machine->services();
     return services;
 }
@@ -67,7 +61,7 @@ QList<ListedService> Machines::services() const
 QDateTime Machines::lastUpdated() const
 {
     QDateTime latest;
-    for (const auto &machine : m_machines) {
+    for (const auto &[host, machine] : m_machines) {
         if (const QDateTime time = machine->lastUpdated();
             time.isValid() && (!latest.isValid() || time > latest))
             latest = time;
@@ -78,7 +72,7 @@ QDateTime Machines::lastUpdated() const
 QStringList Machines::problems() const
 {
     QStringList problems;
-    for (const auto &machine : m_machines) {
+    for (const auto &[host, machine] : m_machines) {
         if (const QString problem = machine->problem(); !problem.isEmpty())
             problems.append(problem);
     }
@@ -99,11 +93,11 @@ int Machines::lookOnce()
 {
     ProgressLine progress;
     QEventLoop loop;
-    qsizetype lookedAt = 0;
-    const auto showProgress = [&] { progress.setText(progressText(*this, lookedAt, m_hosts.size())); };
+    size_t lookedAt = 0;
+    const auto showProgress = [&] { progress.setText(progressText(*this, lookedAt, m_machines.size())); };
     connect(this, &Machines::changed, &loop, showProgress);
     connect(this, &Machines::looked, &loop, [&] {
-        if (++lookedAt == m_hosts.size())
+        if (++lookedAt == m_machines.size())
             loop.quit();
         showProgress();
     });
@@ -111,7 +105,7 @@ int Machines::lookOnce()
     connect(&signals, &TerminationSignals::received, &loop, &QEventLoop::exit);
     showProgress();
     QTimer::singleShot(0, &loop, [&] {
-        for (const auto &machine : m_machines)
+        for (const auto &[host, machine] : m_machines)
             machine->look();
     });
     const int signal = loop.exec();
@@ -122,7 +116,7 @@ int Machines::lookOnce()
 
 void Machines::watch()
 {
-    for (const auto &machine : m_machines)
+    for (const auto &[host, machine] : m_machines)
         machine->watch();
 }
 

@@ -8,8 +8,8 @@
 #include <QSet>
 #include <QStringList>
 
+#include <map>
 #include <memory>
-#include <vector>
 
 namespace portolan {
 
@@ -20,11 +20,12 @@ class Machines : public QObject
     Q_OBJECT
 
 public:
-    explicit Machines(const CommandLine &line);
+    /// `probes`: whether the servers are asked for their health.
+    Machines(const CommandLine &line, bool probes);
 
     [[nodiscard]] bool hasHosts() const { return m_hasHosts; }
-    /// The one called `host`, which is one of them.
-    [[nodiscard]] Machine &machine(const QString &host) const;
+    /// The one called `host`, which is one of them; this machine is called "".
+    [[nodiscard]] Machine &machine(const QString &host) const { return *m_machines.at(host); }
 
     /// The servers of all of them, in any order.
     [[nodiscard]] QList<ListedService> services() const;
@@ -51,9 +52,8 @@ private:
     UserDefaults m_defaults;
     const bool m_hasHosts;
     SortOrder m_order;
-    std::vector<std::unique_ptr<Machine>> m_machines;
-    QStringList m_hosts;             ///< their names, in the same order
-    QSet<QString> m_printedProblems; ///< those that still last
+    std::map<QString, std::unique_ptr<Machine>> m_machines; ///< by host
+    QSet<QString> m_printedProblems;                        ///< those that still last
 };
 
 } // namespace portolan

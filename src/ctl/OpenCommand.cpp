@@ -1,12 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Commands.h"
 
-#include "FolderReader.h"
+#include "Machines.h"
 #include "Output.h"
-#include "PortForward.h"
-#include "PortScanner.h"
-#include "SystemSource.h"
-#include "TerminalText.h"
 #include "TerminationSignals.h"
 #include "XdgOpen.h"
 
@@ -43,17 +39,15 @@ int openInBrowser(const QString &url)
 }
 
 // The other machine's port is one of this machine until the user ends it.
-int openOn(const QString &host, qint64 port)
+int openForwarded(Machine &machine, qint64 port)
 {
     QEventLoop loop;
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, &loop, &QEventLoop::quit);
-    PortForward forward(host, port);
-    QObject::connect(&forward, &PortForward::failed, &loop, [&](const QString &problem) {
-        loop.exit(fail(TerminalText::harmless(host) + u": "_s + problem));
-    });
-    QObject::connect(&forward, &PortForward::ready, &loop, [&] {
-        (void)openInBrowser(forward.address()); // the port may be of use without a browser
+    machine.reach({.port = port}, [&](const QString &address, const QString &reason) {
+        if (address.isEmpty())
+            return loop.exit(fail(reason));
+        (void)openInBrowser(address); // the port may be of use without a browser
         (void)Output::write("Control-C ends the connection.\n");
     });
     return loop.exec();
@@ -63,16 +57,17 @@ int openOn(const QString &host, qint64 port)
 
 int Commands::open(const CommandLine &line)
 {
-    const qint64 port = line.operands.first().port;
-    if (!line.hosts.isEmpty())
-        return openOn(line.hosts.first(), port);
-    const std::unique_ptr<ProcessSource> source = SystemSource::make();
-    FolderReader files;
-    const QList<Service> services = PortScanner::scan(*source, files, {.ports = {{port}}}).services;
-    if (services.isEmpty())
-        return fail(u"no server on port %1"_s.arg(port));
+    Machines machines(line, false);
+    if (machines.hasHosts())
+        return openForwarded(machines.machine(line.hosts.first()), line.operands.first().port);
+    if (const int signal = machines.lookOnce())
+        return ExitStatus::endedBy(signal);
+    const auto choice =
+        ServiceOperand::choose(line.operands, machines.services(), ServiceOperand::Meaning::severalServers);
+    if (choice.services.isEmpty())
+        return fail(choice.problems.first());
     // Where several processes share the port, the address is the same.
-    return openInBrowser(services.first().url());
+    return openInBrowser(choice.services.first().service.url());
 }
 
 } // namespace portolan

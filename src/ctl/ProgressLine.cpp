@@ -12,7 +12,6 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 ProgressLine::ProgressLine()
-    : m_colors(Output::colors())
 {
     if (!Output::canMoveCursor())
         return;
@@ -38,7 +37,7 @@ void ProgressLine::draw()
 {
     m_isDrawn = true;
     const QString text = TerminalText::elided(m_text, Output::size().columns - 1);
-    (void)Output::write(("\r"_L1 + m_colors.styled(TextStyle::Faint, text) + "\x1b[K"_L1).toUtf8());
+    (void)Output::write(("\r"_L1 + Output::colors().styled(TextStyle::Faint, text) + "\x1b[K"_L1).toUtf8());
 }
 
 } // namespace portolan

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "TerminalColors.h"
-
 #include <QString>
 #include <QTimer>
 
@@ -22,7 +20,6 @@ public:
 private:
     void draw();
 
-    TerminalColors m_colors;
     QString m_text;
     bool m_isDrawn = false;
     QTimer m_delay;

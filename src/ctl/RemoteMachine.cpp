@@ -49,7 +49,7 @@ void RemoteMachine::look()
     connect(m_run.get(), &SshRun::ended, this, [this](const QString &problem) {
         if (!problem.isEmpty())
             fail(problem);
-        else if (!accept(m_run->output()))
+        else if (!accept(m_run->takeOutput()))
             fail(noList.toString());
     });
 }
@@ -97,9 +97,14 @@ bool RemoteMachine::accept(const QByteArray &json)
     return true;
 }
 
+QString RemoteMachine::withHost(const QString &problem) const
+{
+    return TerminalText::harmless(m_host) + u": "_s + problem;
+}
+
 void RemoteMachine::fail(const QString &problem)
 {
-    m_problem = TerminalText::harmless(m_host) + u": "_s + problem;
+    m_problem = withHost(problem);
     if (!m_services.isEmpty())
         m_aging.start(1s);
     Q_EMIT changed();
@@ -128,7 +133,7 @@ void RemoteMachine::reach(const Service &service, const UseAddress &use)
             [this, use, forward = forward, port = service.port](const QString &problem) {
                 m_forwards.remove(port);
                 forward->deleteLater();
-                use({}, m_host + u": "_s + problem);
+                use({}, withHost(problem));
             });
 }
 

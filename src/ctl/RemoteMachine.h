@@ -35,6 +35,7 @@ private:
     void run(const QString &command);
     [[nodiscard]] bool accept(const QByteArray &json);
     void fail(const QString &problem);
+    [[nodiscard]] QString withHost(const QString &problem) const;
 
     const QString m_host;
     const bool m_probes;

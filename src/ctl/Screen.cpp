@@ -40,24 +40,22 @@ FileDescriptor openSignals()
     return FileDescriptor(signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
 }
 
-struct Row
+struct Key
 {
+    bool isNamed; // by ncurses; otherwise a character
     int code;
     Input::Kind kind;
 };
 
-constexpr std::array namedKeys{
-    Row{KEY_UP, Input::Up},        Row{KEY_DOWN, Input::Down},
-    Row{KEY_PPAGE, Input::PageUp}, Row{KEY_NPAGE, Input::PageDown},
-    Row{KEY_HOME, Input::Home},    Row{KEY_FIND, Input::Home},
-    Row{KEY_END, Input::End},      Row{KEY_SELECT, Input::End},
-    Row{KEY_ENTER, Input::Enter},  Row{KEY_BACKSPACE, Input::Backspace},
-    Row{KEY_DC, Input::Backspace},
-};
-
-constexpr std::array characterKeys{
-    Row{'\r', Input::Enter},       Row{'\n', Input::Enter},     Row{'\x1b', Input::Escape},
-    Row{'\x7f', Input::Backspace}, Row{'\b', Input::Backspace},
+constexpr std::array keys{
+    Key{true, KEY_UP, Input::Up},         Key{true, KEY_DOWN, Input::Down},
+    Key{true, KEY_PPAGE, Input::PageUp},  Key{true, KEY_NPAGE, Input::PageDown},
+    Key{true, KEY_HOME, Input::Home},     Key{true, KEY_FIND, Input::Home},
+    Key{true, KEY_END, Input::End},       Key{true, KEY_SELECT, Input::End},
+    Key{true, KEY_ENTER, Input::Enter},   Key{true, KEY_BACKSPACE, Input::Backspace},
+    Key{true, KEY_DC, Input::Backspace},  Key{false, '\r', Input::Enter},
+    Key{false, '\n', Input::Enter},       Key{false, '\x1b', Input::Escape},
+    Key{false, '\x7f', Input::Backspace}, Key{false, '\b', Input::Backspace},
 };
 
 std::optional<Input> mouseInput()
@@ -76,43 +74,27 @@ std::optional<Input> inputOf(bool isNamed, wint_t code)
 {
     if (isNamed && code == KEY_MOUSE)
         return mouseInput();
-    const auto find = [code](const auto &rows) -> std::optional<Input> {
-        const auto row = std::ranges::find(rows, int(code), &Row::code);
-        return row == rows.end() ? std::nullopt : std::optional(Input{.kind = row->kind});
-    };
-    if (isNamed)
-        return find(namedKeys);
-    const auto key = find(characterKeys);
-    return key ? key : std::optional(Input{.character = char32_t(code)});
+    const auto key = std::ranges::find_if(
+        keys, [&](const Key &one) { return one.isNamed == isNamed && one.code == int(code); });
+    if (key != keys.end())
+        return Input{.kind = key->kind};
+    return isNamed ? std::nullopt : std::optional(Input{.character = char32_t(code)});
 }
 
 // The numbers of ncurses' colour pairs are those of the styles.
-struct Color
-{
-    TextStyle style;
-    short basic;
-    short ofPalette;
-};
-
-constexpr std::array colors{
-    Color{TextStyle::Accent, COLOR_BLUE, 69},
-    Color{TextStyle::Online, COLOR_GREEN, 41},
-    Color{TextStyle::Pending, COLOR_YELLOW, 178},
-    Color{TextStyle::Offline, COLOR_RED, 204},
-};
-
 void makeColors()
 {
     start_color();
     use_default_colors();
-    for (const Color &color : colors)
+    for (const TerminalColor &color : terminalColors)
         init_pair(short(color.style), COLORS >= 256 ? color.ofPalette : color.basic, -1);
 }
 
 void setAttributes(TextStyle style, attr_t others)
 {
     const attr_t own = style == TextStyle::Strong ? A_BOLD : style == TextStyle::Faint ? A_DIM : A_NORMAL;
-    const bool isColored = std::ranges::find(colors, style, &Color::style) != colors.end();
+    const bool isColored =
+        std::ranges::find(terminalColors, style, &TerminalColor::style) != terminalColors.end();
     attr_set(own | others, isColored ? short(style) : short(0), nullptr);
 }
 

@@ -19,8 +19,8 @@ namespace {
 
 /// How much may be kept, and may come within a few seconds: ten thousand servers take less. A line counts as
 /// more than its length, as it is more work than that.
-constexpr qsizetype maxBytes = 8 << 20;
-constexpr qsizetype lineBytes = 64 << 10;
+constexpr qint64 maxBytes = 8 << 20;
+constexpr qint64 lineBytes = 64 << 10;
 constexpr qint64 windowMs = 5000;
 constexpr qsizetype maxErrorBytes = 4096;
 constexpr int maxProblemColumns = 200;
@@ -78,23 +78,17 @@ void SshRun::setSilenceLimit(std::chrono::milliseconds limit)
 
 void SshRun::readOutput()
 {
-    const QByteArray bytes = m_process.readAllStandardOutput();
-    if (m_hasEnded)
-        return;
-    if (m_window.elapsed() > windowMs) {
+    if (m_window.hasExpired(windowMs)) {
         m_window.start();
         m_received = 0;
     }
-    m_received += bytes.size();
-    m_output += bytes;
-    for (qsizetype length = 0; m_readsLines && !m_hasEnded && (length = m_output.indexOf('\n') + 1) > 0;) {
-        const QByteArray line = m_output.first(length);
-        m_output.remove(0, length);
-        m_received += lineBytes;
+    while (m_readsLines && !m_hasEnded && m_received <= maxBytes && m_process.canReadLine()) {
+        const QByteArray line = m_process.readLine();
+        m_received += line.size() + lineBytes;
         m_silence.start();
         Q_EMIT lineRead(line);
     }
-    if (m_received > maxBytes || m_output.size() > maxBytes)
+    if (m_received + m_process.bytesAvailable() > maxBytes)
         giveUp(u"sends too much"_s);
 }
 

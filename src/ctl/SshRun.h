@@ -28,13 +28,13 @@ public:
 
     /// Gives up if the other side sends no line (see `lineRead`) for so long.
     void setSilenceLimit(std::chrono::milliseconds limit);
-    /// Announces every line when it is complete, instead of keeping it in `output()`.
+    /// Announces every line when it is complete, instead of keeping it for `takeOutput()`.
     void readLines() { m_readsLines = true; }
 
     /// Ends it, because of `problem`.
     void giveUp(const QString &problem);
 
-    [[nodiscard]] QByteArray output() const { return m_output; }
+    [[nodiscard]] QByteArray takeOutput() { return m_process.readAllStandardOutput(); }
 
 Q_SIGNALS:
     void lineRead(const QByteArray &line);
@@ -49,9 +49,8 @@ private:
     QProcess m_process;
     bool m_readsLines = false;
     bool m_hasEnded = false;
-    QByteArray m_output;
     QByteArray m_error;
-    qsizetype m_received = 0; ///< since m_window started
+    qint64 m_received = 0; ///< in lines, since m_window started
     QElapsedTimer m_window;
     QTimer m_silence;
 };

@@ -18,9 +18,7 @@ int Commands::stop(const CommandLine &line)
     // A server that was sent SIGTERM is waited for, and killed if need be, also when nothing reads the
     // output.
     std::signal(SIGPIPE, SIG_IGN);
-    CommandLine unprobed = line;
-    unprobed.probe = false;
-    Machines machines(unprobed);
+    Machines machines(line, false);
     if (const int signal = machines.lookOnce())
         return ExitStatus::endedBy(signal);
     const auto choice =

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "TerminalColors.h"
 
-#include <array>
+#include <algorithm>
 
 namespace portolan {
 
@@ -9,24 +9,22 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct Codes
+/// What comes between "ESC [" and "m"; empty for a style without attributes. Strong and faint are relative to
+/// the terminal's own colours, which may be dark on light.
+QString codeOf(TextStyle style, TerminalColors::Depth depth)
 {
-    QLatin1StringView sixteen;
-    QLatin1StringView palette256;
-    QLatin1StringView trueColor;
-};
-
-// In the order of TextStyle. Strong and faint are relative to the terminal's own colours, which may be dark
-// on light; the others are the desktop program's colours, as near as the terminal comes.
-constexpr std::array<Codes, 7> codes{{
-    {""_L1, ""_L1, ""_L1},
-    {"1"_L1, "1"_L1, "1"_L1},
-    {"2"_L1, "2"_L1, "2"_L1},
-    {"34"_L1, "38;5;69"_L1, "38;2;59;130;246"_L1},
-    {"32"_L1, "38;5;41"_L1, "38;2;34;197;94"_L1},
-    {"33"_L1, "38;5;178"_L1, "38;2;234;179;8"_L1},
-    {"31"_L1, "38;5;204"_L1, "38;2;244;63;94"_L1},
-}};
+    if (style == TextStyle::Strong)
+        return u"1"_s;
+    if (style == TextStyle::Faint)
+        return u"2"_s;
+    const auto color = std::ranges::find(terminalColors, style, &TerminalColor::style);
+    if (color == terminalColors.end())
+        return {};
+    if (depth == TerminalColors::Depth::TrueColor)
+        return "38;2;"_L1 + color->rgb;
+    return depth == TerminalColors::Depth::Palette256 ? u"38;5;%1"_s.arg(color->ofPalette)
+                                                      : u"3%1"_s.arg(color->basic);
+}
 
 } // namespace
 
@@ -42,13 +40,10 @@ TerminalColors::Depth TerminalColors::depthOfTerminal(const QByteArray &term, co
 
 QString TerminalColors::styled(TextStyle style, const QString &text) const
 {
-    const Codes &code = codes[size_t(style)];
-    const QLatin1StringView chosen = m_depth == Depth::TrueColor    ? code.trueColor
-                                     : m_depth == Depth::Palette256 ? code.palette256
-                                                                    : code.sixteen;
-    if (m_depth == Depth::None || chosen.isEmpty() || text.isEmpty())
+    const QString code = codeOf(style, m_depth);
+    if (m_depth == Depth::None || code.isEmpty() || text.isEmpty())
         return text;
-    return "\x1b["_L1 + chosen + u'm' + text + "\x1b[0m"_L1;
+    return "\x1b["_L1 + code + u'm' + text + "\x1b[0m"_L1;
 }
 
 QString TerminalColors::styled(const StyledLine &line) const

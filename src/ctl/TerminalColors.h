@@ -2,8 +2,11 @@
 #pragma once
 
 #include <QByteArray>
+#include <QLatin1StringView>
 #include <QList>
 #include <QString>
+
+#include <array>
 
 namespace portolan {
 
@@ -26,6 +29,21 @@ struct StyledText
 
 /// A line for a terminal: harmless texts side by side, without a line feed.
 using StyledLine = QList<StyledText>;
+
+/// A colour of the desktop program, as near as terminals come to it.
+struct TerminalColor
+{
+    TextStyle style; ///< what it is for
+    short basic;     ///< of the eight that every terminal has
+    short ofPalette; ///< of xterm's 256
+    QLatin1StringView rgb;
+};
+inline constexpr std::array terminalColors{
+    TerminalColor{TextStyle::Accent, 4, 69, QLatin1StringView("59;130;246")},
+    TerminalColor{TextStyle::Online, 2, 41, QLatin1StringView("34;197;94")},
+    TerminalColor{TextStyle::Pending, 3, 178, QLatin1StringView("234;179;8")},
+    TerminalColor{TextStyle::Offline, 1, 204, QLatin1StringView("244;63;94")},
+};
 
 /// Colours texts for a terminal, with as many colours as it has.
 class TerminalColors

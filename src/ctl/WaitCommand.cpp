@@ -131,9 +131,9 @@ int waitOnHosts(const CommandLine &line, QEventLoop &loop)
                 status = ExitStatus::failure;
                 Output::printError(TerminalText::harmless(host) + u": "_s + problem);
             }
-            showProgress();
             if (++answered == line.hosts.size())
                 loop.quit();
+            showProgress();
         });
     }
     showProgress();

@@ -44,11 +44,8 @@ public:
     {
         m_redraw.setSingleShot(true);
         m_redraw.callOnTimeout(this, &Watch::draw);
-        connect(&m_machines, &Machines::changed, this, [this] {
-            m_isContentOld = true;
-            redrawSoon();
-        });
-        connect(&m_screen, &Screen::redrawNeeded, this, [this] { m_redraw.start(0ms); });
+        connect(&m_machines, &Machines::changed, this, &Watch::redrawSoon);
+        connect(&m_screen, &Screen::redrawNeeded, this, &Watch::redrawSoon);
         connect(&m_screen, &Screen::lost, &m_loop, &QEventLoop::quit);
         connect(&m_screen, &Screen::entered, this,
                 [this](const Input &input) { obey(m_view.handle(input)); });
@@ -75,11 +72,10 @@ private:
 
     void draw()
     {
-        if (std::exchange(m_isContentOld, false))
-            m_view.setContent({.services = m_machines.services(),
-                               .lastUpdated = m_machines.lastUpdated(),
-                               .problems = m_machines.problems(),
-                               .hasHosts = m_machines.hasHosts()});
+        m_view.setContent({.services = m_machines.services(),
+                           .lastUpdated = m_machines.lastUpdated(),
+                           .problems = m_machines.problems(),
+                           .hasHosts = m_machines.hasHosts()});
         m_view.setSize(Output::size());
         const WatchView::Frame frame = m_view.frame();
         if (!m_screen.show(frame.lines, frame.highlighted))
@@ -88,7 +84,7 @@ private:
 
     void obey(const WatchView::Request &request)
     {
-        m_redraw.start(0ms);
+        redrawSoon();
         const ListedService &chosen = request.service;
         switch (request.kind) {
         case WatchView::Request::None:
@@ -98,32 +94,30 @@ private:
         case WatchView::Request::Refresh:
             return m_machines.watch();
         case WatchView::Request::Open:
-            return m_machines.machine(chosen.host)
-                .reach(chosen.service, answer([](const QString &address) {
-                           if (!XdgOpen::isInstalled())
-                               return u"There is no xdg-open to find a browser with"_s;
-                           XdgOpen::address(QUrl(address));
-                           return u"Opening "_s + address;
-                       }));
+            return useAddress(chosen, [](const QString &address) {
+                if (!XdgOpen::isInstalled())
+                    return u"There is no xdg-open to find a browser with"_s;
+                XdgOpen::address(QUrl(address));
+                return u"Opening "_s + address;
+            });
         case WatchView::Request::Copy:
-            return m_machines.machine(chosen.host)
-                .reach(chosen.service, answer([this](const QString &address) {
-                           return m_screen.copy(address) ? u"Copied "_s + address
-                                                         : u"This terminal has no clipboard"_s;
-                       }));
+            return useAddress(chosen, [this](const QString &address) {
+                return m_screen.copy(address) ? u"Copied "_s + address : u"This terminal has no clipboard"_s;
+            });
         case WatchView::Request::Stop:
             return stop(chosen);
         }
     }
 
-    /// Uses the address of a server, and shows what that says or why there is none.
+    /// Shows what `use` says of the server's address, or why there is none.
     template <typename Use>
-    Machine::UseAddress answer(Use use)
+    void useAddress(const ListedService &chosen, Use use)
     {
-        return [this, use](const QString &address, const QString &reason) {
-            m_view.setMessage(address.isEmpty() ? reason : use(address));
-            m_redraw.start(0ms);
-        };
+        m_machines.machine(chosen.host)
+            .reach(chosen.service, [this, use](const QString &address, const QString &reason) {
+                m_view.setMessage(address.isEmpty() ? reason : use(address));
+                redrawSoon();
+            });
     }
 
     void stop(const ListedService &chosen)
@@ -145,7 +139,6 @@ private:
     Screen m_screen;
     WatchView m_view;
     QTimer m_redraw;
-    bool m_isContentOld = true;
 };
 
 // Prints a line whenever a machine has been looked at; machines that are looked at at the same time share
@@ -180,7 +173,7 @@ int Commands::watch(const CommandLine &line)
         Output::printError(u"'watch' needs a terminal, or option '--json'"_s);
         return ExitStatus::usageError;
     }
-    Machines machines(line);
+    Machines machines(line, line.probe);
     const int status = line.json ? watchAsJson(machines, line) : Watch(machines, line).run();
     machines.printNewProblems();
     return machines.problems().isEmpty() ? status : ExitStatus::failure;

@@ -97,6 +97,17 @@ protected:
     {
         m_sshd.terminate();
         m_sshd.waitForFinished();
+        // What a machine runs notices only later that its ssh has ended, and asks the next test's servers.
+        QFile logins(path(u"logins"_s));
+        if (!logins.open(QFile::ReadOnly))
+            return;
+        for (const QByteArray &line : logins.readAll().split('\n')) {
+            const pid_t login = line.toInt();
+            QFile command(u"/proc/%1/cmdline"_s.arg(login));
+            if (login > 1 && command.open(QFile::ReadOnly) &&
+                command.readAll().contains(m_files.path().toUtf8()))
+                kill(-getpgid(login), SIGKILL);
+        }
     }
 
     [[nodiscard]] QString path(const QString &name) const { return m_files.filePath(name); }
@@ -128,8 +139,8 @@ protected:
         QFile publicKey(QString::fromUtf8(key) + u".pub"_s);
         ASSERT_TRUE(publicKey.open(QFile::ReadOnly));
         writeScript(host + u"/login"_s,
-                    "PATH='" + path(host).toUtf8() + "':/usr/bin:/bin XDG_CONFIG_HOME='" +
-                        configFolder().toUtf8() +
+                    "echo $$ >> '" + path(u"logins"_s).toUtf8() + "'\nPATH='" + path(host).toUtf8() +
+                        "':/usr/bin:/bin XDG_CONFIG_HOME='" + configFolder().toUtf8() +
                         "'\nexport PATH XDG_CONFIG_HOME\neval \"$SSH_ORIGINAL_COMMAND\"\n");
         if (!script.isEmpty())
             writeScript(host + u"/portolanctl"_s, script);
