@@ -39,7 +39,9 @@ private:
         std::string lines = options.empty() ? "" : '\n' + title + ":\n";
         for (const CLI::Option *option : options) {
             const std::string name = make_option_name(option, option->get_positional());
-            lines += line(name + make_option_opts(option), option->get_description());
+            // Which others an option excludes is said where it matters, by the error.
+            const std::string value = make_option_opts(option);
+            lines += line(name + value.substr(0, value.find(" Excludes:")), option->get_description());
         }
         return lines;
     }
