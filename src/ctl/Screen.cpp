@@ -179,8 +179,8 @@ bool Screen::show(const QList<StyledLine> &lines, std::optional<qsizetype> highl
         move(int(row), 0);
         for (const StyledText &piece : lines[row]) {
             // Reversed colours would be patches of other backgrounds.
-            const bool isPlain = m_depth == TerminalColors::Depth::None ||
-                                 (reverse && piece.style != TextStyle::Strong);
+            const bool isPlain =
+                m_depth == TerminalColors::Depth::None || (reverse && piece.style != TextStyle::Strong);
             setAttributes(isPlain ? TextStyle::Plain : piece.style, reverse);
             const std::wstring text = piece.text.toStdWString();
             addnwstr(text.data(), int(text.size()));
