@@ -1,21 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "ListedService.h"
 
-#include "TerminalText.h"
 #include "VisibleList.h"
 
 #include <algorithm>
 
 namespace portolan {
-
-using namespace Qt::StringLiterals;
-
-QString ListedService::description() const
-{
-    const QString text = u"%1 (process %2, port %3)"_s.arg(service.displayName, QString::number(service.pid),
-                                                           QString::number(service.port));
-    return TerminalText::harmless(host.isEmpty() ? text : text + u" on "_s + host);
-}
 
 QList<ListedService> ListedService::visible(QList<ListedService> all, const QString &searchText,
                                             SortOrder order)

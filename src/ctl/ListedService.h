@@ -3,6 +3,7 @@
 
 #include "Service.h"
 #include "SortOrder.h"
+#include "TerminalText.h"
 
 #include <QList>
 #include <QString>
@@ -25,7 +26,13 @@ struct ListedService
     [[nodiscard]] QString key() const { return host + u' ' + service.id(); }
 
     /// How it is spoken of, without control characters: "Shop (process 4242, port 3000) on web1".
-    [[nodiscard]] QString description() const;
+    [[nodiscard]] QString description() const
+    {
+        const QString text =
+            QStringLiteral("%1 (process %2, port %3)")
+                .arg(service.displayName, QString::number(service.pid), QString::number(service.port));
+        return TerminalText::harmless(host.isEmpty() ? text : text + QStringLiteral(" on ") + host);
+    }
 
     friend bool operator==(const ListedService &, const ListedService &) = default;
 
