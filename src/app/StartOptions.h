@@ -7,10 +7,8 @@
 
 #include <variant>
 
-namespace portolan {
-
 /// The command line of portolan.
-namespace StartOptions {
+namespace portolan::StartOptions {
 
 /// What is printed instead of starting: the help, the version, or one line that says why the command line is
 /// refused.
@@ -23,6 +21,4 @@ struct Reply
 /// Reads the arguments of main().
 [[nodiscard]] std::variant<StartRequest, Reply> parse(int argc, const char *const *argv);
 
-} // namespace StartOptions
-
-} // namespace portolan
+} // namespace portolan::StartOptions

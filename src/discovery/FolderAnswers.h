@@ -7,11 +7,9 @@
 #include <atomic>
 #include <cstdint>
 
-namespace portolan {
-
 /// What FolderReader and its child process say to each other. The child reads questions, a header and a path
 /// each, and answers each in turn with pieces, a length and as many bytes each, up to one of no bytes.
-namespace FolderAnswers {
+namespace portolan::FolderAnswers {
 
 enum class Kind : std::uint32_t { File, Marker, IsFolder };
 
@@ -58,6 +56,4 @@ struct Progress
 /// from one with threads may: no allocation, no lock.
 void serve(int connection, Progress &progress);
 
-} // namespace FolderAnswers
-
-} // namespace portolan
+} // namespace portolan::FolderAnswers

@@ -5,14 +5,10 @@
 
 #include <QString>
 
-namespace portolan {
-
-namespace PortScanner {
+namespace portolan::PortScanner {
 
 /// Whether a listener is one that a developer wants to see, by its command name, else by its folder.
 [[nodiscard]] bool isDevServer(const QString &command, const std::optional<QString> &folder,
                                const QStringList &homes);
 
-} // namespace PortScanner
-
-} // namespace portolan
+} // namespace portolan::PortScanner

@@ -4,11 +4,9 @@
 #include <QByteArrayView>
 #include <QString>
 
-namespace portolan {
-
 /// Names as lsof prints them in a UTF-8 locale: in one line, with an escape in place of every byte that is
 /// not part of a printable character. Pure functions.
-namespace PrintedName {
+namespace portolan::PrintedName {
 
 /// How `name` is printed.
 [[nodiscard]] QString of(QByteArrayView name);
@@ -17,6 +15,4 @@ namespace PrintedName {
 /// form ("^["): a caret may just as well be one.
 [[nodiscard]] QString plain(const QString &printed);
 
-} // namespace PrintedName
-
-} // namespace portolan
+} // namespace portolan::PrintedName

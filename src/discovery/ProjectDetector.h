@@ -9,10 +9,8 @@
 #include <optional>
 #include <vector>
 
-namespace portolan {
-
 /// What to call a listening process, and what kind of project it belongs to.
-namespace ProjectDetector {
+namespace portolan::ProjectDetector {
 
 struct Project
 {
@@ -36,6 +34,4 @@ struct Subject
 [[nodiscard]] std::vector<Project> detect(const std::vector<Subject> &subjects, FolderReader &files,
                                           const FolderReader::Limits &limits);
 
-} // namespace ProjectDetector
-
-} // namespace portolan
+} // namespace portolan::ProjectDetector

@@ -6,9 +6,7 @@
 #include <QByteArray>
 #include <QJsonObject>
 
-namespace portolan {
-
-namespace ProjectDetector {
+namespace portolan::ProjectDetector {
 
 /// What the command name alone says.
 [[nodiscard]] Framework frameworkForCommand(const QString &command);
@@ -30,6 +28,4 @@ namespace ProjectDetector {
 [[nodiscard]] std::optional<Project> detectFromPackage(const QByteArray &json, const QString &folderName,
                                                        const QString &command);
 
-} // namespace ProjectDetector
-
-} // namespace portolan
+} // namespace portolan::ProjectDetector

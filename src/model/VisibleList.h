@@ -9,11 +9,9 @@
 #include <QSet>
 #include <QString>
 
-namespace portolan {
-
 /// The list as it is shown: narrowed by the search text, pinned services first, in the chosen order. Pure
 /// functions.
-namespace VisibleList {
+namespace portolan::VisibleList {
 
 struct Criteria
 {
@@ -40,6 +38,4 @@ struct Criteria
 /// Whether at least two of `services` match the search text, so that pins and order matter.
 [[nodiscard]] bool hasOrder(const QList<Service> &services, const QString &searchText);
 
-} // namespace VisibleList
-
-} // namespace portolan
+} // namespace portolan::VisibleList

@@ -13,10 +13,8 @@
 
 #include <unistd.h>
 
-namespace portolan {
-
 /// What a program that this one starts gets of it, and what not.
-namespace ChildSetup {
+namespace portolan::ChildSetup {
 
 /// Whether the environment entry `assignment` ("NAME=value") is for other programs too, as all are that the
 /// user has set, and not the desktop's token to activate this one.
@@ -74,6 +72,4 @@ template <typename What>
     return pid;
 }
 
-} // namespace ChildSetup
-
-} // namespace portolan
+} // namespace portolan::ChildSetup

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-namespace portolan {
-
 /// How many descriptors this program may have open. A desktop gives its programs 1,024; a probe of every
 /// server at once can take more.
-namespace DescriptorLimit {
+namespace portolan::DescriptorLimit {
 
 /// Raises the soft limit as far as the program can make use of it and its hard limit allows. Call first in
 /// main(), once.
@@ -18,6 +16,4 @@ void raise();
 /// `most`. For the time between vfork and exec.
 void restore(int most);
 
-} // namespace DescriptorLimit
-
-} // namespace portolan
+} // namespace portolan::DescriptorLimit

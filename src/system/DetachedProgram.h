@@ -6,10 +6,8 @@
 #include <chrono>
 #include <optional>
 
-namespace portolan {
-
 /// Programs that are started for the user and then are on their own.
-namespace DetachedProgram {
+namespace portolan::DetachedProgram {
 
 /// Starts the executable at the absolute path `program`, with `arguments` as they are, and returns without
 /// waiting for it. It lives in a session of its own and outlives this program, leaves no zombie, has
@@ -24,6 +22,4 @@ void start(const QString &program, const QStringList &arguments);
 [[nodiscard]] std::optional<int> startAndWatch(const QString &program, const QStringList &arguments,
                                                std::chrono::milliseconds patience);
 
-} // namespace DetachedProgram
-
-} // namespace portolan
+} // namespace portolan::DetachedProgram

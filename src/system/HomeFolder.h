@@ -4,10 +4,8 @@
 #include <QString>
 #include <QStringList>
 
-namespace portolan {
-
 /// Where the user's own files are, and how paths below that place are recognised and shown.
-namespace HomeFolder {
+namespace portolan::HomeFolder {
 
 /// The home folder of the user in the password database (not $HOME), without trailing slash; empty when the
 /// database knows none. Asked once per program run. Any thread.
@@ -27,6 +25,4 @@ namespace HomeFolder {
 /// `folder` with the text of the first of `homes` that holds it replaced by "~"; unchanged where none does.
 [[nodiscard]] QString abbreviated(const QString &folder, const QStringList &homes);
 
-} // namespace HomeFolder
-
-} // namespace portolan
+} // namespace portolan::HomeFolder

@@ -12,10 +12,8 @@
 #include <fcntl.h>
 #include <sys/types.h>
 
-namespace portolan {
-
 /// Small, allocation-free access to /proc. Blocks for no longer than the kernel needs to print a table.
-namespace ProcFs {
+namespace portolan::ProcFs {
 
 /// The text "/proc/PID/NAME" or "/proc/PID/fd/NUMBER".
 class Path
@@ -101,6 +99,4 @@ private:
     unsigned m_first = 0;
 };
 
-} // namespace ProcFs
-
-} // namespace portolan
+} // namespace portolan::ProcFs

@@ -1,15 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-namespace portolan {
-
 /// Standard input, output and error of the process.
-namespace StandardStreams {
+namespace portolan::StandardStreams {
 
 /// Opens nothingness in the place of those that were closed when the program started, so that nothing else is
 /// opened there and written to by accident. Writing to it fails, as to a closed one. Call first in main().
 void reserve();
 
-} // namespace StandardStreams
-
-} // namespace portolan
+} // namespace portolan::StandardStreams

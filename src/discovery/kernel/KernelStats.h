@@ -3,10 +3,8 @@
 
 #include "ProcessStats.h"
 
-namespace portolan {
-
 /// What is calculated from the kernel's figures of a process, with the rounding of ps. Pure functions.
-namespace KernelStats {
+namespace portolan::KernelStats {
 
 /// Times are in clock ticks.
 struct Figures
@@ -23,6 +21,4 @@ struct Figures
 /// Clock ticks since boot for a time in hundredths of a second.
 [[nodiscard]] unsigned long long ticksSinceBoot(long long centiseconds, long ticksPerSecond);
 
-} // namespace KernelStats
-
-} // namespace portolan
+} // namespace portolan::KernelStats

@@ -8,9 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace portolan {
-
-namespace ListeningSockets {
+namespace portolan::ListeningSockets {
 
 /// The kernel's answer to a question on its netlink socket; absent where it does not take such questions.
 [[nodiscard]] std::optional<std::vector<ListeningSocket>> fromNetlink();
@@ -27,6 +25,4 @@ enum class Dump { goesOn, done, failed };
 /// other form are skipped.
 [[nodiscard]] std::vector<ListeningSocket> parseTable(std::string_view text, bool isIpv6);
 
-} // namespace ListeningSockets
-
-} // namespace portolan
+} // namespace portolan::ListeningSockets

@@ -5,15 +5,11 @@
 
 #include <memory>
 
-namespace portolan {
-
 /// The process source of this machine.
-namespace SystemSource {
+namespace portolan::SystemSource {
 
 /// The kernel's tables; the tools with PORTOLAN_TOOLS=external in the environment, and where /proc cannot be
 /// read.
 [[nodiscard]] std::unique_ptr<ProcessSource> make();
 
-} // namespace SystemSource
-
-} // namespace portolan
+} // namespace portolan::SystemSource

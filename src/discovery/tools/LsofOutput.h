@@ -9,10 +9,8 @@
 
 #include <optional>
 
-namespace portolan {
-
 // How what lsof prints is read. Pure functions.
-namespace PortScanner {
+namespace portolan::PortScanner {
 
 /// The listeners in lsof's field output, in its order. Malformed lines are skipped one by one.
 [[nodiscard]] QList<RawListener> parseListeners(const QString &output);
@@ -24,6 +22,4 @@ namespace PortScanner {
 /// The working folder in lsof's answer about `pid`, with lsof's escapes undone.
 [[nodiscard]] std::optional<QString> parseCwd(qint32 pid, const QString &output);
 
-} // namespace PortScanner
-
-} // namespace portolan
+} // namespace portolan::PortScanner

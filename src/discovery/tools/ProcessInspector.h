@@ -8,11 +8,9 @@
 
 #include <optional>
 
-namespace portolan {
-
 /// How what ps prints is read: how long a process has run, its share of the CPU and its memory. Pure
 /// functions.
-namespace ProcessInspector {
+namespace portolan::ProcessInspector {
 
 /// The figures in the answer of ps about one process; absent when there is no such process. A column that is
 /// no number counts 0.
@@ -22,6 +20,4 @@ namespace ProcessInspector {
 /// is too large for 64 bits stays at their end.
 [[nodiscard]] qint64 parseETime(QStringView text);
 
-} // namespace ProcessInspector
-
-} // namespace portolan
+} // namespace portolan::ProcessInspector

@@ -5,11 +5,9 @@
 
 #include <optional>
 
-namespace portolan {
-
 /// Numbers as the tools print them. Qt's and C's own conversions take more: spaces, other digits, other
 /// bases.
-namespace StrictNumber {
+namespace portolan::StrictNumber {
 
 /// The whole text as a decimal integer: an optional sign, then ASCII digits only. Nothing for any other text
 /// and for a value out of range.
@@ -19,6 +17,4 @@ namespace StrictNumber {
 /// The whole text as a finite decimal number with "." as decimal point; an exponent is allowed.
 [[nodiscard]] std::optional<double> toDouble(QStringView text);
 
-} // namespace StrictNumber
-
-} // namespace portolan
+} // namespace portolan::StrictNumber
