@@ -5,10 +5,8 @@
 
 #include <QByteArrayView>
 
-namespace portolan {
-
 /// What standard output is connected to, and writing to it and to standard error.
-namespace Output {
+namespace portolan::Output {
 
 struct Size
 {
@@ -38,6 +36,4 @@ void printError(const QString &message);
 /// returns false.
 [[nodiscard]] bool write(QByteArrayView bytes);
 
-} // namespace Output
-
-} // namespace portolan
+} // namespace portolan::Output

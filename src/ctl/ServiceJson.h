@@ -9,10 +9,8 @@
 
 #include <optional>
 
-namespace portolan {
-
 /// The list as JSON for programs, as docs/portolanctl.schema.json describes it. Pure functions.
-namespace ServiceJson {
+namespace portolan::ServiceJson {
 
 /// An array of objects in the given order, as UTF-8 text ended by a line feed, `Compact` on one line.
 /// Characters that a terminal might interpret are written as JSON escapes.
@@ -22,6 +20,4 @@ namespace ServiceJson {
 /// schema anywhere. What it holds besides the schema's keys is ignored.
 [[nodiscard]] std::optional<QList<ListedService>> read(const QByteArray &json, const QString &host);
 
-} // namespace ServiceJson
-
-} // namespace portolan
+} // namespace portolan::ServiceJson

@@ -64,7 +64,7 @@ QString severalText(const ServiceOperand &operand, const QList<ListedService> &c
 {
     QString text = QString::number(candidates.size());
     if (!operand.name.isEmpty())
-        text += u" servers are called '%1', name one by its id:"_s.arg(TerminalText::harmless(operand.name));
+        text += u" servers match '%1', name one by its id:"_s.arg(TerminalText::harmless(operand.name));
     else
         text += u" processes listen on port %1, name one by its id:"_s.arg(operand.port);
     for (const ListedService &listed : candidates) {

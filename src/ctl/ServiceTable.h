@@ -8,10 +8,8 @@
 
 #include <optional>
 
-namespace portolan {
-
 /// The list as a table for people, and the text shown instead of an empty one. Pure functions.
-namespace ServiceTable {
+namespace portolan::ServiceTable {
 
 struct Layout
 {
@@ -28,6 +26,4 @@ struct Layout
 /// what does, that nothing matches. Where it is wider than the terminal, only its first half.
 [[nodiscard]] StyledLine emptyText(bool isSearching, std::optional<int> columns);
 
-} // namespace ServiceTable
-
-} // namespace portolan
+} // namespace portolan::ServiceTable

@@ -4,11 +4,9 @@
 #include <QString>
 #include <QStringView>
 
-namespace portolan {
-
 /// Texts from outside the program (names, commands, folders) made safe for a terminal and cut to its width.
 /// Pure functions.
-namespace TerminalText {
+namespace portolan::TerminalText {
 
 /// `text` with everything that a terminal would interpret, or that would reorder or hide other text, replaced
 /// by something visible: control characters by their Unicode control pictures, the others by U+FFFD.
@@ -23,6 +21,4 @@ namespace TerminalText {
 /// The same, cut in the middle; more of the end is kept than of the start, as the end of a path tells more.
 [[nodiscard]] QString elidedInTheMiddle(QStringView text, int columns);
 
-} // namespace TerminalText
-
-} // namespace portolan
+} // namespace portolan::TerminalText

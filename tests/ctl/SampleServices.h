@@ -4,10 +4,8 @@
 #include "HomeFolder.h"
 #include "Service.h"
 
-namespace portolan {
-
 /// Services as a scan might find them.
-namespace SampleServices {
+namespace portolan::SampleServices {
 
 inline Service shop()
 {
@@ -43,6 +41,4 @@ inline Service stranger()
             .framework = Framework::java};
 }
 
-} // namespace SampleServices
-
-} // namespace portolan
+} // namespace portolan::SampleServices

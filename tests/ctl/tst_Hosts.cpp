@@ -444,7 +444,7 @@ TEST_F(Hosts, StopTheServerThatIsMeant)
     EXPECT_EQ(ambiguous.status, 1);
     EXPECT_EQ(ambiguous.output, QByteArray());
     const QString error = QString::fromUtf8(ambiguous.error);
-    EXPECT_TRUE(error.startsWith(u"portolanctl: 2 servers are called 'shop', name one by its id:\n"_s));
+    EXPECT_TRUE(error.startsWith(u"portolanctl: 2 servers match 'shop', name one by its id:\n"_s));
     EXPECT_TRUE(error.contains(u"  web1  %1  shop-front  "_s.arg(one.id()))) << error.toStdString();
     EXPECT_TRUE(one.isRunning() && two.isRunning());
 

@@ -121,7 +121,7 @@ TEST(ServiceOperand, SaysWhatIsWrongWithIt)
         return ServiceOperand::choose({operand}, shops, Meaning::oneServer).problems;
     };
     EXPECT_EQ(problemsOf({.name = u"sho"_s}),
-              QStringList{u"3 servers are called 'sho', name one by its id:\n  1-3001  shop-front\n"
+              QStringList{u"3 servers match 'sho', name one by its id:\n  1-3001  shop-front\n"
                           "  2-3002  Shop-Back\n  web1  3-3003  shop"_s});
     EXPECT_EQ(problemsOf({.name = u"sho\x1b"_s}), QStringList{u"no server is called 'sho␛'"_s});
     EXPECT_EQ(problemsOf({.port = 1}), QStringList{u"no server on port 1"_s});

@@ -223,7 +223,7 @@ TEST_F(StopCommand, StopsNothingWhereANameIsAmbiguous)
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.output, QByteArray());
     const QString error = QString::fromUtf8(outcome.error);
-    EXPECT_TRUE(error.startsWith(u"portolanctl: 2 servers are called 'twin', name one by its id:\n"_s));
+    EXPECT_TRUE(error.startsWith(u"portolanctl: 2 servers match 'twin', name one by its id:\n"_s));
     EXPECT_TRUE(error.contains(u"  %1  twin-a  "_s.arg(a.id())) &&
                 error.contains(u"  %1  twin-b  "_s.arg(b.id())));
     EXPECT_TRUE(a.isRunning() && b.isRunning() && other.isRunning());

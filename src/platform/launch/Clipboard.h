@@ -3,15 +3,11 @@
 
 #include <QString>
 
-namespace portolan {
-
 /// The desktop's clipboard.
-namespace Clipboard {
+namespace portolan::Clipboard {
 
 /// Replaces the content of the clipboard by `text`. Main thread of a QGuiApplication. On Wayland it works
 /// only while a click or key of the user is handled.
 void setText(const QString &text);
 
-} // namespace Clipboard
-
-} // namespace portolan
+} // namespace portolan::Clipboard

@@ -7,15 +7,11 @@
 #include <chrono>
 #include <functional>
 
-namespace portolan {
-
-namespace FileManager {
+namespace portolan::FileManager {
 
 /// As the public function, on the given bus; `fallback` is called with the folder if the file manager on that
 /// bus fails or does not answer within `timeout`.
 void show(const QString &folder, const QDBusConnection &bus, std::chrono::milliseconds timeout,
           const std::function<void(const QString &folder)> &fallback);
 
-} // namespace FileManager
-
-} // namespace portolan
+} // namespace portolan::FileManager

@@ -3,15 +3,11 @@
 
 #include <QString>
 
-namespace portolan {
-
 /// The user's terminal emulator.
-namespace Terminal {
+namespace portolan::Terminal {
 
 /// Opens a terminal window that runs the user's shell in the folder at the absolute path `folder`. Does not
 /// wait for the terminal. Does nothing if no terminal emulator is installed.
 void open(const QString &folder);
 
-} // namespace Terminal
-
-} // namespace portolan
+} // namespace portolan::Terminal

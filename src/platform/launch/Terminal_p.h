@@ -7,9 +7,7 @@
 
 #include <optional>
 
-namespace portolan {
-
-namespace Terminal {
+namespace portolan::Terminal {
 
 /// The command that opens a terminal window.
 struct Invocation
@@ -29,6 +27,4 @@ struct Invocation
 [[nodiscard]] std::optional<Invocation> commandFor(const QString &folder,
                                                    const QProcessEnvironment &environment);
 
-} // namespace Terminal
-
-} // namespace portolan
+} // namespace portolan::Terminal

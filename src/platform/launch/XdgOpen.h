@@ -6,10 +6,8 @@
 
 #include <chrono>
 
-namespace portolan {
-
 /// Opens addresses and folders with the user's default applications, by running xdg-open.
-namespace XdgOpen {
+namespace portolan::XdgOpen {
 
 /// Whether xdg-open is on $PATH.
 [[nodiscard]] bool isInstalled();
@@ -26,6 +24,4 @@ void address(const QUrl &url);
 /// Opens the folder at the absolute path `folder`. Does not wait and reports no failure.
 void folder(const QString &folder);
 
-} // namespace XdgOpen
-
-} // namespace portolan
+} // namespace portolan::XdgOpen

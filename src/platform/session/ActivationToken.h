@@ -3,11 +3,9 @@
 
 #include <QString>
 
-namespace portolan {
-
 /// The XDG activation token, which a Wayland compositor demands before a window may take the focus. The panel
 /// or launcher that the user clicked passes it on.
-namespace ActivationToken {
+namespace portolan::ActivationToken {
 
 /// The token in the environment of this process; empty if there is none.
 [[nodiscard]] QString ofThisStart();
@@ -16,6 +14,4 @@ namespace ActivationToken {
 /// platforms than Wayland, so that programs started later do not inherit an unused token.
 void keep(const QString &token);
 
-} // namespace ActivationToken
-
-} // namespace portolan
+} // namespace portolan::ActivationToken

@@ -6,10 +6,8 @@
 
 #include <optional>
 
-namespace portolan {
-
 /// The display server of this session.
-namespace DisplayServer {
+namespace portolan::DisplayServer {
 
 /// The Qt platform plug-in to use: an empty name if QT_QPA_PLATFORM is set, so that Qt follows it; no value
 /// if no display server accepts a connection. X11 (Xwayland) is preferred to Wayland, because a Wayland
@@ -25,6 +23,4 @@ namespace DisplayServer {
 /// is over X11 windows, and Wayland does not tell: no value. Needs the QGuiApplication.
 [[nodiscard]] std::optional<QPoint> pointer();
 
-} // namespace DisplayServer
-
-} // namespace portolan
+} // namespace portolan::DisplayServer

@@ -6,10 +6,8 @@
 
 class QWindow;
 
-namespace portolan {
-
 /// What Qt has no API for between a window and the window manager.
-namespace WindowHints {
+namespace portolan::WindowHints {
 
 /// Keeps `window` out of the task bar, the pager and the window switcher. Call it before every show(): the
 /// window manager removes the hint when the window is hidden. Does nothing unless the display is X11.
@@ -26,6 +24,4 @@ void showMenu(QWindow &window, QPoint position);
 /// Whether translucent windows are blended with what is below them.
 [[nodiscard]] bool isComposited();
 
-} // namespace WindowHints
-
-} // namespace portolan
+} // namespace portolan::WindowHints

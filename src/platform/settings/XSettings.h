@@ -4,10 +4,8 @@
 #include <QByteArray>
 #include <QVariant>
 
-namespace portolan {
-
 /// The settings that a desktop's settings daemon hands to X11 programs (XSETTINGS). Main thread.
-namespace XSettings {
+namespace portolan::XSettings {
 
 /// The current settings by their names, as integers and strings; empty if there is no daemon or no X11.
 [[nodiscard]] QVariantHash read();
@@ -15,6 +13,4 @@ namespace XSettings {
 /// The settings in `data`, the content of the daemon's property, up to the first that is malformed.
 [[nodiscard]] QVariantHash parse(const QByteArray &data);
 
-} // namespace XSettings
-
-} // namespace portolan
+} // namespace portolan::XSettings

@@ -5,10 +5,8 @@
 #include <QLatin1StringView>
 #include <QString>
 
-namespace portolan {
-
 /// The icon theme in which panels look up the status icon by name.
-namespace StatusIconTheme {
+namespace portolan::StatusIconTheme {
 
 inline constexpr QLatin1StringView IconName("portolan-symbolic");
 
@@ -20,6 +18,4 @@ inline constexpr QLatin1StringView IconName("portolan-symbolic");
 /// to which `svg` is written. Empty if neither exists.
 [[nodiscard]] QString pathWithIcon(const QByteArray &svg);
 
-} // namespace StatusIconTheme
-
-} // namespace portolan
+} // namespace portolan::StatusIconTheme

@@ -6,10 +6,8 @@
 
 class QPainter;
 
-namespace portolan {
-
 /// The brand figure: a disc in the centre with three spokes that end in nodes.
-namespace BrandArt {
+namespace portolan::BrandArt {
 
 /// The outline of the figure in `rect`, to be filled by the non-zero winding rule. The positions of the nodes
 /// scale with both sides of the rectangle, the sizes of discs and spokes with the shorter one.
@@ -25,6 +23,4 @@ bool draw(QPainter *painter, const QRectF &rect);
 /// The figure as the SVG of a symbolic icon, 16 x 16 units, which desktops recolour.
 [[nodiscard]] QByteArray symbolicSvg();
 
-} // namespace BrandArt
-
-} // namespace portolan
+} // namespace portolan::BrandArt

@@ -4,10 +4,8 @@
 #include <QImage>
 #include <QString>
 
-namespace portolan {
-
 /// Renders the symbols of the interface. Main thread.
-namespace SymbolSet {
+namespace portolan::SymbolSet {
 
 /// The side of the square box of a symbol at font size `size`, both in device-independent pixels.
 [[nodiscard]] qreal box(qreal size);
@@ -20,6 +18,4 @@ namespace SymbolSet {
 /// such symbol. Recent images are cached.
 [[nodiscard]] QImage image(const QString &name, int side, qreal stroke);
 
-} // namespace SymbolSet
-
-} // namespace portolan
+} // namespace portolan::SymbolSet

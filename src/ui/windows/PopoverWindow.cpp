@@ -68,8 +68,8 @@ void PopoverWindow::hideEvent(QHideEvent *event)
     RootWindow::hideEvent(event);
 }
 
-// Only the loss of a focus that it had closes the popover: what had it before, such as the icon's menu, may lose
-// it only after the popover has appeared.
+// Only the loss of a focus that it had closes the popover: what had it before, such as the icon's menu, may
+// lose it only after the popover has appeared.
 void PopoverWindow::focusOutEvent(QFocusEvent *event)
 {
     RootWindow::focusOutEvent(event);
