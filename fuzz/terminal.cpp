@@ -7,6 +7,7 @@
 #include "TerminalText.h"
 
 #include <algorithm>
+#include <clocale>
 
 namespace portolan {
 
@@ -21,7 +22,8 @@ static bool isHarmless(QStringView text)
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
 {
-    if (size == 0)
+    static const bool isUtf8 = std::setlocale(LC_CTYPE, "C.UTF-8"); // which widths depend on
+    if (size == 0 || !isUtf8)
         return 0;
     const int columns = data[0];
     const QString text = QString::fromUtf8(QByteArrayView(data + 1, qsizetype(size - 1)));

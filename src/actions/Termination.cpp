@@ -8,7 +8,9 @@
 #include <csignal>
 #include <utility>
 
-void portolan::Termination::start(std::shared_ptr<const ProcessHandle> process, QObject *owner)
+namespace portolan {
+
+void Termination::start(std::shared_ptr<const ProcessHandle> process, QObject *owner)
 {
     process->send(SIGTERM);
     QTimer::singleShot(gracePeriod, Qt::PreciseTimer, owner, [process = std::move(process)] {
@@ -16,3 +18,5 @@ void portolan::Termination::start(std::shared_ptr<const ProcessHandle> process, 
             process->send(SIGKILL);
     });
 }
+
+} // namespace portolan

@@ -16,11 +16,15 @@
 #include "TerminationSignals.h"
 #include "UserDefaults.h"
 
+#include <QDBusConnection>
 #include <QGuiApplication>
 #include <QLoggingCategory>
 #include <QStandardPaths>
 
+#include <array>
 #include <cstdio>
+#include <memory>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 

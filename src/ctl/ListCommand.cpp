@@ -17,7 +17,7 @@ QByteArray table(const Machines &machines, const QList<ListedService> &services)
         layout.columns = Output::size().columns;
     const TerminalColors colors = Output::colors();
     if (services.isEmpty() && Output::isTerminal())
-        return (colors.styled(ServiceTable::emptyText(!machines.services().isEmpty(), layout.columns)) +
+        return (colors.styled(ServiceTable::emptyText(!machines.services().isEmpty(), *layout.columns)) +
                 u'\n')
             .toUtf8();
     QString text;

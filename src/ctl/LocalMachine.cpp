@@ -22,12 +22,12 @@ constexpr std::chrono::milliseconds killTimeout = 2s;
 
 } // namespace
 
-LocalMachine::LocalMachine(UserDefaults &defaults, bool probes)
+LocalMachine::LocalMachine(UserDefaults &defaults, bool probes, std::optional<QSet<qint64>> ports)
     : m_source(SystemSource::make())
     , m_store(
           defaults,
-          [this](std::stop_token stop) {
-              return PortScanner::scan(*m_source, m_files, {.stop = std::move(stop)});
+          [this, ports = std::move(ports)](std::stop_token stop) {
+              return PortScanner::scan(*m_source, m_files, {.stop = std::move(stop), .ports = ports});
           },
           [this, probes](qint64 port) {
               return probes ? m_checker.check(port) : QtFuture::makeReadyFuture(Health::unknown());
@@ -66,14 +66,14 @@ void LocalMachine::stop(const Service &service, const Report &report)
 {
     // A process that has several ports is told once.
     auto process = m_stopping.value(service.pid).lock();
-    const bool isTold = process && !process->waitForEnd(0ms);
+    const bool isTold = bool(process);
     if (!isTold) {
         const auto identity = m_store.identityOf(service);
         process = identity ? std::make_shared<const ProcessHandle>(*identity)
                            : std::make_shared<const ProcessHandle>(service.pid);
         m_stopping[service.pid] = process;
     }
-    const bool hadEnded = process->waitForEnd(0ms);
+    const bool hadEnded = !isTold && process->waitForEnd(0ms);
     const bool isForbidden = !process->send(0);
     if (!isTold && !hadEnded && !isForbidden)
         Termination::start(process, this);
@@ -85,12 +85,14 @@ void LocalMachine::stop(const Service &service, const Report &report)
         if (!hasEnded && !isForbidden && time < Termination::gracePeriod + killTimeout)
             return;
         poll->deleteLater();
+        m_stopping.remove(service.pid); // which may be given to another process
         report(hadEnded      ? u"Had ended"_s
                : hasEnded    ? u"Stopped in %1 s"_s.arg(time.count(), 0, 'f', 1)
                : isForbidden ? u"Belongs to another user"_s
                              : u"Still runs"_s,
                hasEnded);
-        m_store.refresh();
+        if (m_next.isActive()) // while it is watched, the list shows it at once
+            watch();
     });
     poll->start(10ms);
 }

@@ -9,9 +9,11 @@
 #include "UserDefaults.h"
 
 #include <QHash>
+#include <QSet>
 #include <QTimer>
 
 #include <memory>
+#include <optional>
 
 namespace portolan {
 
@@ -23,8 +25,9 @@ class LocalMachine : public Machine
     Q_OBJECT
 
 public:
-    /// Pins are those of `defaults`; `probes`: whether the servers are asked for their health.
-    LocalMachine(UserDefaults &defaults, bool probes);
+    /// Pins are those of `defaults`; `probes`: whether the servers are asked for their health. Of `ports`
+    /// alone; absent: of all.
+    LocalMachine(UserDefaults &defaults, bool probes, std::optional<QSet<qint64>> ports = {});
 
     [[nodiscard]] QList<ListedService> services() const override;
     [[nodiscard]] QDateTime lastUpdated() const override { return m_store.lastUpdated(); }

@@ -23,7 +23,7 @@ QString progressText(const Machines &machines, size_t looked, size_t all)
 {
     if (machines.hasHosts())
         return u"Asking the machines… %1 of %2"_s.arg(looked).arg(all);
-    if (!machines.lastUpdated().isValid())
+    if (!machines.probes() || !machines.lastUpdated().isValid())
         return u"Looking for servers…"_s;
     const QList<ListedService> services = machines.services();
     const auto answered = std::ranges::count_if(services, [](const ListedService &listed) {
@@ -32,16 +32,30 @@ QString progressText(const Machines &machines, size_t looked, size_t all)
     return u"Asking the servers… %1 of %2"_s.arg(answered).arg(services.size());
 }
 
+/// The ports that the operands mean; nothing where one is a name, or there is none.
+std::optional<QSet<qint64>> portsOf(const QList<ServiceOperand> &operands)
+{
+    QSet<qint64> ports;
+    for (const ServiceOperand &operand : operands) {
+        if (!operand.name.isEmpty())
+            return std::nullopt;
+        ports.insert(operand.port);
+    }
+    return operands.isEmpty() ? std::nullopt : std::optional(ports);
+}
+
 } // namespace
 
 Machines::Machines(const CommandLine &line, bool probes)
     : m_defaults(UserDefaults::defaultPath(), UserDefaults::Access::readOnly)
     , m_hasHosts(!line.hosts.isEmpty())
+    , m_probes(probes)
 {
     const auto stored = SortOrder::fromRawValue(m_defaults.string(u"sortOrder"_s).value_or(QString()));
     m_order = line.sort.value_or(stored.value_or(SortOrder::port));
     if (!m_hasHosts)
-        m_machines.emplace(QString(), std::make_unique<LocalMachine>(m_defaults, probes));
+        m_machines.emplace(QString(),
+                           std::make_unique<LocalMachine>(m_defaults, probes, portsOf(line.operands)));
     for (const QString &host : line.hosts)
         m_machines.emplace(host, std::make_unique<RemoteMachine>(host, probes));
     for (const auto &[host, machine] : m_machines) {

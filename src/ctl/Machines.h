@@ -20,10 +20,12 @@ class Machines : public QObject
     Q_OBJECT
 
 public:
-    /// `probes`: whether the servers are asked for their health.
+    /// `probes`: whether the servers are asked for their health. Where all operands are ports or ids, this
+    /// machine is asked about those ports alone.
     Machines(const CommandLine &line, bool probes);
 
     [[nodiscard]] bool hasHosts() const { return m_hasHosts; }
+    [[nodiscard]] bool probes() const { return m_probes; }
     /// The one called `host`, which is one of them; this machine is called "".
     [[nodiscard]] Machine &machine(const QString &host) const { return *m_machines.at(host); }
 
@@ -51,9 +53,11 @@ Q_SIGNALS:
 private:
     UserDefaults m_defaults;
     const bool m_hasHosts;
+    const bool m_probes;
     SortOrder m_order;
-    std::map<QString, std::unique_ptr<Machine>> m_machines; ///< by host
-    QSet<QString> m_printedProblems;                        ///< those that still last
+    std::map<QString, std::unique_ptr<Machine>>
+        m_machines;                  ///< by host, in the order in which ties and problems come
+    QSet<QString> m_printedProblems; ///< those that still last
 };
 
 } // namespace portolan

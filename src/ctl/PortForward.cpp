@@ -16,8 +16,11 @@ namespace {
 /// The same port as there if it is free here, else another that is.
 quint16 freePort(quint16 preferred)
 {
-    QTcpServer server;
-    if (!server.listen(QHostAddress::LocalHost, preferred))
+    // A browser asks for "localhost" at both addresses.
+    QTcpServer server, other;
+    const bool isTaken = !other.listen(QHostAddress::LocalHostIPv6, preferred) &&
+                         other.serverError() == QAbstractSocket::AddressInUseError;
+    if (isTaken || !server.listen(QHostAddress::LocalHost, preferred))
         (void)server.listen(QHostAddress::LocalHost);
     return server.serverPort();
 }

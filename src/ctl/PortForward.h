@@ -15,7 +15,7 @@ class PortForward : public QObject
     Q_OBJECT
 
 public:
-    PortForward(const QString &host, qint64 port, QObject *parent = nullptr);
+    PortForward(const QString &host, qint64 port, QObject *parent);
 
     [[nodiscard]] bool isReady() const { return m_isReady; }
     /// Where the other machine's port is on this one.

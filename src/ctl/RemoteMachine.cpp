@@ -115,9 +115,12 @@ void RemoteMachine::stop(const Service &service, const Report &report)
 {
     auto *run = new SshRun(m_host, {u"stop"_s, service.id()}, this);
     run->setSilenceLimit(silenceLimit);
-    connect(run, &SshRun::ended, this, [run, report](const QString &problem) {
+    // Of which server it speaks, portolanctl there says too.
+    const QString who = ListedService{.service = service}.description() + u": "_s;
+    connect(run, &SshRun::ended, this, [run, report, who](const QString &problem) {
         run->deleteLater();
-        report(problem.isEmpty() ? u"Stopped"_s : problem, problem.isEmpty());
+        const QString text = problem.startsWith(who) ? problem.sliced(who.size()) : problem;
+        report(text.isEmpty() ? u"Stopped"_s : text, problem.isEmpty());
     });
 }
 

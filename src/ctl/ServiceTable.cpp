@@ -20,8 +20,8 @@ constexpr std::array<QStringView, columnCount> headings{
     u"", u"HOST", u"PORT", u"NAME", u"FRAMEWORK", u"STATUS", u"UPTIME", u"CPU", u"MEMORY", u"PID", u"FOLDER"};
 constexpr std::array rightAlignedColumns{Port, Uptime, Cpu, Memory, Pid};
 
-// The columns left out where there is not enough room, in this order, and the
-// widths that long texts are cut to before that.
+// The columns left out where there is not enough room, in this order, and the widths that long texts are cut
+// to before that.
 constexpr std::array optionalColumns{Pid, Memory, Cpu, Folder, Uptime, ServerKind};
 constexpr int maxHostWidth = 20;
 constexpr int minNameWidth = 12;
@@ -176,13 +176,13 @@ QList<StyledLine> ServiceTable::of(const QList<ListedService> &services, const L
     return table;
 }
 
-StyledLine ServiceTable::emptyText(bool isSearching, std::optional<int> columns)
+StyledLine ServiceTable::emptyText(bool isSearching, int columns)
 {
     const QString title = isSearching ? u"No matches"_s : u"Nothing running"_s;
     const QString hint = isSearching ? u" · Try a different name or port."_s
                                      : u" · Start a dev server and it appears here automatically."_s;
-    const bool fits = !columns || title.size() + hint.size() <= *columns;
-    return {{columns ? TerminalText::elided(title, *columns) : title, TextStyle::Strong},
+    const bool fits = title.size() + hint.size() <= columns;
+    return {{TerminalText::elided(title, columns), TextStyle::Strong},
             {fits ? hint : QString(), TextStyle::Faint}};
 }
 

@@ -24,6 +24,6 @@ struct Layout
 
 /// The line shown on a terminal instead of an empty table: that nothing runs or, when `isSearching` hides
 /// what does, that nothing matches. Where it is wider than the terminal, only its first half.
-[[nodiscard]] StyledLine emptyText(bool isSearching, std::optional<int> columns);
+[[nodiscard]] StyledLine emptyText(bool isSearching, int columns);
 
 } // namespace portolan::ServiceTable

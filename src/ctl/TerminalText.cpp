@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <iterator>
 
-#include <locale.h>
 #include <wchar.h>
 
 namespace portolan {
@@ -33,8 +32,7 @@ char32_t harmlessCharacter(char32_t character)
     return Characters::isShowable(character) ? character : replacement;
 }
 
-/// A place between two characters as the reader sees them, and how wide the
-/// text before it is.
+/// A place between two characters as the reader sees them, and how wide the text before it is.
 struct Boundary
 {
     qsizetype position;

@@ -5,7 +5,7 @@
 #include <QStringView>
 
 /// Texts from outside the program (names, commands, folders) made safe for a terminal and cut to its width.
-/// Pure functions.
+/// Widths are those of the locale, which QCoreApplication has made a UTF-8 one.
 namespace portolan::TerminalText {
 
 /// `text` with everything that a terminal would interpret, or that would reorder or hide other text, replaced

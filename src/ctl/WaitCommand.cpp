@@ -10,10 +10,8 @@
 
 #include <QEventLoop>
 #include <QFuture>
-#include <QSet>
 #include <QTimer>
 
-#include <algorithm>
 #include <chrono>
 #include <csignal>
 

@@ -98,7 +98,7 @@ FolderReader::~FolderReader()
     if (m_child) {
         m_child->process.killGroup();
         m_child->connection.close();
-        (void)m_child->process.wait(QDeadlineTimer(ChildProcess::killGracePeriod));
+        (void)m_child->process.wait(QDeadlineTimer(ChildProcess::killTimeout));
     }
 }
 

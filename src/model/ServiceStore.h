@@ -15,7 +15,6 @@
 #include <QProperty>
 #include <QSet>
 #include <QString>
-#include <QStringList>
 
 #include <chrono>
 #include <functional>

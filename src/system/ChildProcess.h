@@ -61,7 +61,7 @@ public:
     [[nodiscard]] pid_t pid() const { return m_pid; }
 
     /// How long to wait for the end of a killed child, which one that is stuck in the kernel outlasts.
-    static constexpr std::chrono::milliseconds killGracePeriod{250};
+    static constexpr std::chrono::milliseconds killTimeout{250};
 
     /// Waits until the child has ended, and reaps it. Returns false at the deadline, or when the descriptor
     /// `interruption` (-1: none) becomes readable.

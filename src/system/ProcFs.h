@@ -12,7 +12,8 @@
 #include <fcntl.h>
 #include <sys/types.h>
 
-/// Small, allocation-free access to /proc. Blocks for no longer than the kernel needs to print a table.
+/// Small access to /proc, which allocates nothing but in readAll(). Blocks for no longer than the kernel
+/// needs to print a table.
 namespace portolan::ProcFs {
 
 /// The text "/proc/PID/NAME" or "/proc/PID/fd/NUMBER".
@@ -33,7 +34,7 @@ private:
 
 /// The start of the file at `path`, as far as one read into `buffer` goes; absent when it cannot be read.
 [[nodiscard]] std::optional<std::string_view> readInto(std::span<char> buffer, const char *path);
-/// The whole file at `path`; empty when it cannot be read.
+/// The file at `path` as far as it can be read.
 [[nodiscard]] std::string readAll(const char *path);
 /// What the symbolic link at `path`, relative to the directory `at`, says. Absent, with errno set, when it
 /// cannot be read or does not fit into `buffer`.

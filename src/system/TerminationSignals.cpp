@@ -18,7 +18,7 @@ namespace {
 int g_event = -1;
 volatile std::sig_atomic_t g_signal = 0;
 
-constexpr std::array Signals{SIGTERM, SIGINT, SIGHUP};
+constexpr std::array handledSignals{SIGTERM, SIGINT, SIGHUP};
 
 void tellEventLoop(int signal)
 {
@@ -57,13 +57,13 @@ TerminationSignals::TerminationSignals()
         m_notifier.setEnabled(false);
         Q_EMIT received(g_signal);
     });
-    for (const int signal : Signals)
+    for (const int signal : handledSignals)
         install(signal, tellEventLoop);
 }
 
 TerminationSignals::~TerminationSignals()
 {
-    for (const int signal : Signals)
+    for (const int signal : handledSignals)
         install(signal, SIG_DFL);
     close(std::exchange(g_event, -1));
 }

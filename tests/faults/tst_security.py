@@ -81,7 +81,7 @@ class Security(Fault):
                     self.assertIn(found[1], ("stat", "statm", "exe", "cwd", "fd"))
                     self.assertRegex(found[2], r"^(/\d+)?$")
                 elif not (home / "x").is_relative_to(path):  # whether its name is a link
-                    self.assertRegex(path, rf"^/(proc|usr|lib|lib64|etc|dev|sys|run|var/run)(/|$)|^{self.folder}/config/")
+                    self.assertRegex(path, rf"^/(proc|usr|lib|lib64|etc|dev|sys|run|var/run|selinux)(/|$)|^{self.folder}/config/")
 
     def test_the_process_that_reads_folders_has_one_descriptor(self):
         program = subprocess.Popen([PORTOLANCTL, "watch", "--json"], stdout=subprocess.PIPE,

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cstring>
 #include <span>
-#include <string>
+#include <string_view>
 
 #include <arpa/inet.h>
 #include <linux/inet_diag.h>

@@ -110,7 +110,7 @@ Shell::Result Shell::run(const QString &path, const QStringList &arguments, cons
 
     const bool timedOut = deadline.hasExpired();
     child->killGroup();
-    if (!child->wait(QDeadlineTimer(ChildProcess::killGracePeriod)) && limits.unreaped)
+    if (!child->wait(QDeadlineTimer(ChildProcess::killTimeout)) && limits.unreaped)
         limits.unreaped->add(*std::move(child));
     return {.timedOut = timedOut};
 }

@@ -8,18 +8,18 @@ namespace portolan {
 using namespace Qt::StringLiterals;
 
 namespace {
-constexpr auto Variable = "XDG_ACTIVATION_TOKEN"; // read by Qt's Wayland plug-in
+constexpr auto variable = "XDG_ACTIVATION_TOKEN"; // read by Qt's Wayland plug-in
 }
 
 QString ActivationToken::ofThisStart()
 {
-    return qEnvironmentVariable(Variable);
+    return qEnvironmentVariable(variable);
 }
 
 void ActivationToken::keep(const QString &token)
 {
     if (!token.isEmpty() && QGuiApplication::platformName().startsWith("wayland"_L1))
-        qputenv(Variable, token.toUtf8());
+        qputenv(variable, token.toUtf8());
 }
 
 } // namespace portolan

@@ -117,8 +117,9 @@ bool DisplayServer::canPlaceWindows()
 std::optional<QPoint> DisplayServer::pointer()
 {
     // Xwayland names its outputs after itself, or runs where the variable tells of the compositor.
+    const QScreen *screen = QGuiApplication::primaryScreen();
     const bool isXwayland = !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
-                            QGuiApplication::primaryScreen()->name().startsWith("XWAYLAND"_L1);
+                            (screen && screen->name().startsWith("XWAYLAND"_L1));
     return canPlaceWindows() && !isXwayland ? std::optional(QCursor::pos()) : std::nullopt;
 }
 

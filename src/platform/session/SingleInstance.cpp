@@ -18,44 +18,44 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr auto ServiceName = "org.portolan.portolan"_L1;
-constexpr auto ObjectPath = "/org/portolan/portolan"_L1;
-constexpr auto Interface = "org.freedesktop.Application"_L1;
-constexpr auto WindowAction = "window"_L1;
-constexpr auto TokenKey = "activation-token"_L1;
+constexpr auto serviceName = "org.portolan.portolan"_L1;
+constexpr auto objectPath = "/org/portolan/portolan"_L1;
+constexpr auto interfaceName = "org.freedesktop.Application"_L1;
+constexpr auto windowAction = "window"_L1;
+constexpr auto tokenKey = "activation-token"_L1;
 
 // The protocol on the socket: one byte as request, one as reply.
-constexpr char OpenRequest = 'o';
-constexpr char WindowRequest = 'w';
-constexpr char Reply = '.';
+constexpr char openRequest = 'o';
+constexpr char windowRequest = 'w';
+constexpr char receipt = '.';
 
-constexpr int TimeoutMs = 3000;
+constexpr int timeoutMs = 3000;
 
 QDBusMessage toCall(StartRequest request)
 {
     QVariantMap platformData;
     if (const QString token = ActivationToken::ofThisStart(); !token.isEmpty())
-        platformData.insert(TokenKey, token);
+        platformData.insert(tokenKey, token);
 
     const bool window = request == StartRequest::Window;
-    QDBusMessage call = QDBusMessage::createMethodCall(ServiceName, ObjectPath, Interface,
+    QDBusMessage call = QDBusMessage::createMethodCall(serviceName, objectPath, interfaceName,
                                                        window ? u"ActivateAction"_s : u"Activate"_s);
     if (window)
-        call << QString(WindowAction) << QVariantList();
+        call << QString(windowAction) << QVariantList();
     return call << platformData;
 }
 
 bool sendOverSocket(const QString &path, StartRequest request)
 {
-    const QDeadlineTimer deadline(TimeoutMs);
+    const QDeadlineTimer deadline(timeoutMs);
     QLocalSocket socket;
     // The other instance takes the lock before it listens, so the first attempts may fail.
-    for (socket.connectToServer(path); !socket.waitForConnected(TimeoutMs); socket.connectToServer(path)) {
+    for (socket.connectToServer(path); !socket.waitForConnected(timeoutMs); socket.connectToServer(path)) {
         if (deadline.hasExpired())
             return false;
         QThread::msleep(20);
     }
-    socket.putChar(request == StartRequest::Window ? WindowRequest : OpenRequest);
+    socket.putChar(request == StartRequest::Window ? windowRequest : openRequest);
     return socket.waitForReadyRead(int(deadline.remainingTime()));
 }
 
@@ -76,13 +76,13 @@ SingleInstance::Outcome SingleInstance::claim(StartRequest request)
 SingleInstance::Outcome SingleInstance::claimOnBus(StartRequest request)
 {
     // Registered before the name is owned: calls may arrive as soon as it is.
-    m_bus.registerObject(ObjectPath, this, QDBusConnection::ExportScriptableSlots);
-    for (const QDeadlineTimer deadline(TimeoutMs); !deadline.hasExpired();) {
-        if (m_bus.registerService(ServiceName))
+    m_bus.registerObject(objectPath, this, QDBusConnection::ExportScriptableSlots);
+    for (const QDeadlineTimer deadline(timeoutMs); !deadline.hasExpired();) {
+        if (m_bus.registerService(serviceName))
             return Outcome::First;
         if (request == StartRequest::None)
             return Outcome::Forwarded;
-        const QDBusMessage reply = m_bus.call(toCall(request), QDBus::Block, TimeoutMs);
+        const QDBusMessage reply = m_bus.call(toCall(request), QDBus::Block, timeoutMs);
         if (reply.type() == QDBusMessage::ReplyMessage)
             return Outcome::Forwarded;
         if (QDBusError(reply).type() != QDBusError::ServiceUnknown)
@@ -117,9 +117,9 @@ void SingleInstance::listen(const QString &socket)
         connect(client, &QLocalSocket::readyRead, this, [this, client] {
             char request = 0;
             client->getChar(&request);
-            client->putChar(Reply);
+            client->putChar(receipt);
             client->disconnectFromServer();
-            Q_EMIT requested(request == WindowRequest ? StartRequest::Window : StartRequest::Open);
+            Q_EMIT requested(request == windowRequest ? StartRequest::Window : StartRequest::Open);
         });
     });
     m_server.setSocketOptions(QLocalServer::UserAccessOption);
@@ -129,7 +129,7 @@ void SingleInstance::listen(const QString &socket)
 
 void SingleInstance::Activate(const QVariantMap &platformData)
 {
-    ActivationToken::keep(platformData.value(TokenKey).toString());
+    ActivationToken::keep(platformData.value(tokenKey).toString());
     Q_EMIT requested(StartRequest::Open);
 }
 
@@ -141,8 +141,8 @@ void SingleInstance::Open(const QStringList &, const QVariantMap &platformData)
 void SingleInstance::ActivateAction(const QString &name, const QVariantList &,
                                     const QVariantMap &platformData)
 {
-    ActivationToken::keep(platformData.value(TokenKey).toString());
-    Q_EMIT requested(name == WindowAction ? StartRequest::Window : StartRequest::Open);
+    ActivationToken::keep(platformData.value(tokenKey).toString());
+    Q_EMIT requested(name == windowAction ? StartRequest::Window : StartRequest::Open);
 }
 
 } // namespace portolan

@@ -29,9 +29,11 @@ public:
     /// $XDG_CONFIG_HOME/portolan/settings.json; in ~/.config if that variable is not an absolute path.
     [[nodiscard]] static QString defaultPath();
 
-    // The value stored under a key; none if there is none of this type.
+    /// The value stored under `key`; none if there is none of this type.
     [[nodiscard]] std::optional<QString> string(QStringView key) const;
+    /// The same.
     [[nodiscard]] std::optional<bool> boolean(QStringView key) const;
+    /// The same.
     [[nodiscard]] std::optional<QList<qint64>> integers(QStringView key) const;
 
     void setString(QStringView key, const QString &value);

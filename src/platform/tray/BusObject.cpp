@@ -41,7 +41,7 @@ bool BusObject::handleMessage(const QDBusMessage &message, const QDBusConnection
         m_second.setRemainingTime(1000);
         m_calls = 0;
     }
-    const bool isFlood = ++m_calls > CallsPerSecond;
+    const bool isFlood = ++m_calls > callsPerSecond;
     if (!isFlood && message.interface() == "org.freedesktop.DBus.Introspectable"_L1)
         return false; // Qt answers it with introspect()
     const bool isProperties = message.interface() == "org.freedesktop.DBus.Properties"_L1;

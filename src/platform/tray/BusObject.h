@@ -43,7 +43,7 @@ class BusObject : public QDBusVirtualObject
 {
 public:
     /// More calls than these are refused, so that a flood cannot fill the memory with replies.
-    static constexpr int CallsPerSecond = 100;
+    static constexpr int callsPerSecond = 100;
 
     struct Method
     {

@@ -10,10 +10,10 @@ namespace portolan {
 namespace {
 
 // Half the size of an icon, which is kept free around the anchor if no panel is known to be there.
-constexpr int AnchorRadius = 12;
+constexpr int anchorRadius = 12;
 
 // Farther from each other than this, two points are not on the same icon.
-constexpr int IconDistance = 64;
+constexpr int iconDistance = 64;
 
 enum class Edge { Top, Bottom, Left, Right };
 
@@ -71,13 +71,13 @@ QPoint PopoverPlacement::clickedPoint(QPoint reported, std::optional<QPoint> poi
     if (reported.isNull())
         return pointer.value_or(fallbackAnchor(screens));
     const QPoint point = fromDevicePixels(reported, screens);
-    return pointer && (*pointer - point).manhattanLength() > IconDistance ? *pointer : point;
+    return pointer && (*pointer - point).manhattanLength() > iconDistance ? *pointer : point;
 }
 
 bool PopoverPlacement::isOnDesktop(QPoint point, QPoint anchor, const QList<ScreenArea> &screens)
 {
     return screenAt(point, screens).available.contains(point) &&
-           (point - anchor).manhattanLength() > IconDistance;
+           (point - anchor).manhattanLength() > iconDistance;
 }
 
 QPoint PopoverPlacement::fallbackAnchor(const QList<ScreenArea> &screens)
@@ -90,25 +90,25 @@ QPoint PopoverPlacement::fallbackAnchor(const QList<ScreenArea> &screens)
 QRect PopoverPlacement::place(QPoint anchor, QSize size, const QList<ScreenArea> &screens)
 {
     const ScreenArea &screen = screenAt(anchor, screens);
-    const QRect free = screen.available.adjusted(Gap, Gap, -Gap, -Gap);
+    const QRect free = screen.available.adjusted(gap, gap, -gap, -gap);
     const QSize fitting(size.width(), std::min(size.height(), free.height()));
-    const QRect icon(anchor - QPoint(AnchorRadius, AnchorRadius),
-                     anchor + QPoint(AnchorRadius, AnchorRadius));
+    const QRect icon(anchor - QPoint(anchorRadius, anchorRadius),
+                     anchor + QPoint(anchorRadius, anchorRadius));
     const bool panelKnown = !screen.available.contains(anchor);
 
     QRect frame(QPoint(anchor.x() - fitting.width() / 2, anchor.y() - fitting.height() / 2), fitting);
     switch (panelEdge(anchor, screen)) {
     case Edge::Top:
-        frame.moveTop(panelKnown ? free.top() : icon.bottom() + 1 + Gap);
+        frame.moveTop(panelKnown ? free.top() : icon.bottom() + 1 + gap);
         break;
     case Edge::Bottom:
-        frame.moveBottom(panelKnown ? free.bottom() : icon.top() - 1 - Gap);
+        frame.moveBottom(panelKnown ? free.bottom() : icon.top() - 1 - gap);
         break;
     case Edge::Left:
-        frame.moveLeft(panelKnown ? free.left() : icon.right() + 1 + Gap);
+        frame.moveLeft(panelKnown ? free.left() : icon.right() + 1 + gap);
         break;
     case Edge::Right:
-        frame.moveRight(panelKnown ? free.right() : icon.left() - 1 - Gap);
+        frame.moveRight(panelKnown ? free.right() : icon.left() - 1 - gap);
         break;
     }
     frame.moveLeft(clampedStart(frame.left(), frame.width(), free.left(), free.right() + 1));

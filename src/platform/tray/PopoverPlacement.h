@@ -23,7 +23,7 @@ struct ScreenArea
 namespace PopoverPlacement {
 
 /// The distance in pixels between the popover and the panel or the edge of the screen.
-inline constexpr int Gap = 4;
+inline constexpr int gap = 4;
 
 /// Where the icon was clicked that a panel reports to have been clicked at `reported`, in device pixels; a
 /// null point if the panel does not say. Where the two are far apart, `pointer` is right: some panels always

@@ -13,7 +13,7 @@ void ReopenGuard::closedByFocusLoss(Clock::time_point now)
 bool ReopenGuard::shouldIgnore(Clock::time_point now)
 {
     const auto lostAt = std::exchange(m_focusLostAt, std::nullopt);
-    return lostAt && now - *lostAt < Interval;
+    return lostAt && now - *lostAt < interval;
 }
 
 } // namespace portolan

@@ -14,7 +14,7 @@ public:
     using Clock = std::chrono::steady_clock;
 
     /// How long after the loss of focus an activation still counts as part of the same click.
-    static constexpr std::chrono::milliseconds Interval{300};
+    static constexpr std::chrono::milliseconds interval{300};
 
     /// Call it when the popover has closed because it lost the focus.
     void closedByFocusLoss(Clock::time_point now);

@@ -12,18 +12,18 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr auto WatcherService = "org.kde.StatusNotifierWatcher"_L1;
-constexpr auto WatcherPath = "/StatusNotifierWatcher"_L1;
-constexpr auto ItemPath = "/StatusNotifierItem"_L1;
-constexpr auto MenuPath = "/MenuBar"_L1;
+constexpr auto watcherService = "org.kde.StatusNotifierWatcher"_L1;
+constexpr auto watcherPath = "/StatusNotifierWatcher"_L1;
+constexpr auto itemPath = "/StatusNotifierItem"_L1;
+constexpr auto menuPath = "/MenuBar"_L1;
 
 // A panel that hangs must not keep the program from showing its window; it is asked again when it may answer.
-constexpr int TimeoutMs = 1000;
-constexpr std::chrono::seconds RetryInterval(10);
+constexpr int timeoutMs = 1000;
+constexpr std::chrono::seconds retryInterval(10);
 
 QDBusMessage registration(const QString &item)
 {
-    QDBusMessage call = QDBusMessage::createMethodCall(WatcherService, WatcherPath, WatcherService,
+    QDBusMessage call = QDBusMessage::createMethodCall(watcherService, watcherPath, watcherService,
                                                        u"RegisterStatusNotifierItem"_s);
     call << item;
     return call;
@@ -31,9 +31,9 @@ QDBusMessage registration(const QString &item)
 
 QDBusMessage hostQuery()
 {
-    QDBusMessage call = QDBusMessage::createMethodCall(WatcherService, WatcherPath,
+    QDBusMessage call = QDBusMessage::createMethodCall(watcherService, watcherPath,
                                                        u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
-    call << QString(WatcherService) << u"IsStatusNotifierHostRegistered"_s;
+    call << QString(watcherService) << u"IsStatusNotifierHostRegistered"_s;
     return call;
 }
 
@@ -42,18 +42,18 @@ QDBusMessage hostQuery()
 SniStatusIcon::SniStatusIcon(const QDBusConnection &bus, const StatusIconArt &art)
     : m_bus(bus)
     , m_menu(menuLabels())
-    , m_item(StatusIconTheme::IconName,
+    , m_item(StatusIconTheme::iconName,
              StatusIconTheme::isRecoloured() ? StatusIconTheme::pathWithIcon(art.symbolicSvg) : QString(),
-             art.images, QDBusObjectPath(MenuPath))
-    , m_watcher(WatcherService, bus, QDBusServiceWatcher::WatchForOwnerChange)
+             art.images, QDBusObjectPath(menuPath))
+    , m_watcher(watcherService, bus, QDBusServiceWatcher::WatchForOwnerChange)
 {
     connect(&m_item, &StatusNotifierItem::activated, this, &StatusIcon::activated);
     connect(&m_menu, &StatusMenu::triggered, this, [this](int id) { chooseMenuEntry(id - 1); });
     // Panels read the item as soon as it is registered, so the objects have to exist before.
-    m_bus.registerVirtualObject(ItemPath, &m_item);
-    m_bus.registerVirtualObject(MenuPath, &m_menu);
+    m_bus.registerVirtualObject(itemPath, &m_item);
+    m_bus.registerVirtualObject(menuPath, &m_menu);
     m_retry.setSingleShot(true);
-    m_retry.setInterval(RetryInterval);
+    m_retry.setInterval(retryInterval);
     connect(&m_retry, &QTimer::timeout, this, &SniStatusIcon::registerItem);
     followWatcher();
     if (m_bus.isConnected())
@@ -64,8 +64,8 @@ SniStatusIcon::SniStatusIcon(const QDBusConnection &bus, const StatusIconArt &ar
 
 SniStatusIcon::~SniStatusIcon()
 {
-    m_bus.unregisterObject(ItemPath);
-    m_bus.unregisterObject(MenuPath);
+    m_bus.unregisterObject(itemPath);
+    m_bus.unregisterObject(menuPath);
 }
 
 void SniStatusIcon::followWatcher()
@@ -79,7 +79,7 @@ void SniStatusIcon::followWatcher()
                     registerItem();
             });
     for (const QString &signal : {u"StatusNotifierHostRegistered"_s, u"StatusNotifierHostUnregistered"_s})
-        m_bus.connect(WatcherService, WatcherPath, WatcherService, signal, this, SLOT(queryHost()));
+        m_bus.connect(watcherService, watcherPath, watcherService, signal, this, SLOT(queryHost()));
 }
 
 void SniStatusIcon::registerItem()
@@ -98,7 +98,7 @@ void SniStatusIcon::queryHost()
 void SniStatusIcon::ask(const QDBusMessage &question,
                         const std::function<void(const QDBusMessage &)> &takeReply)
 {
-    auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(question, TimeoutMs), this);
+    auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(question, timeoutMs), this);
     connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending, takeReply] {
         pending->deleteLater();
         if (!pending->isError())

@@ -18,7 +18,7 @@ namespace {
 // The path of the icon in a folder of icon themes.
 QString symbolicIcon(const QString &themes)
 {
-    return themes + "/hicolor/symbolic/apps/"_L1 + StatusIconTheme::IconName + ".svg"_L1;
+    return themes + "/hicolor/symbolic/apps/"_L1 + StatusIconTheme::iconName + ".svg"_L1;
 }
 
 bool holds(const QString &file, const QByteArray &content)

@@ -13,8 +13,8 @@ namespace portolan {
 using namespace Qt::StringLiterals;
 
 namespace {
-constexpr QSize MinimumSize(22, 22); // for trays that let the icon choose its size
-constexpr QPoint OffScreen(-100, -100);
+constexpr QSize smallestSize(22, 22); // for trays that let the icon choose its size
+constexpr QPoint offScreen(-100, -100);
 } // namespace
 
 XEmbedIconWindow::XEmbedIconWindow(const QList<QImage> &images, bool hasAlpha)
@@ -26,9 +26,9 @@ XEmbedIconWindow::XEmbedIconWindow(const QList<QImage> &images, bool hasAlpha)
     setFormat(surface);
     setFlags(Qt::FramelessWindowHint | Qt::BypassWindowManagerHint | Qt::WindowDoesNotAcceptFocus);
     setTitle(u"Portolan"_s);
-    setGeometry(QRect(OffScreen, MinimumSize));
+    setGeometry(QRect(offScreen, smallestSize));
     create();
-    setMinimumSize(MinimumSize); // after create(), so that the tray can read the hint before show()
+    setMinimumSize(smallestSize); // after create(), so that the tray can read the hint before show()
 }
 
 const QImage &XEmbedIconWindow::imageFor(int side) const

@@ -16,21 +16,21 @@ namespace portolan {
 using namespace Qt::StringLiterals;
 
 namespace {
-constexpr int Border = 4;   // around all entries
-constexpr int Padding = 14; // on both sides of a label
-constexpr int LineSpace = 10;
+constexpr int border = 4;   // around all entries
+constexpr int padding = 14; // on both sides of a label
+constexpr int lineSpace = 10;
 } // namespace
 
 XEmbedMenu::XEmbedMenu(const QStringList &labels)
     : m_labels(labels)
-    , m_entryHeight(QFontMetrics(QGuiApplication::font()).height() + LineSpace)
+    , m_entryHeight(QFontMetrics(QGuiApplication::font()).height() + lineSpace)
 {
     setFlags(Qt::Popup | Qt::FramelessWindowHint);
     setTitle(u"Portolan menu"_s);
     int width = 0;
     for (const QString &label : labels)
         width = std::max(width, QFontMetrics(QGuiApplication::font()).horizontalAdvance(label));
-    resize(width + 2 * (Padding + Border), int(labels.size()) * m_entryHeight + 2 * Border);
+    resize(width + 2 * (padding + border), int(labels.size()) * m_entryHeight + 2 * border);
 }
 
 void XEmbedMenu::open()
@@ -82,7 +82,7 @@ void XEmbedMenu::paintEvent(QPaintEvent *)
         if (isCurrent)
             painter.fillRect(entry(index), palette.color(QPalette::Highlight));
         painter.setPen(palette.color(isCurrent ? QPalette::HighlightedText : QPalette::Text));
-        painter.drawText(entry(index).adjusted(Padding, 0, 0, 0), Qt::AlignVCenter, m_labels[index]);
+        painter.drawText(entry(index).adjusted(padding, 0, 0, 0), Qt::AlignVCenter, m_labels[index]);
     }
 }
 
@@ -122,7 +122,7 @@ void XEmbedMenu::keyPressEvent(QKeyEvent *event)
 
 QRect XEmbedMenu::entry(qsizetype index) const
 {
-    return {Border, Border + int(index) * m_entryHeight, width() - 2 * Border, m_entryHeight};
+    return {border, border + int(index) * m_entryHeight, width() - 2 * border, m_entryHeight};
 }
 
 qsizetype XEmbedMenu::entryAt(QPointF position) const

@@ -10,8 +10,8 @@ namespace portolan {
 
 namespace {
 // As fractions of the icon's size.
-constexpr qreal Corner = 0.25;
-constexpr qreal Figure = 0.66;
+constexpr qreal cornerShare = 0.25;
+constexpr qreal figureShare = 0.66;
 } // namespace
 
 QImage AppIcon::image(int size)
@@ -22,9 +22,9 @@ QImage AppIcon::image(int size)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(Theme::textStrong);
-    painter.drawRoundedRect(QRectF(image.rect()), Corner * size, Corner * size);
+    painter.drawRoundedRect(QRectF(image.rect()), cornerShare * size, cornerShare * size);
 
-    QRectF figure(0, 0, Figure * size, Figure * size);
+    QRectF figure(0, 0, figureShare * size, figureShare * size);
     figure.moveCenter(QRectF(image.rect()).center());
     BrandArt::menuBarImage(size).paint(&painter, figure.toRect());
     return image;

@@ -23,6 +23,7 @@ Q_SIGNALS:
 protected:
     ImageItem();
 
+    /// What the figure is filled or drawn with.
     [[nodiscard]] const QColor &color() const { return m_color; }
     /// The size of the image in device-independent pixels. It is centred in the item.
     [[nodiscard]] virtual QSizeF imageSize() const { return size(); }

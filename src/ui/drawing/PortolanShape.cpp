@@ -5,6 +5,8 @@
 
 #include <QPainter>
 
+#include <utility>
+
 namespace portolan {
 
 QImage PortolanShape::image(const QSize &pixels, qreal) const
@@ -14,7 +16,7 @@ QImage PortolanShape::image(const QSize &pixels, qreal) const
     QPainter painter(&mask);
     BrandArt::draw(&painter, mask.rect());
     painter.end();
-    return tinted(mask);
+    return tinted(std::move(mask));
 }
 
 } // namespace portolan

@@ -53,9 +53,9 @@ bool Presses::eventFilter(QObject *watched, QEvent *event)
     case QEvent::KeyPress:
     case QEvent::KeyRelease:
         return isTrigger(static_cast<QKeyEvent *>(event)->key()) &&
-               withholds(event->type() == QEvent::KeyPress);
+               followKey(event->type() == QEvent::KeyPress);
     case QEvent::FocusOut:
-        withholds(false); // the release goes elsewhere
+        followKey(false); // the release goes elsewhere
         break;
     default:
         break;
@@ -64,7 +64,7 @@ bool Presses::eventFilter(QObject *watched, QEvent *event)
 }
 
 // Not by QKeyEvent::isAutoRepeat() alone: on a busy machine a repeat can arrive as a release and a press.
-bool Presses::withholds(bool isPress)
+bool Presses::followKey(bool isPress)
 {
     m_isKeyDown = isPress;
     if (Clock::now() >= m_keysHeldUntil)

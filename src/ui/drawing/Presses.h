@@ -36,7 +36,7 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    bool withholds(bool isPress);
+    bool followKey(bool isPress);
     void press(const QPointerEvent &event);
     void note(const QPointerEvent &event);
     [[nodiscard]] bool isSoon(const QPointerEvent &event) const;

@@ -3,6 +3,8 @@
 
 #include <QPainter>
 
+#include <utility>
+
 namespace portolan {
 
 QImage SpinnerWheel::image(const QSize &pixels, qreal) const
@@ -24,7 +26,7 @@ QImage SpinnerWheel::image(const QSize &pixels, qreal) const
         painter.rotate(360.0 / spokes);
     }
     painter.end();
-    return tinted(mask);
+    return tinted(std::move(mask));
 }
 
 } // namespace portolan

@@ -32,7 +32,7 @@ PopupMenu {
         order: root.store.sortOrders[3]
     }
     Item {
-        implicitWidth: 20
+        implicitWidth: 1 // a Column skips items without a width
         implicitHeight: 6
     }
     MenuEntry {

@@ -2,7 +2,7 @@
 import QtQuick
 import Portolan
 
-// Shown during the first scan.
+// Shown while a scan runs and no service is known.
 Item {
     id: root
 

@@ -46,8 +46,7 @@ Row {
 
         symbol: "ellipsis"
         symbolSize: 12
-        help: "More"
-        toolTip: ""
+        label: "More"
         tint: Theme.textMuted
         background: Qt.rgba(1, 1, 1, 0.04)
         Accessible.role: Accessible.ButtonMenu

@@ -6,11 +6,12 @@ import Portolan
 IconButton {
     id: root
 
-    required property string help
+    property string help
 
     implicitWidth: 26
     implicitHeight: 26
     symbolSize: 11.5
     background: root.hovering ? Theme.cardHover : Qt.rgba(1, 1, 1, 0.04)
     label: root.help
+    toolTip: root.help
 }

@@ -10,13 +10,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct StateLook
+struct StateStyle
 {
     QString label;
     QColor color;
 };
 
-StateLook lookOf(const Health &health)
+StateStyle styleOf(const Health &health)
 {
     switch (health.state()) {
     case Health::State::healthy:
@@ -35,7 +35,7 @@ QString stateDescription(const Health &health)
 {
     if (health.isHealthy())
         return u"online, "_s + ServicePresentation::responseTime(health);
-    return health.state() == Health::State::unknown ? u"not checked"_s : lookOf(health).label.toLower();
+    return health.state() == Health::State::unknown ? u"not checked"_s : styleOf(health).label.toLower();
 }
 
 } // namespace
@@ -53,12 +53,12 @@ QColor ServicePresentation::accent(const Framework &framework)
 
 QString ServicePresentation::stateLabel(const Health &health)
 {
-    return lookOf(health).label;
+    return styleOf(health).label;
 }
 
 QColor ServicePresentation::stateColor(const Health &health)
 {
-    return lookOf(health).color;
+    return styleOf(health).color;
 }
 
 QString ServicePresentation::responseTime(const Health &health)

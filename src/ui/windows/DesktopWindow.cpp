@@ -13,8 +13,8 @@
 namespace portolan {
 
 namespace {
-constexpr QSize InitialSize(480, 620);
-constexpr QSize MinimumSize(400, 440);
+constexpr QSize defaultSize(480, 620);
+constexpr QSize smallestSize(400, 440);
 } // namespace
 
 DesktopWindow::DesktopWindow(QQmlEngine &engine, const RootContent &content)
@@ -27,8 +27,8 @@ DesktopWindow::DesktopWindow(QQmlEngine &engine, const RootContent &content)
     for (const int size : {16, 32, 48, 128})
         icon.addPixmap(QPixmap::fromImage(AppIcon::image(size)));
     setIcon(icon);
-    setMinimumSize(MinimumSize);
-    resize(InitialSize);
+    setMinimumSize(smallestSize);
+    resize(defaultSize);
 }
 
 void DesktopWindow::open()

@@ -19,7 +19,7 @@ namespace portolan {
 
 namespace {
 
-constexpr QSize Popover(384, 600);
+constexpr QSize popoverSize(384, 600);
 
 // A screen of 1280 x 800 with a panel of 30 pixels at one of its edges.
 const ScreenArea NoPanel{QRect(0, 0, 1280, 800), QRect(0, 0, 1280, 800)};
@@ -49,7 +49,7 @@ class PopoverPosition : public testing::TestWithParam<PlacementCase>
 TEST_P(PopoverPosition, IsNextToTheIcon)
 {
     const auto &[name, anchor, screens, expected] = GetParam();
-    EXPECT_EQ(PopoverPlacement::place(anchor, Popover, screens), expected);
+    EXPECT_EQ(PopoverPlacement::place(anchor, popoverSize, screens), expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -36,7 +36,7 @@ TEST(ReopenGuard, AcceptsALaterClick)
 {
     ReopenGuard guard;
     guard.closedByFocusLoss(Now);
-    EXPECT_FALSE(guard.shouldIgnore(Now + ReopenGuard::Interval));
+    EXPECT_FALSE(guard.shouldIgnore(Now + ReopenGuard::interval));
 }
 
 TEST(ReopenGuard, CountsFromTheLastFocusLoss)

@@ -113,7 +113,6 @@ TEST_P(SymbolInWindow, IsCentredInALargerItem)
     symbol.setProperty("size", GetParam());
     symbol.setProperty("color", QColor(Qt::white));
     window.put(symbol, {4, 4});
-    symbol.setProperty("size", GetParam());
     symbol.setWidth(symbol.implicitWidth() + 12);
     symbol.setHeight(symbol.implicitHeight() + 8);
     EXPECT_TRUE(window.expected(drawn(symbol, window.scale()), {10, 8}).contains(window.pixels()));
