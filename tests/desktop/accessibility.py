@@ -60,6 +60,13 @@ class Node:
     def children(self):
         return [Node(self._bus, name, path) for name, path in self._call(ACCESSIBLE, "GetChildren")]
 
+    def is_named(self, part_of_name, role=None):
+        """Whether its name contains `part_of_name` and its role, if one is given, is `role`; not if it is gone."""
+        try:
+            return part_of_name in self.name and role in (None, self.role)
+        except dbus.DBusException:
+            return False
+
     def walk(self):
         """All visible nodes below this one."""
         for child in self.children:

@@ -11,6 +11,8 @@ import unittest
 from dataclasses import dataclass
 from pathlib import Path
 
+import dbus
+
 import accessibility
 from session import HERE, TIMEOUT, Session, eventually
 
@@ -196,14 +198,20 @@ class Desktop(Session):
     def all_shown(self, part_of_name="", role=None):
         """All visible nodes with `part_of_name` in their names."""
         for program in accessibility.programs(self._accessibility_bus):
-            if program.name == "portolan":
-                yield from (node for node in program.walk() if part_of_name in node.name and role in (None, node.role))
+            if program.is_named("portolan"):
+                yield from (node for node in program.walk() if node.is_named(part_of_name, role))
 
     def settle(self):
         """Waits until the rows have stood still: a press on one that has just moved counts for nobody."""
         before = None
-        while before != (before := [row.frame for row in self.all_shown(role="list item")]):
+        while before != (before := self._row_frames()) or before is None:
             time.sleep(0.6)
+
+    def _row_frames(self):
+        try:
+            return [row.frame for row in self.all_shown(role="list item")]
+        except dbus.DBusException:
+            return None  # a row was removed in the meantime
 
     def shown(self, part_of_name, role=None):
         """The first of them, or None."""
