@@ -475,6 +475,34 @@ TEST_F(Hosts, OpenThroughAForwardedPortUntilControlC)
     EXPECT_TRUE(eventually([&] { return !accepts(quint16(url.port())); }));
 }
 
+TEST_F(Hosts, OpenTakesNoPortThatABrowserReachesElsewhere)
+{
+    addHost(u"web1"_s, "");
+    FakePrograms programs;
+    programs.install(u"xdg-open"_s);
+    const ScopedEnvironment withBrowser("PATH", programs.folder().toLocal8Bit() + ':' + qgetenv("PATH"));
+    QTcpServer other;
+    ASSERT_TRUE(other.listen(QHostAddress::LocalHostIPv6));
+    PtyProcess open(program, {u"open"_s, u"--host=web1"_s, QString::number(other.serverPort())},
+                    onTerminal());
+    ASSERT_TRUE(open.readUntil([&] { return open.output().contains("Control-C ends the connection."); }))
+        << open.output().toStdString();
+    const QUrl url(programs.record(u"xdg-open"_s).arguments.value(0));
+    EXPECT_GT(url.port(), 0);
+    EXPECT_NE(url.port(), other.serverPort());
+}
+
+TEST_F(Hosts, StopNamesTheServerOnceWhenItFails)
+{
+    const TestServer server = serverOn(u"web1"_s, u"shop"_s);
+    const QString who = u"shop (process %1, port %2)"_s.arg(server.pid()).arg(server.port());
+    addHost(u"web1"_s, "[ $1 = stop ] && { echo 'portolanctl: " + who.toUtf8() +
+                           ": Still runs' >&2; exit 1; }\n" + real(u"web1"_s));
+    const Outcome outcome = run({u"stop"_s, u"--host=web1"_s, server.port()});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(QString::fromUtf8(outcome.error), u"portolanctl: "_s + who + u" on web1: Still runs\n"_s);
+}
+
 TEST_F(Hosts, OpenSaysWhyNotInALine)
 {
     writeFile(u"ssh_config"_s, "Host closed\n  HostName 127.0.0.1\n  Port 1\n", QFile::Append);

@@ -10,7 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstring>
 
 namespace portolan {
@@ -21,23 +20,28 @@ using namespace Qt::StringLiterals;
 class LocalMachineStop : public testing::Test
 {
 protected:
-    LocalMachineStop() { QDir::setCurrent(m_folder.path()); }
+    LocalMachineStop()
+    {
+        QDir::setCurrent(m_folder.path());
+        QObject::connect(&m_machine, &Machine::looked, &m_machine, [this] { m_hasLooked = true; });
+    }
     ~LocalMachineStop() override { QDir::setCurrent(m_previousFolder); }
 
-    /// What a scan finds of the process.
-    Service scanned(pid_t pid)
+    /// What a scan finds of the process: a service for each of its ports, never none.
+    QList<Service> allScanned(pid_t pid)
     {
-        bool hasLooked = false;
-        QObject context;
-        QObject::connect(&m_machine, &Machine::looked, &context, [&] { hasLooked = true; });
+        m_hasLooked = false;
         m_machine.look();
-        EXPECT_TRUE(eventually([&] { return hasLooked; }));
-        const QList<ListedService> services = m_machine.services();
-        const auto found =
-            std::ranges::find_if(services, [pid](const auto &one) { return one.service.pid == pid; });
-        EXPECT_NE(found, services.end());
-        return found == services.end() ? Service() : found->service;
+        EXPECT_TRUE(eventually([&] { return m_hasLooked; }));
+        QList<Service> found;
+        for (const ListedService &listed : m_machine.services()) {
+            if (listed.service.pid == pid)
+                found.append(listed.service);
+        }
+        EXPECT_FALSE(found.isEmpty());
+        return found.isEmpty() ? QList{Service()} : found;
     }
+    Service scanned(pid_t pid) { return allScanned(pid).constFirst(); }
 
     /// What the stop reports; "!" before it where the server still runs.
     QString stop(const Service &service)
@@ -50,11 +54,22 @@ protected:
         return report;
     }
 
+    /// Looks, which ends at once where a scan is under way.
+    bool isScanning()
+    {
+        m_hasLooked = false;
+        m_machine.look();
+        return m_hasLooked;
+    }
+
+    LocalMachine &machine() { return m_machine; }
+
 private:
     const QString m_previousFolder = QDir::currentPath();
     const QTemporaryDir m_folder{HomeFolder::path() + u"/portolan-test-XXXXXX"_s};
     const LocalSocket m_socket = LocalSocket::listening("127.0.0.1");
     UserDefaults m_settings{m_folder.filePath(u"settings.json"_s), UserDefaults::Access::readOnly};
+    bool m_hasLooked = false;
     LocalMachine m_machine{m_settings, false};
 };
 
@@ -63,6 +78,28 @@ TEST_F(LocalMachineStop, EndsTheProcess)
     TestChild child(TestChild::endsOnTerm);
     EXPECT_TRUE(stop(scanned(child.pid())).startsWith(u"Stopped in "_s));
     EXPECT_EQ(child.collect(), SIGTERM);
+}
+
+TEST_F(LocalMachineStop, IsOfTheProcessWhicheverOfItsPortsIsMeant)
+{
+    const LocalSocket second = LocalSocket::listening("127.0.0.1");
+    TestChild child(TestChild::endsOnTerm);
+    const QList<Service> services = allScanned(child.pid());
+    ASSERT_EQ(services.size(), 2);
+    QStringList reports;
+    for (const Service &service : services)
+        machine().stop(service, [&](const QString &text, bool) { reports += text; });
+    EXPECT_TRUE(eventually([&] { return reports.size() == 2; }));
+    for (const QString &report : reports)
+        EXPECT_TRUE(report.startsWith(u"Stopped in "_s)) << report.toStdString();
+    EXPECT_EQ(child.collect(), SIGTERM);
+}
+
+TEST_F(LocalMachineStop, IsFollowedByNoScan)
+{
+    TestChild child(TestChild::endsOnTerm);
+    EXPECT_TRUE(stop(scanned(child.pid())).startsWith(u"Stopped in "_s));
+    EXPECT_FALSE(isScanning());
 }
 
 TEST_F(LocalMachineStop, SaysThatAProcessHadEnded)

@@ -36,13 +36,15 @@ XEmbedMenu::XEmbedMenu(const QStringList &labels)
 void XEmbedMenu::open()
 {
     const QPoint pointer = QCursor::pos();
-    const QScreen *at = QGuiApplication::screenAt(pointer);
-    const QRect free = (at ? at : QGuiApplication::primaryScreen())->geometry();
-    // Towards the middle of the screen, so that the tray at its edge stays visible.
     QRect frame(pointer, size());
-    if (frame.bottom() > free.bottom())
-        frame.moveBottom(pointer.y());
-    frame.moveLeft(std::clamp(frame.x(), free.left(), free.right() + 1 - frame.width()));
+    if (const QScreen *at = QGuiApplication::screenAt(pointer)) {
+        // Towards the middle of the screen, so that the tray at its edge stays visible.
+        const QRect free = at->geometry();
+        if (frame.bottom() > free.bottom())
+            frame.moveBottom(pointer.y());
+        frame.moveLeft(
+            std::clamp(frame.x(), free.left(), std::max(free.left(), free.right() + 1 - frame.width())));
+    }
     m_current = -1;
     setPosition(frame.topLeft());
     show();

@@ -12,6 +12,8 @@ PopupMenu {
 
     signal togglePin
 
+    Accessible.name: root.service.displayName
+
     MenuEntry {
         text: "Open in Browser"
         onTriggered: root.actions.openInBrowser(root.service)

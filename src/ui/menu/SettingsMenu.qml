@@ -12,6 +12,8 @@ PopupMenu {
     // What the desktop holds as the menu opens. Only the login item changes it, so the mark shows what came of a change.
     readonly property bool launchAtLogin: root.loginItem.isEnabled()
 
+    Accessible.name: "Settings"
+
     MenuHeading {
         text: "Sort by"
     }
