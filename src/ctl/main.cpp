@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 
 #include <csignal>
+#include <cstdlib>
 
 using namespace portolan;
 
@@ -60,5 +61,6 @@ int main(int argc, char **argv)
         std::signal(status - ExitStatus::endedBy(0), SIG_DFL);
         std::raise(status - ExitStatus::endedBy(0));
     }
-    return status;
+    // Without the end of `application`, which waits for name lookups under way until the resolver gives up.
+    std::_Exit(status);
 }

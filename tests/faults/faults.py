@@ -20,6 +20,7 @@ sys.path.append(str(HERE.parent / "desktop"))
 from session import eventually  # noqa: E402, F401  (used by the tests)
 
 PORTOLANCTL = os.environ.get("PORTOLANCTL", str(HERE.parents[1] / "build/dev/bin/portolanctl"))
+MS_NOSUID, MS_NODEV, MS_BIND = 2, 4, 4096
 ANSWER = b"HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"
 
 
@@ -103,10 +104,9 @@ def take_questions(device):
             print(operation, flush=True)
 
 
-def mount(what, where, kind, options):
+def mount(what, where, kind, options, flags=MS_NOSUID | MS_NODEV):
     libc = ctypes.CDLL(None, use_errno=True)
-    MS_NOSUID, MS_NODEV = 2, 4
-    if libc.mount(what.encode(), str(where).encode(), kind.encode(), MS_NOSUID | MS_NODEV, options.encode()) != 0:
+    if libc.mount(what.encode(), str(where).encode(), kind.encode(), flags, options.encode()) != 0:
         raise unittest.SkipTest(f"mounting is not permitted here: {os.strerror(ctypes.get_errno())}")
 
 

@@ -6,7 +6,7 @@ import socket
 import threading
 import time
 
-from faults import ANSWER, Fault
+from faults import ANSWER, MS_BIND, Fault, mount
 
 OK = ("healthy", 200)
 UNREACHABLE = ("unreachable", None)
@@ -47,6 +47,16 @@ class Probes(Fault):
         self.assertLess(time.monotonic() - start, 15, "both requests of all at once")
         after = resource.getrusage(resource.RUSAGE_CHILDREN)
         self.assertLess(after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime, 1)
+
+    def test_a_name_lookup_that_takes_long_delays_no_exit(self):
+        (self.folder / "resolv.conf").write_text("nameserver 127.0.0.1\noptions timeout:30\n")
+        mount(str(self.folder / "resolv.conf"), "/etc/resolv.conf", "none", "", MS_BIND)
+        resolver = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
+        self.addCleanup(resolver.close)
+        resolver.bind(("127.0.0.1", 53))
+        _, ports = self.start_servers(1, b"HTTP/1.1 302 Found\r\nLocation: http://elsewhere.example/\r\n\r\n")
+        self.assertEqual(self.health(timeout=20), {ports[0]: UNREACHABLE})
+        self.assertIn(b"elsewhere", resolver.recv(4096), "it was looked up")
 
     def test_p2_p4_hostile_servers_beside_healthy_ones(self):
         _, good = self.start_servers(59, ANSWER)

@@ -29,7 +29,7 @@ public:
     /// Starts the thread. Where the system has none left, requests are never reported about.
     OffHostClient();
     /// Cancels all requests and ends the thread, without waiting for a server or a name lookup. Qt itself
-    /// waits for a lookup under way when the program exits, until the resolver gives up.
+    /// waits for a lookup under way when the application object ends, until the resolver gives up.
     ~OffHostClient();
     OffHostClient(const OffHostClient &) = delete;
     OffHostClient &operator=(const OffHostClient &) = delete;
