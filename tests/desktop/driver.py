@@ -53,9 +53,9 @@ class Desktop(Session):
 
     # The program
 
-    def start(self, *arguments):
+    def start(self, *arguments, **options):
         """Starts the program; the other functions refer to the last one started."""
-        self.program = self.spawn(PORTOLAN, *arguments, log="portolan.log")
+        self.program = self.spawn(PORTOLAN, *arguments, log="portolan.log", **options)
         return self.program
 
     def start_again(self, *arguments):
