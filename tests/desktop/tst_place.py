@@ -70,25 +70,42 @@ class Tiling(Scenario):
 
     def setUp(self):
         super().setUp()
-        d = self.desktop
-        config = d.folder / "i3.conf"
-        config.write_text("font pango:monospace 10\nbar {\n}\n")
-        d.spawn("i3", "-c", str(config))
+        self.config = self.desktop.folder / "i3.conf"
+        self.configure("bottom")
+        self.desktop.spawn("i3", "-c", str(self.config))
+        self.desktop.start("--background")
+
+    def configure(self, edge):
+        self.config.write_text(f"# i3 config file (v4)\nfont pango:monospace 10\nbar {{\n  position {edge}\n}}\n")
 
     def test_opens_at_the_same_place_every_time(self):
+        places = set()
+        for _ in range(3):
+            popover, icon = self.opened_and_closed()
+            places.add((popover.x, popover.y))
+            self.assertLess(popover.y + popover.height, icon[1], "above the bar")
+        self.assertEqual(len(places), 1, places)
+
+    def test_opens_at_a_bar_that_has_moved(self):
+        for edge in ("top", "bottom", "top"):
+            self.opened_and_closed()
+            self.configure(edge)
+            self.desktop.run("i3-msg", "restart")
+            eventually(lambda: ((embedded_icon(self.desktop) or (0, 400))[1] < 400) == (edge == "top"), "the icon to move")
+            popover, icon = self.opened_and_closed()
+            self.assertEqual(popover.y > icon[1], edge == "top")
+
+    def opened_and_closed(self):
+        """Clicks the icon twice; returns the popover that was open in between, and the place of the icon."""
         d = self.desktop
-        d.start("--background")
-        icon = eventually(lambda: embedded_icon(d), "the icon in the bar")
+        eventually(lambda: embedded_icon(d), "the icon in the bar")
         time.sleep(0.5)  # until the bar has its final place
         icon = embedded_icon(d)
-        places = []
-        for _ in range(3):
-            d.click(*icon)
-            d.opened_popover()
-            time.sleep(0.5)
-            popover = d.popover()
-            places.append((popover.x, popover.y))
-            self.assertLess(popover.y + popover.height, icon[1], "above the bar")
-            d.click(*icon)
-            eventually(lambda: not d.popover(), "the popover to close")
-        self.assertEqual(places, [places[0]] * 3)
+        d.click(*icon)
+        d.opened_popover()
+        time.sleep(0.5)
+        popover = d.popover()
+        self.assertEqual(popover.x + popover.width, 1280 - GAP)
+        d.click(*icon)
+        eventually(lambda: not d.popover(), "the popover to close")
+        return popover, icon

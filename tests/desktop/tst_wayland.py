@@ -47,6 +47,7 @@ class Wayland(Scenario):
         self.assertEqual((popover["shell"], popover["type"], popover["name"]), ("xwayland", "floating_con", "Portolan popover"))
         self.assertEqual(popover["rect"]["width"], 384)
         self.assert_is_whole(popover)
+        self.assertIsNone(self.desktop.shown("Stop"), "no row is taken to be under the pointer")
         self.desktop.click_icon()
         eventually(lambda: not self.views(), "the popover to close")
 

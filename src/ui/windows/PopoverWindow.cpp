@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "PopoverWindow.h"
 
+#include "DisplayServer.h"
 #include "PopoverPlacement.h"
 #include "Screens.h"
 #include "Theme.h"
@@ -38,10 +39,15 @@ void PopoverWindow::open(QPoint anchor)
     m_presses.setEnabled(true);
 }
 
-void PopoverWindow::place()
+QRect PopoverWindow::placement() const
 {
     const QSize content = QSizeF(rootObject()->implicitWidth(), rootObject()->implicitHeight()).toSize();
-    setGeometry(PopoverPlacement::place(m_anchor, content, Screens::all()));
+    return PopoverPlacement::place(m_anchor, content, Screens::all());
+}
+
+void PopoverWindow::place()
+{
+    setGeometry(placement());
 }
 
 void PopoverWindow::followPress()
@@ -52,11 +58,18 @@ void PopoverWindow::followPress()
         closeUnfocused();
 }
 
+// Xwayland does not know where the pointer is until it moves over a window of X11: one that appears is said
+// to be entered wherever the pointer was last.
+bool PopoverWindow::event(QEvent *event)
+{
+    return (event->type() == QEvent::Enter && !DisplayServer::pointer()) || RootWindow::event(event);
+}
+
 // Some window managers move a window when they show it again, but leave it where it is moved to then.
 void PopoverWindow::moveEvent(QMoveEvent *event)
 {
     RootWindow::moveEvent(event);
-    if (!isVisible() || m_isPlaced)
+    if (!isVisible() || m_isPlaced || event->pos() == placement().topLeft())
         return;
     m_isPlaced = true;
     QMetaObject::invokeMethod(this, &PopoverWindow::place, Qt::QueuedConnection);

@@ -25,12 +25,14 @@ Q_SIGNALS:
     void closedByFocusLoss();
 
 protected:
+    bool event(QEvent *event) override;
     void escapePressed() override;
     void moveEvent(QMoveEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void hideEvent(QHideEvent *event) override;
 
 private:
+    [[nodiscard]] QRect placement() const;
     void place();
     void followPress();
     void closeUnfocused();
