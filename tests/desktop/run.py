@@ -6,7 +6,8 @@ where that belongs to its user."""
 import os
 import subprocess
 import sys
-import unittest
+
+from session import run_tests
 
 ISOLATED = ["unshare", "--user", "--map-root-user", "--net", "--mount"]
 PREPARE = "ip link set lo up && mkdir -p /tmp/.X11-unix && mount -t tmpfs -o mode=1777 tmpfs /tmp/.X11-unix"
@@ -22,4 +23,4 @@ if INSIDE not in os.environ:
     if can_be_isolated():
         os.execvp(ISOLATED[0], [*ISOLATED, "sh", "-c", f'{PREPARE} && exec "$@"', "sh", sys.executable, *sys.argv])
 
-unittest.main(module=None)
+run_tests()

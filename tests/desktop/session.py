@@ -6,8 +6,10 @@ import os
 import shutil
 import signal
 import subprocess
+import sys
 import tempfile
 import time
+import unittest
 from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
@@ -22,6 +24,14 @@ def eventually(condition, what, timeout=TIMEOUT, pause=0.02):
             raise AssertionError(f"waited {timeout} s for: {what}")
         time.sleep(pause)
     return result
+
+
+def run_tests():
+    """Runs the tests that the command line names, and exits: with 77 and the reason if one was skipped."""
+    result = unittest.main(module=None, exit=False).result
+    for test, reason in result.skipped:
+        print(f"{test}: Skipped\n{reason}")
+    sys.exit(77 if result.skipped else not result.wasSuccessful())
 
 
 def _end_with_parent():

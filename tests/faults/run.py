@@ -5,7 +5,6 @@ mounts of the test."""
 import os
 import subprocess
 import sys
-import unittest
 from pathlib import Path
 
 NAMESPACES = ["unshare", "--user", "--map-root-user", "--net", "--mount", "--pid", "--fork", "--kill-child", "--mount-proc"]
@@ -16,9 +15,11 @@ if INSIDE not in os.environ:
     if os.geteuid() == 0:
         NAMESPACES[1:3] = []
     if subprocess.run([*NAMESPACES, "true"], stderr=subprocess.DEVNULL).returncode != 0:
-        print("namespaces are not permitted here")
+        print(": Skipped\nnamespaces are not permitted here")
         sys.exit(77)
     os.execvp(NAMESPACES[0], [*NAMESPACES, "sh", "-c", 'ip link set lo up && "$@"', "sh", sys.executable, "-B", *sys.argv])
 
 sys.path.append(str(Path(__file__).resolve().parent.parent / "desktop"))
-unittest.main(module=None)
+from session import run_tests  # noqa: E402
+
+run_tests()
