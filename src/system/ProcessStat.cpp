@@ -4,7 +4,6 @@
 #include "ProcFs.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace portolan {
 
@@ -41,9 +40,8 @@ std::optional<ProcessStat> parseProcessStat(std::string_view text)
 {
     // The name may hold brackets, blanks and line breaks of its own; what follows it holds none.
     const size_t open = text.find('(');
-    const auto *const last = static_cast<const char *>(memrchr(text.data(), ')', text.size()));
-    const size_t close = last ? size_t(last - text.data()) : 0;
-    if (open == std::string_view::npos || close < open)
+    const size_t close = text.rfind(')');
+    if (open == text.npos || close == text.npos || close < open)
         return std::nullopt;
 
     using ProcFs::number;

@@ -40,6 +40,7 @@ TEST(ProcessStat, IsAbsentForAnyOtherForm)
     for (size_t length = 0; length < startTicksEnd; ++length)
         EXPECT_EQ(parseProcessStat(whole.substr(0, length)), std::nullopt) << length;
     EXPECT_EQ(parseProcessStat(")("), std::nullopt);
+    EXPECT_EQ(parseProcessStat("(sS 1 7 7 0 -1 0 0 0 0 0 0 0 0 0 20 0 1 0 147653 0 0"), std::nullopt);
     EXPECT_EQ(parseProcessStat("7 (sh) SS 1 7 7 0 -1 0 0 0 0 0 0 0 0 0 20 0 1 0 147653 0 0"), std::nullopt);
     EXPECT_EQ(parseProcessStat("7 (sh) S 1 7 7 0 -1 0 0 0 0 0 x 0 0 0 20 0 1 0 147653 0 0"), std::nullopt);
 }
