@@ -6,6 +6,7 @@ import json
 import os
 import shutil
 import subprocess
+import time
 import unittest
 
 from driver import Scenario, eventually
@@ -50,6 +51,10 @@ class Wayland(Scenario):
         self.assertIsNone(self.desktop.shown("Stop"), "no row is taken to be under the pointer")
         self.desktop.click_icon()
         eventually(lambda: not self.views(), "the popover to close")
+        rect = self.opened()["rect"]
+        self.press(rect["x"] + 100, rect["y"] + 70)
+        time.sleep(0.3)
+        self.assertTrue(self.views(), "a press in it leaves it open")
 
     def start_in_sway(self, xwayland, scale=1):
         """Starts three servers, sway with one output of 1200 x 800 points, and the program in it."""
@@ -64,15 +69,18 @@ class Wayland(Scenario):
         outside = {name: value for name, value in d.env.items() if name != "DISPLAY"}
         d.spawn(*AS_USER, "sway", "-c", str(config), env=outside | without_screen)
         eventually(env.exists, "sway to run")
-        inside = dict(variable.split("=", 1) for variable in env.read_text().split("\0") if variable)
-        self.assertEqual("DISPLAY" in inside, xwayland)
-        self.socket = inside["SWAYSOCK"]
-        d.start("--background", env=inside)
+        self.env = dict(variable.split("=", 1) for variable in env.read_text().split("\0") if variable)
+        self.assertEqual("DISPLAY" in self.env, xwayland)
+        d.start("--background", env=self.env)
         d.shown_icon()
         self.assertEqual(self.views(), [])
 
+    def press(self, x, y):
+        """A click of Xwayland's pointer."""
+        self.desktop.spawn("xdotool", "mousemove", str(x), str(y), "sleep", "0.2", "click", "1", env=self.env).wait()
+
     def sway(self, *arguments):
-        return json.loads(self.desktop.run("swaymsg", "--raw", "-s", self.socket, *arguments))
+        return json.loads(self.desktop.run("swaymsg", "--raw", "-s", self.env["SWAYSOCK"], *arguments))
 
     def views(self):
         return [view for view in views(self.sway("-t", "get_tree")) if view["pid"] == self.desktop.program.pid]

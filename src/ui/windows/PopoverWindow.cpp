@@ -7,8 +7,9 @@
 #include "Theme.h"
 #include "WindowHints.h"
 
-#include <QCursor>
 #include <QQuickItem>
+
+#include <optional>
 
 namespace portolan {
 
@@ -52,9 +53,9 @@ void PopoverWindow::place()
 
 void PopoverWindow::followPress()
 {
-    const QPoint pointer = QCursor::pos();
-    if (isVisible() && !geometry().contains(pointer) &&
-        PopoverPlacement::isOnDesktop(pointer, m_anchor, Screens::all()))
+    const std::optional<QPoint> pointer = DisplayServer::pointer();
+    if (isVisible() && pointer && !geometry().contains(*pointer) &&
+        PopoverPlacement::isOnDesktop(*pointer, m_anchor, Screens::all()))
         closeUnfocused();
 }
 
