@@ -67,6 +67,7 @@ class Tiling(Scenario):
     """i3 shows a window again at another place than the one that it asks for."""
 
     parts = {"manager": False, "panel": False}
+    needs_accessibility = True
 
     def setUp(self):
         super().setUp()
@@ -94,6 +95,31 @@ class Tiling(Scenario):
             eventually(lambda: ((embedded_icon(self.desktop) or (0, 400))[1] < 400) == (edge == "top"), "the icon to move")
             popover, icon = self.opened_and_closed()
             self.assertEqual(popover.y > icon[1], edge == "top")
+
+    def test_shows_what_is_under_the_pointer_when_it_has_grown_upwards(self):
+        d = self.desktop
+        for name in ("storefront", "blog-api", "invoices"):
+            d.serve(name)
+        d.click(*eventually(lambda: embedded_icon(d), "the icon in the bar"))
+        d.find("invoices", role="list item")
+        d.settle()
+        x, y = min((row.centre for row in d.all_shown(role="list item")), key=lambda centre: centre[1])
+        d.move_to(x, y)
+        self.await_stop_button_at(y)
+        top = d.popover().y
+        for name in ("field-notes", "design-system"):
+            d.serve(name)
+        eventually(lambda: d.popover().y < top - 100, "the popover to grow")
+        d.settle()
+        self.await_stop_button_at(y)
+
+    def await_stop_button_at(self, y):
+        """Waits until the row at `y`, and no other, shows its buttons."""
+        def is_there():
+            rows = [node.frame for node in self.desktop.all_shown(role="list item")]
+            top, height = next((row[1], row[3]) for row in rows if row[1] <= y < row[1] + row[3])
+            return [top < node.centre[1] < top + height for node in self.desktop.all_shown("Stop")] == [True]
+        eventually(is_there, "the buttons of the row under the pointer", timeout=5)
 
     def opened_and_closed(self):
         """Clicks the icon twice; returns the popover that was open in between, and the place of the icon."""

@@ -7,6 +7,8 @@
 #include "Theme.h"
 #include "WindowHints.h"
 
+#include <QGuiApplication>
+#include <QMouseEvent>
 #include <QQuickItem>
 
 #include <optional>
@@ -70,10 +72,24 @@ bool PopoverWindow::event(QEvent *event)
 void PopoverWindow::moveEvent(QMoveEvent *event)
 {
     RootWindow::moveEvent(event);
+    hoverAgain();
     if (!isVisible() || m_isPlaced || event->pos() == placement().topLeft())
         return;
     m_isPlaced = true;
     QMetaObject::invokeMethod(this, &PopoverWindow::place, Qt::QueuedConnection);
+}
+
+// Above a panel at the bottom it grows upwards, so that another row gets under a pointer at rest, of which no
+// event tells.
+void PopoverWindow::hoverAgain()
+{
+    const std::optional<QPoint> pointer = DisplayServer::pointer();
+    if (!isVisible() || !pointer || !geometry().contains(*pointer) ||
+        QGuiApplication::mouseButtons() != Qt::NoButton)
+        return;
+    QMouseEvent move(QEvent::MouseMove, mapFromGlobal(*pointer), *pointer, Qt::NoButton, Qt::NoButton,
+                     QGuiApplication::keyboardModifiers());
+    QCoreApplication::sendEvent(this, &move);
 }
 
 void PopoverWindow::hideEvent(QHideEvent *event)

@@ -34,6 +34,7 @@ protected:
 private:
     [[nodiscard]] QRect placement() const;
     void place();
+    void hoverAgain();
     void followPress();
     void closeUnfocused();
 
