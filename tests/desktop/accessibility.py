@@ -48,8 +48,11 @@ class Node:
 
     @property
     def frame(self):
-        """x, y, width and height on the screen."""
-        return tuple(int(number) for number in self._call("org.a11y.atspi.Component", "GetExtents", SCREEN_COORDINATES))
+        """x, y, width and height on the screen; zeros if it is gone."""
+        try:
+            return tuple(int(number) for number in self._call("org.a11y.atspi.Component", "GetExtents", SCREEN_COORDINATES))
+        except dbus.DBusException:
+            return 0, 0, 0, 0
 
     @property
     def centre(self):

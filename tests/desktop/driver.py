@@ -11,8 +11,6 @@ import unittest
 from dataclasses import dataclass
 from pathlib import Path
 
-import dbus
-
 import accessibility
 from session import HERE, TIMEOUT, Session, eventually
 
@@ -204,14 +202,8 @@ class Desktop(Session):
     def settle(self):
         """Waits until the rows have stood still: a press on one that has just moved counts for nobody."""
         before = None
-        while before != (before := self._row_frames()) or before is None:
+        while before != (before := [row.frame for row in self.all_shown(role="list item")]):
             time.sleep(0.6)
-
-    def _row_frames(self):
-        try:
-            return [row.frame for row in self.all_shown(role="list item")]
-        except dbus.DBusException:
-            return None  # a row was removed in the meantime
 
     def shown(self, part_of_name, role=None):
         """The first of them, or None."""

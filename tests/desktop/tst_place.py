@@ -117,8 +117,8 @@ class Tiling(Scenario):
         """Waits until the row at `y`, and no other, shows its buttons."""
         def is_there():
             rows = [node.frame for node in self.desktop.all_shown(role="list item")]
-            top, height = next((row[1], row[3]) for row in rows if row[1] <= y < row[1] + row[3])
-            return [top < node.centre[1] < top + height for node in self.desktop.all_shown("Stop")] == [True]
+            stops = [node.centre[1] for node in self.desktop.all_shown("Stop")]
+            return any(row[1] <= y < row[1] + row[3] and [row[1] < stop < row[1] + row[3] for stop in stops] == [True] for row in rows)
         eventually(is_there, "the buttons of the row under the pointer", timeout=5)
 
     def opened_and_closed(self):
