@@ -292,6 +292,10 @@ ViewTest {
         }
         keyClick(Qt.Key_Up);
         compare(root.Window.activeFocusItem.index, 29);
+        for (const [key, index] of [[Qt.Key_End, 199], [Qt.Key_Home, 0]]) {
+            keyClick(key);
+            compare(root.Window.activeFocusItem.index, index);
+        }
     }
 
     function test_a_refresh_does_not_scroll() {

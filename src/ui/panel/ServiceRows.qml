@@ -22,6 +22,10 @@ ListView {
     boundsBehavior: root.contentHeight > root.height ? Flickable.DragAndOvershootBounds : Flickable.StopAtBounds
     Accessible.role: Accessible.List
     Accessible.name: "Services"
+    Keys.onPressed: event => {
+        if (event.key === Qt.Key_Home || event.key === Qt.Key_End)
+            root.makeCurrent(event.key === Qt.Key_Home ? 0 : root.count - 1);
+    }
 
     add: Transition {
         EaseOut {
