@@ -4,16 +4,16 @@
 #include "SingleInstance.h"
 
 #include <QTemporaryDir>
-#include <QThread>
 
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <optional>
+#include <chrono>
+#include <future>
 
 namespace portolan {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 using Outcome = SingleInstance::Outcome;
 
 namespace {
@@ -36,15 +36,12 @@ public:
     /// Starts a second instance in another thread and returns its outcome.
     Outcome start(StartRequest request)
     {
-        std::optional<Outcome> outcome;
-        const std::unique_ptr<QThread> program(QThread::create([&] {
+        auto outcome = std::async(std::launch::async, [&] {
             SingleInstance second(connection(), folder());
-            outcome = second.claim(request);
-        }));
-        program->start();
-        EXPECT_TRUE(eventually([&] { return program->isFinished(); }));
-        program->wait();
-        return outcome.value();
+            return second.claim(request);
+        });
+        EXPECT_TRUE(eventually([&] { return outcome.wait_for(0s) == std::future_status::ready; }));
+        return outcome.get();
     }
 
 private:
