@@ -20,6 +20,8 @@ endif()
 add_library(portolan_options INTERFACE)
 target_compile_options(portolan_options INTERFACE
     -Wall -Wextra -Wno-missing-field-initializers -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Wcast-align -Woverloaded-virtual
+    # g++ 16 takes an absent std::optional that is moved for an uninitialised one.
+    $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_GREATER_EQUAL:$<CXX_COMPILER_VERSION>,15>>:-Wno-maybe-uninitialized>
     $<$<BOOL:${PORTOLAN_WERROR}>:-Werror>
     -fno-omit-frame-pointer
 )
