@@ -228,7 +228,9 @@ int main()
         const auto command = commands.find(argument(words));
         if (command == commands.end())
             return 2;
-        std::cout << "done " << command->second(words) << std::endl;
+        // Not written before the command has run: it may fork, and buffered output with it.
+        const Reply reply = command->second(words);
+        std::cout << "done " << reply << std::endl;
     }
     _exit(0); // without waiting for its threads
 }
