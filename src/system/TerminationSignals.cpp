@@ -8,21 +8,33 @@
 #include <utility>
 
 #include <sys/eventfd.h>
+#include <termios.h>
 #include <unistd.h>
 
 namespace portolan {
 
 namespace {
 
-// The one thing a signal handler can do here is to leave the number and to write to this descriptor.
+// What a signal handler can do here is to leave the number and to write to this descriptor.
 int g_event = -1;
 volatile std::sig_atomic_t g_signal = 0;
 
 constexpr std::array handledSignals{SIGTERM, SIGINT, SIGHUP};
 
+/// Control-S may have stopped the terminal in the middle of a write, which then never returns. TCOON alone
+/// undoes only TCOOFF; in the background either would stop the program.
+void resumeOutput()
+{
+    if (tcgetpgrp(STDOUT_FILENO) == getpgrp()) {
+        tcflow(STDOUT_FILENO, TCOOFF);
+        tcflow(STDOUT_FILENO, TCOON);
+    }
+}
+
 void tellEventLoop(int signal)
 {
     const int error = errno;
+    resumeOutput();
     g_signal = signal;
     const std::uint64_t one = 1;
     [[maybe_unused]] const auto written = write(g_event, &one, sizeof one);

@@ -6,8 +6,9 @@
 
 namespace portolan {
 
-/// Turns SIGTERM, SIGINT and SIGHUP into a Qt signal, so that the program ends in its own order. A signal
-/// that was ignored when the program started stays ignored. One object at a time; main thread.
+/// Turns SIGTERM, SIGINT and SIGHUP into a Qt signal, so that the program ends in its own order, and lets a
+/// terminal that Control-S has stopped go on. A signal that was ignored when the program started stays
+/// ignored. One object at a time; main thread.
 class TerminationSignals : public QObject
 {
     Q_OBJECT
