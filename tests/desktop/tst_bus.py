@@ -106,6 +106,8 @@ class Item(Scenario):
                 popover = d.opened_popover()
                 self.assertTrue(0 <= popover.x <= 1280 - popover.width, popover)
                 self.assertTrue(0 <= popover.y <= 800 - popover.height, popover)
+                # The loss of a focus that it had not got yet would close the one that is opened next.
+                eventually(lambda: d.active_window() == popover.id, "the popover to be active")
                 self.call(*ITEM, "Activate", x, y)
                 eventually(lambda: not d.popover(), "the popover to close")
 
