@@ -68,7 +68,7 @@ private:
     const QString m_previousFolder = QDir::currentPath();
     const QTemporaryDir m_folder{HomeFolder::path() + u"/portolan-test-XXXXXX"_s};
     const LocalSocket m_socket = LocalSocket::listening("127.0.0.1");
-    UserDefaults m_settings{m_folder.filePath(u"settings.json"_s), UserDefaults::Access::readOnly};
+    UserDefaults m_settings{m_folder.filePath(u"settings.json"_s), UserDefaults::Access::ReadOnly};
     bool m_hasLooked = false;
     LocalMachine m_machine{m_settings, false};
 };

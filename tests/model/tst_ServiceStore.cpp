@@ -326,7 +326,7 @@ TEST_F(ServiceStoreTest, AnOrderCanBeChosenByItsRawValue)
 TEST_F(ServiceStoreTest, ReadOnlySettingsAreUsedAndNeverWritten)
 {
     writeSettings(R"({"sortOrder": "name"})");
-    UserDefaults defaults(settingsPath(), UserDefaults::Access::readOnly);
+    UserDefaults defaults(settingsPath(), UserDefaults::Access::ReadOnly);
     ServiceStore store(defaults, m_scanner.function(), m_checker.function());
     EXPECT_EQ(store.sortOrder(), SortOrder::name);
     store.setSortOrder(SortOrder::uptime);

@@ -291,7 +291,7 @@ TEST_F(UserDefaultsTest, KeepsValuesIfTheFolderCannotBeCreated)
 
 TEST_F(UserDefaultsTest, ReadOnlyAccessNeverWrites)
 {
-    UserDefaults defaults(path(), UserDefaults::Access::readOnly);
+    UserDefaults defaults(path(), UserDefaults::Access::ReadOnly);
     defaults.setString(u"sortOrder", u"name"_s);
     EXPECT_EQ(defaults.string(u"sortOrder"), u"name"_s);
     EXPECT_FALSE(QFileInfo::exists(folder()));
