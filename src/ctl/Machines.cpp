@@ -47,7 +47,7 @@ std::optional<QSet<qint64>> portsOf(const QList<ServiceOperand> &operands)
 } // namespace
 
 Machines::Machines(const CommandLine &line, bool probes)
-    : m_defaults(UserDefaults::defaultPath(), UserDefaults::Access::readOnly)
+    : m_defaults(UserDefaults::defaultPath(), UserDefaults::Access::ReadOnly)
     , m_hasHosts(!line.hosts.isEmpty())
     , m_probes(probes)
 {

@@ -148,7 +148,7 @@ QJsonValue UserDefaults::value(QStringView key) const
 void UserDefaults::setValue(QStringView key, const QJsonValue &value)
 {
     m_unsaved.insert(key, value);
-    if (m_access == Access::readWrite)
+    if (m_access == Access::ReadWrite)
         save();
 }
 

@@ -19,12 +19,12 @@ class UserDefaults
 {
 public:
     enum class Access : quint8 {
-        readWrite,
-        readOnly, ///< writes stay in memory and are never saved
+        ReadWrite,
+        ReadOnly, ///< writes stay in memory and are never saved
     };
 
     /// Reads the file at the absolute path `path`, which need not exist.
-    explicit UserDefaults(QString path = defaultPath(), Access access = Access::readWrite);
+    explicit UserDefaults(QString path = defaultPath(), Access access = Access::ReadWrite);
 
     /// $XDG_CONFIG_HOME/portolan/settings.json; in ~/.config if that variable is not an absolute path.
     [[nodiscard]] static QString defaultPath();
