@@ -21,7 +21,7 @@ namespace portolan {
 
 namespace {
 
-/// More would take lsof, which closes them one by one, up to minutes.
+/// With a higher limit lsof, which closes every possible descriptor one by one, takes up to minutes.
 constexpr int maxDescriptors = 1024;
 
 struct Launch
@@ -49,7 +49,7 @@ struct Launch
         if (getppid() != launch.caller)
             _exit(127);
     }
-    // Where we have no standard input, its number is free or some descriptor's of ours.
+    // Where this program has no standard input, number 0 is free or belongs to another descriptor.
     const int inputFlags = launch.inheritsInput ? fcntl(STDIN_FILENO, F_GETFD) : -1;
     if (inputFlags < 0 || (inputFlags & FD_CLOEXEC))
         dup2(launch.null, STDIN_FILENO);
@@ -144,7 +144,7 @@ bool ChildProcess::wait(QDeadlineTimer deadline, int interruption)
     if (deadline.isForever() && interruption < 0)
         return reap(0);
 
-    // Without it (old kernels, no descriptors left) the end is looked for from time to time.
+    // Without a pidfd (old kernels, no descriptors left) the child is polled.
     const FileDescriptor handle(int(syscall(SYS_pidfd_open, m_pid, 0)));
     constexpr qint64 lookAgain = 10;
     while (!reap(WNOHANG)) {
@@ -163,7 +163,8 @@ bool ChildProcess::wait(QDeadlineTimer deadline, int interruption)
 
 void ChildProcess::killGroup()
 {
-    // The number is the group's until the child is reaped and the group is empty, so it hits nobody else.
+    // The number stays the group's until the child is reaped and the group is empty, so no other process is
+    // hit.
     kill(-m_pid, SIGKILL);
 }
 

@@ -16,7 +16,7 @@
 
 namespace portolan {
 
-/// A process that this program started. It leads a process group of its own, has no descriptors of ours but
+/// A process that this program started. It leads a process group of its own, inherits no descriptors but
 /// those that it is given, and starts with default signal dispositions and an empty mask.
 class ChildProcess
 {
@@ -24,9 +24,10 @@ public:
     struct Program
     {
         QString path;          ///< absolute
-        QStringList arguments; ///< passed as they are, behind the path as argv[0]
+        QStringList arguments; ///< passed unchanged, after the path as argv[0]
         QList<QByteArray> environment = ChildSetup::environment(); ///< as "NAME=value"
-        /// The descriptor that becomes its standard output, while its input is ours; -1: both are /dev/null.
+        /// The descriptor that becomes its standard output; it then inherits standard input. -1: both are
+        /// /dev/null.
         int standardOutput = -1;
         bool diesWithCaller = false; ///< whether it is killed when the calling thread ends
     };
@@ -36,10 +37,10 @@ public:
     /// possible: no such file, not executable, no descriptors or processes left.
     [[nodiscard]] static std::optional<ChildProcess> start(const Program &program);
 
-    /// Starts a copy of this process that ends when `serve`, called with its descriptor 0, returns. That is
-    /// `connection`; it has no other, is in the root folder and called `name` (at most 15 characters).
-    /// `serve` may neither allocate nor lock: threads that held a lock are not there any more. Nothing if
-    /// that is not possible.
+    /// Starts a copy of this process that ends when `serve`, called with its descriptor 0, returns. That
+    /// descriptor is `connection`; the copy has no other, runs in the root folder and is called `name` (at
+    /// most 15 characters). `serve` may neither allocate nor lock: threads that held a lock do not exist in
+    /// the copy. Nothing if that is not possible.
     template <typename Serve>
     [[nodiscard]] static std::optional<ChildProcess> fork(const char *name, int connection, Serve serve)
     {
@@ -55,12 +56,12 @@ public:
 
     ChildProcess(ChildProcess &&other) noexcept;
     ChildProcess &operator=(ChildProcess &&) = delete;
-    /// A child that has not ended runs on; nothing of this program will reap it.
+    /// A child that has not ended runs on, and this program will not reap it.
     ~ChildProcess();
 
     [[nodiscard]] pid_t pid() const { return m_pid; }
 
-    /// How long to wait for the end of a killed child, which one that is stuck in the kernel outlasts.
+    /// How long to wait for a killed child to end. One that is stuck in the kernel takes longer.
     static constexpr std::chrono::milliseconds killTimeout{250};
 
     /// Waits until the child has ended, and reaps it. Returns false at the deadline, or when the descriptor
@@ -68,7 +69,7 @@ public:
     [[nodiscard]] bool wait(QDeadlineTimer deadline = QDeadlineTimer(QDeadlineTimer::Forever),
                             int interruption = -1);
 
-    /// Ends the child and all of its group at once. Only before wait() has returned true.
+    /// Kills the child and its whole process group. Only before wait() has returned true.
     void killGroup();
 
 private:

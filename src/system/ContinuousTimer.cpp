@@ -17,7 +17,7 @@ ContinuousTimer::ContinuousTimer()
 {
     connect(&m_notifier, &QSocketNotifier::activated, this, [this] {
         std::uint64_t expirations = 0;
-        // Nothing to read: it was stopped or started again since the event loop saw it fire.
+        // Nothing to read: it was stopped or restarted after the event loop saw it fire.
         if (read(m_clock.get(), &expirations, sizeof expirations) == sizeof expirations)
             Q_EMIT timeout();
     });
@@ -25,7 +25,7 @@ ContinuousTimer::ContinuousTimer()
 
 void ContinuousTimer::start(std::chrono::milliseconds interval)
 {
-    const auto delay = std::max<std::chrono::nanoseconds>(interval, 1ns); // none would disarm it
+    const auto delay = std::max<std::chrono::nanoseconds>(interval, 1ns); // zero would disarm it
     const auto seconds = std::chrono::floor<std::chrono::seconds>(delay);
     const itimerspec once{.it_interval = {},
                           .it_value = {.tv_sec = seconds.count(), .tv_nsec = (delay - seconds).count()}};

@@ -10,9 +10,9 @@
 
 namespace portolan {
 
-/// A timer that fires once, and counts the time that the machine spends suspended, which QTimer does not: one
-/// that ran out meanwhile fires as soon as the machine is awake. It wakes no machine. Never early. Main
-/// thread.
+/// A single-shot timer that also counts the time that the machine spends suspended, which QTimer does not:
+/// one that expired meanwhile fires as soon as the machine is awake. It does not wake the machine, and never
+/// fires early. Main thread.
 class ContinuousTimer : public QObject
 {
     Q_OBJECT
@@ -20,9 +20,9 @@ class ContinuousTimer : public QObject
 public:
     ContinuousTimer();
 
-    /// Fires once `interval` from now, instead of when it was to fire before.
+    /// Fires `interval` from now. Replaces an earlier start().
     void start(std::chrono::milliseconds interval);
-    /// It will not fire, not even where its time has run out already.
+    /// It will not fire, even if it has expired already.
     void stop();
 
 Q_SIGNALS:

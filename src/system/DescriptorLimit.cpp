@@ -12,7 +12,7 @@ namespace {
 
 constexpr rlim_t wanted = 4096;
 
-// Of the program as it was started; none before the limit was raised.
+// The soft limit at the start of the program; no limit until raise() is called.
 rlim_t g_initial = RLIM_INFINITY;
 
 rlimit limits()

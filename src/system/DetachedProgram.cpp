@@ -20,7 +20,7 @@ constexpr int notStarted = 127; // as shells have it
 
 void dropDescriptors()
 {
-    closefrom(STDERR_FILENO + 1); // first: at the limit no other could be opened
+    closefrom(STDERR_FILENO + 1); // first: at the limit no other descriptor could be opened
     const int null = open("/dev/null", O_RDWR);
     for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         dup2(null, standard);
@@ -34,7 +34,7 @@ void dropDescriptors()
     _exit(notStarted);
 }
 
-/// The process in the middle: the program becomes an orphan by its end, and so somebody else's to collect.
+/// The intermediate process: when it exits, the program becomes an orphan, which another process reaps.
 [[noreturn]] void leaveProgramBehind(const Call &call)
 {
     setsid();

@@ -39,7 +39,7 @@ private:
         std::string lines = options.empty() ? "" : '\n' + title + ":\n";
         for (const CLI::Option *option : options) {
             const std::string name = make_option_name(option, option->get_positional());
-            // Which others an option excludes is said where it matters, by the error.
+            // Which other options one excludes is left to the error message.
             const std::string value = make_option_opts(option);
             lines += line(name + value.substr(0, value.find(" Excludes:")), option->get_description());
         }

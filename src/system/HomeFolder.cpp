@@ -39,8 +39,7 @@ bool beginsWith(const QString &folder, const QString &home)
 {
     if (home.isEmpty() || !folder.startsWith(home))
         return false;
-    // A combining mark right behind the prefix belongs to the prefix's last character, which is then another
-    // one.
+    // A combining mark right after the prefix changes the prefix's last character into another one.
     QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, folder);
     characters.setPosition(home.size());
     return home.size() == folder.size() || characters.isAtBoundary();

@@ -4,22 +4,22 @@
 #include <QString>
 #include <QStringList>
 
-/// Where the user's own files are, and how paths below that place are recognised and shown.
+/// The user's home folder, and how paths below it are recognised and shown.
 namespace portolan::HomeFolder {
 
-/// The home folder of the user in the password database (not $HOME), without trailing slash; empty when the
-/// database knows none. Asked once per program run. Any thread.
+/// The home folder of the user in the password database (not $HOME), without trailing slash; empty if the
+/// database has none. Looked up once. Any thread.
 [[nodiscard]] QString path();
 
-/// `home`, and the path it leads to where that differs: behind a symbolic link, the working folder of a
-/// process has the second name. Asks the file system.
+/// `home`, and its canonical path where that differs: if `home` is a symbolic link, the kernel reports
+/// working folders by the second name. Accesses the file system.
 [[nodiscard]] QStringList namesOf(const QString &home);
 
-/// The names of path(). Asked once per program run. Any thread.
+/// namesOf(path()). Looked up once. Any thread.
 [[nodiscard]] QStringList paths();
 
-/// Whether `folder` begins with the text of one of `homes`. A test of plain text, not of path components: the
-/// home /home/al holds /home/alex too. An empty home holds nothing.
+/// Whether `folder` begins with the text of one of `homes`. Compares text, not path components: /home/al also
+/// holds /home/alex. An empty home holds nothing.
 [[nodiscard]] bool holds(const QStringList &homes, const QString &folder);
 
 /// `folder` with the text of the first of `homes` that holds it replaced by "~"; unchanged where none does.

@@ -23,7 +23,7 @@ std::atomic<const char *> g_line = nullptr;
     _exit(EXIT_FAILURE);
 }
 
-/// Qt's containers throw where nobody catches.
+/// Qt's containers throw std::bad_alloc, which nothing catches.
 [[noreturn]] void onTerminate()
 {
     try {

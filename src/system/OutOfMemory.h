@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// What happens when the system gives the program no more memory.
+/// What happens when the program runs out of memory.
 namespace portolan::OutOfMemory {
 
-/// From then on the program writes `line` to standard error and ends with status 1. Call first in main(); the
-/// text must live as long as the program.
+/// Makes the program write `line` to standard error and exit with status 1 when it runs out of memory. Call
+/// it first in main(); the text must live as long as the program.
 void endsProgramWith(const char *line);
 
 } // namespace portolan::OutOfMemory

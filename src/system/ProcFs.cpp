@@ -17,7 +17,8 @@ namespace portolan {
 
 namespace {
 
-// Short texts that are known to fit; snprintf would take a good part of the time that the file itself does.
+// For short texts that are known to fit: snprintf would take a good part of the time that reading the file
+// does.
 char *append(char *at, std::string_view text)
 {
     return std::ranges::copy(text, at).out;
@@ -142,8 +143,8 @@ std::optional<unsigned> ProcFs::Descriptors::next()
 
 void ProcFs::Descriptors::skipTo(unsigned number)
 {
-    // The kernel's place of a descriptor is its number behind "." and "..". Whether it still is, this
-    // process's own list tells, where the list itself is one of the descriptors.
+    // The kernel's offset of a descriptor is its number plus two, for "." and "..". Checked once with this
+    // process's own list, in which the list itself is one of the descriptors.
     constexpr off_t placeOfFirst = 2;
     static const bool canSkip = [] {
         Descriptors own("/proc/self/fd");

@@ -12,8 +12,7 @@
 #include <fcntl.h>
 #include <sys/types.h>
 
-/// Small access to /proc, which allocates nothing but in readAll(). Blocks for no longer than the kernel
-/// needs to print a table.
+/// Reads /proc. Only readAll() allocates. Blocks for no longer than the kernel needs to print a file.
 namespace portolan::ProcFs {
 
 /// The text "/proc/PID/NAME" or "/proc/PID/fd/NUMBER".
@@ -32,16 +31,16 @@ private:
 /// Whether /proc is there and may be listed.
 [[nodiscard]] bool isReadable();
 
-/// The start of the file at `path`, as far as one read into `buffer` goes; absent when it cannot be read.
+/// The start of the file at `path`: what one read into `buffer` returns; absent if it cannot be read.
 [[nodiscard]] std::optional<std::string_view> readInto(std::span<char> buffer, const char *path);
-/// The file at `path` as far as it can be read.
+/// The content of the file at `path`, up to the first error.
 [[nodiscard]] std::string readAll(const char *path);
-/// What the symbolic link at `path`, relative to the directory `at`, says. Absent, with errno set, when it
+/// The target of the symbolic link at `path`, relative to the directory `at`. Absent, with errno set, if it
 /// cannot be read or does not fit into `buffer`.
 [[nodiscard]] std::optional<std::string_view> readLink(std::span<char> buffer, const char *path,
                                                        int at = AT_FDCWD);
 
-/// The whole of `word` as a number in that base; absent when it is none.
+/// The whole of `word` as a number in base `base`; absent if it is none.
 template <typename Number>
 [[nodiscard]] std::optional<Number> number(std::string_view word, int base = 10)
 {
@@ -60,7 +59,7 @@ public:
     struct Entry
     {
         unsigned number;
-        ino_t inode; ///< the entry's own, given anew when the number names something new
+        ino_t inode; ///< of the entry; a number that is used again gets a new one
     };
 
     /// Whether the directory could be opened.
@@ -69,7 +68,7 @@ public:
     [[nodiscard]] int directory() const { return m_directory.get(); }
     /// The next entry in the kernel's order, which is ascending; absent at the end.
     [[nodiscard]] std::optional<Entry> next();
-    /// Makes `next` go on at a place in the list, which the kernel numbers as it likes.
+    /// Makes `next` continue at the directory offset `place`, whose meaning is up to the kernel.
     void goTo(off_t place);
 
 private:
@@ -79,17 +78,17 @@ private:
     alignas(8) char m_buffer[16 * 1024];
 };
 
-/// What a process holds open. What may not be looked into holds nothing.
+/// The open descriptors of a process; none if they may not be read.
 class Descriptors
 {
 public:
     explicit Descriptors(pid_t pid);
 
-    /// How many there are, a number that is about to be given included; 0 where the kernel does not tell.
+    /// How many there are, including one that is just being allocated; 0 where the kernel does not tell.
     [[nodiscard]] unsigned count() const;
-    /// What the descriptor is linked to; absent as for `readLink`.
+    /// The target of the descriptor's link; absent as for `readLink`.
     [[nodiscard]] std::optional<std::string_view> link(std::span<char> buffer, unsigned number) const;
-    /// The lowest number from `skipTo` on that was not listed yet; absent at the end.
+    /// The next descriptor in ascending order, from that of `skipTo` on; absent at the end.
     [[nodiscard]] std::optional<unsigned> next();
     void skipTo(unsigned number);
 

@@ -59,7 +59,7 @@ ProcessHandle::ProcessHandle(qint32 pid)
 ProcessHandle::ProcessHandle(const ProcessIdentity &identity)
     : ProcessHandle(identity.pid)
 {
-    // Compared after the process is held: if the pid is still that of the one looked for, it was then too.
+    // Compared after the pidfd is open: if the pid belongs to the process in question now, it did then too.
     if (ProcessIdentity::of(identity.pid) == identity)
         return;
     m_pidfd.close();

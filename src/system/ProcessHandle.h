@@ -11,21 +11,20 @@
 
 namespace portolan {
 
-/// One running process, held so that a signal can never reach another one that gets its id later: by a pidfd,
-/// or where there is none to be had, by its id and the time of its start. Any thread.
+/// A handle on one running process, so that a signal can never reach another one that gets its pid later: a
+/// pidfd or, where none is available, the pid and the start time. Any thread.
 class ProcessHandle
 {
 public:
-    /// Holds the process that has `pid` now, whoever owns it. Holds none if there is none or it could not be
-    /// told from a later one, and for an id that does not name one process (kill(2) takes 0 and negative ids
-    /// for groups).
+    /// Holds the process that has `pid` now, whoever owns it. Holds none if there is none, if it could not be
+    /// told from a later one, or if `pid` is not positive (kill(2) takes 0 and negative numbers for groups).
     explicit ProcessHandle(qint32 pid);
 
-    /// Holds the process `identity`, and none if it has ended, even if another has its pid.
+    /// Holds the process `identity`; none if it has ended, even if another process has its pid.
     explicit ProcessHandle(const ProcessIdentity &identity);
 
-    /// Sends `signal`; 0 sends nothing and only asks. Returns whether the process is there and takes signals
-    /// from this user; one that has ended is there until its parent has collected it.
+    /// Sends `signal`; 0 only checks. Returns whether the process exists and this user may signal it; a
+    /// zombie still exists.
     bool send(int signal) const;
 
     /// Blocks until the process has ended, at most for `limit`. Returns whether it has.

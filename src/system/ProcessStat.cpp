@@ -9,7 +9,7 @@ namespace portolan {
 
 namespace {
 
-/// Hands out the words of a line, which the kernel parts by single blanks.
+/// Splits a line into words, which the kernel separates by single spaces.
 class Words
 {
 public:
@@ -38,14 +38,14 @@ private:
 
 std::optional<ProcessStat> parseProcessStat(std::string_view text)
 {
-    // The name may hold brackets, blanks and line breaks of its own; what follows it holds none.
+    // The name may contain brackets, spaces and line breaks; what follows it contains none.
     const size_t open = text.find('(');
     const size_t close = text.rfind(')');
     if (open == text.npos || close == text.npos || close < open)
         return std::nullopt;
 
     using ProcFs::number;
-    Words words(text.substr(std::min(close + 2, text.size()))); // behind the bracket and a blank
+    Words words(text.substr(std::min(close + 2, text.size()))); // after the bracket and a space
     const std::string_view state = words.next();
     words.skip(10); // ppid pgrp session tty_nr tpgid flags minflt cminflt majflt cmajflt
     const auto user = number<unsigned long long>(words.next());

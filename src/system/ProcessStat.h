@@ -9,10 +9,10 @@
 
 namespace portolan {
 
-/// What Portolan needs of /proc/PID/stat.
+/// The fields of /proc/PID/stat that Portolan needs.
 struct ProcessStat
 {
-    std::string command; ///< the process's name as it is, any byte but NUL in it
+    std::string command; ///< the process's name, unescaped; may contain any byte but NUL
     char state = '?';
     unsigned long long cpuTicks = 0;   ///< time used by all its threads, in clock ticks
     unsigned long long startTicks = 0; ///< when it was started, in clock ticks since boot
@@ -22,14 +22,14 @@ struct ProcessStat
     friend bool operator==(const ProcessStat &, const ProcessStat &) = default;
 };
 
-/// Reads the text of a /proc/PID/stat; absent when it is not of that form.
+/// Parses the text of a /proc/PID/stat; absent if it is malformed.
 [[nodiscard]] std::optional<ProcessStat> parseProcessStat(std::string_view text);
 
-/// The same of the process that has `pid` now; absent also when there is none.
+/// The same for the process that has `pid` now; also absent if there is none.
 [[nodiscard]] std::optional<ProcessStat> readProcessStat(pid_t pid);
 
-/// The memory pages that a process has in use, from the text of its /proc/PID/statm: 0 for what has none of
-/// its own, absent when it is not of that form.
+/// The resident memory pages of a process, from the text of its /proc/PID/statm: 0 for a kernel thread,
+/// absent if the text is malformed.
 [[nodiscard]] std::optional<unsigned long long> parseResidentPages(std::string_view text);
 
 } // namespace portolan

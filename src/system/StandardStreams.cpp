@@ -11,7 +11,7 @@ namespace portolan {
 void StandardStreams::reserve()
 {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-        // The lowest free number is taken, and those below are in use by now.
+        // open() takes the lowest free number, and those below are in use by now.
         if (fcntl(stream, F_GETFD) < 0)
             (void)open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
     }

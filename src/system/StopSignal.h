@@ -24,7 +24,7 @@ public:
     {
         return m_event.isOpen() || !stop.stop_possible();
     }
-    /// -1 where no stop is possible, or no descriptor was left.
+    /// -1 if no stop is possible, or if no descriptor was left.
     [[nodiscard]] int descriptor() const { return m_event.get(); }
 
 private:

@@ -15,14 +15,14 @@ namespace portolan {
 
 namespace {
 
-// What a signal handler can do here is to leave the number and to write to this descriptor.
+// A signal handler may only store the number and write to this descriptor.
 int g_event = -1;
 volatile std::sig_atomic_t g_signal = 0;
 
 constexpr std::array handledSignals{SIGTERM, SIGINT, SIGHUP};
 
 /// Control-S may have stopped the terminal in the middle of a write, which then never returns. TCOON alone
-/// undoes only TCOOFF; in the background either would stop the program.
+/// only undoes TCOOFF; in a background process either would stop the program.
 void resumeOutput()
 {
     if (tcgetpgrp(STDOUT_FILENO) == getpgrp()) {

@@ -6,8 +6,8 @@
 
 namespace portolan {
 
-/// Turns SIGTERM, SIGINT and SIGHUP into a Qt signal, so that the program ends in its own order, and lets a
-/// terminal that Control-S has stopped go on. A signal that was ignored when the program started stays
+/// Turns SIGTERM, SIGINT and SIGHUP into a Qt signal, so that the program can end in an orderly way, and
+/// resumes a terminal that Control-S has stopped. A signal that was ignored when the program started stays
 /// ignored. One object at a time; main thread.
 class TerminationSignals : public QObject
 {
@@ -17,14 +17,14 @@ public:
     TerminationSignals();
     ~TerminationSignals() override;
 
-    /// Readable from the first such signal on, for those who wait elsewhere than in the event loop. -1 where
-    /// no object is there.
+    /// Readable from the first such signal on, for code that waits outside the event loop. -1 if no object
+    /// exists.
     [[nodiscard]] static int descriptor();
-    /// Whether such a signal came, though the event loop may not know yet.
+    /// Whether such a signal has arrived, even if the event loop has not handled it yet.
     [[nodiscard]] static bool isPending();
 
 Q_SIGNALS:
-    /// The first of these signals came: its number. Later ones have nothing to add.
+    /// The first of these signals arrived: its number. Later ones are not reported.
     void received(int signal);
 
 private:

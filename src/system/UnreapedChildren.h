@@ -9,7 +9,7 @@
 
 namespace portolan {
 
-/// Children that were killed but have not ended yet, as one does not that the kernel holds in a system call.
+/// Children that were killed but have not ended yet, for instance because they are blocked in a system call.
 /// Any thread.
 class UnreapedChildren
 {
