@@ -18,7 +18,7 @@ namespace portolan {
 
 namespace {
 
-/// The connection, with what has been received and not read yet, and what has not been sent yet.
+/// A buffered connection, in both directions.
 class Connection
 {
 public:
@@ -26,8 +26,8 @@ public:
         : m_socket(socket)
     {}
 
-    /// The next `size` bytes, which stay valid until the next call. Sends what there is to send before it
-    /// waits. Null at the end of the connection.
+    /// The next `size` bytes, which stay valid until the next call. Flushes the output before it waits. Null
+    /// at the end of the connection.
     const char *receive(size_t size)
     {
         while (m_received - m_read < size) {
@@ -79,8 +79,8 @@ private:
 
 void sendFile(const char *path, Connection &connection)
 {
-    // Opened before it is looked at, so that it cannot be exchanged in between; O_NONBLOCK for FIFOs and
-    // devices. Files of /proc and the like call themselves regular and empty, and may block or never end.
+    // Opened before fstat(), so that it cannot be exchanged in between; O_NONBLOCK for FIFOs and devices.
+    // Files of /proc and the like claim to be regular and empty, and may block or never end.
     const int file = open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     struct stat facts;
     const bool isSane = file >= 0 && fstat(file, &facts) == 0 && S_ISREG(facts.st_mode) &&

@@ -7,8 +7,9 @@
 #include <atomic>
 #include <cstdint>
 
-/// What FolderReader and its child process say to each other. The child reads questions, a header and a path
-/// each, and answers each in turn with pieces, a length and as many bytes each, up to one of no bytes.
+/// The protocol between FolderReader and its child process. The child reads questions, each a header and a
+/// path, and answers each in turn with pieces, each a length and as many bytes; an empty piece ends an
+/// answer.
 namespace portolan::FolderAnswers {
 
 enum class Kind : std::uint32_t { File, Marker, IsFolder };
@@ -16,20 +17,19 @@ enum class Kind : std::uint32_t { File, Marker, IsFolder };
 struct Question
 {
     Kind kind = Kind::File;
-    std::uint32_t pathSize = 0; ///< of the path that follows, with the NUL at its end
+    std::uint32_t pathSize = 0; ///< of the path that follows, including the terminating NUL
 };
 
 inline constexpr std::int64_t maxFileSize = std::int64_t(4) * 1024 * 1024;
 
-/// A file that tells of what kind a project is. A name that begins with a dot stands for all that end so.
+/// A file that identifies a framework. A name that begins with a dot stands for every name with that suffix.
 struct Marker
 {
     const char *file;
     Framework framework;
 };
 
-/// In the order in which they decide. The answer to a question of that kind is the place of the first one
-/// that there is, in one byte.
+/// The first one that exists decides. The answer to a question of kind Marker is its index, in one byte.
 inline constexpr std::array markers{
     Marker{"Cargo.toml", Framework::rust},
     Marker{"go.mod", Framework::go},
@@ -45,15 +45,15 @@ inline constexpr std::array markers{
     Marker{"build.gradle", Framework::java},
 };
 
-/// Memory that both share, for what a child that hangs cannot say any more.
+/// Shared memory, as a child that hangs can no longer send anything.
 struct Progress
 {
-    std::atomic<std::uint32_t> begun = 0;  ///< questions
-    std::atomic<std::int64_t> begunNs = 0; ///< when the last of them was, on the steady clock
+    std::atomic<std::uint32_t> begun = 0;  ///< number of questions
+    std::atomic<std::int64_t> begunNs = 0; ///< when the last of them was begun, on the steady clock
 };
 
-/// The child's life: answers what comes in on `connection` until it ends. Uses only what a process copied
-/// from one with threads may: no allocation, no lock.
+/// The main function of the child: answers questions on `connection` until it is closed. Neither allocates
+/// nor locks, which the forked child of a process with threads must not do.
 void serve(int connection, Progress &progress);
 
 } // namespace portolan::FolderAnswers

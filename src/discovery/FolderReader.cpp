@@ -23,7 +23,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// What the child is asked for; empty where the answer is known to be none.
+/// The path that the child is asked about; empty if the answer is known to be none.
 QByteArray pathOf(const FolderReader::Question &question)
 {
     if (!question.folder.startsWith(u'/'))
@@ -41,14 +41,14 @@ void unmap(FolderAnswers::Progress *progress)
 
 } // namespace
 
-/// Questions under way with a child.
+/// Questions that were sent to a child.
 struct FolderReader::Batch
 {
-    std::vector<size_t> asked; ///< their places in the run
+    std::vector<size_t> asked; ///< their indices in the run
     size_t answered = 0;
     QByteArray unsent;
-    QByteArray received; ///< of a piece that is not whole yet
-    QByteArray answer;   ///< from the pieces so far
+    QByteArray received; ///< the incomplete piece
+    QByteArray answer;   ///< the pieces of the current answer so far
 
     void add(size_t place, Kind kind, const QByteArray &path)
     {
@@ -147,7 +147,7 @@ bool FolderReader::exchange(Batch &batch, Answers &answers, const Limits &limits
     const auto start = Clock::now();
     if (!batch.send(connection))
         return false;
-    bool isLast = false; // what it has answered counts, however late this thread comes to see it
+    bool isLast = false; // what it has answered counts, however late this thread reads it
     while (batch.answered < batch.asked.size() && !isLast) {
         const auto since = progress.begun == before
                                ? start
@@ -187,7 +187,7 @@ bool FolderReader::start()
     return true;
 }
 
-/// Leaves the child at work to itself, and what it hangs in. It ends when it comes back.
+/// Abandons the current child and the folder that it hangs in. It ends when it returns from there.
 void FolderReader::abandon(const QString &folder)
 {
     m_child->connection.close();

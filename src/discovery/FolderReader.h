@@ -18,18 +18,19 @@
 
 namespace portolan {
 
-/// Reads what tells about projects in folders of other programs, without trust in them: nothing is waited for
-/// but the file system itself, and nothing but a regular file of a sane size is read.
+/// Reads project files in the folders of other programs, which are not trusted: only regular files of limited
+/// size are read, and nothing but the file system itself can block.
 ///
 /// A file system that does not answer, such as a dead network mount, blocks the thread that asks it
-/// indefinitely, and a process with a thread blocked there cannot end. So a child process asks. It is kept
-/// while it answers; one that hangs is abandoned, and what it hangs in is asked nothing before it has come
-/// back. There is at most one such process for each dead folder. Any thread; one run at a time, others wait.
+/// indefinitely, and a process with a thread blocked there cannot end. So a child process reads. It is kept
+/// while it answers; one that hangs is abandoned, and its folder is not accessed again before that child has
+/// returned from it. There is at most one such process for each dead folder. Any thread; one run at a time,
+/// others wait.
 class FolderReader
 {
 public:
-    /// After so many time-outs in a run the rest of it is not tried, and beside so many abandoned processes
-    /// no other is started.
+    /// After `maxTimeOuts` time-outs a run ends, and beside `maxAbandoned` abandoned processes no other is
+    /// started.
     static constexpr int maxTimeOuts = 2;
     static constexpr size_t maxAbandoned = 32;
 
@@ -37,8 +38,8 @@ public:
     struct Question
     {
         Kind kind;
-        QString folder;        ///< an absolute path; any other text is a folder that is not there
-        const char *file = ""; ///< in it, for Kind::File
+        QString folder;        ///< an absolute path; any other text counts as a folder that does not exist
+        const char *file = ""; ///< name of a file in it, for Kind::File
     };
 
     struct Limits
@@ -47,19 +48,20 @@ public:
         std::stop_token stop = {};                                    ///< ends the run
     };
 
-    /// Starts the child process: the earlier in a program, the less there is to copy. Where that is not
-    /// possible, it is tried again when there is something to ask.
+    /// Starts the child process: the earlier in a program, the less memory there is to copy. If that fails,
+    /// ask() tries again.
     FolderReader();
     ~FolderReader();
     Q_DISABLE_COPY_MOVE(FolderReader)
 
     /// The answers to `questions`, which are asked in their order; absent for one that was not answered in
     /// time or not asked. File: the bytes of a regular file of 1 byte to 4 MiB, and none for anything else.
-    /// Marker: the place in FolderAnswers::markers in one byte, or none. IsFolder: one byte for yes, or none.
+    /// Marker: the index in FolderAnswers::markers in one byte, or no byte. IsFolder: one byte for yes, or no
+    /// byte.
     [[nodiscard]] std::vector<std::optional<QByteArray>> ask(const std::vector<Question> &questions,
                                                              const Limits &limits);
 
-    /// The child at work, or -1.
+    /// The process id of the current child, or -1.
     [[nodiscard]] pid_t child() const { return m_child ? m_child->process.pid() : -1; }
 
 private:
@@ -70,7 +72,7 @@ private:
         ChildProcess process;
         FileDescriptor connection;
         Progress progress;
-        QString folder; ///< in which it hangs, once it is abandoned
+        QString folder; ///< where it hangs, once it is abandoned
     };
     struct Batch;
 

@@ -18,7 +18,7 @@ namespace {
 using PortScanner::ScanOptions;
 using Folders = QHash<qint32, std::optional<QString>>;
 
-/// Never shown. A socket listing may cut a name short, so the cut forms are members beside the full ones.
+/// Never shown. Socket listings may truncate names, so the truncated forms are listed beside the full ones.
 constexpr std::array systemCommands{
     "ControlCe"_L1,     "ControlCenter"_L1,     "rapportd"_L1,  "sharingd"_L1,  "AirPlayXPCHelper"_L1,
     "identityse"_L1,    "identityservicesd"_L1, "cloudd"_L1,    "trustd"_L1,    "apsd"_L1,
@@ -41,7 +41,7 @@ bool contains(const auto &list, QStringView text)
     return std::ranges::any_of(list, [&](QLatin1StringView entry) { return text == entry; });
 }
 
-/// The first of each process and port, as far as the port is asked for.
+/// The first listener of each process and port, if the port is asked for.
 QList<RawListener> wantedListeners(const QList<RawListener> &listeners, const ScanOptions &options)
 {
     QSet<std::pair<qint32, qint64>> seen;
@@ -56,8 +56,8 @@ QList<RawListener> wantedListeners(const QList<RawListener> &listeners, const Sc
     return distinct;
 }
 
-/// Clears the folders that are not there any more, which the system marks at the end of their path; a folder
-/// may be called so, too.
+/// Clears the folders that were deleted, which the kernel marks at the end of their path; a folder may also
+/// have such a name.
 void removeDeleted(std::vector<std::optional<QString>> &folders, FolderReader &files,
                    const ScanOptions &options)
 {

@@ -23,7 +23,7 @@ class ProcessSource;
 struct ScanResult
 {
     QList<Service> services;                   ///< sorted by port
-    QHash<qint32, ProcessIdentity> identities; ///< of their processes by pid, as far as the system tells
+    QHash<qint32, ProcessIdentity> identities; ///< of their processes, by pid, where the system tells
 };
 
 /// Discovery's single entry point.
@@ -31,15 +31,15 @@ namespace PortScanner {
 
 struct ScanOptions
 {
-    std::stop_token stop = {};               ///< ends the scan early, with a result that means nothing
-    std::optional<QSet<qint64>> ports = {};  ///< about listeners on others nothing is asked; absent: on any
+    std::stop_token stop = {};               ///< ends the scan early, with a meaningless result
+    std::optional<QSet<qint64>> ports = {};  ///< listeners on other ports are ignored; absent: none are
     QStringList homes = HomeFolder::paths(); ///< the names of the user's home folder
     std::chrono::milliseconds folderDeadline = FolderReader::Limits().deadline;
 };
 
-/// The development servers that listen on this machine now, as `source` knows it; project files are read by
-/// `files`. Blocks, so never on the main thread; any number of scans may run at once. Never fails: an empty
-/// list means that nothing was found.
+/// The development servers that listen now, according to `source`; project files are read by `files`. Blocks,
+/// so never on the main thread; any number of scans may run at once. Never fails: an empty list means that
+/// nothing was found.
 [[nodiscard]] ScanResult scan(ProcessSource &source, FolderReader &files, const ScanOptions &options = {});
 
 } // namespace PortScanner

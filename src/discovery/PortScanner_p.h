@@ -7,7 +7,7 @@
 
 namespace portolan::PortScanner {
 
-/// Whether a listener is one that a developer wants to see, by its command name, else by its folder.
+/// Whether a listener counts as a development server, by its command name, else by its folder.
 [[nodiscard]] bool isDevServer(const QString &command, const std::optional<QString> &folder,
                                const QStringList &homes);
 

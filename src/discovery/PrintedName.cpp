@@ -17,10 +17,10 @@ constexpr QByteArrayView escapeLetters = "bfnrt\\";
 struct Escape
 {
     char byte;
-    qsizetype length; ///< how many characters spell it
+    qsizetype length; ///< its length in characters
 };
 
-/// The escape that `text` begins with, if it does with one.
+/// The escape that `text` begins with, if any.
 std::optional<Escape> escapeAt(QByteArrayView text)
 {
     if (text.size() < 2 || text.front() != '\\')
@@ -49,7 +49,7 @@ bool isPrintable(char32_t character)
     }
 }
 
-/// Bytes of the printable character of more than one byte that `text` begins with; 0 if it begins otherwise.
+/// The length in bytes of the printable multi-byte character that `text` begins with; 0 if there is none.
 qsizetype printableLength(QByteArrayView text)
 {
     for (qsizetype length = 2; uchar(text.front()) >= 0x80 && length <= std::min<qsizetype>(4, text.size());

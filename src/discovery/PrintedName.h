@@ -8,11 +8,11 @@
 /// not part of a printable character. Pure functions.
 namespace portolan::PrintedName {
 
-/// How `name` is printed.
+/// `name` as lsof prints it.
 [[nodiscard]] QString of(QByteArrayView name);
 
-/// The name that was printed as `printed`. What is no escape stays, also a control character in its caret
-/// form ("^["): a caret may just as well be one.
+/// The name that was printed as `printed`. Text that is no escape stays, also the caret form of a control
+/// character ("^["), which cannot be told from a real caret.
 [[nodiscard]] QString plain(const QString &printed);
 
 } // namespace portolan::PrintedName

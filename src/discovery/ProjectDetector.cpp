@@ -24,7 +24,7 @@ struct Dependency
     Framework framework;
 };
 
-// In the order in which they decide.
+// The first one that is present decides.
 constexpr std::array knownDependencies{
     Dependency{"next"_L1, Framework::next},
     Dependency{"nuxt"_L1, Framework::nuxt},
@@ -41,7 +41,7 @@ constexpr std::array knownDependencies{
     Dependency{"react"_L1, Framework::react},
 };
 
-/// `text` with the character at `place`, if there is one, in upper case.
+/// `text` with the character at index `place`, if any, in upper case.
 QString withUpperCase(QString text, qsizetype place)
 {
     const bool isPair = place < text.size() && text[place].isHighSurrogate();
@@ -49,8 +49,7 @@ QString withUpperCase(QString text, qsizetype place)
     return text.replace(place, length, text.sliced(place, length).toUpper());
 }
 
-/// A name that is far longer than any package manager allows is shown, sorted and searched for its front
-/// alone.
+/// Truncates names that are far longer than any package manager allows.
 QString bounded(QString name)
 {
     constexpr qsizetype most = 1000;
@@ -59,7 +58,7 @@ QString bounded(QString name)
     return name;
 }
 
-/// What is known without a look into the folder.
+/// The result without reading the folder.
 ProjectDetector::Project detectFromCommand(const QString &command, const std::optional<QString> &folder)
 {
     using namespace ProjectDetector;
@@ -141,7 +140,7 @@ Framework ProjectDetector::frameworkForCommand(const QString &command)
 
 Framework ProjectDetector::frameworkFromPackage(const QJsonObject &package, const QString &command)
 {
-    // Anything but an object there converts to an empty one.
+    // Anything but an object converts to an empty one.
     const QJsonObject dependencies = package.value("dependencies"_L1).toObject();
     const QJsonObject devDependencies = package.value("devDependencies"_L1).toObject();
     const auto known = std::ranges::find_if(knownDependencies, [&](const Dependency &dependency) {

@@ -9,7 +9,7 @@
 #include <optional>
 #include <vector>
 
-/// What to call a listening process, and what kind of project it belongs to.
+/// Determines the display name and the framework of a listening process.
 namespace portolan::ProjectDetector {
 
 struct Project
@@ -29,8 +29,8 @@ struct Subject
 
 /// Decides for each of `subjects`, in their order, by the package.json in the folder, else by its marker
 /// files, else by the command. Reads only files directly in the folders (absolute paths), with `files` and
-/// within `limits`. Never fails: what cannot be read, or does not answer in time, is passed over, down to the
-/// folder's name and `Framework::generic`.
+/// within `limits`. Never fails: what cannot be read in time is skipped; the last resort is the folder's name
+/// and `Framework::generic`.
 [[nodiscard]] std::vector<Project> detect(const std::vector<Subject> &subjects, FolderReader &files,
                                           const FolderReader::Limits &limits);
 

@@ -8,23 +8,23 @@
 
 namespace portolan::ProjectDetector {
 
-/// What the command name alone says.
+/// The framework by the command name alone.
 [[nodiscard]] Framework frameworkForCommand(const QString &command);
 
-/// What the dependencies in a package.json say, else the command.
+/// The framework by the dependencies in a package.json, else by the command.
 [[nodiscard]] Framework frameworkFromPackage(const QJsonObject &package, const QString &command);
 
 /// "@acme/my-cool_app" as "My Cool App"; nothing if nothing follows the scope.
 [[nodiscard]] std::optional<QString> cleanName(const QString &packageName);
 
-/// In each word the first letter in upper case and all others in lower case. Words are Unicode's: white space
-/// and hyphens part them, apostrophes and low lines within do not.
+/// `text` with the first letter of each word in upper case and all others in lower case. Words are Unicode's:
+/// white space and hyphens separate them, apostrophes and underscores within do not.
 [[nodiscard]] QString capitalized(const QString &text);
 
 /// The last component of a path; "/" for the root.
 [[nodiscard]] QString lastComponent(const QString &path);
 
-/// What the bytes of a package.json say; nothing unless they are a JSON object.
+/// The project by the content of a package.json; nothing unless that is a JSON object.
 [[nodiscard]] std::optional<Project> detectFromPackage(const QByteArray &json, const QString &folderName,
                                                        const QString &command);
 

@@ -17,13 +17,13 @@ namespace portolan {
 
 namespace {
 
-/// Whether the name is one that a runtime has given to its main thread, which on Linux renames the process.
+/// Whether a runtime gave this name to its main thread, which on Linux renames the process.
 bool isThreadName(std::string_view command)
 {
     return command == "MainThread" || command == "node-MainThread";
 }
 
-/// The last part of a link like /proc/PID/exe, without the mark of a deleted file.
+/// The file name in the target of /proc/PID/exe, without the mark of a deleted file.
 std::string_view executableName(std::string_view link)
 {
     constexpr std::string_view deleted = " (deleted)";
@@ -103,7 +103,7 @@ std::vector<std::optional<ProcessStats>> KernelSource::stats(const QList<qint32>
 std::optional<QString> KernelSource::workingFolder(qint32 pid)
 {
     char buffer[PATH_MAX];
-    // The id of a further thread of a process names a folder too, but has no run time.
+    // The id of a thread that is not the main one has a cwd link too, but no run time.
     const auto link =
         m_table.runTime(pid) ? ProcFs::readLink(buffer, ProcFs::Path(pid, "cwd").text()) : std::nullopt;
     return link ? std::optional(QString::fromUtf8(*link)) : std::nullopt;
@@ -114,7 +114,7 @@ std::optional<ProcessStats> KernelSource::statsOf(qint32 pid)
     const auto runTime = m_table.runTime(pid);
     const auto times = runTime ? m_table.stat(pid, runTime) : std::nullopt;
     char buffer[256];
-    // The same figure as in status, which takes the kernel three times as long to print.
+    // The same figure as in /proc/PID/status, which takes the kernel three times as long to print.
     const auto statm = ProcFs::readInto(buffer, ProcFs::Path(pid, "statm").text());
     const auto residentPages = statm ? parseResidentPages(*statm) : std::nullopt;
     if (!times || !residentPages)

@@ -9,9 +9,9 @@
 
 namespace portolan {
 
-/// What the kernel says: the listening sockets by netlink, everything else from /proc. Costs a hundredth of
-/// what the tools do. Remembers from one call to the next which process holds which socket. Ignores stop
-/// requests, since it waits for nothing but the kernel.
+/// The kernel's own tables: the listening sockets by netlink, everything else from /proc. Costs a hundredth
+/// of what the tools do. Remembers between calls which process holds which socket. Ignores stop requests,
+/// since it waits for nothing but the kernel.
 class KernelSource final : public ProcessSource
 {
 public:

@@ -10,12 +10,12 @@ unsigned long long KernelStats::ticksSinceBoot(long long centiseconds, long tick
 
 ProcessStats KernelStats::of(const Figures &figures)
 {
-    // ps goes through fractions of a second and back, which now and then loses a tick.
+    // ps converts to fractions of a second and back, which sometimes loses a tick.
     double seconds = 0;
     if (figures.nowTicks > figures.startTicks)
         seconds = double(figures.nowTicks - figures.startTicks) / double(figures.ticksPerSecond);
     const auto ticks = static_cast<unsigned long long>(seconds * double(figures.ticksPerSecond));
-    // In tenths of a percent, of which ps shows none from 100 percent on.
+    // In tenths of a percent; from 100 percent on ps shows whole percents.
     const unsigned long long share = ticks > 0 ? figures.cpuTicks * 1000 / ticks : 0;
     return {
         .uptimeSeconds = static_cast<qint64>(seconds),

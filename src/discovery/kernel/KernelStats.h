@@ -3,7 +3,7 @@
 
 #include "ProcessStats.h"
 
-/// What is calculated from the kernel's figures of a process, with the rounding of ps. Pure functions.
+/// Calculates statistics from the kernel's figures of a process, rounded as by ps. Pure functions.
 namespace portolan::KernelStats {
 
 /// Times are in clock ticks.
@@ -18,7 +18,7 @@ struct Figures
 
 [[nodiscard]] ProcessStats of(const Figures &figures);
 
-/// Clock ticks since boot for a time in hundredths of a second.
+/// Converts a time since boot in hundredths of a second to clock ticks.
 [[nodiscard]] unsigned long long ticksSinceBoot(long long centiseconds, long ticksPerSecond);
 
 } // namespace portolan::KernelStats

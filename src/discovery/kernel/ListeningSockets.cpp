@@ -34,7 +34,7 @@ constexpr std::array acceptedHosts{
     mapped(127, 0, 0, 1),
 };
 
-/// The address in the 4 or 16 bytes at `bytes`, which are in network order.
+/// The address in the 4 or 16 bytes at `bytes`, which are in network byte order.
 Address addressOf(const void *bytes, bool isIpv6)
 {
     Address address = mapped(0, 0, 0, 0);
@@ -72,8 +72,8 @@ ListeningSocket fromMessage(const inet_diag_msg &message)
             .port = ntohs(message.id.idiag_sport)};
 }
 
-/// Whether the message that ends a dump says that it is whole: a kernel that lacks the module for it sends an
-/// error there.
+/// Whether the message that ends a dump reports success: a kernel without the module for it reports an error
+/// there.
 bool isWhole(const nlmsghdr &header, std::span<const char> received)
 {
     int error = 0;
@@ -138,7 +138,7 @@ std::vector<std::string_view> words(std::string_view line)
     return words;
 }
 
-/// Addresses are printed as words of the machine's own byte order.
+/// The kernel prints addresses as words in host byte order.
 std::optional<Address> parseAddress(std::string_view text, bool isIpv6)
 {
     std::array<std::uint32_t, 4> words{};
@@ -208,7 +208,7 @@ std::vector<ListeningSocket> ListeningSockets::read()
 {
     const auto answer = fromNetlink();
     std::vector<ListeningSocket> sockets = answer ? *answer : fromProc();
-    // Without an inode it is no process's; twice when the table changed while it was read.
+    // No process holds a socket without an inode. Duplicates occur if the table changed while it was read.
     std::erase_if(sockets, [](const ListeningSocket &socket) { return socket.inode == 0; });
     std::ranges::sort(sockets, {}, &ListeningSocket::inode);
     // Not std::ranges, whose subranges clang 14 does not compile with this standard library.

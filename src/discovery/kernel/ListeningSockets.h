@@ -13,7 +13,8 @@ namespace portolan {
 struct ListeningSocket
 {
     ino_t inode = 0;
-    std::array<std::uint8_t, 16> address = {}; ///< in network order; IPv4 as IPv6 has it, ::ffff:127.0.0.1
+    std::array<std::uint8_t, 16> address =
+        {}; ///< in network byte order; IPv4 as a mapped address, ::ffff:127.0.0.1
     std::uint16_t port = 0;
 
     /// Whether it is bound to all addresses or to the loopback address.
@@ -24,8 +25,8 @@ struct ListeningSocket
 
 namespace ListeningSockets {
 
-/// The listening TCP sockets of this network namespace that a process can hold, by ascending inode; none when
-/// the kernel does not tell. Any thread.
+/// The listening TCP sockets of this network namespace, by ascending inode; none if they cannot be read. Any
+/// thread.
 [[nodiscard]] std::vector<ListeningSocket> read();
 
 } // namespace ListeningSockets

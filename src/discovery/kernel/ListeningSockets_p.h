@@ -10,19 +10,19 @@
 
 namespace portolan::ListeningSockets {
 
-/// The kernel's answer to a question on its netlink socket; absent where it does not take such questions.
+/// The sockets by netlink; absent where the kernel does not support that.
 [[nodiscard]] std::optional<std::vector<ListeningSocket>> fromNetlink();
-/// The same from /proc/net/tcp and /proc/net/tcp6, which list every connection too.
+/// The same from /proc/net/tcp and /proc/net/tcp6, which also list every connection.
 [[nodiscard]] std::vector<ListeningSocket> fromProc();
 
 enum class Dump { goesOn, done, failed };
 
-/// Appends to `sockets` what one datagram of the kernel's answer holds, and tells whether more are to come. A
-/// dump that the kernel could not make, or during which the table changed, has failed.
+/// Appends the sockets in one datagram of the kernel's answer to `sockets`, and returns whether more are to
+/// come. A dump with an error, or during which the table changed, has failed.
 [[nodiscard]] Dump readMessages(std::span<const char> received, std::vector<ListeningSocket> &sockets);
 
-/// The listening sockets in the text of a /proc/net/tcp, or of a /proc/net/tcp6 with `isIpv6`. Lines of any
-/// other form are skipped.
+/// The listening sockets in the text of /proc/net/tcp or, with `isIpv6`, of /proc/net/tcp6. Malformed lines
+/// are skipped.
 [[nodiscard]] std::vector<ListeningSocket> parseTable(std::string_view text, bool isIpv6);
 
 } // namespace portolan::ListeningSockets

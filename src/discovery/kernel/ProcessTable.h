@@ -13,7 +13,7 @@
 
 namespace portolan {
 
-/// A process as the table lists it. A pid that was given to a new process comes with a new `incarnation`.
+/// A process as the table lists it. A pid that is reused gets a new `incarnation`.
 struct ProcessId
 {
     pid_t pid = 0;
@@ -31,7 +31,8 @@ struct SocketDescriptor
     friend bool operator==(const SocketDescriptor &, const SocketDescriptor &) = default;
 };
 
-/// The processes of this machine and what they hold open. What is gone or not permitted is absent or empty.
+/// The processes of this machine and their open descriptors. What is gone or not permitted is absent or
+/// empty.
 class ProcessTable
 {
 public:
@@ -39,18 +40,18 @@ public:
 
     /// Every process, by ascending pid; absent when the table cannot be read at all.
     [[nodiscard]] virtual std::optional<std::vector<ProcessId>> processes() = 0;
-    /// For how long all threads of the process have run, to the nanosecond but for what a thread that runs at
-    /// this moment is yet to be charged for. Absent for the id of a thread, too.
+    /// The CPU time of all threads of the process in nanoseconds; a thread that runs at this moment may not
+    /// have been charged yet. Also absent for the id of a thread that is not the main one.
     [[nodiscard]] virtual std::optional<std::chrono::nanoseconds> runTime(pid_t pid) = 0;
-    /// What the process, which has just been found to have run for `runTime`, is like.
+    /// The stat of the process, whose run time has just been found to be `runTime`.
     [[nodiscard]] virtual std::optional<ProcessStat>
     stat(pid_t pid, const std::optional<std::chrono::nanoseconds> &runTime) = 0;
     /// How many descriptors the process has open; 0 where the kernel does not tell (before Linux 6.2).
     [[nodiscard]] virtual unsigned descriptorCount(pid_t pid) = 0;
-    /// Writes the process's sockets, by ascending descriptor, into `sockets` in place of what it held, and
-    /// returns the descriptorCount() that there was before.
+    /// Replaces `sockets` by the process's sockets, in ascending order of descriptors, and returns the
+    /// descriptorCount() before they were read.
     virtual unsigned readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets) = 0;
-    /// Whether the descriptor still is what it was.
+    /// Whether the descriptor still refers to that socket.
     [[nodiscard]] virtual bool holds(pid_t pid, const SocketDescriptor &socket) = 0;
 };
 
@@ -58,10 +59,10 @@ namespace ProcFs {
 class Descriptors;
 }
 
-/// The real one, read from /proc. One thread at a time.
+/// The process table in /proc. One thread at a time.
 ///
-/// A process that has not run since it was last asked about has neither used time, changed its name nor
-/// ended, and is not read again.
+/// The stat of a process that has not run since it was last read is not read again: such a process has
+/// neither used CPU time nor changed its name nor ended.
 class KernelProcessTable final : public ProcessTable
 {
 public:
@@ -73,13 +74,13 @@ public:
     unsigned readSockets(pid_t pid, std::vector<SocketDescriptor> &sockets) override;
     bool holds(pid_t pid, const SocketDescriptor &socket) override;
 
-    /// Reads the descriptors below `unlisted` without having the kernel list them, which costs it as much as
-    /// reading them, and then those that there are besides.
+    /// Reads the descriptors below `unlisted` without listing them first, since listing costs as much as
+    /// reading, and then lists and reads the others.
     static void readSockets(ProcFs::Descriptors &descriptors, unsigned unlisted,
                             std::vector<SocketDescriptor> &sockets);
 
 private:
-    /// What a process was like when it had run for so long.
+    /// The stat of a process at a run time.
     struct LastStat
     {
         std::chrono::nanoseconds runTime;

@@ -50,7 +50,7 @@ void SocketOwners::takeOver(const std::vector<ProcessId> &ids)
     m_processes = std::move(processes);
 }
 
-/// Whether the process is the same as before and holds all of its wanted sockets, if any of them is left.
+/// Whether the process is the same as before, and still holds all of its wanted sockets and at least one.
 bool SocketOwners::isStillOwner(Process &process, const std::vector<ino_t> &inodes)
 {
     const pid_t pid = process.id.pid;
@@ -80,7 +80,7 @@ void SocketOwners::rescan(const std::vector<ino_t> &inodes, Clock::time_point no
             read(process, inodes);
         }
     }
-    // One that has just woken up is charged for it a moment later.
+    // A process that has just woken up is charged for it a moment later.
     if (hasOwnerless(inodes))
         std::ranges::for_each(idle, [&](Process *process) { read(*process, inodes); });
 }
@@ -88,12 +88,13 @@ void SocketOwners::rescan(const std::vector<ino_t> &inodes, Clock::time_point no
 void SocketOwners::read(Process &process, const std::vector<ino_t> &inodes)
 {
     process.isRead = true;
-    process.runTime = m_table.runTime(process.id.pid); // first: what it does meanwhile will count as later
+    process.runTime =
+        m_table.runTime(process.id.pid); // first: what the process does meanwhile then counts as later
     process.descriptorCount = m_table.readSockets(process.id.pid, process.sockets);
     chooseWanted(process, inodes);
 }
 
-/// Of the sockets that the process held when it was read. One that has ended holds none.
+/// Chooses among the sockets that the process held when it was read. A process that has ended holds none.
 void SocketOwners::chooseWanted(Process &process, const std::vector<ino_t> &inodes)
 {
     process.wanted.clear();
@@ -107,14 +108,14 @@ void SocketOwners::chooseWanted(Process &process, const std::vector<ino_t> &inod
         process.wanted.clear();
 }
 
-/// Whether the process has done nothing since it was read.
+/// Whether the process has not run since it was read.
 bool SocketOwners::hasNotRun(const Process &process) const
 {
     return process.runTime && m_table.runTime(process.id.pid) == process.runTime &&
            m_table.descriptorCount(process.id.pid) == process.descriptorCount;
 }
 
-/// Whether a socket without an owner has not been part of a rescan.
+/// Whether there is a socket without an owner for which no rescan was done yet.
 bool SocketOwners::hasOwnerless(const std::vector<ino_t> &inodes) const
 {
     return !std::ranges::includes(m_ownerless, withoutOwner(inodes));

@@ -10,11 +10,11 @@
 
 namespace portolan {
 
-/// A process and the sockets it holds among those asked for.
+/// A process and which of the requested sockets it holds.
 struct SocketOwner
 {
     pid_t pid = 0;
-    std::string command;                       ///< its name, as the kernel has it
+    std::string command;                       ///< its name, unescaped
     std::vector<SocketDescriptor> descriptors; ///< by ascending number, never empty
     unsigned long long startTicks = 0;         ///< when it was started, in clock ticks since boot
 
@@ -31,8 +31,8 @@ struct SocketOwner
 ///   process can be handed a socket by another at any time.
 ///
 /// A process that has not run since it was read, and has as many descriptors, still holds what it held, so
-/// that a rescan skips it. What this may miss, such as an exchange in a table of descriptors that two
-/// processes share, is found when all are read without exception, every `rereadInterval`.
+/// that a rescan skips it. What this may miss, such as a change by another process that shares the descriptor
+/// table, is found when all are read without exception, every `rereadInterval`.
 ///
 /// One thread at a time.
 class SocketOwners
@@ -43,24 +43,24 @@ public:
     static constexpr std::chrono::seconds rescanInterval{30};
     static constexpr std::chrono::minutes rereadInterval{10};
 
-    /// Reads `table`, which must outlive this.
+    /// `table` must outlive this object.
     explicit SocketOwners(ProcessTable &table)
         : m_table(table)
     {}
 
-    /// All processes that hold any of the sockets `inodes`, which are sorted, by ascending pid; none when the
-    /// process table cannot be read.
+    /// All processes that hold any of the sockets `inodes` (sorted), by ascending pid; none if the process
+    /// table cannot be read.
     [[nodiscard]] std::vector<SocketOwner> find(const std::vector<ino_t> &inodes, Clock::time_point now);
 
 private:
-    /// A process, what it was like when its descriptors were read, and which of its sockets are asked for.
+    /// A process, its state when its descriptors were read, and which of its sockets are requested.
     struct Process
     {
         ProcessId id;
         bool isRead = false;
         std::optional<std::chrono::nanoseconds> runTime = {};
         unsigned descriptorCount = 0;
-        std::vector<SocketDescriptor> sockets = {}; ///< all that it held
+        std::vector<SocketDescriptor> sockets = {}; ///< all its sockets
         std::vector<SocketDescriptor> wanted = {};
         ProcessStat stat = {}; ///< of one with wanted sockets
     };
@@ -75,8 +75,9 @@ private:
     [[nodiscard]] std::vector<ino_t> withoutOwner(const std::vector<ino_t> &inodes) const;
 
     ProcessTable &m_table;
-    std::vector<Process> m_processes; ///< all that there are, by id
-    std::vector<ino_t> m_ownerless;   ///< not found by a rescan: other users' and the kernel's own
+    std::vector<Process> m_processes; ///< all processes, by id
+    std::vector<ino_t>
+        m_ownerless; ///< sockets for which a rescan found no owner: other users' and the kernel's own
     std::optional<Clock::time_point> m_rescanned;
     std::optional<Clock::time_point> m_rereadAll;
 };

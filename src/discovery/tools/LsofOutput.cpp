@@ -60,7 +60,7 @@ std::optional<QString> PortScanner::parseCwd(qint32 pid, const QString &output)
         if (!line.startsWith(u'n'))
             continue;
         const QStringView name = line.sliced(1);
-        // No folder but lsof's message about one that it could not find: "/proc/42/cwd (readlink: ...)".
+        // Not a folder but lsof's error message about one: "/proc/42/cwd (readlink: ...)".
         const bool isMessage = name.startsWith(u"/proc/") && name.startsWith(u"/proc/%1/cwd ("_s.arg(pid));
         return isMessage ? std::nullopt : std::optional(PrintedName::plain(name.toString()));
     }

@@ -9,7 +9,7 @@
 
 #include <optional>
 
-// How what lsof prints is read. Pure functions.
+// Parses the output of lsof. Pure functions.
 namespace portolan::PortScanner {
 
 /// The listeners in lsof's field output, in its order. Malformed lines are skipped one by one.
@@ -19,7 +19,7 @@ namespace portolan::PortScanner {
 /// the loopback address.
 [[nodiscard]] std::optional<qint64> port(QStringView fromName);
 
-/// The working folder in lsof's answer about `pid`, with lsof's escapes undone.
+/// The working folder in lsof's answer about `pid`, unescaped.
 [[nodiscard]] std::optional<QString> parseCwd(qint32 pid, const QString &output);
 
 } // namespace portolan::PortScanner

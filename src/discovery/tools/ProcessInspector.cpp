@@ -13,7 +13,7 @@ namespace {
 
 constexpr double megabytesPerKibibyte = 0.0009765625;
 
-/// a × factor + b, staying at the end of the range instead of leaving it.
+/// a × factor + b, saturating.
 qint64 multipliedAndAdded(qint64 a, qint64 factor, qint64 b)
 {
     const auto end = [](bool negative) {

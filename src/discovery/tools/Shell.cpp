@@ -23,7 +23,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Waits for something to read. False at the deadline or on a stop.
+/// Waits until there is something to read. False at the deadline or on a stop request.
 bool awaitReadable(int descriptor, const QDeadlineTimer &deadline, int stop)
 {
     while (!deadline.hasExpired()) {
@@ -36,7 +36,7 @@ bool awaitReadable(int descriptor, const QDeadlineTimer &deadline, int stop)
     return false;
 }
 
-/// Everything up to end of file; nothing if a limit came first.
+/// Everything up to end of file; nothing if a limit was reached first.
 std::optional<QByteArray> readToEnd(int descriptor, const QDeadlineTimer &deadline, int stop, qsizetype most)
 {
     QByteArray bytes;
@@ -62,7 +62,7 @@ QString decoded(const QByteArray &bytes)
     return decoder.hasError() ? QString() : text;
 }
 
-/// Ours, but with texts in UTF-8 and numbers as in C, whatever the user's language.
+/// This program's environment, but with a UTF-8 locale and C number formats.
 QList<QByteArray> toolEnvironment()
 {
     QList<QByteArray> environment = ChildSetup::environment();
@@ -102,7 +102,7 @@ Shell::Result Shell::run(const QString &path, const QStringList &arguments, cons
         return {};
     writer.close();
 
-    // Read first, then wait: a child that fills the pipe would never end otherwise.
+    // Read first, then wait: otherwise a child that fills the pipe would never end.
     const std::optional<QByteArray> bytes =
         readToEnd(reader.get(), deadline, stop.descriptor(), limits.maxOutput);
     if (bytes && child->wait(deadline, stop.descriptor()))

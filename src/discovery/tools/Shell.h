@@ -18,16 +18,16 @@ class UnreapedChildren;
 /// limit of at most 1024, a UTF-8 locale with C number formats, and none of this program's own Qt variables.
 namespace Shell {
 
-/// What bounds a run. The defaults bound nothing but the size of the output.
+/// The limits of a run. The defaults limit only the size of the output.
 struct Limits
 {
-    /// How long the tool may take, from its start to its exit. After that its whole process group is killed.
+    /// The maximum time from the tool's start to its exit. After that its whole process group is killed.
     std::optional<std::chrono::milliseconds> deadline;
-    /// Bytes of output after which the group is killed and the answer is empty.
+    /// The maximum size of the output in bytes. Beyond it the group is killed and the result is empty.
     qsizetype maxOutput = qsizetype(64) * 1024 * 1024;
     /// A stop request ends the run as the deadline does.
     std::stop_token stop;
-    /// Takes a killed child that does not end in time; without it nobody reaps such a child.
+    /// Takes a killed child that does not end in time; without it such a child is not reaped.
     UnreapedChildren *unreaped = nullptr;
 };
 
@@ -39,7 +39,7 @@ struct Result
 
 /// Runs the executable at the absolute `path` with `arguments` as separate argv entries and waits for it.
 /// Returns its whole standard output as UTF-8 text, or "" on any failure (cannot be started, output that is
-/// not UTF-8). Standard error is discarded; the exit status is not looked at.
+/// not UTF-8). Standard error is discarded; the exit status is ignored.
 [[nodiscard]] QString run(const QString &path, const QStringList &arguments);
 
 /// As above, within `limits`; a run that a limit ends gives "".

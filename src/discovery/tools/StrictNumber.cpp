@@ -12,7 +12,7 @@ namespace portolan {
 
 namespace {
 
-/// from_chars is as strict as wanted but for one thing: it knows no plus sign.
+/// from_chars is as strict as needed, except that it does not accept a plus sign.
 template <typename Number>
 std::optional<Number> converted(QStringView text)
 {
@@ -22,7 +22,7 @@ std::optional<Number> converted(QStringView text)
             return std::nullopt;
     }
     QVarLengthArray<char, 32> digits(text.size());
-    std::ranges::transform(text, digits.begin(), &QChar::toLatin1); // 0 for any other
+    std::ranges::transform(text, digits.begin(), &QChar::toLatin1); // 0 for any other character
     Number number{};
     const char *const last = digits.data() + digits.size();
     const auto [end, error] = std::from_chars(digits.data(), last, number);

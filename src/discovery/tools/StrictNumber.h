@@ -5,8 +5,8 @@
 
 #include <optional>
 
-/// Numbers as the tools print them. Qt's and C's own conversions take more: spaces, other digits, other
-/// bases.
+/// Parses numbers as the tools print them. The conversions of Qt and C also accept spaces, other digits and
+/// other bases.
 namespace portolan::StrictNumber {
 
 /// The whole text as a decimal integer: an optional sign, then ASCII digits only. Nothing for any other text

@@ -38,8 +38,8 @@ QStringList statsQuestion(qint32 pid)
     return {u"-o"_s, u"etime=,%cpu=,rss="_s, u"-p"_s, QString::number(pid)};
 }
 
-/// Which process has `pid` now. One that has ended since it was listed is told from any later one by a start
-/// that no process has.
+/// The process that has `pid` now. If there is none, a start time that no process has, so that no later
+/// process is taken for the listed one.
 std::optional<ProcessIdentity> identityOf(qint32 pid)
 {
     const auto identity = ProcessIdentity::of(pid);
@@ -105,8 +105,8 @@ std::vector<std::optional<ProcessStats>> ToolSource::stats(const QList<qint32> &
     return stats;
 }
 
-/// What `tool` prints about each of `pids`, in their order; "" where it failed, and for what came after the
-/// last time-out that is tolerated, even if it was under way already.
+/// The output of `tool` for each of `pids`, in their order; "" if it failed, and for all after the last
+/// time-out that is tolerated, even if they were under way already.
 QStringList ToolSource::outputs(const QString &tool, QStringList (&question)(qint32),
                                 const QList<qint32> &pids, const std::stop_token &stop)
 {
@@ -128,7 +128,7 @@ QStringList ToolSource::outputs(const QString &tool, QStringList (&question)(qin
             for (qsizetype i = 1; i < std::min<qsizetype>(m_options.workers, pids.size()); ++i)
                 helpers.emplace_back(work);
         } catch (const std::system_error &) {
-            // The system gives no more threads: those that there are do it all.
+            // No more threads can be created: the existing ones do all of it.
         }
         work();
     }

@@ -12,18 +12,18 @@
 
 namespace portolan {
 
-/// What lsof and ps say: one run of lsof for the listeners, one more for each working folder, one of ps for
-/// the figures of each process. Runs about several processes go side by side on a few threads, and the
-/// outcome is that of one after the other.
+/// The process source of lsof and ps: one run of lsof for the listeners, one more for each working folder,
+/// and one of ps for the statistics of each process. The runs for several processes go in parallel on a few
+/// threads, with the result of running them one after the other.
 class ToolSource final : public ProcessSource
 {
 public:
-    /// After so many time-outs in one batch the rest of it counts as not run: a dead mount stops every lsof.
+    /// After so many time-outs in one batch the rest of it counts as not run: a dead mount blocks every lsof.
     static constexpr int maxTimeOuts = 2;
 
     struct Options
     {
-        QString lsof; ///< "": where the system keeps it, looked for each time it is run
+        QString lsof; ///< "": the usual places, searched for each run
         QString ps;   ///< likewise
         std::chrono::milliseconds listingDeadline = std::chrono::seconds(10);
         std::chrono::milliseconds deadline = std::chrono::seconds(3); ///< of every other run
