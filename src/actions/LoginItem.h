@@ -7,10 +7,10 @@
 
 namespace portolan {
 
-/// Whether the program starts by itself when the user logs in. The desktop holds the state; nothing is kept
-/// here. Main thread; reads and writes one small file.
+/// Whether the program starts at login. The state is the autostart entry; nothing is cached. Main thread;
+/// reads and writes one small file.
 ///
-/// There is one, which the views are given. Their tests give them another, hence the virtual functions.
+/// The functions are virtual for the tests of the views.
 class LoginItem : public QObject
 {
     Q_OBJECT
@@ -18,12 +18,10 @@ class LoginItem : public QObject
 public:
     explicit LoginItem(Autostart entry = Autostart::ofThisProgram(), QObject *parent = nullptr);
 
-    /// What the desktop holds now. An entry that the desktop has turned off, or whose program is gone, counts
-    /// as off.
+    /// The current state. An entry that the desktop has turned off, or whose program is gone, counts as off.
     Q_INVOKABLE [[nodiscard]] virtual bool isEnabled() const;
 
-    /// Asks for the state and returns what then holds. A request that fails, or that the desktop does not
-    /// follow, shows in that alone.
+    /// Requests a state and returns the resulting one, which differs from it if the request failed.
     Q_INVOKABLE virtual bool setEnabled(bool enabled);
 
 private:

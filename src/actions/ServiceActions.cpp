@@ -42,7 +42,7 @@ QStringList ServiceActions::usualEditors(const QString &home)
         paths += {
             "/usr/local/bin/"_L1 + command,
             "/opt/homebrew/bin/"_L1 + command,
-            // Where packages for Linux put the same launcher.
+            // Where Linux packages put the same launcher.
             "/usr/bin/"_L1 + command,
             "/usr/share/"_L1 + command + "/bin/"_L1 + command,
             "/snap/bin/"_L1 + command,

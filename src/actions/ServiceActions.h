@@ -13,28 +13,28 @@
 
 namespace portolan {
 
-/// What the user can do to a discovered server. Every action acts at once, on the main thread, without
-/// waiting for its outcome; none of them reports a failure. Without a folder the folder actions do nothing.
+/// What the user can do to a server. Actions are called on the main thread, do not wait for their outcome and
+/// do not report failures. For a service without a folder the folder actions do nothing.
 ///
-/// There is one, which the views are given. Their tests give them another, hence the virtual functions.
+/// The functions are virtual for the tests of the views.
 class ServiceActions : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Where the launchers of the code editors may be, the preferred one first. `home` is the user's home
-    /// folder.
+    /// The paths at which the launchers of code editors may be, in order of preference. `home` is the user's
+    /// home folder.
     [[nodiscard]] static QStringList usualEditors(const QString &home = HomeFolder::path());
 
-    /// Which process was listed as the server's; absent where the system does not tell.
+    /// The process that was listed for the server; absent where the system does not tell.
     using IdentityOf = std::function<std::optional<ProcessIdentity>(const Service &service)>;
 
     explicit ServiceActions(IdentityOf identityOf = {}, QStringList editors = usualEditors(),
                             QObject *parent = nullptr);
 
-    /// Ends the server's process as Termination does. Signals nobody if the process that was listed has
-    /// ended, even if another has its pid; where the system does not tell, it is the process with the pid at
-    /// this call. Once this object is gone, the process is no longer killed.
+    /// Ends the server's process as Termination does. Sends no signal if the listed process has ended, even
+    /// if another has its pid; where the system does not tell, it stops the process that has the pid at this
+    /// call. Once this object is destroyed, the process is no longer killed.
     Q_INVOKABLE virtual void stop(const portolan::Service &service);
 
     /// Opens the server's address in the user's browser.
@@ -53,7 +53,7 @@ public:
     Q_INVOKABLE virtual void openInTerminal(const portolan::Service &service);
 
 Q_SIGNALS:
-    /// The server has been told to end.
+    /// The server's process has been told to end.
     void stopRequested(const portolan::Service &service);
 
 private:

@@ -10,15 +10,15 @@ namespace portolan {
 
 class ProcessHandle;
 
-/// How a process is ended: it is asked to end, and killed if it does not.
+/// Ends a process: SIGTERM, then SIGKILL if it does not end.
 namespace Termination {
 
 /// How long a process has to end by itself before it is killed.
 inline constexpr std::chrono::milliseconds gracePeriod(1500);
 
 /// Sends SIGTERM now and, if the process is still there after `gracePeriod`, SIGKILL: to this process, never
-/// to another that has got its id. Returns at once. The kill needs the event loop of this thread, and does
-/// not come once `owner` is gone.
+/// to another that got its pid. Returns at once. SIGKILL needs the event loop of this thread, and is not sent
+/// once `owner` is destroyed.
 void start(std::shared_ptr<const ProcessHandle> process, QObject *owner);
 
 } // namespace Termination

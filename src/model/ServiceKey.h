@@ -7,7 +7,7 @@
 
 namespace portolan {
 
-/// What a service is known by from one scan to the next: pid and port, its id without making a text of it.
+/// Identifies a service from one scan to the next: pid and port, as in its id but without a string.
 using ServiceKey = std::pair<qint32, qint64>;
 
 [[nodiscard]] inline ServiceKey keyOf(const Service &service)

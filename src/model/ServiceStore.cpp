@@ -26,8 +26,8 @@ constexpr QStringView autoRefreshKey = u"autoRefresh";
 
 constexpr auto timeToEnd = 1400ms; // a scan at once would still see the listener of a process that ends
 
-/// `found` with the health that each service had in `known`; of two known services with one key, the later
-/// counts.
+/// `found` with the health that each service had in `known`; if two known services have the same key, the
+/// later one counts.
 QList<Service> merged(QList<Service> found, const QList<Service> &known)
 {
     QHash<ServiceKey, Health> health;
@@ -39,8 +39,8 @@ QList<Service> merged(QList<Service> found, const QList<Service> &known)
     return found;
 }
 
-/// Changes a property's value in place, which is always announced. The property lets go of the value
-/// meanwhile, so that a list is not copied to change one element.
+/// Changes a property's value in place and always notifies. The value is taken out of the property meanwhile,
+/// so that changing one element does not copy a list.
 template <typename Property, typename Change>
 void changeInPlace(Property &property, Change change)
 {
@@ -53,7 +53,7 @@ void changeInPlace(Property &property, Change change)
 
 } // namespace
 
-/// One probe of every service, all at once.
+/// The concurrent probes of all services.
 struct ServiceStore::ProbePass
 {
     qsizetype unanswered;
@@ -62,19 +62,18 @@ struct ServiceStore::ProbePass
 
 struct ServiceStore::ProbeResult
 {
-    ProbePass *pass; ///< there until its last result is applied
+    ProbePass *pass; ///< valid until its last result is applied
     ServiceKey key;
     Health health;
 };
 
-/// The results that are to be applied, in the order of their completion. The threads that answer probes
-/// share it with the store, which they may outlive. What a thread leaves in it is guarded by a mutex of its
-/// own, not by Qt's, which the thread sanitizer does not see.
+/// The results to be applied, in the order of completion. The threads that answer probes share it with the
+/// store, which they may outlive. It is guarded by a std::mutex, as the thread sanitizer does not know Qt's.
 struct ServiceStore::ProbeResults
 {
     std::mutex mutex;
     std::deque<ProbeResult> waiting;
-    ServiceStore *store; ///< none once it has ended
+    ServiceStore *store; ///< null once it is destroyed
 
     void add(const ProbeResult &result)
     {
@@ -82,7 +81,7 @@ struct ServiceStore::ProbeResults
         if (!store)
             return;
         waiting.push_back(result);
-        // One event for all that arrive until it is handled.
+        // One event for all results that arrive until it is handled.
         if (waiting.size() == 1)
             Q_EMIT store->probesAnswered(QPrivateSignal());
     }
@@ -170,7 +169,7 @@ QList<SortOrder> ServiceStore::sortOrders()
 
 void ServiceStore::storePinnedPorts()
 {
-    // Sorted, so that the same pins are the same file.
+    // Sorted, so that the same pins always give the same file.
     QList<qint64> ports = m_pinnedPorts.valueBypassingBindings().values();
     std::ranges::sort(ports);
     m_defaults.setIntegers(pinnedPortsKey, ports);
@@ -249,13 +248,13 @@ void ServiceStore::refresh(std::function<void()> whenDone)
             Q_EMIT scanEnded(QPrivateSignal());
         });
     } catch (const std::system_error &) {
-        Q_EMIT scanEnded(QPrivateSignal()); // a scan that cannot be made finds nothing
+        Q_EMIT scanEnded(QPrivateSignal()); // a scan that cannot be started finds nothing
     }
 }
 
 void ServiceStore::finishScan()
 {
-    // It has said its last, so this does not wait.
+    // The thread has finished its work, so this does not block.
     if (m_scanThread.joinable())
         m_scanThread.join();
     const auto whenProbed = std::exchange(m_whenProbed, nullptr);
@@ -274,7 +273,7 @@ void ServiceStore::runHealthChecks(std::function<void()> whenDone)
         return whenDone();
     ProbePass &pass = m_passes.emplace_back(ProbePass{services.size(), std::move(whenDone)});
     for (const Service &service : services) {
-        // On the thread that answers: a future watcher would take five events of this one for each.
+        // On the answering thread: a QFutureWatcher would post five events to this one for each result.
         m_check(service.port)
             .then(QtFuture::Launch::Sync, [results = m_results, &pass, key = keyOf(service)](Health health) {
                 results->add({&pass, key, health});

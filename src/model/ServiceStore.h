@@ -28,12 +28,12 @@ namespace portolan {
 
 class UserDefaults;
 
-/// The state of the running program: the current services, the search text, the user's settings, the list as
-/// shown, and the cycle that keeps it all true. Made once and handed on by reference. Main thread only.
+/// The state of the program: the current services, the search text, the user's settings, the list as shown,
+/// and the refresh cycle. Created once and passed on by reference. Main thread only.
 ///
-/// A property's signal tells when, and only when, the property got a value unequal to the one it had, and
-/// after every change in place. No property is offered as a QBindable: the inline code of that calls a
-/// function that Qt counts among its private ones, which ties a package to one exact version of Qt.
+/// A property's signal is emitted if and only if its value changes, and after every change in place. No
+/// property has a QBindable: its inline code calls a private function of Qt, which would tie a package to one
+/// exact version of Qt.
 class ServiceStore : public QObject
 {
     Q_OBJECT
@@ -46,9 +46,9 @@ class ServiceStore : public QObject
     Q_PROPERTY(bool autoRefresh READ autoRefresh WRITE setAutoRefresh NOTIFY autoRefreshChanged FINAL)
     Q_PROPERTY(QList<portolan::Service> visible READ visible NOTIFY visibleChanged FINAL)
     Q_PROPERTY(int runningCount READ runningCount NOTIFY runningCountChanged FINAL)
-    // For QML, where reading a list to count it leaves a copy of it behind until the garbage is collected.
+    // For QML, where reading a list to count it leaves a copy until the next garbage collection.
     Q_PROPERTY(int serviceCount READ serviceCount NOTIFY servicesChanged FINAL)
-    // QML cannot name enumerators that begin with a small letter, so it speaks of orders by their raw value.
+    // QML cannot name enumerators that begin with a lower-case letter, so it uses the raw values of orders.
     Q_PROPERTY(QString sortOrderId READ sortOrderId WRITE setSortOrderId NOTIFY sortOrderChanged FINAL)
     Q_PROPERTY(QList<portolan::SortOrder> sortOrders READ sortOrders CONSTANT FINAL)
 
@@ -62,23 +62,23 @@ public:
     /// How long auto-refresh pauses between two refreshes.
     static constexpr std::chrono::milliseconds usualInterval{5000};
 
-    /// Loads the settings from `defaults`, which outlives the store. Scans nothing; where auto-refresh is
-    /// stored as on, its loop starts.
+    /// Loads the settings from `defaults`, which must outlive the store. Does not scan; starts the
+    /// auto-refresh loop if the settings say so.
     ServiceStore(UserDefaults &defaults, Scanner scan, Checker check,
                  std::chrono::milliseconds autoRefreshInterval = usualInterval, QObject *parent = nullptr);
-    /// Ends the scan. Probes under way may still be answered; that changes nothing any more.
+    /// Ends the scan. Answers to probes under way are ignored.
     ~ServiceStore() override;
 
     /// All services, in the scan's order.
     [[nodiscard]] QList<Service> services() const { return m_services.valueBypassingBindings(); }
     [[nodiscard]] int serviceCount() const { return int(services().size()); }
-    /// Which process the last scan saw behind the service; absent where the system does not tell.
+    /// The process of the service in the last scan; absent where the system does not tell.
     [[nodiscard]] std::optional<ProcessIdentity> identityOf(const Service &service) const;
     /// Whether a scan is under way.
     [[nodiscard]] bool isScanning() const { return m_isScanning.valueBypassingBindings(); }
     /// When the last scan was completed; invalid before.
     [[nodiscard]] QDateTime lastUpdated() const { return m_lastUpdated.valueBypassingBindings(); }
-    /// What the user searches for, as typed. Never stored.
+    /// The search text as typed. Never stored.
     [[nodiscard]] QString searchText() const { return m_searchText.valueBypassingBindings(); }
     void setSearchText(const QString &searchText) { m_searchText = searchText; }
     [[nodiscard]] SortOrder sortOrder() const { return m_sortOrder.valueBypassingBindings(); }
@@ -90,29 +90,29 @@ public:
     /// The services that match the search text, pinned ones first, in the chosen order. Computed by every
     /// read.
     [[nodiscard]] QList<Service> visible() const;
-    /// How many of all services answer, whatever their status code. Computed by every read.
+    /// The number of all services that answer, whatever their status code. Computed by every read.
     [[nodiscard]] int runningCount() const;
 
     [[nodiscard]] QString sortOrderId() const { return sortOrder().rawValue(); }
-    /// Anything but the raw value of an order changes nothing.
+    /// Ignored unless it is the raw value of an order.
     void setSortOrderId(const QString &rawValue);
-    /// All orders, as they are offered.
+    /// All orders, in the order in which they are offered.
     [[nodiscard]] static QList<SortOrder> sortOrders();
 
     /// Refreshes now and, with auto-refresh on, every five seconds from now on. To be called whenever the
-    /// list comes into view.
+    /// list is shown.
     Q_INVOKABLE void start();
     /// Scans and then probes every service. Does nothing while a scan is under way.
     Q_INVOKABLE void refresh();
-    /// As `refresh()`. Calls `whenDone` after the last probe, or at once where there is nothing to do; not at
-    /// all if the store ends first.
+    /// As `refresh()`. Calls `whenDone` after the last probe, or at once if there is nothing to do; not at
+    /// all if the store is destroyed first.
     void refresh(std::function<void()> whenDone);
     /// Pins the service's port, or unpins it.
     Q_INVOKABLE void togglePin(const portolan::Service &service);
     /// Takes the service off the list until a scan finds it again.
     Q_INVOKABLE void removeService(const portolan::Service &service);
     /// To be called when the service has been told to end: takes it off the list at once, and refreshes when
-    /// it has had the time to.
+    /// it should have ended.
     Q_INVOKABLE void expectEnd(const portolan::Service &service);
 
 Q_SIGNALS:
@@ -126,7 +126,7 @@ Q_SIGNALS:
     void visibleChanged();
     void runningCountChanged();
 
-    // From other threads to this one.
+    // Emitted by other threads, handled by this one.
     void scanEnded(QPrivateSignal);
     void probesAnswered(QPrivateSignal);
 
@@ -162,15 +162,15 @@ private:
 
     QHash<qint32, ProcessIdentity> m_identities; ///< of the processes in m_services, by pid
 
-    std::function<void()> m_whenProbed; ///< of the refresh whose scan is under way
-    std::list<ProbePass> m_passes;      ///< those with probes unanswered
+    std::function<void()> m_whenProbed; ///< callback of the refresh whose scan is under way
+    std::list<ProbePass> m_passes;      ///< those with unanswered probes
     const std::shared_ptr<ProbeResults> m_results;
 
     const std::chrono::milliseconds m_autoRefreshInterval;
     ContinuousTimer m_autoRefreshTimer;
-    int m_autoRefreshLoop = 0; ///< which loop is the current one: an earlier one ends with its refresh
+    int m_autoRefreshLoop = 0; ///< number of the current loop: an earlier one ends with its refresh
 
-    ScanResult m_found;        ///< the scan's, until it is joined
+    ScanResult m_found;        ///< written by the scan's thread, read once that is joined
     std::jthread m_scanThread; ///< the last member: ends before what it uses
 };
 

@@ -8,7 +8,7 @@ namespace portolan {
 
 namespace {
 
-/// Line breaks are no spaces here.
+/// Line breaks do not count as spaces.
 bool isSpace(QChar character)
 {
     return character == u'\t' || character.category() == QChar::Separator_Space;
@@ -57,7 +57,7 @@ qint64 uptimeOf(const Service &service)
 
 const QCollator &VisibleList::userCollator()
 {
-    // Making one loads the locale's rules.
+    // Constructing one loads the locale's rules.
     static const QCollator collator = [] {
         QCollator made;
         made.setCaseSensitivity(Qt::CaseInsensitive);
@@ -91,7 +91,7 @@ QList<Service> VisibleList::of(const QList<Service> &services, const Criteria &c
                                const QCollator &collator)
 {
     std::vector<Candidate> candidates = candidatesOf(services, criteria);
-    // Nothing but the order asked for separates two candidates.
+    // Stable: candidates that compare equal keep their order.
     std::ranges::stable_sort(candidates, [&](const Candidate &a, const Candidate &b) {
         return a.isPinned == b.isPinned ? precedes(*a.service, *b.service, criteria.sortOrder, collator)
                                         : a.isPinned;

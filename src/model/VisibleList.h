@@ -9,7 +9,7 @@
 #include <QSet>
 #include <QString>
 
-/// The list as it is shown: narrowed by the search text, pinned services first, in the chosen order. Pure
+/// The list as it is shown: filtered by the search text, pinned services first, in the chosen order. Pure
 /// functions.
 namespace portolan::VisibleList {
 
@@ -20,10 +20,10 @@ struct Criteria
     SortOrder sortOrder;
 };
 
-/// Compares names as the user's locale does, without regard to case.
+/// Compares names by the rules of the user's locale, ignoring case.
 [[nodiscard]] const QCollator &userCollator();
 
-/// Whether `service` is left in the list by the search text.
+/// Whether `service` matches the search text.
 [[nodiscard]] bool matches(const Service &service, const QString &searchText);
 
 /// Whether `sortOrder` puts `a` before `b`, neither or both of which are pinned.

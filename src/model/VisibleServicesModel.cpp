@@ -77,8 +77,8 @@ void VisibleServicesModel::scheduleUpdate()
 
 void VisibleServicesModel::update()
 {
-    // Someone who was told of a row may run an event loop, or change the store, before the other rows are
-    // done.
+    // A slot that is called for one row may run an event loop or change the store before the other rows are
+    // updated.
     if (m_isUpdating) {
         m_isUpdateScheduled = true;
         return;
@@ -110,7 +110,8 @@ VisibleServicesModel::Rows VisibleServicesModel::wantedRows() const
     return rows;
 }
 
-/// Removes the rows that are not wanted, each run of them at once. Of several rows with one key, the last go.
+/// Removes the rows that are not wanted, each run of them at once. Of several rows with the same key, the
+/// last are removed.
 void VisibleServicesModel::removeOthers(const Rows &wanted)
 {
     QHash<ServiceKey, int> places;
@@ -120,7 +121,7 @@ void VisibleServicesModel::removeOthers(const Rows &wanted)
     for (const Row &row : m_rows)
         isWanted.push_back(places[keyOf(row.service)]-- > 0);
 
-    // From the back, so that the rows in front keep their numbers.
+    // From the end, so that the indices of the other rows stay valid.
     for (int end = count(); end > 0;) {
         int first = end;
         while (first > 0 && !isWanted[first - 1])
@@ -134,8 +135,8 @@ void VisibleServicesModel::removeOthers(const Rows &wanted)
     }
 }
 
-/// Makes the rows the wanted ones, in their order: goes down the list and brings to each place what belongs
-/// there, a run of rows at a time. Rows that stay keep their old content.
+/// Inserts and moves rows, a run at a time, until their keys are the wanted ones in their order. Rows that
+/// stay keep their old content.
 void VisibleServicesModel::arrange(const Rows &wanted)
 {
     const auto keyOfRow = [](const Row &row) { return keyOf(row.service); };
@@ -162,7 +163,7 @@ void VisibleServicesModel::arrange(const Rows &wanted)
         }
         if (from == first)
             continue;
-        // The rows in between and those that belong here change places: the fewer are said to move.
+        // The rows in between and those that belong here swap: the smaller group is reported as moved.
         if (from - first < end - from)
             beginMoveRows({}, first, from - 1, {}, end);
         else
@@ -172,8 +173,8 @@ void VisibleServicesModel::arrange(const Rows &wanted)
     }
 }
 
-/// Gives rows that stayed their new content, and tells it once for each run of rows in which the same
-/// changed.
+/// Updates the content of rows that stayed, with one dataChanged() for each run of rows in which the same
+/// roles changed.
 void VisibleServicesModel::refill(const Rows &wanted)
 {
     const auto changedRoles = [this, &wanted](int row) {

@@ -13,8 +13,7 @@ namespace portolan {
 class ServiceStore;
 
 /// The store's visible list as rows. A change of the list becomes the inserts, removes, moves and data
-/// changes that make the difference, never a reset, so that what a view keeps for a row stays with its
-/// service.
+/// changes that make the difference, never a reset, so that a view's state of a row stays with its service.
 ///
 /// The rows follow the store within one turn of the event loop, however many changes it makes until then. Two
 /// services with the same id are two rows.

@@ -14,8 +14,8 @@ namespace portolan {
 
 namespace {
 
-// The program's signals are for its other threads, and a broken TLS connection is an error here, not a
-// SIGPIPE. Threads started from this one inherit that.
+// The program's signals are handled by its other threads, and a broken TLS connection must not raise SIGPIPE.
+// Threads started from this one inherit the mask.
 void prepareThread()
 {
     sigset_t all;
@@ -56,7 +56,7 @@ QFuture<Health> HealthChecker::check(qint64 port)
     return result;
 }
 
-// Where the system has no thread or descriptor left, the next probe tries again.
+// If no thread or descriptor is available, the next probe tries again.
 bool HealthChecker::start()
 {
     m_wakeFd = FileDescriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));

@@ -14,7 +14,7 @@ namespace portolan {
 class ProbeSet;
 
 /// Asks whether something answers HTTP on a local port, with which status code and how fast. All probes run
-/// on one thread, which starts with the first of them and sleeps without a wake-up while there is none.
+/// on one thread, which starts with the first of them and does not wake up while there is none.
 class HealthChecker
 {
 public:
@@ -27,9 +27,9 @@ public:
     /// Probes http://127.0.0.1:`port`/ with a HEAD request and, where that gets no response, a GET. Any
     /// thread; returns at once. The future always finishes with a value, usually on the checker's thread,
     /// within 3 s per request from the probe's start: `healthy` for any HTTP response, `unreachable` for
-    /// none, `unknown` when `port` is no port number or the system has no descriptor for it. Only so many
-    /// probes run at a time as ProbeSet says; the others wait for their turn. With
-    /// PORTOLAN_PROBE=localhost in the environment, a request that 127.0.0.1 refuses goes to ::1.
+    /// none, `unknown` if `port` is no port number or no descriptor is available. ProbeSet limits how many
+    /// probes run at a time; the others wait. With PORTOLAN_PROBE=localhost in the environment, a request
+    /// that 127.0.0.1 refuses goes to ::1.
     [[nodiscard]] QFuture<Health> check(qint64 port);
 
 private:

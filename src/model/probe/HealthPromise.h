@@ -10,7 +10,7 @@
 
 namespace portolan {
 
-/// A promise of a probe's result. Destroyed without one, it finishes as unreachable.
+/// The promise of a probe's result. If it is destroyed without one, the future finishes as unreachable.
 class HealthPromise
 {
 public:

@@ -20,7 +20,7 @@ bool isNotYetReady(int error)
 
 } // namespace
 
-// "localhost" stands for both addresses; IPv6 is tried first, as browsers do. A refusal comes at once.
+// "localhost" stands for both addresses; IPv6 is tried first, as in browsers. A refusal is immediate.
 LocalRequest::LocalRequest(const RequestTarget &target, std::string text)
     : m_unsent(std::move(text))
 {
@@ -53,8 +53,8 @@ bool LocalRequest::advance()
     return false;
 }
 
-// Between processes of one machine the connection is mostly there before connect() has returned, and the
-// request can follow without a wait.
+// Between processes of one machine the connection is usually established when connect() returns, and the
+// request can follow at once.
 bool LocalRequest::connect(const sockaddr *address, socklen_t size)
 {
     m_socket = FileDescriptor(::socket(address->sa_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
@@ -81,7 +81,7 @@ bool LocalRequest::send()
 
 bool LocalRequest::receive()
 {
-    std::array<char, 4096> bytes; // an ordinary header section at once
+    std::array<char, 4096> bytes; // enough for an ordinary header section
     const ssize_t length = ::recv(m_socket.get(), bytes.data(), bytes.size(), 0);
     if (length < 0 && isNotYetReady(errno))
         return false;

@@ -18,14 +18,14 @@ namespace portolan {
 class LocalRequest
 {
 public:
-    /// Connects to `target` and sends `text`, as far as that can be done at once; may have failed already.
+    /// Connects to `target` and sends `text`, as far as that does not block; may have failed already.
     LocalRequest(const RequestTarget &target, std::string text);
 
     /// Whether there will be no response.
     [[nodiscard]] bool hasFailed() const { return m_hasFailed; }
     /// Whether it failed because nothing listens at the address.
     [[nodiscard]] bool wasRefused() const { return m_wasRefused; }
-    /// Whether that is because the system has no descriptor or no port left, and not the server's doing.
+    /// Whether it failed because the system has no descriptor or port left, not because of the server.
     [[nodiscard]] bool lacksResources() const { return m_lacksResources; }
     /// What has arrived so far.
     [[nodiscard]] const ResponseHead &response() const { return m_response; }
@@ -33,7 +33,7 @@ public:
     [[nodiscard]] int socket() const { return m_socket.get(); }
     /// The epoll events to wait for.
     [[nodiscard]] std::uint32_t events() const;
-    /// Sends or receives what the socket is ready for. Whether something arrived.
+    /// Sends or receives what the socket is ready for. Returns whether something arrived.
     bool advance();
 
 private:

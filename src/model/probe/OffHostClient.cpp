@@ -63,7 +63,7 @@ void OffHostClient::start(Id id, const RequestTarget &target, const std::string 
         });
 
         const QString host = QUrl(QString::fromStdString(target.url())).host();
-        // Names below localhost stand for this machine, but not every resolver knows that.
+        // Subdomains of localhost mean this machine, but not every resolver knows that.
         const QString peer = host.endsWith(".localhost"_L1) ? u"localhost"_s : host;
         if (target.isTls()) {
             QObject::connect(&socket, &QSslSocket::encrypted, send);

@@ -12,16 +12,16 @@
 
 namespace portolan {
 
-/// A probe that is asked for.
+/// A requested probe.
 struct ProbeRequest
 {
     quint16 port;
     HealthPromise promise; ///< gets the result
 };
 
-/// What one probe of a local port requests next, how long it waits and what it results in: a HEAD request
-/// and, where that gets no response, a GET, each with the redirects that it meets. Does no input or output
-/// and reads no clock; the owner makes the requests. Any one thread.
+/// The state machine of one probe of a local port: a HEAD request and, where that gets no response, a GET,
+/// each with the redirects that it meets. Does no I/O and reads no clock; the owner makes the requests. Any
+/// one thread.
 class Probe
 {
 public:
@@ -35,14 +35,14 @@ public:
     /// The first request starts at `now`.
     Probe(ProbeRequest probe, Clock::time_point now);
 
-    /// What was asked for, for a probe that is to begin anew.
+    /// The requested probe, to begin it anew.
     [[nodiscard]] ProbeRequest takeBack() { return std::move(m_probe); }
 
     enum class Method { Head, Get };
     /// The request to make.
     [[nodiscard]] Method method() const { return m_method; }
     [[nodiscard]] const RequestTarget &target() const { return m_target; }
-    /// The request as it is sent.
+    /// The bytes of the request.
     [[nodiscard]] std::string requestText() const;
 
     /// Something arrived for the request under way.

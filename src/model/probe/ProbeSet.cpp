@@ -17,21 +17,21 @@ namespace portolan {
 
 namespace {
 
-// What epoll reports besides requests.
+// The epoll events that are not of requests.
 constexpr std::uint64_t wakeId = 0;
 constexpr std::uint64_t offHostId = 1;
 constexpr std::uint64_t firstRequestId = 2;
 
-// Probes are started a few at a time, so that starting the others hardly adds to the time of an answer.
+// Probes are started a few at a time, so that starting the others hardly adds to measured response times.
 constexpr int startsAtOnce = 8;
 
-constexpr std::size_t muchMemory = 1024; // bytes; an ordinary response takes a tenth of it
+constexpr std::size_t muchMemory = 1024; // bytes; an ordinary response takes a tenth of that
 
 } // namespace
 
 int ProbeSet::mostUnderWay(int descriptorLimit)
 {
-    // What a desktop program has open, and what a scan and a click open besides.
+    // For what a desktop program keeps open, and what a scan or a click opens.
     const int others = std::max(24, descriptorLimit / 4);
     return std::clamp(descriptorLimit - others, 1, maxUnderWay);
 }
@@ -104,7 +104,7 @@ bool ProbeSet::watch(int operation, int descriptor, std::uint32_t events, Id id)
     return epoll_ctl(m_epoll.get(), operation, descriptor, &event) == 0;
 }
 
-// An event or a report may be of a request that has ended since: then there is no item of its number.
+// An event or a report may belong to a request that has ended since: then no item has its number.
 void ProbeSet::advanceLocal(Id id)
 {
     const auto item = m_items.find(id);
@@ -147,8 +147,8 @@ void ProbeSet::endExpired()
         endRequest(m_items.find(id), nullptr);
 }
 
-// Starts the request that the probe is at. Each has a number of its own, so that nothing is taken for the
-// report of another.
+// Starts the probe's current request. Each has a number of its own, so that a late report of an earlier one
+// is recognised.
 void ProbeSet::startRequest(Items::iterator old)
 {
     auto node = m_items.extract(old);
@@ -168,7 +168,7 @@ void ProbeSet::startRequest(Items::iterator old)
     }
 }
 
-// Null where the system has no descriptor left.
+// Null if no descriptor is available.
 OffHostClient *ProbeSet::offHost()
 {
     if (!m_offHost) {
@@ -196,7 +196,7 @@ void ProbeSet::continueLocal(Items::iterator item)
     }
 }
 
-// The request has ended, with a response or without; the probe goes on to its next one or ends too.
+// The request has ended, with or without a response; the probe continues with its next one or ends too.
 void ProbeSet::endRequest(Items::iterator item, const ResponseHead *response)
 {
     auto &[probe, local, watchedEvents] = item->second;
@@ -220,13 +220,13 @@ void ProbeSet::erase(Items::iterator item)
     if (!m_items.empty())
         return;
     m_nextDeadline = Clock::time_point::max();
-    // What many long responses took is in pieces that the system would not get back by itself.
+    // The memory of many long responses is fragmented and would not go back to the system by itself.
     if (std::exchange(m_hadMuch, false))
         malloc_trim(0);
 }
 
-// The system has nothing left to make the request with. The probe begins anew once another has given back
-// what it had; where there is none, nothing is known about the server.
+// The system lacks the resources for the request. The probe starts again once another has ended; if there is
+// no other, the result is unknown.
 void ProbeSet::postpone(Items::iterator item)
 {
     ProbeRequest probe = item->second.probe.takeBack();

@@ -15,14 +15,14 @@ namespace portolan {
 
 class OffHostClient;
 
-/// The probes under way, with one request each, and those that wait for their turn: only so many run at a
-/// time as leaves the program the descriptors that it needs besides. Belongs to one thread at a time, which
-/// drives them by calling `advance`.
+/// The probes under way, with one request each, and those that wait for their turn: their number is limited,
+/// to leave descriptors for the rest of the program. Belongs to one thread at a time, which drives them by
+/// calling `advance`.
 class ProbeSet
 {
 public:
     static constexpr int maxUnderWay = 512;
-    /// How many probes run at a time where the program may have `descriptorLimit` descriptors open.
+    /// How many probes run at a time if the program may have `descriptorLimit` descriptors open.
     [[nodiscard]] static int mostUnderWay(int descriptorLimit);
 
     /// A set of probes whose waits also end when `wakeFd` is readable.
@@ -32,14 +32,14 @@ public:
     ProbeSet(const ProbeSet &) = delete;
     ProbeSet &operator=(const ProbeSet &) = delete;
 
-    /// Whether the system had the descriptors that the set needs; nothing else may be called if not.
+    /// Whether the set got the descriptors that it needs; if not, nothing else may be called.
     [[nodiscard]] bool isValid() const { return m_isValid; }
 
-    /// Probes when it is the probe's turn; the promise gets the result during a later `advance`.
+    /// Queues a probe; its promise gets the result during a later `advance`.
     void add(ProbeRequest probe);
 
-    /// Starts probes whose turn it is, and goes on with every one that something has arrived for or whose
-    /// time is up, after waiting for that where there is nothing to start. Whether `wakeFd` is readable.
+    /// Starts probes whose turn it is, and advances those for which something has arrived or whose deadline
+    /// has passed; blocks until then if there is nothing to start. Returns whether `wakeFd` is readable.
     [[nodiscard]] bool advance();
 
 private:
@@ -75,10 +75,10 @@ private:
     Items m_items;
     const size_t m_mostUnderWay;
     std::deque<ProbeRequest> m_waiting;
-    bool m_isShort = false; // of descriptors, until a probe ends
+    bool m_isShort = false; // whether descriptors have run out, until a probe ends
     bool m_hadMuch = false; // whether a response took much memory
     Id m_nextId;
-    // Not after any probe's deadline: while a request is under way, its deadline only moves later.
+    // Never later than any probe's deadline, which only moves later while a request is under way.
     Clock::time_point m_nextDeadline = Clock::time_point::max();
 };
 

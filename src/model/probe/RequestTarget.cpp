@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Such characters could end a line of the request that an address becomes part of.
+// Such characters could end a line of the request that contains the address.
 bool isControl(char character)
 {
     return static_cast<unsigned char>(character) < 0x20 || character == 0x7f;
@@ -65,8 +65,8 @@ bool RequestTarget::isLocal() const
     return !m_isTls && (m_host == ipv4Host || m_host == ipv6Host || m_host == eitherHost);
 }
 
-// Without the default port, as in browsers: some servers redirect an address that names it to the one
-// without, endlessly.
+// Without the default port, as in browsers: some servers endlessly redirect an address that names it to the
+// one that does not.
 std::string RequestTarget::hostAndPort() const
 {
     std::string text = m_host;

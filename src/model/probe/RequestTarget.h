@@ -10,7 +10,7 @@
 namespace portolan {
 
 /// The address of a request: plain HTTP to a port of this machine or, after an off-host redirect, any other
-/// address for HTTP. Immutable; any thread.
+/// http or https address. Immutable; any thread.
 class RequestTarget
 {
 public:
@@ -23,8 +23,8 @@ public:
         : m_port(port)
     {}
 
-    /// The target of a redirect from here to `location`, absolute or relative; nothing when that is no
-    /// address for HTTP, with TLS or without. Its credentials and its fragment are dropped.
+    /// The target of a redirect from here to `location`, absolute or relative; nothing if its scheme is
+    /// neither http nor https. Credentials and fragment are dropped.
     [[nodiscard]] std::optional<RequestTarget> redirected(std::string_view location) const;
 
     /// The same on the host "localhost".
@@ -33,7 +33,7 @@ public:
     /// Whether it is plain HTTP to one of the hosts above.
     [[nodiscard]] bool isLocal() const;
     [[nodiscard]] bool isTls() const { return m_isTls; }
-    /// As it is written in an address, so that an IPv6 address is in brackets.
+    /// The host as in a URL, with an IPv6 address in brackets.
     [[nodiscard]] const std::string &host() const { return m_host; }
     [[nodiscard]] quint16 port() const { return m_port; }
     /// The value of the Host header.

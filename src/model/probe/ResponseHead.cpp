@@ -7,11 +7,11 @@ namespace portolan {
 
 namespace {
 
-// Against servers that send without end.
+// Limits for servers that send without end.
 constexpr std::size_t maxLength = 256 * 1024;
 constexpr std::size_t maxLocationLineLength = 8 * 1024;
 constexpr std::size_t maxKeptLength = maxLocationLineLength + 2; // one byte too many and a '\r'
-constexpr std::size_t maxKeptStatusLength = 256;                 // the reason is of no use
+constexpr std::size_t maxKeptStatusLength = 256;                 // the reason phrase is not needed
 constexpr int maxInterimResponses = 16;
 
 constexpr std::string_view protocol = "HTTP/";
@@ -75,7 +75,7 @@ std::string_view ResponseHead::redirect() const
     return isFollowed(m_status) ? std::string_view(m_location) : std::string_view();
 }
 
-// Of a header only its start is, unless it can be the Location that the rest is needed of.
+// Keeps only the start of a header line, unless it can be the Location.
 void ResponseHead::keep(std::string_view part)
 {
     const std::size_t missing = locationStart.size() - std::min(m_line.size(), locationStart.size());
@@ -100,7 +100,7 @@ void ResponseHead::readLine()
     m_line.clear();
 }
 
-// "HTTP/1.1 200 OK", or as some servers send it, with another version or no reason.
+// "HTTP/1.1 200 OK", with any version, and the reason phrase may be missing.
 void ResponseHead::readStatusLine(std::string_view line)
 {
     m_state = State::Invalid;
@@ -126,7 +126,7 @@ void ResponseHead::readHeader(std::string_view line)
     if (!m_location.empty() || !isName(line.substr(0, locationStart.size()), locationStart))
         return;
     m_location = trimmed(line.substr(locationStart.size()));
-    std::string().swap(m_line); // which may be as long
+    std::string().swap(m_line); // frees the memory of a long line
     m_isLocationTooLong = line.size() > maxLocationLineLength;
 }
 

@@ -8,7 +8,7 @@
 namespace portolan {
 
 /// Reads the response to an HTTP request up to the end of its header section. Interim responses are skipped
-/// and the body is ignored. Depends on the bytes alone, not on how they are split. Any one thread.
+/// and the body is ignored. The result does not depend on how the bytes are split. Any one thread.
 class ResponseHead
 {
 public:
@@ -24,10 +24,9 @@ public:
     [[nodiscard]] State state() const { return m_state; }
     /// The status code of the final response, 200 to 999; meaningful only when complete.
     [[nodiscard]] int status() const { return m_status; }
-    /// The address a redirect leads to, as the server wrote it, at most 8 KiB; empty for every other
-    /// response.
+    /// The Location of a redirect, as the server wrote it, at most 8 KiB; empty for every other response.
     [[nodiscard]] std::string_view redirect() const;
-    /// How many bytes are kept.
+    /// The memory in use, in bytes.
     [[nodiscard]] std::size_t size() const { return m_line.capacity() + m_location.capacity(); }
 
 private:
@@ -38,7 +37,7 @@ private:
     void endSection();
 
     State m_state = State::Incomplete;
-    bool m_isInSection = false; // past its status line
+    bool m_isInSection = false; // past the status line
     int m_status = 0;
     int m_interimResponses = 0;
     std::size_t m_length = 0;

@@ -19,18 +19,18 @@ struct Range
     char32_t last;
 };
 
-// What by its category is a letter, an accent, a symbol or not assigned yet, and shows nothing.
+// Characters that are invisible although their category is letter, mark, symbol or unassigned.
 constexpr std::array shapeless{
     Range{0x034F, 0x034F},   // grapheme joiner
     Range{0x115F, 0x1160},   // fillers of Hangul syllables
     Range{0x17B4, 0x17B5},   // inherent vowels of Khmer
-    Range{0x2065, 0x2065},   // kept free among the marks of direction
+    Range{0x2065, 0x2065},   // unassigned, between the directional marks
     Range{0x2800, 0x2800},   // the empty cell of Braille
     Range{0x3164, 0x3164},   // filler of Hangul letters
     Range{0xFFA0, 0xFFA0},   // the same, narrow
-    Range{0xFFF0, 0xFFF8},   // kept free for controls
+    Range{0xFFF0, 0xFFF8},   // unassigned, reserved for controls
     Range{0x1D159, 0x1D159}, // note without a head
-    Range{0xE0000, 0xE00FF}, // tags, and what is kept free around the variants of ideographs
+    Range{0xE0000, 0xE00FF}, // tags, and unassigned around the variation selectors
     Range{0xE01F0, 0xE0FFF},
 };
 

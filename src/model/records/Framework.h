@@ -11,8 +11,8 @@
 
 namespace portolan {
 
-/// What kind of project a server belongs to, with what is shown for it. A value of one enumeration case;
-/// text, symbol and colour come from one table.
+/// The kind of project that a server belongs to. An enumeration value, with text, symbol and colour from one
+/// table.
 class Framework
 {
     Q_GADGET
@@ -60,7 +60,7 @@ public:
 
     /// The display name, e.g. "Next.js".
     [[nodiscard]] QString rawValue() const;
-    /// The name of the symbol shown for it.
+    /// The name of its symbol.
     [[nodiscard]] QString symbol() const;
     /// The colour of that symbol.
     [[nodiscard]] SrgbColor accent() const;

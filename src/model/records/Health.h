@@ -6,8 +6,8 @@
 
 namespace portolan {
 
-/// The outcome of the last HTTP probe of a service. `status` and `ms` mean something only when healthy and
-/// are 0 in every other state.
+/// The outcome of the last HTTP probe of a service. `status` and `ms` are meaningful only if healthy, and 0
+/// in every other state.
 class Health
 {
     Q_GADGET
@@ -17,7 +17,7 @@ class Health
 
 public:
     enum class State : quint8 {
-        unknown,     ///< not probed yet, or no probe address could be formed
+        unknown,     ///< not probed yet, or the probe could not be made
         checking,    ///< a probe is under way
         healthy,     ///< an HTTP response arrived, whatever its status code
         unreachable, ///< no HTTP response could be obtained

@@ -14,8 +14,8 @@ constexpr qint64 minute = 60;
 constexpr qint64 hour = 60 * minute;
 constexpr qint64 day = 24 * hour;
 
-/// `value` with that many decimals, as printf writes it in the C locale: exact halves go to the even digit,
-/// which Qt's own formatting rounds away from zero.
+/// `value` with that many decimals, as printf writes it in the C locale: exact halves are rounded to the even
+/// digit, while Qt's own formatting rounds them away from zero.
 QString fixed(double value, int decimals)
 {
     std::array<char, 512> digits; // more than the largest double has

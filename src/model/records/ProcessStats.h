@@ -7,7 +7,7 @@
 
 namespace portolan {
 
-/// What a listening process has used so far.
+/// Uptime, CPU and memory of a listening process.
 struct ProcessStats
 {
     Q_GADGET
@@ -20,7 +20,7 @@ public:
     double cpuPercent = 0;    ///< percent of one CPU
     double memoryMB = 0;      ///< resident memory in units of 1024 KiB
 
-    /// "42s", "59m", "23h 59m" or "2d 7h": the two largest units that matter.
+    /// "42s", "59m", "23h 59m" or "2d 7h": at most two units.
     [[nodiscard]] QString uptimeText() const;
     /// "13%": without decimals.
     [[nodiscard]] QString cpuText() const;

@@ -13,7 +13,7 @@
 namespace portolan {
 
 /// One discovered development server. A plain value: two services are equal only when all their fields are.
-/// `pid`, `port`, `command` and `folderPath` stay as the scan made them; the other fields may be replaced.
+/// `pid`, `port`, `command` and `folderPath` stay as the scan set them; the other fields may change.
 struct Service
 {
     Q_GADGET
@@ -31,7 +31,7 @@ struct Service
 public:
     qint32 pid = 0;
     qint64 port = 0;
-    QString command;                   ///< the process's command name, as the socket listing gave it
+    QString command;                   ///< the process's command name, from the socket listing
     std::optional<QString> folderPath; ///< its working folder, absolute; absent when it could not be found
     QString displayName;
     Framework framework;
@@ -40,8 +40,8 @@ public:
 
     /// The identity of a service: pid, "-" and port in decimal, e.g. "4242-3000".
     [[nodiscard]] QString id() const;
-    /// Where the user opens it: "http://localhost:" and the port. A text, as QUrl holds no number that is no
-    /// TCP port.
+    /// Where the user opens it: "http://localhost:" and the port. A string, as QUrl does not hold numbers
+    /// beyond the range of ports.
     [[nodiscard]] QString url() const;
     /// `folderPath` with the user's home folder written as "~".
     [[nodiscard]] std::optional<QString> prettyFolder() const;
@@ -49,14 +49,14 @@ public:
     friend bool operator==(const Service &, const Service &) = default;
 
 private:
-    // QML knows no absent values: what it shows is asked for in two steps.
+    // QML has no std::optional, so these are read in two steps.
     bool hasFolder() const { return folderPath.has_value(); }
     QString folderOrEmpty() const { return prettyFolder().value_or(QString()); }
     bool hasStats() const { return stats.has_value(); }
     ProcessStats statsOrNone() const { return stats.value_or(ProcessStats()); }
 };
 
-/// Feeds all eight fields, so that services that differ in any of them are likely to differ in hash.
+/// Hashes all eight fields.
 [[nodiscard]] size_t qHash(const Service &service, size_t seed = 0);
 
 } // namespace portolan
