@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Control characters that were typed must not reach the terminal.
+// Control characters in the arguments must not reach the terminal.
 StartOptions::Reply refusal(QString message)
 {
     std::ranges::replace_if(

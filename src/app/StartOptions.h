@@ -11,7 +11,7 @@
 namespace portolan::StartOptions {
 
 /// What is printed instead of starting: the help, the version, or one line that says why the command line is
-/// refused.
+/// invalid.
 struct Reply
 {
     QString text;

@@ -53,7 +53,7 @@ void describe(QGuiApplication &application)
     application.setApplicationName(u"portolan"_s);
     application.setApplicationVersion(u"" PORTOLAN_VERSION ""_s);
     application.setDesktopFileName(u"org.portolan.portolan"_s);
-    // A status icon is left when the last window has closed.
+    // The status icon remains after the last window has closed.
     application.setQuitOnLastWindowClosed(false);
 }
 
@@ -111,15 +111,15 @@ int main(int argc, char **argv)
     std::optional<QByteArray> platform = DisplayServer::platformPlugin();
     if (!platform)
         return fail(u"there is no display to show itself on"_s);
-    // Qt is told of the platform as if it were an option: a variable would reach every program started from
-    // here. The user's own options are not Qt's.
+    // The platform is passed to Qt as an option: an environment variable would be inherited by every program
+    // started from here. The user's own options are not passed to Qt.
     QByteArray option("-platform");
     std::array<char *, 4> words{argv[0], option.data(), platform->data(), nullptr};
     int wordCount = platform->isEmpty() ? 1 : 3;
-    // Qt warns of every portal and bus that a desktop does without, and of every item that a screen reader
-    // asks for after it has gone. QT_LOGGING_RULES shows it again.
+    // Qt warns about every missing portal and bus, and about every item that a screen reader requests after
+    // it was destroyed. QT_LOGGING_RULES enables these warnings.
     QLoggingCategory::setFilterRules(u"qt.qpa.*.warning=false\nqt.accessibility.*.warning=false"_s);
-    FolderReader files; // before the rest of the program is there to be copied
+    FolderReader files; // first, while there is little memory to copy
     QGuiApplication application(wordCount, words.data());
     describe(application);
     return serve(std::get<StartRequest>(parsed), files);

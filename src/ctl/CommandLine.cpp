@@ -21,7 +21,7 @@ using Command = CommandLine::Command;
 
 constexpr double maxTimeout = 1e6; // seconds: longer than any wait
 
-/// The options and commands of portolanctl, and what was given of them.
+/// The options and commands of portolanctl, and their parsed values.
 class Parser
 {
 public:
@@ -60,7 +60,7 @@ public:
         }
     }
 
-    /// Throws a CLI::ParseError where the help or the version is asked for or the arguments are refused.
+    /// Throws a CLI::ParseError if the help or the version is requested or the arguments are invalid.
     CommandLine parse(int argc, const char *const *argv)
     {
         m_app.parse(reversed(argc, argv));
@@ -80,7 +80,7 @@ public:
 
     [[nodiscard]] QString help() const { return QString::fromStdString(m_app.help()); }
 
-    /// What is wrong with the first argument that nothing takes.
+    /// The error message about the first unexpected argument.
     [[nodiscard]] QString unexpectedArgument() const
     {
         const QString argument = QString::fromStdString(m_app.remaining(true).front());
@@ -133,8 +133,8 @@ private:
         };
     }
 
-    // CLI11 takes the arguments in reverse order, and an option that ends in "=" for one whose value comes
-    // next.
+    // CLI11 takes the arguments in reverse order, and treats an option that ends in "=" as one whose value
+    // comes next.
     static std::vector<std::string> reversed(int argc, const char *const *argv)
     {
         std::vector<std::string> arguments;
@@ -160,7 +160,7 @@ private:
         m_line.operands.append(*operand);
     }
 
-    // ssh would take what begins with a hyphen for an option.
+    // ssh would treat a name that begins with a hyphen as an option.
     void readHost(const QString &host)
     {
         if (host.isEmpty() || host.startsWith(u'-'))
@@ -201,7 +201,7 @@ std::variant<CommandLine, CommandLine::Reply> CommandLine::parse(int argc, const
     } catch (const CLI::ExtrasError &) {
         return refusal(parser.unexpectedArgument());
     } catch (const CLI::ArgumentMismatch &) {
-        // Only a last argument can lack its value: others take the one behind them.
+        // Only the last argument can lack its value: others take the argument that follows.
         return refusal(u"option '%1' needs a value"_s.arg(QString::fromLocal8Bit(argv[argc - 1])));
     } catch (const CLI::ParseError &error) {
         return refusal(QString::fromUtf8(error.what()));

@@ -14,14 +14,14 @@
 
 namespace portolan {
 
-/// What the user asked for.
+/// The parsed command line of portolanctl.
 struct CommandLine
 {
     enum class Command : quint8 { List, Watch, Wait, Stop, Open };
 
     Command command = Command::List;
-    QList<ServiceOperand> operands; ///< at least one for Wait, all ports, and Stop; one port for Open
-    QStringList hosts;              ///< the other machines meant; empty: this one
+    QList<ServiceOperand> operands; ///< at least one for Wait (only ports) and Stop; one port for Open
+    QStringList hosts;              ///< the arguments of --host; empty: this machine
     std::optional<std::chrono::milliseconds> timeout; ///< of Wait
     bool json = false;
     bool probe = true;
@@ -31,7 +31,7 @@ struct CommandLine
     friend bool operator==(const CommandLine &, const CommandLine &) = default;
 
     /// What is printed instead of running a command: the help, the version, or one line that says why the
-    /// command line is refused. Control characters in what was typed are made visible.
+    /// command line is invalid. Control characters in the arguments are made visible.
     struct Reply
     {
         QString text;

@@ -13,19 +13,19 @@
 
 namespace portolan {
 
-/// A server of the list, and what the list says about it besides.
+/// A server in the list, and what the list shows with it.
 struct ListedService
 {
     Service service;
     bool isPinned = false;
     QString host;                            ///< as named with --host; empty: this machine
-    std::optional<std::chrono::seconds> age; ///< since its machine fell silent; absent: up to date
+    std::optional<std::chrono::seconds> age; ///< since its machine stopped answering; absent: up to date
     QString note;                            ///< shown in place of its status
 
-    /// What it is known by from one scan to the next, on whichever machine.
+    /// Identifies it from one scan to the next, among all machines.
     [[nodiscard]] QString key() const { return host + u' ' + service.id(); }
 
-    /// How it is spoken of, without control characters: "Shop (process 4242, port 3000) on web1".
+    /// Describes it in messages, without control characters: "Shop (process 4242, port 3000) on web1".
     [[nodiscard]] QString description() const
     {
         const QString text =

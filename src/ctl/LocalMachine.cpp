@@ -33,7 +33,7 @@ LocalMachine::LocalMachine(UserDefaults &defaults, bool probes, std::optional<QS
               return probes ? m_checker.check(port) : QtFuture::makeReadyFuture(Health::unknown());
           })
 {
-    m_store.setAutoRefresh(false); // each command looks at times of its own
+    m_store.setAutoRefresh(false); // each command has refresh times of its own
     m_next.setSingleShot(true);
     m_next.callOnTimeout(this, &LocalMachine::watch);
     connect(&m_store, &ServiceStore::servicesChanged, this, &Machine::changed);
@@ -64,7 +64,7 @@ void LocalMachine::watch()
 
 void LocalMachine::stop(const Service &service, const Report &report)
 {
-    // A process that has several ports is told once.
+    // A process with several ports is signalled once.
     auto process = m_stopping.value(service.pid).lock();
     const bool isTold = bool(process);
     if (!isTold) {

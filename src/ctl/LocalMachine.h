@@ -25,8 +25,8 @@ class LocalMachine : public Machine
     Q_OBJECT
 
 public:
-    /// Pins are those of `defaults`; `probes`: whether the servers are asked for their health. Of `ports`
-    /// alone; absent: of all.
+    /// The pins are those of `defaults`; `probes`: whether the servers are probed. `ports` limits the list to
+    /// these ports; absent: to none.
     LocalMachine(UserDefaults &defaults, bool probes, std::optional<QSet<qint64>> ports = {});
 
     [[nodiscard]] QList<ListedService> services() const override;

@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What `machines` are waited for.
+/// The text shown while waiting for `machines`.
 QString progressText(const Machines &machines, size_t looked, size_t all)
 {
     if (machines.hasHosts())
@@ -32,7 +32,7 @@ QString progressText(const Machines &machines, size_t looked, size_t all)
     return u"Asking the servers… %1 of %2"_s.arg(answered).arg(services.size());
 }
 
-/// The ports that the operands mean; nothing where one is a name, or there is none.
+/// The ports of the operands; nothing if one is a name, or if there are no operands.
 std::optional<QSet<qint64>> portsOf(const QList<ServiceOperand> &operands)
 {
     QSet<qint64> ports;

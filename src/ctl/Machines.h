@@ -13,34 +13,34 @@
 
 namespace portolan {
 
-/// The machines that a command line is about: those named with --host, or else this one. With the user's
-/// settings, which are read and never written. Main thread.
+/// The machines of a command line: those named with --host, or else this one. Reads the user's settings and
+/// never writes them. Main thread.
 class Machines : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `probes`: whether the servers are asked for their health. Where all operands are ports or ids, this
-    /// machine is asked about those ports alone.
+    /// `probes`: whether the servers are probed. If all operands are ports or ids, only those ports of this
+    /// machine are listed.
     Machines(const CommandLine &line, bool probes);
 
     [[nodiscard]] bool hasHosts() const { return m_hasHosts; }
     [[nodiscard]] bool probes() const { return m_probes; }
-    /// The one called `host`, which is one of them; this machine is called "".
+    /// The machine named `host`, which must be one of them; this machine's name is "".
     [[nodiscard]] Machine &machine(const QString &host) const { return *m_machines.at(host); }
 
     /// The servers of all of them, in any order.
     [[nodiscard]] QList<ListedService> services() const;
-    /// As on the command line or else in the settings.
+    /// The order on the command line, else the one in the settings.
     [[nodiscard]] SortOrder order() const { return m_order; }
-    /// When one of them was last looked at; invalid before.
+    /// The time of the last refresh of any of them; invalid before the first.
     [[nodiscard]] QDateTime lastUpdated() const;
     [[nodiscard]] QStringList problems() const;
-    /// Writes those to standard error that have come since the last call.
+    /// Writes the problems that are new since the last call to standard error.
     void printNewProblems();
 
-    /// Looks at each of them once, waits until all have answered or failed to, with a line on the terminal
-    /// meanwhile, and prints the problems. Returns the number of the signal that ended the wait, or 0.
+    /// Refreshes each of them once, waits until all have answered or failed, with a progress line on the
+    /// terminal, and prints the problems. Returns the number of the signal that ended the wait, or 0.
     [[nodiscard]] int lookOnce();
     /// See Machine::watch().
     void watch();
@@ -56,8 +56,8 @@ private:
     const bool m_probes;
     SortOrder m_order;
     std::map<QString, std::unique_ptr<Machine>>
-        m_machines;                  ///< by host, in the order in which ties and problems come
-    QSet<QString> m_printedProblems; ///< those that still last
+        m_machines;                  ///< by host, which is the order of ties and problems
+    QSet<QString> m_printedProblems; ///< those that still exist
 };
 
 } // namespace portolan

@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// How long to wait for xdg-open to fail. Some run for as long as the browser does.
+/// How long to wait for xdg-open to fail. Some variants run as long as the browser does.
 constexpr std::chrono::milliseconds openTimeout = 2s;
 
 int fail(const QString &message)
@@ -27,7 +27,7 @@ int fail(const QString &message)
     return ExitStatus::failure;
 }
 
-/// Opens `url`, and says so.
+/// Opens `url`, and prints that.
 int openInBrowser(const QString &url)
 {
     if (!XdgOpen::isInstalled())
@@ -38,7 +38,7 @@ int openInBrowser(const QString &url)
     return isWritten ? ExitStatus::success : ExitStatus::failure;
 }
 
-// The other machine's port is one of this machine until the user ends it.
+// Forwards a port of this machine to the other machine's until the user ends it.
 int openForwarded(Machine &machine, qint64 port)
 {
     QEventLoop loop;

@@ -5,7 +5,7 @@
 
 #include <QByteArrayView>
 
-/// What standard output is connected to, and writing to it and to standard error.
+/// Standard output and standard error: what they are connected to, and writing to them.
 namespace portolan::Output {
 
 struct Size
@@ -16,24 +16,24 @@ struct Size
 
 /// Whether standard output is a terminal.
 [[nodiscard]] bool isTerminal();
-/// Whether it is one that can erase text and move its cursor.
+/// Whether it is a terminal that can erase text and move its cursor.
 [[nodiscard]] bool canMoveCursor();
-/// How large it is now.
+/// The current size of the terminal.
 [[nodiscard]] Size size();
-/// Colours for what is written to it: none where it is no terminal or the user wants none.
+/// The colours for standard output: none if it is no terminal or the user wants none.
 [[nodiscard]] TerminalColors colors();
 
-/// Waits until standard output takes some bytes without blocking. False when the user asks the program to end
+/// Waits until standard output takes some bytes without blocking. False if the user asks the program to end
 /// first: a reader that has stopped reading, or a terminal stopped by Control-S, may never take more.
 [[nodiscard]] bool awaitWritable();
 
-/// Writes `message` to standard error after the program's name. Parts of it that come from elsewhere have to
-/// be harmless (see TerminalText).
+/// Writes `message` to standard error after the program's name. Parts of it that come from elsewhere must be
+/// harmless (see TerminalText).
 void printError(const QString &message);
 
-/// Writes all of `bytes` to standard output, waiting for its reader, but no longer than until the user asks
-/// the program to end. On failure writes why to standard error, unless the reader has closed the pipe, and
-/// returns false.
+/// Writes all of `bytes` to standard output, waiting for its reader until the user asks the program to end.
+/// On failure returns false, after writing the reason to standard error unless the reader has closed the
+/// pipe.
 [[nodiscard]] bool write(QByteArrayView bytes);
 
 } // namespace portolan::Output

@@ -13,10 +13,10 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// The same port as there if it is free here, else another that is.
+/// The port `preferred` if it is free on this machine, else another free one.
 quint16 freePort(quint16 preferred)
 {
-    // A browser asks for "localhost" at both addresses.
+    // A browser tries both addresses of "localhost".
     QTcpServer server, other;
     const bool isTaken = !other.listen(QHostAddress::LocalHostIPv6, preferred) &&
                          other.serverError() == QAbstractSocket::AddressInUseError;
@@ -29,7 +29,7 @@ bool accepts(quint16 port)
 {
     QTcpSocket socket;
     socket.connectToHost(QHostAddress::LocalHost, port);
-    // A socket that gets the very port as its own connects to itself.
+    // A socket whose own port happens to be the same one connects to itself.
     return socket.waitForConnected() && socket.localPort() != port;
 }
 

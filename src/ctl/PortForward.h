@@ -8,8 +8,8 @@
 
 namespace portolan {
 
-/// A port of this machine that leads to one of another machine's loopback address, by ssh -L, for as long as
-/// this object lives. Main thread.
+/// Forwards a port of this machine to one of another machine's loopback address, by ssh -L, as long as this
+/// object lives. Main thread.
 class PortForward : public QObject
 {
     Q_OBJECT
@@ -18,12 +18,12 @@ public:
     PortForward(const QString &host, qint64 port, QObject *parent);
 
     [[nodiscard]] bool isReady() const { return m_isReady; }
-    /// Where the other machine's port is on this one.
+    /// The address on this machine at which the other machine's port is available.
     [[nodiscard]] QString address() const;
 
 Q_SIGNALS:
     void ready();
-    /// One harmless line says why it cannot be had, or no more.
+    /// The connection could not be made, or has ended. `problem`: one harmless line that says why.
     void failed(const QString &problem);
 
 private:

@@ -6,8 +6,8 @@
 
 namespace portolan {
 
-/// One line on the terminal that says what a command is waiting for. It appears only when the wait is long
-/// enough to be noticed, and is erased at the end. Where standard output cannot erase it, it never appears.
+/// One line on the terminal that says what a command is waiting for. It appears only after a noticeable wait,
+/// and is erased at the end. It never appears where standard output cannot erase it.
 class ProgressLine
 {
 public:

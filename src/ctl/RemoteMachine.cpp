@@ -13,8 +13,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A machine that says nothing for so long does not answer. A scan with its probes takes a fraction of it,
-/// and connecting may on a loaded machine.
+/// A machine that sends nothing for so long counts as not answering. A scan with its probes takes a fraction
+/// of that; connecting to a loaded machine can take longer.
 constexpr std::chrono::milliseconds silenceLimit = 30s;
 constexpr std::chrono::milliseconds firstRetryDelay = 1s;
 constexpr std::chrono::milliseconds lastRetryDelay = 30s;
@@ -81,7 +81,7 @@ void RemoteMachine::run(const QString &command)
     });
 }
 
-// False for what is no list of servers.
+// Returns false if `json` is no list of servers.
 bool RemoteMachine::accept(const QByteArray &json)
 {
     const auto services = ServiceJson::read(json, m_host);
@@ -115,7 +115,7 @@ void RemoteMachine::stop(const Service &service, const Report &report)
 {
     auto *run = new SshRun(m_host, {u"stop"_s, service.id()}, this);
     run->setSilenceLimit(silenceLimit);
-    // Of which server it speaks, portolanctl there says too.
+    // The message of the remote portolanctl also begins with the server's description.
     const QString who = ListedService{.service = service}.description() + u": "_s;
     connect(run, &SshRun::ended, this, [run, report, who](const QString &problem) {
         run->deleteLater();

@@ -13,14 +13,14 @@
 
 namespace portolan {
 
-/// Another machine, by the portolanctl there, which the user's ssh runs. What it sends is believed only where
-/// it keeps to the schema.
+/// Another machine, whose portolanctl is run by the user's ssh. What it sends is accepted only if it conforms
+/// to the schema.
 class RemoteMachine : public Machine
 {
     Q_OBJECT
 
 public:
-    /// `host`: what ssh knows it by; `probes`: whether its servers are asked for their health.
+    /// `host`: its name for ssh; `probes`: whether its servers are probed.
     RemoteMachine(const QString &host, bool probes);
 
     [[nodiscard]] QList<ListedService> services() const override;

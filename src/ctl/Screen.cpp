@@ -23,7 +23,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Those of a resized terminal, of Control-Z, and of having been continued after a stop.
+/// The signals of a resized terminal, of Control-Z, and of being continued after a stop.
 sigset_t watchedSignals()
 {
     sigset_t signals;
@@ -42,7 +42,7 @@ FileDescriptor openSignals()
 
 struct Key
 {
-    bool isNamed; // by ncurses; otherwise a character
+    bool isNamed; // whether `code` is a key code of ncurses; otherwise it is a character
     int code;
     Input::Kind kind;
 };
@@ -81,7 +81,7 @@ std::optional<Input> inputOf(bool isNamed, wint_t code)
     return isNamed ? std::nullopt : std::optional(Input{.character = char32_t(code)});
 }
 
-// The numbers of ncurses' colour pairs are those of the styles.
+// The numbers of ncurses' colour pairs are the values of TextStyle.
 void makeColors()
 {
     start_color();
@@ -112,8 +112,8 @@ Screen::Screen()
     termios mode{};
     if (tcgetattr(STDOUT_FILENO, &mode) == 0)
         m_modeBefore = mode;
-    // Where a machine does not know the type of a terminal, that is newer than the machine, and all of these
-    // understand what xterm does.
+    // A terminal type that is missing in the terminfo database is usually a newer one, and these are
+    // compatible with xterm.
     m_screen = newterm(nullptr, stdout, stdin);
     if (!m_screen)
         m_screen = newterm("xterm", stdout, stdin);
@@ -134,7 +134,7 @@ Screen::~Screen()
 
 void Screen::open()
 {
-    // ncurses encodes its output as the locale says.
+    // ncurses encodes its output by the locale.
     if (MB_CUR_MAX == 1)
         std::setlocale(LC_CTYPE, "C.UTF-8");
     cbreak();
@@ -143,7 +143,7 @@ void Screen::open()
     curs_set(0);
     if (m_depth != TerminalColors::Depth::None && has_colors())
         makeColors();
-    // Control-\ would end the program and leave the terminal as it is now.
+    // Control-\ would end the program without restoring the terminal.
     termios mode{};
     if (tcgetattr(STDOUT_FILENO, &mode) == 0) {
         mode.c_cc[VQUIT] = _POSIX_VDISABLE;
@@ -160,7 +160,7 @@ void Screen::open()
     m_keys.setEnabled(true);
 }
 
-// A terminal that takes no output gets none, but its mode back.
+// If the terminal takes no output, only its mode is restored.
 void Screen::leave()
 {
     if (!isendwin() && Output::awaitWritable())
@@ -178,7 +178,7 @@ bool Screen::show(const QList<StyledLine> &lines, std::optional<qsizetype> highl
         const attr_t reverse = row == highlighted ? A_REVERSE : A_NORMAL;
         move(int(row), 0);
         for (const StyledText &piece : lines[row]) {
-            // Reversed colours would be patches of other backgrounds.
+            // Colours in reverse video would become coloured backgrounds.
             const bool isPlain =
                 m_depth == TerminalColors::Depth::None || (reverse && piece.style != TextStyle::Strong);
             setAttributes(isPlain ? TextStyle::Plain : piece.style, reverse);
@@ -195,7 +195,7 @@ bool Screen::show(const QList<StyledLine> &lines, std::optional<qsizetype> highl
 
 bool Screen::copy(const QString &text)
 {
-    // The console of Linux prints such a sequence.
+    // The Linux console prints the sequence instead of ignoring it.
     if (qgetenv("TERM").startsWith("linux"))
         return false;
     return Output::write("\x1b]52;c;" + text.toUtf8().toBase64() + '\a');
@@ -221,7 +221,7 @@ void Screen::readSignals()
     while (read(m_signalFd.get(), &signal, sizeof signal) == ssize_t(sizeof signal)) {
         if (signal.ssi_signo == SIGWINCH)
             continue;
-        // After a stop the terminal is as its other users have left it. Then refresh() takes it back.
+        // After a stop the terminal may be in another state; refresh() sets it up again.
         leave();
         if (signal.ssi_signo == SIGTSTP)
             raise(SIGSTOP);

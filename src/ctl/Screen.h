@@ -17,7 +17,7 @@ struct screen; // ncurses' own
 
 namespace portolan {
 
-/// What the user did to the live view.
+/// A key press or mouse action in the live view.
 struct Input
 {
     enum Kind : quint8 {
@@ -41,7 +41,8 @@ struct Input
     int row = 0;            ///< of a Click, from 0 on
 };
 
-/// The whole terminal, by ncurses. One object at a time; main thread. The destructor restores the terminal.
+/// The terminal in full-screen mode, by ncurses. One object at a time; main thread. The destructor restores
+/// the terminal.
 class Screen : public QObject
 {
     Q_OBJECT
@@ -50,23 +51,23 @@ public:
     Screen();
     ~Screen() override;
 
-    /// Whether ncurses can use the terminal; the other functions need that.
+    /// Whether ncurses can use the terminal; if not, no other function may be called.
     [[nodiscard]] bool isOpen() const { return m_screen; }
     /// Whether keys can be read: standard input is a terminal.
     [[nodiscard]] bool readsKeys() const { return m_keys.isEnabled(); }
 
-    /// Shows `lines`, the line `highlighted` as the chosen one. False when the terminal takes no more output.
+    /// Shows `lines`, the line `highlighted` as the selected one. False if the terminal takes no more output.
     [[nodiscard]] bool show(const QList<StyledLine> &lines, std::optional<qsizetype> highlighted);
 
-    /// Asks the terminal to put `text` on the clipboard of the machine that it runs on (OSC 52). False where
-    /// it is known not to. Whether the others do it cannot be told.
+    /// Asks the terminal to put `text` on the clipboard of the machine that it runs on (OSC 52). False if the
+    /// terminal is known not to; whether others do it is unknown.
     bool copy(const QString &text);
 
 Q_SIGNALS:
-    /// The lines have to be shown again: the terminal has been resized, or another program has used it.
+    /// The lines must be shown again: the terminal was resized, or another program has used it.
     void redrawNeeded();
     void entered(const portolan::Input &input);
-    /// The terminal has gone away.
+    /// The terminal was closed.
     void lost();
 
 private:

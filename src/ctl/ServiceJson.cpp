@@ -68,7 +68,7 @@ QJsonObject objectOf(const ListedService &listed)
     return object;
 }
 
-// QJsonDocument escapes the control characters that JSON forbids, and no others.
+// QJsonDocument escapes only the control characters that JSON forbids.
 QByteArray withEscapedCharacters(const QByteArray &json)
 {
     QString result;
@@ -84,10 +84,10 @@ QByteArray withEscapedCharacters(const QByteArray &json)
 
 constexpr qsizetype maxServices = 10'000;
 constexpr qsizetype maxTextLength = 4096;
-constexpr double maxNumber = 1e15; // every whole number up to it is a double
+constexpr double maxNumber = 1e15; // a double represents every integer up to this one
 
-/// Reads the values of an object. The first that breaks the schema sets `isValid` to false for good; what is
-/// read then means nothing.
+/// Reads the values of an object. The first that violates the schema sets `isValid` to false for good; values
+/// read after that are meaningless.
 class Reader
 {
 public:

@@ -16,8 +16,8 @@ namespace portolan::ServiceJson {
 /// Characters that a terminal might interpret are written as JSON escapes.
 [[nodiscard]] QByteArray of(const QList<ListedService> &services, QJsonDocument::JsonFormat format);
 
-/// Reads what another machine sent as such an array: the servers of `host`. Nothing where it breaks the
-/// schema anywhere. What it holds besides the schema's keys is ignored.
+/// Parses such an array from another machine: the servers of `host`. Nothing if it violates the schema
+/// anywhere. Unknown keys are ignored.
 [[nodiscard]] std::optional<QList<ListedService>> read(const QByteArray &json, const QString &host);
 
 } // namespace portolan::ServiceJson

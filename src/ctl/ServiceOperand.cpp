@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A number as people write it: digits alone, from 1 to `most`.
+/// A number of digits only, from 1 to `most`.
 std::optional<qint32> number(QStringView text, qint32 most)
 {
     if (!std::ranges::all_of(text, [](QChar c) { return c >= u'0' && c <= u'9'; }))
@@ -25,7 +25,7 @@ std::optional<qint32> number(QStringView text, qint32 most)
     return fits && value >= 1 && value <= most ? std::optional(value) : std::nullopt;
 }
 
-/// Those of `services` that the operand may mean.
+/// Those of `services` that match the operand.
 QList<ListedService> meantBy(const ServiceOperand &operand, QList<ListedService> services)
 {
     if (operand.name.isEmpty()) {

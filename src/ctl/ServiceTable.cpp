@@ -20,8 +20,8 @@ constexpr std::array<QStringView, columnCount> headings{
     u"", u"HOST", u"PORT", u"NAME", u"FRAMEWORK", u"STATUS", u"UPTIME", u"CPU", u"MEMORY", u"PID", u"FOLDER"};
 constexpr std::array rightAlignedColumns{Port, Uptime, Cpu, Memory, Pid};
 
-// The columns left out where there is not enough room, in this order, and the widths that long texts are cut
-// to before that.
+// The columns that are left out if there is not enough space, in this order, and the widths to which long
+// texts are shortened before that.
 constexpr std::array optionalColumns{Pid, Memory, Cpu, Folder, Uptime, ServerKind};
 constexpr int maxHostWidth = 20;
 constexpr int minNameWidth = 12;

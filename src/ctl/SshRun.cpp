@@ -17,8 +17,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// How much may be kept, and may come within a few seconds: ten thousand servers take less. A line counts as
-/// more than its length, as it is more work than that.
+/// Limits of the buffered output, and of the output within a few seconds: ten thousand servers take less.
+/// Each line counts `lineBytes` more than its length, for the work that it causes.
 constexpr qint64 maxBytes = 8 << 20;
 constexpr qint64 lineBytes = 64 << 10;
 constexpr qint64 windowMs = 5000;
@@ -35,7 +35,7 @@ SshRun::SshRun(const QStringList &arguments, QObject *parent)
     m_silence.callOnTimeout(this, [this] { giveUp(u"does not answer"_s); });
     m_window.start();
     m_process.setStandardInputFile(QProcess::nullDevice());
-    // Control-C and Control-Z are for this program alone, which ends its children itself.
+    // Control-C and Control-Z must reach only this program, which ends its children itself.
     m_process.setChildProcessModifier([] {
         setsid();
         ChildSetup::takeDefaultSignals();
@@ -107,7 +107,7 @@ QString SshRun::problemOfExit() const
         return {};
     if (m_process.exitCode() == commandNotFound)
         return u"has no portolanctl"_s;
-    // The last line says why.
+    // The last line contains the reason.
     QString problem = QString::fromUtf8(m_error.trimmed().split('\n').last()).trimmed();
     for (const QString &prefix : {u"portolanctl: "_s, u"ssh: "_s}) {
         if (problem.startsWith(prefix))

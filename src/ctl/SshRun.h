@@ -13,8 +13,8 @@
 
 namespace portolan {
 
-/// One run of the user's ssh, which never asks for anything. Starts from the event loop; killed with this
-/// object. What the other side sends is bounded in size. Main thread.
+/// One run of the user's ssh, which never prompts. Started by the event loop; killed with this object. The
+/// size of the output is limited. Main thread.
 class SshRun : public QObject
 {
     Q_OBJECT
@@ -22,24 +22,25 @@ class SshRun : public QObject
 public:
     /// Runs ssh with `arguments`.
     SshRun(const QStringList &arguments, QObject *parent);
-    /// Runs portolanctl on `host` with `words`, in which a shell must not find anything special.
+    /// Runs portolanctl on `host` with the arguments `words`, which must not contain characters that are
+    /// special to a shell.
     SshRun(const QString &host, const QStringList &words, QObject *parent);
     ~SshRun() override;
 
-    /// Gives up if the other side sends no line (see `lineRead`) for so long.
+    /// Gives up if the other side sends no line (see `lineRead`) for `limit`.
     void setSilenceLimit(std::chrono::milliseconds limit);
-    /// Announces every line when it is complete, instead of keeping it for `takeOutput()`.
+    /// Emits `lineRead` for every complete line, instead of keeping the output for `takeOutput()`.
     void readLines() { m_readsLines = true; }
 
-    /// Ends it, because of `problem`.
+    /// Ends the run with `problem` as the reason.
     void giveUp(const QString &problem);
 
     [[nodiscard]] QByteArray takeOutput() { return m_process.readAllStandardOutput(); }
 
 Q_SIGNALS:
     void lineRead(const QByteArray &line);
-    /// It has ended by itself or was given up. `problem`: one harmless line; empty if it ended with exit
-    /// status 0. The last signal.
+    /// The run has ended by itself or by giveUp(). `problem`: one harmless line; empty if the exit status is
+    /// 0. The last signal.
     void ended(const QString &problem);
 
 private:

@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 int Commands::stop(const CommandLine &line)
 {
-    // A server that was sent SIGTERM is waited for, and killed if need be, also when nothing reads the
+    // A server that was sent SIGTERM is waited for, and killed if necessary, even if nothing reads the
     // output.
     std::signal(SIGPIPE, SIG_IGN);
     Machines machines(line, false);
@@ -45,7 +45,8 @@ int Commands::stop(const CommandLine &line)
                 loop.quit();
         });
     }
-    // Once all are told: a terminal stopped by Control-S takes no output, which would delay that.
+    // After all are signalled: a terminal stopped by Control-S takes no output, which would delay the
+    // signals.
     for (const ListedService &listed : choice.services)
         (void)Output::write((listed.description() + u": Stopping…\n"_s).toUtf8());
     if (const int signal = loop.exec())

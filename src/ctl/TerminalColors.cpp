@@ -9,8 +9,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What comes between "ESC [" and "m"; empty for a style without attributes. Strong and faint are relative to
-/// the terminal's own colours, which may be dark on light.
+/// The parameters between "ESC [" and "m"; empty for a style without attributes. Strong and faint are
+/// relative to the terminal's own colours, which may be dark on light.
 QString codeOf(TextStyle style, TerminalColors::Depth depth)
 {
     if (style == TextStyle::Strong)

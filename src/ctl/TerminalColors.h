@@ -10,10 +10,10 @@
 
 namespace portolan {
 
-/// How a piece of text stands out on a terminal.
+/// The style of a piece of text on a terminal.
 enum class TextStyle : quint8 {
     Plain,
-    Strong, ///< what the reader looks for
+    Strong, ///< most important
     Faint,  ///< less important
     Accent,
     Online,
@@ -30,12 +30,12 @@ struct StyledText
 /// A line for a terminal: harmless texts side by side, without a line feed.
 using StyledLine = QList<StyledText>;
 
-/// A colour of the desktop program, as near as terminals come to it.
+/// A colour of the desktop program, and the nearest ones of terminals.
 struct TerminalColor
 {
     TextStyle style; ///< what it is for
-    short basic;     ///< of the eight that every terminal has
-    short ofPalette; ///< of xterm's 256
+    short basic;     ///< among the eight basic colours
+    short ofPalette; ///< in xterm's palette of 256
     QLatin1StringView rgb;
 };
 inline constexpr std::array terminalColors{
@@ -45,7 +45,7 @@ inline constexpr std::array terminalColors{
     TerminalColor{TextStyle::Offline, 1, 204, QLatin1StringView("244;63;94")},
 };
 
-/// Colours texts for a terminal, with as many colours as it has.
+/// Colours texts for a terminal with a given colour depth.
 class TerminalColors
 {
 public:
@@ -57,7 +57,7 @@ public:
         : m_depth(depth)
     {}
 
-    /// What a terminal can show, by the environment variables TERM, COLORTERM and NO_COLOR.
+    /// The colour depth of a terminal, by the environment variables TERM, COLORTERM and NO_COLOR.
     [[nodiscard]] static Depth depthOfTerminal(const QByteArray &term, const QByteArray &colorTerm,
                                                const QByteArray &noColor);
 

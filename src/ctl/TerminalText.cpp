@@ -32,7 +32,7 @@ char32_t harmlessCharacter(char32_t character)
     return Characters::isShowable(character) ? character : replacement;
 }
 
-/// A place between two characters as the reader sees them, and how wide the text before it is.
+/// A grapheme boundary, and the width of the text before it.
 struct Boundary
 {
     qsizetype position;
@@ -51,7 +51,7 @@ QList<Boundary> boundariesIn(QStringView text)
     return boundaries;
 }
 
-// The longest start of `text` that takes at most `columns`.
+// The longest prefix of `text` that takes at most `columns`.
 QStringView front(QStringView text, int columns)
 {
     const QList<Boundary> boundaries = boundariesIn(text);
@@ -59,7 +59,7 @@ QStringView front(QStringView text, int columns)
         std::prev(std::ranges::upper_bound(boundaries, columns, {}, &Boundary::columns))->position);
 }
 
-// The longest end.
+// The same for a suffix.
 QStringView back(QStringView text, int columns)
 {
     const QList<Boundary> boundaries = boundariesIn(text);

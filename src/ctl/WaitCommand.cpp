@@ -27,10 +27,11 @@ namespace {
 
 constexpr std::chrono::milliseconds probeInterval = 200ms;
 
-/// How often to see whether there is still somebody to tell the outcome.
+/// How often to check whether standard output still has a reader.
 constexpr std::chrono::milliseconds readerInterval = 1s;
 
-/// Whether standard output is a connection whose other end is closed: that of an ssh that has ended.
+/// Whether standard output is a connection whose other end is closed, as after the end of the ssh that it
+/// leads to.
 bool isReaderGone()
 {
     pollfd output{.fd = STDOUT_FILENO};
@@ -107,7 +108,7 @@ int waitHere(const CommandLine &line, QEventLoop &loop)
     return status;
 }
 
-// The portolanctl of each machine waits there.
+// Runs `portolanctl wait` on each machine.
 int waitOnHosts(const CommandLine &line, QEventLoop &loop)
 {
     QStringList words{u"wait"_s};

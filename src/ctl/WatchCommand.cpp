@@ -23,12 +23,12 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// How long the row of a server that has been stopped says so.
+/// How long the row of a stopped server shows the outcome.
 constexpr std::chrono::milliseconds noteDuration = 4s;
-/// What changes within this time is shown at once: every probe is a change.
+/// Changes within this time are shown together: every probe result is one.
 constexpr std::chrono::milliseconds redrawDelay = 20ms;
 
-// A write that was given up because the user asked the program to end has not failed.
+// A write that was interrupted because the user asked the program to end counts as success.
 int statusAfterFailedWrite()
 {
     return TerminationSignals::isPending() ? ExitStatus::success : ExitStatus::failure;
@@ -109,7 +109,7 @@ private:
         }
     }
 
-    /// Shows what `use` says of the server's address, or why there is none.
+    /// Shows the message that `use` returns for the server's address, or why there is none.
     template <typename Use>
     void useAddress(const ListedService &chosen, Use use)
     {
@@ -141,8 +141,7 @@ private:
     QTimer m_redraw;
 };
 
-// Prints a line whenever a machine has been looked at; machines that are looked at at the same time share
-// one.
+// Prints a line after each refresh of a machine; simultaneous refreshes share one line.
 int watchAsJson(Machines &machines, const CommandLine &line)
 {
     QEventLoop loop;

@@ -15,7 +15,7 @@ namespace {
 
 constexpr qsizetype wheelRows = 3;
 
-// The longest line is as wide as a small terminal, and there are as few as its rows.
+// The help; its lines fit into a small terminal.
 const std::array keyLines{
     u"↑ ↓ j k       choose; also Page Up, Page Down, Home, End, a click"_s,
     u"Enter o       open in the browser"_s,
@@ -28,7 +28,7 @@ const std::array keyLines{
     u"q             quit"_s,
 };
 
-// The keys that the last line names, in this order, as many of the most important as there is room for.
+// The keys named in the last line, in this order; the most important ones if there is not enough space.
 struct Hint
 {
     QStringView text;
@@ -46,7 +46,7 @@ QString othersText(qsizetype above, qsizetype below)
     return above == 0 ? u"… %1 more"_s.arg(below) : u"… %1 above, %2 more"_s.arg(above).arg(below);
 }
 
-/// As many of the keys as `columns` can name.
+/// The key hints that fit into `columns`.
 QString hints(qsizetype columns)
 {
     for (qsizetype count = keyHints.size(); count > 0; --count) {
@@ -92,8 +92,8 @@ void WatchView::setNote(const ListedService &service, const QString &note)
     arrange();
 }
 
-// Makes the rows anew. The chosen server stays chosen wherever its row gets to; if it is gone, the one that
-// takes its place is.
+// Rebuilds the rows. The selected server stays selected wherever its row moves; if it is gone, the one that
+// takes its place is selected.
 void WatchView::arrange()
 {
     const QString chosen = m_rows.isEmpty() ? QString() : m_rows[m_selected].key();
@@ -230,7 +230,7 @@ bool WatchView::moveSelection(Input::Kind kind)
     }
 }
 
-// Chooses the row nearest to `row` and scrolls it into view.
+// Selects the row nearest to `row` and scrolls it into view.
 void WatchView::select(qsizetype row)
 {
     m_selected = m_rows.isEmpty() ? 0 : std::clamp<qsizetype>(row, 0, m_rows.size() - 1);
@@ -246,14 +246,13 @@ void WatchView::scroll(qsizetype rows)
     select(std::clamp(m_selected, m_first, m_first + shownAtOnce() - 1));
 }
 
-/// How many lines the list can have above an empty one, the problems and the last line.
+/// The number of lines for the list, above an empty line, the problems and the last line.
 qsizetype WatchView::listHeight() const
 {
     return std::max<qsizetype>(0, m_size.rows - (m_size.rows > 2 ? 2 : 1) - m_content.problems.size());
 }
 
-/// How many servers there is room for, at least 1: below the header and, where not all fit, above the line
-/// about the others.
+/// How many servers fit, at least 1: below the header and, if not all fit, above the line about the others.
 qsizetype WatchView::shownAtOnce() const
 {
     const qsizetype room = listHeight() - 1;

@@ -16,12 +16,12 @@
 
 namespace portolan {
 
-/// What the live view shows, and what keys mean in it. Knows neither the terminal nor the machine. Main
-/// thread.
+/// The content of the live view and the meaning of its keys. Independent of the terminal and of the machine.
+/// Main thread.
 class WatchView
 {
 public:
-    /// What is known of the servers.
+    /// The servers to show.
     struct Content
     {
         QList<ListedService> services; ///< all, in any order
@@ -30,7 +30,7 @@ public:
         bool hasHosts = false;         ///< whether the list says which machine a server runs on
     };
 
-    /// What the user asks for, and of which server.
+    /// What the user requests, and for which server.
     struct Request
     {
         enum Kind : quint8 { None, Quit, Refresh, Open, Copy, Stop };
@@ -41,16 +41,17 @@ public:
 
     struct Frame
     {
-        QList<StyledLine> lines;              ///< at most as many as the terminal has, each at most as wide
-        std::optional<qsizetype> highlighted; ///< the line of the chosen server
+        QList<StyledLine> lines;              ///< as they fit into the terminal
+        std::optional<qsizetype> highlighted; ///< the line of the selected server
     };
 
-    /// `readsKeys`: whether there are keys to speak of.
+    /// `readsKeys`: whether keys can be read.
     WatchView(const QString &searchText, SortOrder order, bool readsKeys);
 
     void setContent(const Content &content);
     void setSize(Output::Size size);
-    /// Shows `note` in place of the server's status, and the server even if it is gone; none if empty.
+    /// Shows `note` in place of the server's status, and the server even if it is gone. An empty note removes
+    /// it.
     void setNote(const ListedService &service, const QString &note);
     /// Shows `text` in the last line until the next key.
     void setMessage(const QString &text) { m_message = text; }
@@ -84,8 +85,8 @@ private:
     ListedService m_toStop;
 
     QList<ListedService> m_rows; ///< as shown
-    qsizetype m_selected = 0;    ///< a row; 0 where there is none
-    qsizetype m_first = 0;       ///< the first row to show where not all fit
+    qsizetype m_selected = 0;    ///< the index of a row; 0 if there is none
+    qsizetype m_first = 0;       ///< the first row to show if not all fit
 };
 
 } // namespace portolan

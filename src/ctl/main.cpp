@@ -39,7 +39,7 @@ int print(const CommandLine::Reply &reply)
     return ExitStatus::usageError;
 }
 
-// Libraries write no messages to standard error: it is for the user's own mistakes.
+// Messages of libraries are dropped: standard error is for messages to the user.
 void dropMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
 
 } // namespace
@@ -56,11 +56,12 @@ int main(int argc, char **argv)
     qInstallMessageHandler(dropMessage);
     const QCoreApplication application(argc, argv);
     const int status = run(std::get<CommandLine>(parsed));
-    // A shell ends its loop only when it sees that the program died of the user's Control-C.
+    // A shell ends its loop only if it sees that the program was killed by the user's Control-C.
     if (status > ExitStatus::endedBy(0)) {
         std::signal(status - ExitStatus::endedBy(0), SIG_DFL);
         std::raise(status - ExitStatus::endedBy(0));
     }
-    // Without the end of `application`, which waits for name lookups under way until the resolver gives up.
+    // Without destroying `application`, which would wait for pending name lookups until the resolver gives
+    // up.
     std::_Exit(status);
 }
