@@ -10,7 +10,7 @@
 
 namespace portolan {
 
-/// What something cost, in milliseconds.
+/// The cost of an operation, in milliseconds.
 struct Cost
 {
     double wall = 0;
@@ -53,7 +53,7 @@ inline Cost median(std::vector<Cost> costs)
     return {middle(&Cost::wall), middle(&Cost::cpu), middle(&Cost::children)};
 }
 
-/// One line for the driver, which reads it back.
+/// One line that the driver parses.
 inline void report(const char *name, const Cost &cost)
 {
     std::printf("%s %.4f %.4f %.4f\n", name, cost.wall, cost.cpu, cost.children);

@@ -20,7 +20,7 @@ endif()
 add_library(portolan_options INTERFACE)
 target_compile_options(portolan_options INTERFACE
     -Wall -Wextra -Wno-missing-field-initializers -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Wcast-align -Woverloaded-virtual
-    # g++ 16 takes an absent std::optional that is moved for an uninitialised one.
+    # g++ 16 warns about moving an absent std::optional as about an uninitialised value.
     $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_GREATER_EQUAL:$<CXX_COMPILER_VERSION>,15>>:-Wno-maybe-uninitialized>
     $<$<BOOL:${PORTOLAN_WERROR}>:-Werror>
     -fno-omit-frame-pointer
@@ -49,7 +49,7 @@ if(PORTOLAN_SANITIZE)
     # The vptr check needs file descriptors, and some tests use up all of them.
     target_compile_options(portolan_options INTERFACE
         -fsanitize=${PORTOLAN_SANITIZE} -fno-sanitize=vptr -fno-sanitize-recover=all
-        # A fence in the standard library, of which the thread sanitizer does not know.
+        # For a fence in the standard library, which the thread sanitizer does not support.
         $<$<CXX_COMPILER_ID:GNU>:-Wno-tsan>
     )
     target_link_options(portolan_options INTERFACE -fsanitize=${PORTOLAN_SANITIZE})

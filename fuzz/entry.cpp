@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A desktop entry, as the user's own editing may have left it.
+// A desktop entry, possibly edited by the user.
 #include "DesktopEntry.h"
 #include "Require.h"
 

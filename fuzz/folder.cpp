@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a project folder may hold: the first byte chooses files by its bits, the rest is the package.json.
+// The files of a project folder: the bits of the first byte choose marker files, the rest is the
+// package.json.
 #include "FolderReader.h"
 #include "ProjectDetector.h"
 #include "Require.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Calls to the status icon's menu and item, with whatever values a program on the bus sends.
+// Calls to the status icon's menu and item, with arbitrary values.
 #include "Require.h"
 #include "StatusMenu.h"
 #include "StatusNotifierItem.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The settings file, with whatever it holds.
+// The settings file, with arbitrary content.
 #include "Require.h"
 #include "UserDefaults.h"
 

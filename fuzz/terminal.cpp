@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Names of servers as the terminal program prints them: nothing may reach the terminal but text. And lists as
-// another machine sends them.
+// Names of servers as the terminal program prints them: only plain text may reach the terminal. Also lists
+// from another machine.
 #include "Require.h"
 #include "ServiceJson.h"
 #include "ServiceTable.h"
@@ -46,7 +46,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size)
     const auto read = ServiceJson::read(json, QStringLiteral("host"));
     require(read && read->size() == 1);
     (void)ServiceJson::read(QByteArray(reinterpret_cast<const char *>(data), qsizetype(size)),
-                            QStringLiteral("host")); // what another machine may send
+                            QStringLiteral("host")); // as from another machine
     return 0;
 }
 

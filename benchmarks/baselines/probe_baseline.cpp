@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// probe_baseline ROUNDS PORT...: the least that probing every server can cost: a connection, a HEAD request
-// and the start of the answer, for all ports at once, on non-blocking sockets and one epoll.
+// probe_baseline ROUNDS PORT...: the minimum cost of probing every server: a connection, a HEAD request and
+// the start of the answer, for all ports at once, on non-blocking sockets and one epoll.
 #include "../Meter.h"
 
 #include <cstring>
@@ -16,7 +16,7 @@ namespace portolan {
 
 namespace {
 
-// The connection stands by the time connect() returns: both ends are on this machine.
+// The connection is established when connect() returns: both ends are on this machine.
 bool ask(int epoll, int port)
 {
     const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// click_clock POINTER_X POINTER_Y X Y WIDTH HEIGHT: clicks, and prints how many milliseconds it takes from
-// then until a picture stands in that rectangle of the screen that was not there before. Fails after two
-// seconds.
+// click_clock POINTER_X POINTER_Y X Y WIDTH HEIGHT: clicks, and prints how many milliseconds it takes until a
+// new picture is shown in that rectangle of the screen. Fails after two seconds.
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -68,7 +67,7 @@ private:
     xcb_window_t m_root;
 };
 
-/// A window that was mapped but not painted has one colour, or what was there before.
+/// A window that was mapped but not painted has one colour, or the previous content.
 bool isPicture(const Pixels &pixels, const Pixels &before)
 {
     constexpr size_t shadesOfText = 16;

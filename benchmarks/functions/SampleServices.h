@@ -7,8 +7,8 @@
 
 namespace portolan {
 
-/// `count` servers as a scan finds them, sorted by port; their figures depend on `round`, as they do from one
-/// scan to the next, and every twentieth is another process in each round.
+/// `count` servers as a scan finds them, sorted by port; their statistics depend on `round`, as if it were
+/// the number of the scan, and every twentieth is a new process in each round.
 inline QList<Service> sampleServices(qsizetype count, int round = 0)
 {
     QList<Service> services;

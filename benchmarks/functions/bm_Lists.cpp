@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// From one list to the next: the visible list and the model that follows it.
+// Updates of the list: the visible list and the model that follows it.
 #include "SampleServices.h"
 #include "ServiceStore.h"
 #include "UserDefaults.h"
@@ -38,7 +38,7 @@ void visibleWithSearch(benchmark::State &state)
     state.SetItemsProcessed(state.iterations() * state.range());
 }
 
-/// A store whose scans find what they are told to, and the model that shows it.
+/// A store with fake scans, and the model that shows it.
 class ShownStore
 {
 public:
@@ -87,7 +87,7 @@ void refreshModel(benchmark::State &state)
     state.SetItemsProcessed(state.iterations() * state.range());
 }
 
-/// A search that leaves a tenth of the rows, and its end.
+/// A search that matches a tenth of the rows, and clearing it.
 void searchModel(benchmark::State &state)
 {
     ShownStore shown(state.range());

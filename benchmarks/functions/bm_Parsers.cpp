@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a scan makes of the tools' texts.
+// Parsing the tools' output.
 #include "LsofOutput.h"
 #include "ProcessInspector.h"
 #include "ProjectDetector_p.h"

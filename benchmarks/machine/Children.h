@@ -16,7 +16,7 @@ namespace portolan {
 class Children
 {
 public:
-    /// Starts one that runs `life`.
+    /// Starts a process that runs `life`.
     template <typename Life>
     void start(Life life)
     {
@@ -36,7 +36,7 @@ public:
         _exit(1);
     }
 
-    /// Says that everything stands, waits for the end of standard input, and leaves nothing behind.
+    /// Reports that everything is ready, waits for the end of standard input, and ends the processes.
     void standUntilTold(const char *message) const
     {
         std::puts(message);

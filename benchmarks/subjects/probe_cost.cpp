@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// probe_cost ROUNDS PORT...: what probing all ports at once costs, the first time and thereafter.
+// probe_cost ROUNDS PORT...: the cost of probing all ports at once, for the first time and later.
 #include "../Meter.h"
 
 #include "HealthChecker.h"

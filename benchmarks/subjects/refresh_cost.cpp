@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// refresh_cost SECONDS: lets a store refresh itself every five seconds, as it does all day, and says what one
-// refresh cost on average: scan, merge, probes, and every thirty seconds a full rescan.
+// refresh_cost SECONDS: lets a store refresh itself every five seconds, and prints the average cost of a
+// refresh: scan, merge, probes, and every thirty seconds a full rescan.
 #include "../Meter.h"
 
 #include "FolderReader.h"
@@ -41,7 +41,7 @@ int main(int argc, char **argv)
 
     store.start();
     QTimer::singleShot(4s, &application, &QCoreApplication::quit);
-    QCoreApplication::exec(); // the first refresh is not steady yet
+    QCoreApplication::exec(); // the first refresh is not representative
     refreshes = 0;
     QTimer::singleShot(duration, &application, &QCoreApplication::quit);
     Cost cost = costOf([] { QCoreApplication::exec(); });

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// scan_cost ROUNDS [SECONDS]: what one scan costs in a fresh process, what the ones right after it do, and
-// what one does that comes SECONDS later.
+// scan_cost ROUNDS [SECONDS]: the cost of the first scan of a process, of the scans right after it, and of
+// one SECONDS later.
 #include "../Meter.h"
 
 #include "FolderReader.h"
@@ -19,7 +19,7 @@ namespace portolan {
 
 namespace {
 
-/// Has every server run between two scans, as a probe does: a process that sleeps takes less to read.
+/// Makes every server run between two scans, as a probe does: reading a process that has slept costs less.
 void wake(const QList<Service> &services)
 {
     for (const Service &service : services) {

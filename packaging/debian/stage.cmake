@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-# Run by CPack on the files of each package before it is made: what a Debian package has in other places, and more of.
+# Run by CPack on the files of each package before it is made: moves and adds files as Debian requires.
 if(NOT CPACK_GENERATOR STREQUAL "DEB")
     return()
 endif()

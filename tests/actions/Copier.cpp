@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Copies a service's address ("url PORT") or port ("port PORT"), says so, and keeps it on offer until its
-// input ends.
+// Copies a service's address ("url PORT") or port ("port PORT"), reports that, and owns the clipboard until
+// its input ends.
 #include "ServiceActions.h"
 
 #include <QGuiApplication>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Stops the process of the given id, and ends when whatever was to come after that has come; with "quit"
-// behind the id it ends at once.
+// Stops the process with the given id, and ends when everything that follows has happened; with "quit" after
+// the id it ends at once.
 #include "Eventually.h"
 #include "ServiceActions.h"
 #include "TestChild.h"
@@ -11,7 +11,7 @@
 int main(int argc, char **argv)
 {
     using namespace portolan;
-    // Should a signal go to the group, then to nobody else's.
+    // A signal to the group must not reach other processes.
     setsid();
     if (argc < 2)
         return 2;
@@ -23,7 +23,7 @@ int main(int argc, char **argv)
     if (argc > 2)
         return 0;
 
-    // What is stopped later is killed later.
+    // A process that is stopped later is killed later.
     TestChild last(TestChild::ignoresTerm);
     service.pid = last.pid();
     actions.stop(service);

@@ -6,7 +6,7 @@
 
 namespace portolan {
 
-/// A display of the test's own, which ends with it.
+/// A private display server, which ends with this object.
 class VirtualDisplay
 {
 public:
@@ -16,7 +16,7 @@ public:
             QStringLiteral("Xvfb"),
             {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
              QStringLiteral("0"), QStringLiteral("640x480x24"), QStringLiteral("-nolisten"),
-             // A program that starts while the last one leaves must not meet a server that starts anew.
+             // The server must not reset when its last client leaves, as another may be connecting.
              QStringLiteral("tcp"), QStringLiteral("-noreset")});
         while (m_server.state() != QProcess::NotRunning && !m_server.canReadLine()) {
             if (!m_server.waitForReadyRead(30'000))
@@ -32,7 +32,7 @@ public:
     }
     Q_DISABLE_COPY_MOVE(VirtualDisplay)
 
-    /// As in $DISPLAY; empty if there is no display server to be had.
+    /// As in $DISPLAY; empty if there is no display server.
     [[nodiscard]] QString name() const { return m_name; }
 
 private:

@@ -36,7 +36,7 @@ protected:
         target.write("[Desktop Entry]\n" + keys);
     }
 
-    /// Changes with every writing of the file; 0 without one.
+    /// Changes whenever the file is written; 0 if there is none.
     [[nodiscard]] ino_t incarnation() const
     {
         struct stat facts = {};

@@ -8,7 +8,7 @@ namespace portolan {
 
 using namespace Qt::StringLiterals;
 
-/// A display whose clipboard another program already has filled.
+/// A display whose clipboard already has content of another program.
 class Copy : public testing::Test
 {
 protected:

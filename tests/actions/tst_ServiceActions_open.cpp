@@ -17,7 +17,7 @@ namespace portolan {
 
 using namespace Qt::StringLiterals;
 
-/// A session without a bus, whose only programs are stand-ins.
+/// A session without a bus, with fake programs only.
 class Open : public testing::Test
 {
 protected:
@@ -86,7 +86,7 @@ TEST_F(Open, WaitsForNoEditorThatIsItsOwnLauncher)
     ASSERT_TRUE(eventually([&] { return editors().size() == 2; }));
     for (const QByteArray &pid : editors())
         EXPECT_EQ(kill(pid.toInt(), SIGKILL), 0);
-    // None of them stays behind as a zombie.
+    // None of them remains as a zombie.
     EXPECT_TRUE(eventually([] { return waitpid(-1, nullptr, WNOHANG) == -1 && errno == ECHILD; }));
 }
 
@@ -152,7 +152,7 @@ TEST_F(Open, DoesNothingWithoutAFolder)
     ServiceActions().revealInFinder(m_service);
     ServiceActions().openInTerminal(m_service);
     openInEditor({m_recorders.path(u"code"_s)});
-    // Were anything of that still to come, it would come before this.
+    // If any of that were still pending, it would happen before this.
     DetachedProgram::start(m_recorders.install(u"last"_s), {});
     EXPECT_GT(m_recorders.record(u"last"_s).process, 0);
     EXPECT_FALSE(m_recorders.wasStarted(u"xdg-open"_s));

@@ -39,7 +39,7 @@ protected:
         return service;
     }
 
-    /// Waits for the end of `child`; the signal that ended it, or 0.
+    /// Waits for the end of `child`; returns the signal that ended it, or 0.
     static int endOf(TestChild &child)
     {
         return eventually([&] { return !child.isAlive(); }) ? child.collect() : 0;
@@ -160,7 +160,7 @@ TEST_F(Stop, LeavesOtherUsersServersAlone)
 
 TEST_F(Stop, SignalsNoGroup)
 {
-    // Neither its own, nor, with a negative id, another.
+    // Neither its own nor, with a negative id, another group.
     EXPECT_EQ(runStopper({u"0"_s}), 0);
     TestChild bystander(TestChild::endsOnTerm);
     ASSERT_EQ(setpgid(bystander.pid(), bystander.pid()), 0);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Real terminal emulators on a display of their own, with a stand-in for the user's shell.
+// Real terminal emulators on a display of their own, with a fake shell.
 #include "FakePrograms.h"
 #include "Printers.h"
 #include "ScopedEnvironment.h"
@@ -25,7 +25,7 @@ protected:
             GTEST_SKIP() << "Xvfb is not installed";
     }
 
-    /// Where the shell of the window is that is opened in `folder`.
+    /// The working folder of the shell in the window that is opened for `folder`.
     [[nodiscard]] QString shellFolder(const QString &folder)
     {
         FakePrograms recorders;
@@ -41,7 +41,7 @@ private:
     const VirtualDisplay m_display;
     const ScopedEnvironment m_displayVariable{"DISPLAY", m_display.name().toLocal8Bit()};
     const ScopedEnvironment m_wayland{"WAYLAND_DISPLAY", std::nullopt};
-    // None that another window of the emulator could already run on.
+    // Without a bus, so that no running instance of the emulator opens the window.
     const ScopedEnvironment m_bus{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/no/such/bus"};
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The real program as far as it runs without a desktop.
+// The real program, without a desktop.
 
 #include "Eventually.h"
 #include "Printers.h"
@@ -85,7 +85,7 @@ TEST(Portolan, RunsWithoutAScreen)
     program.setProcessEnvironment(environment);
     program.start(QStringLiteral(PORTOLAN), {u"--background"_s});
     ASSERT_TRUE(eventually([&] { return QFile::exists(folder.filePath(u"portolan.lock"_s)); }));
-    // Each is passed on to the one that runs, and succeeds when that has answered.
+    // Each request is passed on to the running instance, and succeeds when that has answered.
     EXPECT_EQ(run({u"--window"_s}, environment).status, 0);
     EXPECT_EQ(run({}, environment).status, 0);
     EXPECT_EQ(run({u"--window"_s}, environment).status, 0);

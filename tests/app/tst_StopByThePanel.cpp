@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The panel's Stop with everything real: sockets, scans by both process sources, processes and signals.
+// The panel's Stop with real sockets, scans by both process sources, processes and signals.
 #include "Eventually.h"
 #include "FolderReader.h"
 #include "KernelSource.h"
@@ -96,7 +96,7 @@ TEST_P(StopByThePanel, SignalsNobodyWhenThePidHasGoneToAnotherProcess)
     EXPECT_TRUE(stranger->isAlive());
     ASSERT_TRUE(refresh());
     EXPECT_EQ(m_store.serviceCount(), 0);
-    // What is stopped later is killed later: by then the stranger would have been.
+    // A process that is stopped later is killed later: by then the other process would have been killed.
     TestChild last(TestChild::ignoresTerm);
     Termination::start(std::make_shared<ProcessHandle>(last.pid()), &m_actions);
     ASSERT_TRUE(eventually([&] { return !last.isAlive(); }));

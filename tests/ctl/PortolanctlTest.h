@@ -13,8 +13,8 @@
 
 namespace portolan {
 
-/// Runs the real portolanctl, without a display and with settings of the test's own. Servers of the test's
-/// are development servers because they run in a folder in the home folder.
+/// Runs the real portolanctl, without a display and with private settings. The test's servers count as
+/// development servers because they run in a folder in the home folder.
 class PortolanctlTest : public testing::Test
 {
 protected:
@@ -32,11 +32,11 @@ protected:
         EXPECT_TRUE(QDir(m_folder.path()).mkdir(QStringLiteral("config")));
     }
 
-    /// The folder of the servers, which are called shop after it.
+    /// The folder of the servers, which are named "shop" after it.
     [[nodiscard]] QString folder() const { return m_folder.filePath(QStringLiteral("shop")); }
     [[nodiscard]] QString configFolder() const { return m_folder.filePath(QStringLiteral("config")); }
 
-    /// What leaves out the machine's other servers.
+    /// The arguments that exclude other servers of the machine.
     [[nodiscard]] QStringList ownOnly() const
     {
         return {QStringLiteral("--search"), QFileInfo(m_folder.path()).fileName()};

@@ -13,7 +13,7 @@
 
 namespace portolan {
 
-/// A program that runs on a terminal of its own. Ended, if need be killed, with this object.
+/// A program on a pseudo-terminal. Ended, if necessary killed, with this object.
 class PtyProcess
 {
 public:
@@ -29,9 +29,9 @@ public:
     PtyProcess(const PtyProcess &) = delete;
     PtyProcess &operator=(const PtyProcess &) = delete;
 
-    /// What the program wrote so far.
+    /// The output of the program so far.
     [[nodiscard]] QByteArray output() const { return m_output; }
-    /// Reads on until `condition` holds; false if it does not within half a minute.
+    /// Reads until `condition` is true; returns false if it is not within 30 seconds.
     [[nodiscard]] bool readUntil(const std::function<bool()> &condition);
     /// Reads to the program's end and returns its exit status; nothing if it was killed or does not end.
     [[nodiscard]] std::optional<int> exitStatus();
@@ -43,9 +43,9 @@ public:
     void sendSignal(int signal) const;
     /// Waits until a signal has stopped the program.
     [[nodiscard]] bool awaitStop() const;
-    /// How the terminal treats input and output.
+    /// The mode of the terminal.
     [[nodiscard]] termios mode() const;
-    /// Makes the terminal go away, as the window of one does that is closed.
+    /// Closes the terminal, like the window of a terminal emulator.
     void closeTerminal();
     void setMode(const termios &mode) const;
 

@@ -31,7 +31,7 @@ inline Service api()
             .stats = ProcessStats{42, 0, 1536}};
 }
 
-/// One about which hardly anything could be found out.
+/// A service of which almost nothing is known.
 inline Service stranger()
 {
     return {.pid = 123456,

@@ -15,9 +15,9 @@ struct TerminalSize
     int rows = 1000;
 };
 
-/// What a reader sees after `output` was written to an empty terminal of the kind of xterm: its lines without
-/// the space at their ends, and without empty ones at the bottom. Attributes are ignored, but for those of
-/// `isReversed`; an unknown escape sequence shows as "<?>".
+/// The content of an empty xterm after `output` was written to it: its lines without trailing spaces, and
+/// without empty ones at the bottom. Attributes are ignored, except for `isReversed`; an unknown escape
+/// sequence shows as "<?>".
 [[nodiscard]] QStringList seenOnTerminal(const QByteArray &output, TerminalSize size = {});
 
 /// The first line of those that is shown in reverse; nothing if none is.

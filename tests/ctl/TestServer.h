@@ -44,14 +44,14 @@ public:
         m_process.waitForFinished(0);
         return m_process.state() == QProcess::Running;
     }
-    /// Waits for its end; the signal that ended it, 0 for an exit of its own, -1 if it lives on.
+    /// Waits for its end; returns the signal that ended it, 0 if it exited, -1 if it still runs.
     [[nodiscard]] int endedBy()
     {
         if (m_process.state() != QProcess::NotRunning && !m_process.waitForFinished())
             return -1;
         return m_process.exitStatus() == QProcess::CrashExit ? m_process.exitCode() : 0;
     }
-    /// What it printed besides its first line. After its end.
+    /// Its output after the first line. To be called after its end.
     [[nodiscard]] QByteArray output() { return m_process.readAllStandardOutput(); }
 
 private:

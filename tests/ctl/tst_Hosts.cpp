@@ -54,7 +54,7 @@ bool accepts(quint16 port)
     return socket.waitForConnected(1000);
 }
 
-/// What an HTTP server on a port of this machine answers; empty if none does.
+/// The answer of an HTTP server on a port of this machine; empty if there is none.
 QByteArray answerOn(quint16 port)
 {
     QTcpSocket socket;
@@ -77,7 +77,7 @@ protected:
     {
         if (!QFile::exists(sshd))
             GTEST_SKIP() << "there is no sshd";
-        QDir().mkpath(u"/run/sshd"_s); // which sshd wants where root runs it
+        QDir().mkpath(u"/run/sshd"_s); // which sshd needs if run by root
         ASSERT_EQ(QProcess::execute(u"ssh-keygen"_s, {u"-q"_s, u"-t"_s, u"ed25519"_s, u"-N"_s, u""_s, u"-f"_s,
                                                       path(u"host_key"_s)}),
                   0);
@@ -97,7 +97,8 @@ protected:
     {
         m_sshd.terminate();
         m_sshd.waitForFinished();
-        // What a machine runs notices only later that its ssh has ended, and asks the next test's servers.
+        // A machine's portolanctl notices the end of its ssh only later, and would probe the next test's
+        // servers.
         QFile logins(path(u"logins"_s));
         if (!logins.open(QFile::ReadOnly))
             return;
@@ -301,7 +302,7 @@ private:
 TEST_F(HostsWatch, ShowsHowOldTheRowsAreOfAMachineThatDiedUntilItIsBack)
 {
     addRealHost(u"web1"_s);
-    // Its connection ends in the middle of its second list, and comes back.
+    // Its connection ends in the middle of its second list, and is restored.
     addHost(u"dies"_s, "'" + program.toUtf8() + "' \"$@\" --search on-dies | { head -n 1; [ -e '" +
                            path(u"well"_s).toUtf8() + "' ] && cat; head -c 50; }\n");
     const TestServer a = serverOn(u"web1"_s, u"a"_s);
@@ -318,7 +319,7 @@ TEST_F(HostsWatch, ShowsHowOldTheRowsAreOfAMachineThatDiedUntilItIsBack)
     quit();
 }
 
-// The machine is reached through a relay, which is stopped: the connection stays open, and nothing comes.
+// The machine is reached through a relay, which is stopped: the connection stays open but silent.
 TEST_F(HostsWatch, ShowsHowOldTheRowsAreOfAMachineThatHangsUntilItIsBack)
 {
     addRealHost(u"web1"_s);

@@ -27,7 +27,7 @@ protected:
     }
     ~LocalMachineStop() override { QDir::setCurrent(m_previousFolder); }
 
-    /// What a scan finds of the process: a service for each of its ports, never none.
+    /// The services that a scan finds of the process: one for each of its ports, at least one.
     QList<Service> allScanned(pid_t pid)
     {
         m_hasLooked = false;
@@ -43,7 +43,7 @@ protected:
     }
     Service scanned(pid_t pid) { return allScanned(pid).constFirst(); }
 
-    /// What the stop reports; "!" before it where the server still runs.
+    /// The report of the stop, with "!" before it if the server still runs.
     QString stop(const Service &service)
     {
         QString report;
@@ -54,7 +54,7 @@ protected:
         return report;
     }
 
-    /// Looks, which ends at once where a scan is under way.
+    /// Requests a refresh, which ends at once if a scan is under way.
     bool isScanning()
     {
         m_hasLooked = false;

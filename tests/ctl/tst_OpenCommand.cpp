@@ -24,18 +24,18 @@ time.sleep(600)
 class OpenCommand : public PortolanctlTest
 {
 protected:
-    /// Makes the stand-ins all programs that there are.
+    /// Lets only the fake programs be found.
     [[nodiscard]] ScopedEnvironment onlyRecorders() const
     {
         return {"PATH", m_recorders.folder().toLocal8Bit()};
     }
 
-    /// The same with the system's programs behind them.
+    /// The same, followed by the system's programs.
     [[nodiscard]] ScopedEnvironment recordersFirst() const
     {
         return {"PATH", m_recorders.folder().toLocal8Bit() + ':' + qgetenv("PATH")};
     }
-    /// Makes the shell script `lines` the xdg-open.
+    /// Installs the shell script `lines` as xdg-open.
     void installScript(QByteArrayView lines) const
     {
         QFile file(m_recorders.path(u"xdg-open"_s));

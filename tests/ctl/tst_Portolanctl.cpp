@@ -33,7 +33,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The lines that hold `port` as a word of their own.
+// The lines that contain `port` as a word.
 QStringList linesOf(const QStringList &lines, quint16 port)
 {
     return lines.filter(QRegularExpression(u"(^|\\s)%1\\s"_s.arg(port)));
@@ -416,7 +416,7 @@ TEST_F(Portolanctl, SaysWhenNothingMatches)
     EXPECT_EQ(seenOnTerminal(list.output()), QStringList{u"No matches · Try a different name or port."_s});
 }
 
-/// portolanctl watch on a terminal, of this test's servers alone.
+/// portolanctl watch on a terminal, with this test's servers only.
 class PortolanctlWatch : public Portolanctl
 {
 protected:
@@ -553,7 +553,7 @@ TEST_F(PortolanctlWatch, TakesTheTerminalBackAfterHavingBeenStopped)
     ASSERT_TRUE(awaitFooter());
     watch().sendSignal(SIGSTOP);
     ASSERT_TRUE(watch().awaitStop());
-    watch().setMode(others); // as a shell does, which writes here too
+    watch().setMode(others); // like a shell that uses the same terminal
     watch().sendSignal(SIGCONT);
     ASSERT_TRUE(watch().readUntil([&] { return watch().output().count("\x1b[?1049h") == 2; }));
     ASSERT_TRUE(awaitFooter());
@@ -727,8 +727,8 @@ TEST_F(PortolanctlWatch, ShowsWideAndCombiningCharactersInTheirColumns)
     quit();
 }
 
-// Every character that Unicode counts among the controls and the formats, but for the joiners, as the name of
-// a folder and so of a server.
+// Every control and format character of Unicode except the joiners, in the name of a folder and so of a
+// server.
 TEST_F(PortolanctlWatch, WritesNoControlCharacterOfAName)
 {
     QString name;
@@ -755,7 +755,7 @@ TEST_F(PortolanctlWatch, WritesNoControlCharacterOfAName)
         ASSERT_TRUE(awaitLine(u"y: stop "_s));
         const QString output = QString::fromUtf8(watch().output());
         for (const uint raw : name.toUcs4()) {
-            // ncurses writes these of its own, and how they look tells whether it was it.
+            // ncurses itself writes these; the lines that are shown tell whether it did.
             const bool isOfScreen = raw < ' ' && QByteArrayView("\x1b\r\n\b\x0e\x0f").contains(char(raw));
             EXPECT_TRUE(isOfScreen || !output.contains(QChar::fromUcs4(raw))) << std::hex << raw;
         }
@@ -782,7 +782,7 @@ TEST_F(Portolanctl, ListsServersByName)
     const ScriptedServer other(m_ok);
     ASSERT_TRUE(QDir::setCurrent(folder() + u"/only-this"_s));
     const ScriptedServer server(m_ok);
-    // The folder of a process is one, so both are called after it.
+    // A process has one working folder, so both servers are named after it.
     EXPECT_EQ(services({u"list"_s, u"--json"_s, u"--no-probe"_s, u"only-t"_s, QString::number(server.port())})
                   .size(),
               2);

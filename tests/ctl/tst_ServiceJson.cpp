@@ -165,7 +165,7 @@ TEST(ServiceJson, ReadsNothingThatIsNoList)
         EXPECT_EQ(ServiceJson::read(text, u"web1"_s), std::nullopt) << text;
 }
 
-/// What breaks the schema: a key, and a value that it may not have. A key with a dot is one of an object.
+/// A violation of the schema: a key, and a value that it must not have. A key with a dot is one of an object.
 struct BreachCase
 {
     const char *key;

@@ -49,7 +49,7 @@ while os.getppid() == parent:
     time.sleep(0.05)
 )"_s;
 
-// Says how often it is told to end, and takes its time to.
+// Prints each SIGTERM that it gets, and ends slowly.
 const QString slowOnTwoPorts = listens + uR"(
 other = listen()
 signal.pthread_sigmask(signal.SIG_BLOCK, [signal.SIGTERM])
@@ -272,7 +272,7 @@ TEST_F(StopCommand, GoesThroughWithItThoughNobodyReads)
 TEST_F(StopCommand, SaysWhatTheUserMayNotStop)
 {
     const QStringList nobody{u"setpriv"_s, u"--reuid=65534"_s, u"--regid=65534"_s, u"--clear-groups"_s};
-    // What lets root signal other users' processes.
+    // The capability to signal other users' processes.
     const QString unarmed = u"exec setpriv --bounding-set=-kill --inh-caps=-kill \"$1\" stop %1"_s;
     if (getuid() != 0)
         GTEST_SKIP() << "only root sees servers that it may not stop";

@@ -46,8 +46,8 @@ INSTANTIATE_TEST_SUITE_P(
                     HarmlessCase{"LanguageTag", u"\U000E0041"_s, u"\ufffd"_s}),
     [](const auto &row) { return std::string(row.param.name); });
 
-// All that Unicode counts among the controls, the formats and the breaks, that is no character, or that
-// changes the direction of text. The joiners alone stay: emoji and some scripts are spelt with them.
+// All control and format characters and line breaks of Unicode, noncharacters, and characters that change the
+// direction of text. Only the joiners stay: emoji and some scripts need them.
 TEST(HarmlessText, HoldsNothingThatATerminalMightObey)
 {
     int replaced = 0;

@@ -51,7 +51,7 @@ QStringList linesOf(const WatchView &view)
     return lines;
 }
 
-/// The chosen line; empty if none is.
+/// The selected line; empty if there is none.
 QString chosen(const WatchView &view)
 {
     const auto row = view.frame().highlighted;
@@ -143,7 +143,7 @@ struct MoveCase
     const char *name;
     QList<Input> inputs;
     QString port;   ///< the chosen one
-    QString others; ///< what is said about those that are not shown
+    QString others; ///< the text about those that are not shown
 };
 
 class WatchViewMoves : public testing::TestWithParam<MoveCase>

@@ -14,8 +14,8 @@
 
 namespace portolan {
 
-/// An lsof and a ps of a test's own: shell scripts in a private directory that do what the test has told them
-/// for each question and write down how they were called.
+/// Fake lsof and ps: shell scripts in a private directory that do what the test has set for each kind of
+/// call, and record how they were called.
 class FakeTools
 {
 public:
@@ -40,8 +40,7 @@ public:
     [[nodiscard]] QString lsof() const { return path(QStringLiteral("lsof")); }
     [[nodiscard]] QString ps() const { return path(QStringLiteral("ps")); }
 
-    /// What the tools do, as lines of shell, when asked for the listeners, for a working directory, for
-    /// figures.
+    /// The actions of the tools, as shell code, for the listeners, a working folder, and statistics.
     void onListing(const QByteArray &script) const { write(path(QStringLiteral("listing")), script + '\n'); }
     void onCwd(qint32 pid, const QByteArray &script) const
     {
@@ -52,7 +51,7 @@ public:
         write(path(QStringLiteral("ps-%1").arg(pid)), script + '\n');
     }
 
-    /// Lists a process on `port` and prepares plain answers to what is asked about it.
+    /// Lists a process on `port` and prepares valid answers about it.
     void addServer(qint32 pid, const QByteArray &command, const QByteArray &name, const QByteArray &folder)
     {
         m_listing += "echo p" + QByteArray::number(pid) + "; echo 'c" + command + "'; echo PTCP; echo 'n" +
@@ -70,7 +69,7 @@ public:
         QFile::remove(path(QStringLiteral("ps-calls")));
     }
 
-    /// A source that asks these tools.
+    /// A source that uses these tools.
     [[nodiscard]] ToolSource::Options options() const
     {
         ToolSource::Options options;

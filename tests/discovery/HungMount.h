@@ -23,9 +23,9 @@
 
 namespace portolan {
 
-/// A real mount whose file system takes every question and never answers, as a dead network mount does: who
-/// asks sleeps in the kernel and cannot even be killed. Its root can be entered. It exists in a mount name
-/// space of the test's own, so that no other program of the machine meets it.
+/// A real mount whose file system accepts every request and never answers, like a dead network mount: a
+/// process that accesses it blocks in the kernel and cannot even be killed. Its root can be entered. It
+/// exists in a private mount namespace, so that no other program is affected.
 class HungMount
 {
 public:
@@ -42,9 +42,9 @@ public:
     }
 
     [[nodiscard]] QString path() const { return m_directory.path(); }
-    /// How many questions have been taken.
+    /// The number of requests accepted so far.
     [[nodiscard]] int taken() const { return m_taken; }
-    /// Whatever waits for the file system gets an error now.
+    /// Makes all pending and later requests fail.
     void release()
     {
         m_thread = {};
@@ -84,7 +84,7 @@ private:
             if (header.opcode == FUSE_INIT)
                 answer(header, fuse_init_out{.major = FUSE_KERNEL_VERSION,
                                              .minor = 31,
-                                             .flags = FUSE_PARALLEL_DIROPS, // else one question at a time
+                                             .flags = FUSE_PARALLEL_DIROPS, // otherwise one request at a time
                                              .max_write = 4096});
             else if (header.opcode == FUSE_ACCESS)
                 refuse(header, -ENOSYS);

@@ -43,7 +43,7 @@ Answer ask(const FolderReader::Question &question)
     return reader.ask({question}, {}).front();
 }
 
-/// The place of a file among the markers, as an answer gives it.
+/// The index of a file among the markers, as in an answer.
 QByteArray place(const char *marker)
 {
     const auto *const found =
@@ -221,7 +221,7 @@ TEST_F(FolderReaderFiles, WithoutPermissionThereIsNothing)
     const auto allow = [this](mode_t mode) {
         EXPECT_EQ(chmod(QFile::encodeName(m_directory.path()).constData(), mode), 0);
     };
-    // Root is refused nothing, so root looks with another user's eyes.
+    // Permissions do not stop root, so root becomes another user.
     const bool isRoot = geteuid() == 0;
     const auto look = [&](const Answer &file, const Answer &marker) {
         ASSERT_EQ(isRoot ? seteuid(65534) : 0, 0);

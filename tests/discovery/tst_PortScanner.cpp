@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The scan against tools that do what the test tells them.
+// The scan with fake tools.
 #include "FakeTools.h"
 #include "FolderReader.h"
 #include "HungMount.h"
@@ -39,7 +39,7 @@ QStringList statsSummary(const QList<Service> &services)
     return lines;
 }
 
-/// What the outcome of a scan depends on.
+/// The inputs of a scan.
 struct Options
 {
     ToolSource::Options tools;
@@ -56,7 +56,7 @@ QList<Service> scan(const Options &options)
 class Scan : public testing::Test
 {
 protected:
-    /// With deadlines that only what hangs can miss, and a home folder that holds nothing of the machine's.
+    /// With deadlines that only a hanging tool can miss, and a home folder that contains no other processes.
     Options options(int workers) const
     {
         Options options{tools.options(), {}};

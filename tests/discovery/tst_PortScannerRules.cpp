@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What is a development server.
+// The rules for what is a development server.
 #include "PortScanner_p.h"
 #include "Printers.h"
 

@@ -80,7 +80,7 @@ private:
     FileDescriptor m_socket;
 };
 
-/// A process that does nothing but hold what it inherited and open what it is told to.
+/// A process that only holds the descriptors that it inherited or was told to open.
 class ForkedServer
 {
 public:
@@ -132,8 +132,8 @@ std::unique_ptr<ProcessSource> make(Source source, std::chrono::milliseconds dea
     return std::make_unique<ToolSource>(options);
 }
 
-/// With the folder that the tests run in taken for the home folder: the name of a test program is none that
-/// is accepted by itself.
+/// With the tests' working folder as the home folder, since the name of a test program is not accepted by
+/// itself.
 QList<Service> scan(ProcessSource &source, const QString &home = QDir::currentPath())
 {
     FolderReader files;

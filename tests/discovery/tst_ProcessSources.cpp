@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The two process sources beside each other, over processes of every kind: they may differ in nothing but the
-// names that lsof gets wrong (LsofNames.h).
+// Compares the two process sources over processes of every kind: they may differ only in the names that lsof
+// gets wrong (LsofNames.h).
 #include "KernelSource.h"
 #include "LsofNames.h"
 #include "PrintedName.h"
@@ -75,7 +75,7 @@ qint32 parentOf(qint32 pid)
     return stat.mid(stat.lastIndexOf(')') + 4).split(' ').front().toInt();
 }
 
-/// How a name is to be shown where lsof's own answer is not the measure.
+/// The expected name where that of lsof is wrong.
 QString rightName(qint32 pid, const QByteArray &name)
 {
     if (isThreadName(name))
@@ -89,8 +89,8 @@ std::optional<Listed> find(const Listing &listing, qint32 pid)
     return found == listing.end() ? std::nullopt : std::optional(found->second);
 }
 
-/// What is wrong with what the kernel source lists of `pid`, asked between two listings of the tools; "" if
-/// nothing is.
+/// A description of what is wrong with the kernel source's listing of `pid`, made between two listings of the
+/// tools; "" if nothing is.
 QByteArray problemWith(qint32 pid, const Listing &before, const Listing &kernel, const Listing &after)
 {
     const auto name = nameOf(pid);
@@ -114,7 +114,7 @@ QByteArray problemWith(qint32 pid, const Listing &before, const Listing &kernel,
     return "is different: " + said->command.toUtf8();
 }
 
-/// Processes that change at the wrong moment may differ: only what is wrong each time is.
+/// Processes that change in between may differ: only what is wrong every time counts.
 QByteArray settled(const std::function<QByteArray()> &findProblem)
 {
     QByteArray problem = findProblem();
@@ -329,7 +329,7 @@ TEST_P(NameThatLsofMisreads, IsRightInTheKernelSource)
     EXPECT_EQ(listingDifference(), "");
     EXPECT_EQ(folderOf(process.pid()), QDir::currentPath());
     EXPECT_EQ(detailsDifference(process.pid()), "");
-    // Should lsof ever read such names right, the exception made for them has to go. An empty one is read
+    // If lsof ever reads such names correctly, the exception for them has to be removed. An empty one is read
     // right since lsof 4.99.
     if (!GetParam().isEmpty()) {
         EXPECT_NE(find(listingOf(m_tools), process.pid()), listed(process.pid()));
@@ -402,7 +402,7 @@ TEST_F(ProcessSources, AgreeOnFigures)
     EXPECT_EQ(detailsDifference(2), ""); // usually a thread of the kernel
 }
 
-/// Process ids that name no process that lives.
+/// Process ids of no running process.
 TEST_F(ProcessSources, AgreeOnWhatIsNoLivingProcess)
 {
     TestProcess &process = add();

@@ -455,7 +455,7 @@ TEST(DetectOnADeadMount, GivesTheFoldersNameInTime)
 
 TEST(DetectOnADeadMount, ALinkIntoOneIsNoBetter)
 {
-    const QTemporaryDir project; // outlives the mount, for its removal looks at the link
+    const QTemporaryDir project; // outlives the mount, as its removal accesses the link
     const std::unique_ptr<HungMount> mount = HungMount::create();
     if (!mount)
         GTEST_SKIP() << "mounting is not permitted here";

@@ -44,7 +44,7 @@ public:
         promise->finish();
     }
 
-    /// Answers all probes that still wait.
+    /// Answers all pending probes.
     void answerRest(Health health)
     {
         for (size_t probe = 0; probe < m_probes.size(); ++probe) {

@@ -15,7 +15,7 @@
 
 namespace portolan {
 
-/// A scanner whose scans wait until the test says what they found.
+/// A scanner whose scans wait until the test sets the result.
 class FakeScanner
 {
 public:

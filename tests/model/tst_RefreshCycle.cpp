@@ -18,7 +18,7 @@ namespace portolan {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-// How the store keeps its list true: scans, merges, probes, and the loop that repeats them.
+// The refresh cycle: scans, merges, probes, and the auto-refresh loop.
 class RefreshCycle : public StoreFixture
 {
 protected:
@@ -46,7 +46,7 @@ TEST_F(RefreshCycle, TheMainThreadIsNeverBlockedByAScan)
     makeStore();
     const EventLoopTicker ticker;
     m_store->refresh();
-    // However long the scan takes, the event loop turns meanwhile.
+    // The event loop runs during the scan, however long that takes.
     ASSERT_TRUE(eventually([&] { return m_scanner.begun() == 1 && ticker.ticks() >= 50; }));
     EXPECT_TRUE(m_store->isScanning());
     finishScan({});
@@ -155,7 +155,7 @@ TEST_F(RefreshCycle, AKnownServiceKeepsItsHealthAndANewOneIsUnknown)
     m_checker.answer(1, Health::unreachable());
     m_checker.answer(2, Health::healthy(404, 3));
     ASSERT_TRUE(eventually([this] { return healthAt(2).isHealthy(); }));
-    // The server on port 30 was restarted, and the scan's own idea of health counts for nothing.
+    // The server on port 30 was restarted, and a health in the scan's result is ignored.
     scan({service(2, 20, Health::healthy(1, 1)), service(1, 10), service(4, 30, Health::checking())});
     EXPECT_EQ(healthAt(0), Health::unreachable());
     EXPECT_EQ(healthAt(1), Health::healthy(200, 12));
@@ -481,7 +481,7 @@ TEST_P(RefreshCycleEnd, LeavesNothingBehind)
 {
     bringStoreTo(GetParam().moment);
     m_store.reset();
-    // What comes too late finds nobody.
+    // Results that come too late are ignored.
     m_scanner.finish({service(9, 90)});
     m_checker.answerRest(Health::healthy(200, 1));
     settle();

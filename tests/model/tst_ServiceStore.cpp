@@ -13,7 +13,7 @@ namespace portolan {
 
 using namespace Qt::StringLiterals;
 
-// The state, the settings and how changes are told. The refresh cycle has tests of its own.
+// The state, the settings and the change signals. tst_RefreshCycle.cpp tests the refresh cycle.
 class ServiceStoreTest : public StoreFixture
 {};
 

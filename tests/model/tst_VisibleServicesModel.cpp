@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The rows that a view would have that knows nothing but the model's signals, with what changed in each.
+/// The rows of a view that only follows the model's signals, with what changed in each.
 class ShadowList : public QObject
 {
 public:
@@ -113,7 +113,7 @@ protected:
         m_shadow.takeLog();
     }
 
-    /// Scans, lets the rows follow, and gives what was signalled meanwhile.
+    /// Scans, lets the rows follow, and returns the signals emitted meanwhile.
     QStringList signalsOfScan(const QList<Service> &services)
     {
         scan(services);

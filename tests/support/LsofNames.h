@@ -5,7 +5,7 @@
 
 namespace portolan {
 
-// The process names in which the kernel source and lsof differ: all that lsof is known to get wrong.
+// The process names in which the kernel source and lsof differ: those that lsof is known to get wrong.
 
 /// lsof looks for the bracket that closes the name by counting, and takes an empty name for the last one it
 /// read.

@@ -17,7 +17,7 @@
 
 namespace portolan {
 
-// What tests read about processes in /proc.
+// Facts about processes in /proc.
 
 /// Blocks until `condition` is true; returns false if it is not within 30 seconds.
 inline bool waitUntil(const std::function<bool()> &condition)
@@ -63,7 +63,7 @@ inline qsizetype threads()
     return entryCount(QStringLiteral("/proc/self/task"));
 }
 
-/// The children of this process, those included that have ended and were not collected.
+/// The children of this process, including zombies.
 inline QList<pid_t> children()
 {
     QList<pid_t> children;
@@ -80,7 +80,7 @@ inline QList<pid_t> children()
     return children;
 }
 
-/// Collects the children that earlier tests have left behind.
+/// Reaps the children that earlier tests have left.
 inline void collectChildren()
 {
     waitUntil([] { return waitpid(-1, nullptr, WNOHANG) < 0; });

@@ -20,7 +20,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Makes pidfd_open answer as a kernel does that has none, for the rest of this process's life.
+/// Makes pidfd_open fail as on a kernel without it, for the rest of this process's life.
 bool hidePidfds()
 {
     sock_filter program[] = {
@@ -35,7 +35,7 @@ bool hidePidfds()
            syscall(SYS_pidfd_open, getpid(), 0) < 0 && errno == ENOSYS;
 }
 
-/// Runs `check` in a process of its own, whose fate is no other test's. Its exit status.
+/// Runs `check` in a process of its own and returns its exit status.
 template <typename Check>
 int inAnotherProcess(Check check)
 {
@@ -48,7 +48,7 @@ int inAnotherProcess(Check check)
 
 constexpr int notPermitted = 77;
 
-/// 0 if everything that is promised holds without pidfds.
+/// 0 if all guarantees hold without pidfds.
 int checkWithoutPidfds()
 {
     if (!hidePidfds())
@@ -67,7 +67,7 @@ int checkWithoutPidfds()
     return wasThere && wasSignalled && isGone && spareGroups && sparesOthers && findsIdentity ? 0 : 1;
 }
 
-/// 0 if without pidfds a process is told from one that gets its id.
+/// 0 if without pidfds a process is told from a later one with the same id.
 int checkNewcomerWithoutPidfds()
 {
     TestChild child(TestChild::endsOnTerm);
@@ -84,7 +84,7 @@ int checkNewcomerWithoutPidfds()
     return !isReached && process.waitForEnd(0ms) ? 0 : 1;
 }
 
-/// 0 if a process is left alone that could not be held for want of descriptors.
+/// 0 if a process that could not be held for lack of descriptors is not signalled.
 int checkWithoutDescriptors()
 {
     TestChild child(TestChild::endsOnTerm);

@@ -21,7 +21,7 @@ using testing::Contains;
 
 namespace {
 
-/// A listening socket of this process that is open twice: at a low number and behind a gap.
+/// A listening socket of this process that is open twice: at a low number and after a gap.
 class SocketBehindAGap
 {
 public:
@@ -77,7 +77,7 @@ TEST(Descriptors, CountsDescriptorsWhereTheKernelDoes)
     EXPECT_EQ(ProcFs::Descriptors(INT_MAX).count(), 0U);
 }
 
-// One that waits for a client has a number at hand that is no descriptor yet.
+// A process that waits in accept() has a number reserved that is no descriptor yet.
 TEST(Descriptors, FindsTheSocketOfAServerThatWaits)
 {
     const LocalSocket socket = LocalSocket::listening("127.0.0.1");

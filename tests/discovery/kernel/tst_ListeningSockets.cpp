@@ -72,7 +72,7 @@ static std::optional<ListeningSocket> entryOf(const std::vector<ListeningSocket>
 
 namespace {
 
-// The message that ends a dump, with what the kernel says of it.
+// The message that ends a dump, with the kernel's status.
 std::vector<char> endOfDump(int error, unsigned flags)
 {
     nlmsghdr header{};

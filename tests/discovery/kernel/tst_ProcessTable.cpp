@@ -34,7 +34,7 @@ std::optional<ProcessStat> statOf(pid_t pid)
     return table.stat(pid, table.runTime(pid));
 }
 
-/// A process that sleeps, but for when it is told to run.
+/// A process that sleeps except when it is told to run.
 class Sleeper
 {
 public:
@@ -66,7 +66,7 @@ public:
         order(naming);
     }
 
-    /// Whether it has done what it was told.
+    /// Whether it has completed the command.
     [[nodiscard]] bool sleeps() const
     {
         int unread = 1;
@@ -110,7 +110,7 @@ std::vector<SocketDescriptor> socketsOf(pid_t pid)
 
 } // namespace
 
-// What a process is charged for may come a moment after what it did.
+// The kernel may charge CPU time to a process with a short delay.
 
 TEST(ProcessTable, RunTimeStandsStillWhileAProcessSleeps)
 {

@@ -13,7 +13,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-/// Processes that exist in a test only, and a record of which were read.
+/// Fake processes, and a record of which were read.
 class FakeProcessTable : public ProcessTable
 {
 public:
@@ -81,7 +81,7 @@ protected:
                           .sockets = std::move(sockets)};
     }
 
-    /// What the process does by itself, for which it has to run.
+    /// An action of the process itself, which uses CPU time.
     void open(pid_t pid, SocketDescriptor socket)
     {
         table.all[pid].sockets.push_back(socket);
@@ -93,7 +93,7 @@ protected:
         *table.all[pid].runTime += 1ns;
     }
 
-    /// What is found `after` the last time.
+    /// The owners found `after` the previous call.
     std::vector<SocketOwner> find(const std::vector<ino_t> &inodes, std::chrono::milliseconds after = 5s)
     {
         table.read.clear();
@@ -155,7 +155,7 @@ TEST_F(SocketOwnersTest, SocketWithoutKnownOwnerIsLookedForInProcessesThatHaveRu
 TEST_F(SocketOwnersTest, SocketThatStillHasNoOwnerIsLookedForInAllProcesses)
 {
     find({500});
-    // In place of another, by a process that runs just now and is not charged for it yet.
+    // In place of another, by a running process that is not charged for it yet.
     table.all[30].sockets = {{3, 700}};
     EXPECT_THAT(find({500, 700}), ElementsAre(node(), owner(30, "shell", {{3, 700}})));
     EXPECT_THAT(table.read, ElementsAre(1, 20, 30));

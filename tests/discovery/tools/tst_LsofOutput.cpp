@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What is read from the text of lsof: listeners, ports, working folders.
+// Parsing the output of lsof: listeners, ports, working folders.
 #include "LsofOutput.h"
 #include "Printers.h"
 #include "ProcessFacts.h"
@@ -151,8 +151,8 @@ TEST_P(RecordedListing, IsRead)
     EXPECT_EQ(parseListeners(recorded("listeners", GetParam().file)), GetParam().listeners);
 }
 
-/// However it is cut, all that stood before the cut is read as ever, and nothing of another process is made
-/// up.
+/// Wherever the text is truncated, everything before that is parsed as usual, and no other process is
+/// invented.
 TEST_P(RecordedListing, IsReadUpToACutAnywhere)
 {
     const QString text = recorded("listeners", GetParam().file);

@@ -39,7 +39,7 @@ Shell::Result shell(const QString &script, const Shell::Limits &limits)
     return Shell::run(u"/bin/sh"_s, {u"-c"_s, script}, limits);
 }
 
-/// Real children, none of which may be left behind, nor a descriptor.
+/// Real children; neither a child nor a descriptor may be left over.
 class ShellRun : public testing::Test
 {
 protected:
@@ -94,7 +94,7 @@ TEST_F(ShellRun, WhatCannotBeLaunchedIsEmpty)
     FakeTools::setExecutable(path(u"text"_s));
     FakeTools::write(path(u"orphan"_s), "#!/no/such/interpreter\n");
     FakeTools::setExecutable(path(u"orphan"_s));
-    // An ELF header of a machine that this is not.
+    // An ELF header of another architecture.
     QByteArray foreign = contentsOf(u"/bin/true"_s);
     ASSERT_TRUE(foreign.startsWith("\177ELF"));
     foreign[18] = char(0xfe);
@@ -356,7 +356,7 @@ TEST_F(ShellRun, WithoutFreeDescriptorsIsEmptyAndRecovers)
 {
     rlimit before{};
     ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
-    // Whatever the number at which it goes wrong, nothing is lost by it.
+    // At whichever descriptor number it fails, nothing leaks.
     const rlim_t used = rlim_t(openDescriptors());
     for (rlim_t limit = used - 1; limit < used + 12; ++limit) {
         rlimit low = before;

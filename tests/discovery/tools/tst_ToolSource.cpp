@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What is the tool source's own; the scan's tests have the rest.
+// Only what is specific to the tool source; the tests of the scan have the rest.
 #include "FakeTools.h"
 #include "Printers.h"
 #include "TestChild.h"
@@ -55,7 +55,7 @@ TEST(ToolSource, KnowsNothingOfProcessesThatAreNot)
 
 TEST(ToolSource, AsksAboutSeveralProcessesAtOnce)
 {
-    // Each answer waits for the other question: one after the other would never end.
+    // Each answer waits for the other request: sequential runs would never end.
     const FakeTools tools;
     tools.onPs(1, "touch asked-1; until [ -e asked-2 ]; do sleep 0.01; done; echo 1 1 1024");
     tools.onPs(2, "touch asked-2; until [ -e asked-1 ]; do sleep 0.01; done; echo 2 2 1024");

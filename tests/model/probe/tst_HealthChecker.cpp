@@ -39,7 +39,7 @@ void PrintTo(const Health &health, std::ostream *out)
 
 namespace {
 
-// The outcome of a check; nothing if it does not come at all.
+// The result of a check; nothing if there is none.
 std::optional<Health> outcome(const QFuture<Health> &check)
 {
     waitUntil([&] { return check.isFinished(); });
@@ -99,7 +99,7 @@ void awaitConnection(const LocalSocket &server)
     EXPECT_EQ(::poll(&connection, 1, 60'000), 1);
 }
 
-// What this process has used of the processors so far.
+// The CPU time of this process so far.
 std::chrono::microseconds processorTime()
 {
     rusage usage{};
@@ -129,7 +129,7 @@ qint64 sleepCount(const QString &thread)
 
 } // namespace
 
-// One row: what a server does, what it is taken for and which requests it got for it.
+// One row: the behaviour of a server, the result of the probe and the requests that the server got.
 struct Server
 {
     const char *name;
@@ -991,7 +991,7 @@ TEST(HealthCheckerCrowd, LeavesNoDescriptorBehind)
         EXPECT_EQ(statusOf(outcome(checker.check(closed.port()))), unreachable);
         EXPECT_EQ(statusOf(outcome(checker.check(leadingAway.port()))), 200);
     }
-    // The server closes its ends in its own time.
+    // The server closes its ends later.
     EXPECT_TRUE(waitUntil([&] { return openDescriptors() <= before; }));
 }
 

@@ -13,7 +13,7 @@ using State = ResponseHead::State;
 
 namespace {
 
-// A head that has been given `bytes` one by one: what they mean does not depend on how they arrive.
+// A head that has been given `bytes` one by one: the result does not depend on how they arrive.
 ResponseHead readSlowly(const std::string &bytes)
 {
     ResponseHead head;
