@@ -38,7 +38,7 @@ class Memory:
 
 
 def sleeps_by_thread(pid):
-    """How often each of the process's threads has gone to sleep so far."""
+    """How often each thread of the process has gone to sleep so far."""
     sleeps = {}
     for status in Path(f"/proc/{pid}/task").glob("*/status"):
         lines = status.read_text().splitlines()
@@ -84,7 +84,7 @@ def close_popover(driver, desktop):
 
 
 def popover_header(driver):
-    """Where in the popover there is text in any case."""
+    """A region of the popover that always contains text."""
     with driver.Desktop() as desktop:
         desktop.start("--background")
         popover = desktop.open_popover()
@@ -118,7 +118,7 @@ def measure_portolan(driver, paths, servers, area):
 
 
 def measure_idle(driver):
-    """What is left when the list does not refresh itself: nothing should be."""
+    """The wake-ups without auto-refresh: there should be none."""
     report.heading("desktop: Portolan, auto-refresh off")
     with driver.Desktop() as desktop:
         settings = desktop.home / "config/portolan/settings.json"

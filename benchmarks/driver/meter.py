@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What a program cost."""
+"""The cost of programs."""
 
 import dataclasses
 import os
@@ -48,12 +48,12 @@ def median(command, rounds, environment=None):
 
 
 def started(command, environment=None):
-    """A program of ours that is to say about itself what it costs."""
+    """Starts a program of this project that reports its own cost."""
     return subprocess.Popen(command, stdout=subprocess.PIPE, text=True, env=environment)
 
 
 def said(process, expected):
-    """What a started program says: costs by name. It must have found `expected` servers."""
+    """The output of a started program: costs by name. It must have found `expected` servers."""
     output, _ = process.communicate()
     if process.returncode != 0:
         raise RuntimeError(f"{process.args} failed")
@@ -68,5 +68,5 @@ def said(process, expected):
 
 
 def reported(command, expected, environment=None):
-    """What a program of ours says about itself."""
+    """The cost that a program of this project reports about itself."""
     return said(started(command, environment), expected)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The machine that is measured: so many processes, so many development servers."""
+"""The population of the measured machine: background processes and development servers."""
 
 import contextlib
 import json
@@ -33,7 +33,7 @@ def project_folders(root, count):
 
 @contextlib.contextmanager
 def population(programs, background, servers, root):
-    """`servers` servers before one of BACKGROUNDS; yields their ports."""
+    """Runs `servers` servers with one of BACKGROUNDS; yields their ports."""
     with contextlib.ExitStack() as stack:
         for processes in BACKGROUNDS[background]:
             stack.enter_context(running([programs / "background_processes", *map(str, processes)]))

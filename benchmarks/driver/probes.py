@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""One probe pass beside the same on plain sockets and one epoll."""
+"""One probe pass, compared with the same on plain sockets and one epoll."""
 
 import statistics
 
@@ -16,7 +16,7 @@ def main(paths):
         report.heading(f"probes: {servers} servers")
         baseline, ours = [], []
         with population(paths.programs, "idle", servers, paths.scratch) as ports:
-            # In turns, so that what else the machine does meets both alike.
+            # Alternating, so that other load on the machine affects both alike.
             for _ in range(ALTERNATIONS):
                 baseline.append(meter.reported([paths.programs / "probe_baseline", "41", *ports], servers)["pass"])
                 ours.append(meter.reported([paths.programs / "probe_cost", "41", *ports], servers)["pass"])

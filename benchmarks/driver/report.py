@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Tables for people: what was measured, and how it stands to the limit measured beside it."""
+"""Tables of what was measured, with the ratio to the limit measured in the same run."""
 
 
 def heading(text):

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""One scan, by both process sources, beside what the system's own tools take for the same question."""
+"""One scan, by both process sources, compared with the system's own tools."""
 
 import os
 import time
@@ -20,14 +20,14 @@ FULL_RESCAN_SECONDS = 31
 
 
 def first_costs(programs, servers):
-    """What each program takes for the first time in a fresh process; in turn, so that all run under the same load."""
+    """The cost of the first scan of each program in a fresh process; alternating, so that all run under the same load."""
     turns = [[meter.reported([program, "0"], servers)["first"] for program in programs]
              for _ in range(FRESH_PROCESSES)]
     return [meter.middle(costs) for costs in zip(*turns)]
 
 
 def full_rescan_cost(program, servers):
-    """What a full rescan takes, in processes that have waited until one is due."""
+    """The cost of a full rescan, in processes that have waited until one is due."""
     waiting = []
     for _ in range(WAITING_PROCESSES):
         waiting.append(meter.started([program, "1", str(FULL_RESCAN_SECONDS)]))

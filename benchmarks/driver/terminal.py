@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""portolanctl as a whole process beside the one-liners that it stands in for."""
+"""portolanctl as a whole process, compared with the one-liners that it replaces."""
 
 import meter
 import report

@@ -200,7 +200,7 @@ class Desktop(Session):
                 yield from (node for node in program.walk() if node.is_named(part_of_name, role))
 
     def settle(self):
-        """Waits until the rows have stood still: a press on one that has just moved counts for nobody."""
+        """Waits until the rows have stood still: a press on one that has just moved is discarded."""
         before = None
         while before != (before := [row.frame for row in self.all_shown(role="list item")]):
             time.sleep(0.6)

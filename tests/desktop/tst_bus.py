@@ -106,7 +106,7 @@ class Item(Scenario):
                 popover = d.opened_popover()
                 self.assertTrue(0 <= popover.x <= 1280 - popover.width, popover)
                 self.assertTrue(0 <= popover.y <= 800 - popover.height, popover)
-                # The loss of a focus that it had not got yet would close the one that is opened next.
+                # The loss of a focus that it gets only now would close the popover that is opened next.
                 eventually(lambda: d.active_window() == popover.id, "the popover to be active")
                 self.call(*ITEM, "Activate", x, y)
                 eventually(lambda: not d.popover(), "the popover to close")
@@ -126,7 +126,7 @@ class Item(Scenario):
 
     def test_keeps_no_memory_of_a_flood(self):
         d = self.desktop
-        d.open_popover()  # which the flood does too, and which takes memory once
+        d.open_popover()  # as the flood does too, which takes memory once
         d.click_icon()
         eventually(lambda: not d.popover(), "the popover to close")
         before = self.resident()

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What is shown stays true and does not jump."""
+"""What is shown stays correct and does not jump."""
 
 import os
 import re

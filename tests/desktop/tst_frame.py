@@ -46,7 +46,7 @@ class Frame(Scenario):
         self.drag(200, STRIP, -60, 50)
         self.await_geometry(lambda w: w.x < x - 30 and w.y > y + 20, "the window to be moved")
         self.assertEqual((self.window.width, self.window.height), (480, 620))
-        # The release has gone to the window manager; the next click counts all the same.
+        # The release has gone to the window manager; the next click must count nevertheless.
         self.desktop.click_on("Settings")
         self.desktop.find("Auto-refresh")
 

@@ -64,7 +64,7 @@ class Wallpaper(Scenario):
 
 @unittest.skipUnless(shutil.which("i3"), "i3 is not installed")
 class Tiling(Scenario):
-    """i3 shows a window again at another place than the one that it asks for."""
+    """i3 shows a window again at another position than the requested one."""
 
     parts = {"manager": False, "panel": False}
     needs_accessibility = True

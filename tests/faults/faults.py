@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What the fault suite needs besides a desktop: servers of many ports, a file system that hangs, portolanctl."""
+"""Fixtures of the fault suite besides a desktop: servers with many ports, a file system that hangs, portolanctl."""
 
 import ctypes
 import json
@@ -25,8 +25,8 @@ ANSWER = b"HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"
 
 
 def serve(ports, answer, chunk, folder):
-    """The life of a server process: listens on `ports` ports and prints them, in `folder`. Sends `answer` to each request, then `chunk`
-    without end; where both are empty it accepts and stays silent."""
+    """The main function of a server process: listens on `ports` ports and prints them, in `folder`. Sends `answer` to each request,
+    then `chunk` without end; if both are empty it accepts and stays silent."""
     os.chdir(folder)
     _, hard = resource.getrlimit(resource.RLIMIT_NOFILE)
     resource.setrlimit(resource.RLIMIT_NOFILE, (hard, hard))
@@ -65,24 +65,24 @@ def serve(ports, answer, chunk, folder):
 
 
 class HungMount:
-    """A FUSE file system that takes every question and never answers, as a dead network mount does. Its root can be entered."""
+    """A FUSE file system that accepts every request and never answers, like a dead network mount. Its root can be entered."""
 
     def __init__(self, folder):
         self._folder = folder
         device = os.open("/dev/fuse", os.O_RDWR)
         options = f"fd={device},rootmode=40000,user_id={os.getuid()},group_id={os.getgid()},allow_other"
         mount("hung", folder, "fuse", options)
-        # A process of its own: who waits for the file system must not keep it from taking questions.
+        # A process of its own: one that waits for the file system must not keep it from accepting requests.
         self._server = subprocess.Popen([sys.executable, "-B", "-c", f"import faults; faults.take_questions({device})"],
                                         env=os.environ | {"PYTHONPATH": str(HERE)}, pass_fds=[device], stdout=subprocess.PIPE)
         os.close(device)
 
     def await_question(self):
-        """Waits until a question has been taken."""
+        """Waits until a request has been accepted."""
         return self._server.stdout.readline()
 
     def release(self):
-        """Whatever waits for the file system gets an error."""
+        """Makes all requests that wait for the file system fail."""
         self._server.kill()
         self._server.wait()
         self._server.stdout.close()
@@ -90,7 +90,7 @@ class HungMount:
 
 
 def take_questions(device):
-    """The life of the server of a HungMount; prints a line for each question."""
+    """The main function of the server of a HungMount; prints a line for each request."""
     INIT, ACCESS, ENOSYS, PARALLEL_LOOKUPS = 26, 34, 38, 1 << 18
     while True:
         question = os.read(device, 1 << 20)
@@ -111,7 +111,7 @@ def mount(what, where, kind, options, flags=MS_NOSUID | MS_NODEV):
 
 
 class Fault(unittest.TestCase):
-    """A test with servers of its own and a folder that counts as nobody's home."""
+    """A test with servers of its own and a folder outside of any home folder."""
 
     def setUp(self):
         folder = tempfile.TemporaryDirectory(prefix="portolan-faults-")
@@ -119,8 +119,8 @@ class Fault(unittest.TestCase):
         self.folder = Path(folder.name)
 
     def start_servers(self, ports, answer=b"", chunk=b"", folder=None):
-        """A process that listens on so many ports; returns it and them."""
-        # It enters the folder once it has loaded all that it needs, for nothing can be read there if it is on a dead mount.
+        """Starts a process that listens on this many ports; returns both."""
+        # It enters the folder once it has loaded everything that it needs, as nothing can be read on a dead mount.
         code = f"import faults; faults.serve({ports}, {answer!r}, {chunk!r}, {str(folder or self.folder)!r})"
         process = subprocess.Popen([sys.executable, "-B", "-c", code], stdout=subprocess.PIPE,
                                    env=os.environ | {"PYTHONPATH": str(HERE)})
@@ -130,7 +130,7 @@ class Fault(unittest.TestCase):
         return process, [int(port) for port in process.stdout.readline().split()]
 
     def portolanctl(self, *arguments, timeout=60, limits=None, **options):
-        """Runs it to its end. `limits`: of resources, soft and hard, in the program alone."""
+        """Runs portolanctl to its end. `limits`: soft and hard resource limits of the program."""
         def prepare():
             for which, pair in (limits or {}).items():
                 resource.setrlimit(which, pair)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A server whose folder is on a file system that takes every question and never answers."""
+"""A server whose folder is on a file system that never answers."""
 
 import os
 import signal

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What may be wrong with the files of a project folder, with real servers in it."""
+"""Faults in the files of a project folder, with real servers in it."""
 
 import json
 import os

@@ -9,7 +9,7 @@ from faults import ANSWER, Fault
 
 class Memory(Fault):
     def check(self, step):
-        """Runs the list with every limit from one that the dynamic linker can just work with to one that is plenty."""
+        """Runs the list with every limit from one that is just enough for the dynamic linker to one that is enough for all."""
         self.start_servers(300, ANSWER)
         outcomes = {}
         for limit in range(56 << 20, 88 << 20, step):

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The panel in a session of its own, with servers and file systems that would harm it."""
+"""The panel in a session of its own, with harmful servers and file systems."""
 
 import os
 import resource
@@ -19,7 +19,7 @@ def resident(pid):
 
 
 def start_with_pid(pid, *command):
-    """Starts a program as the process `pid`, which must be free; this takes a pid name space of the test's own."""
+    """Starts a program as the process `pid`, which must be free; this needs a pid namespace of the test's own."""
     for _ in range(100):
         Path("/proc/sys/kernel/ns_last_pid").write_text(str(pid - 1))
         process = subprocess.Popen(command)
@@ -59,7 +59,7 @@ class Panel(Scenario, Fault):
         self.addCleanup(stranger.kill)
 
         def stopped():
-            # A press that the panel met too early, on a busy machine, counts for nobody.
+            # A press that comes too early, on a busy machine, is discarded.
             if stop := d.shown("Stop"):
                 d.click(*stop.centre)
             return not d.shown("storefront", role="list item")
@@ -109,7 +109,7 @@ class Panel(Scenario, Fault):
         self.check_silent_servers(3000, 32)
 
     def memory_after(self, *answer):
-        """What the panel takes ten seconds after it has met 1,000 servers."""
+        """The memory of the panel ten seconds after it has probed 1,000 servers."""
         d = self.desktop
         server, ports = self.start_servers(1000, *answer)
         d.start("--background")

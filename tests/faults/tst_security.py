@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The sentences of docs/security.md, held against the system calls of the real programs."""
+"""Checks the statements of docs/security.md by the system calls of the real programs."""
 
 import os
 import pwd
@@ -22,7 +22,7 @@ def calls_of(log, *names):
 
 
 def writing(log):
-    """The calls that made, changed or removed something in a file system."""
+    """The calls that created, changed or removed something in a file system."""
     return [call for call in calls_of(log, *WRITING.split(","))
             if "/dev/null" not in call and
             (not re.search(r"open(at2?)?\(", call) or re.search(r"O_WRONLY|O_RDWR|O_CREAT", call))]
@@ -111,7 +111,7 @@ class Security(Fault):
         text = log.read_text()
         self.assertEqual(self.server.wait(5), -signal.SIGTERM)
         self.assertEqual(re.findall(r"pidfd_send_signal\(\d+, (SIG\w+)", text), ["SIGTERM"])
-        # By number it ends its own child alone, which nobody else can collect.
+        # By pid it only kills its own child, which no other process can reap.
         children = set(re.findall(r"^(\d+) ", text, re.M)) | set(re.findall(r"si_pid=(\d+)", text))
         by_number = re.findall(r"(?:kill|queueinfo)\(-?(\d+),", text)
         self.assertEqual(set(by_number) - children, set())
@@ -132,7 +132,7 @@ class Security(Fault):
 
 
 class Files(Scenario, Fault):
-    """What the desktop program does by itself, and for whom the files are that it writes."""
+    """What the desktop program does by itself, and the permissions of the files that it writes."""
 
     def setUp(self):
         Fault.setUp(self)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Stopping servers that do not make it easy, with the real program. The panel's own button is in tst_panel.py."""
+"""Stopping uncooperative servers, with the real program. The panel's own button is in tst_panel.py."""
 
 import os
 import signal

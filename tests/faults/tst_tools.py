@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What may be wrong with lsof and ps, with the tools replaced by scripts in the test's own mount name space."""
+"""Faults of lsof and ps, which are replaced by scripts in the test's own mount namespace."""
 
 import json
 import os
@@ -23,7 +23,7 @@ class Tools(Fault):
         self.set_tool("ps", "echo '   01:30  0.5  1024'")
 
     def set_tool(self, name, script, mode=0o755):
-        """Puts a script in the place of the system's tool."""
+        """Replaces the system's tool by a script."""
         path = self.folder / name
         is_new = not path.exists()
         path.write_bytes(script if isinstance(script, bytes) else b"#!/bin/sh\n" + script.encode("utf-8", "surrogateescape"))
@@ -188,7 +188,7 @@ class Tools(Fault):
 
 
 class Kernel(Fault):
-    """The same where the kernel is asked."""
+    """The same with the kernel source."""
 
     def test_t18_many_services(self):
         _, ports = self.start_servers(1000, ANSWER)
