@@ -38,8 +38,8 @@ QStringList statsQuestion(qint32 pid)
     return {u"-o"_s, u"etime=,%cpu=,rss="_s, u"-p"_s, QString::number(pid)};
 }
 
-/// The process that has `pid` now. If there is none, a start time that no process has, so that no later
-/// process is taken for the listed one.
+/// The process that has `pid` now. If there is none, one with an impossible start time, so that no later
+/// process is taken for the listed one. Absent where the system does not tell start times.
 std::optional<ProcessIdentity> identityOf(qint32 pid)
 {
     const auto identity = ProcessIdentity::of(pid);

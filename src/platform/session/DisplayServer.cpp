@@ -35,7 +35,7 @@ bool canConnectToX11()
     return isConnected;
 }
 
-// A connection to the socket at `path`, on which nothing waits for longer than a second; invalid if it fails.
+// A connection to the socket at `path`, with time-outs of one second; invalid if it fails.
 FileDescriptor connectionTo(const QByteArray &path)
 {
     sockaddr_un address{};
@@ -116,7 +116,7 @@ bool DisplayServer::canPlaceWindows()
 
 std::optional<QPoint> DisplayServer::pointer()
 {
-    // Xwayland names its outputs after itself, or runs where the variable tells of the compositor.
+    // Under Xwayland the names of outputs begin with XWAYLAND, or WAYLAND_DISPLAY is set.
     const QScreen *screen = QGuiApplication::primaryScreen();
     const bool isXwayland = !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
                             (screen && screen->name().startsWith("XWAYLAND"_L1));

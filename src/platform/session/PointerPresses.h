@@ -6,9 +6,9 @@
 
 namespace portolan {
 
-/// Reports the presses of pointer buttons anywhere on an X11 display: a click on the bare wallpaper of some
-/// desktops moves no focus, so that nothing else tells of it. Nothing is reported on other displays, and
-/// through Xwayland only what is pressed over X11 windows. Main thread.
+/// Reports the presses of pointer buttons anywhere on an X11 display: a click on the wallpaper of some
+/// desktops moves no focus, so no other event reports it. Nothing is reported on other displays, and through
+/// Xwayland only what is pressed over X11 windows. Main thread.
 class PointerPresses : public QObject, private QAbstractNativeEventFilter
 {
     Q_OBJECT

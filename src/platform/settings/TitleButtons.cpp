@@ -56,7 +56,7 @@ QDBusPendingCall askPortal()
                                                        u"/org/freedesktop/portal/desktop"_s,
                                                        u"org.freedesktop.portal.Settings"_s, u"Read"_s);
     call.setArguments({u"org.gnome.desktop.wm.preferences"_s, u"button-layout"_s});
-    call.setAutoStartService(false); // a portal that does not run is not worth its start
+    call.setAutoStartService(false); // a portal that does not run is not worth starting
     return QDBusConnection::sessionBus().asyncCall(call);
 }
 

@@ -25,8 +25,8 @@ struct TitleButtons
     [[nodiscard]] static TitleButtons fromLetters(const QString &left, const QString &right);
 
     /// Calls `found` with the desktop's own: KWin's on KDE, else the settings daemon's (XSETTINGS) at once,
-    /// or that of the settings portal when it has answered. Does not call it if nobody knows, or once
-    /// `context` is gone. Main thread.
+    /// or that of the settings portal when it has answered. Does not call it if none of these has a value, or
+    /// once `context` is destroyed. Main thread.
     static void find(QObject *context, const std::function<void(const TitleButtons &)> &found);
 };
 

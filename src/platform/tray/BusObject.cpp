@@ -53,7 +53,7 @@ bool BusObject::handleMessage(const QDBusMessage &message, const QDBusConnection
         results = call(method->name, message.arguments());
     if (!message.isReplyRequired())
         return true;
-    // Panels try methods that not every item has, and go by this error.
+    // Panels try methods that not every item has, and rely on this error.
     const auto error = isFlood                  ? QDBusError::LimitsExceeded
                        : isProperties || method ? QDBusError::InvalidArgs
                                                 : QDBusError::UnknownMethod;

@@ -12,7 +12,7 @@
 
 namespace portolan {
 
-/// A structure on the bus, whose members are those that `fields()` ties.
+/// A structure on the bus, whose members are the elements of `fields()`.
 template <typename T>
 concept BusStructure = requires(T &value)
 {

@@ -25,10 +25,9 @@ namespace PopoverPlacement {
 /// The distance in pixels between the popover and the panel or the edge of the screen.
 inline constexpr int gap = 4;
 
-/// Where the icon was clicked that a panel reports to have been clicked at `reported`, in device pixels; a
-/// null point if the panel does not say. Where the two are far apart, `pointer` is right: some panels always
-/// report the same point, others one in another scale. It is absent where the display does not tell where the
-/// pointer is.
+/// The position of a click on the icon that a panel reports at `reported`, in device pixels (a null point if
+/// it reports none). If the two are far apart, `pointer` is right: some panels always report the same point,
+/// others one in another scale. `pointer` is absent where the display does not tell the pointer's position.
 [[nodiscard]] QPoint clickedPoint(QPoint reported, std::optional<QPoint> pointer,
                                   const QList<ScreenArea> &screens);
 

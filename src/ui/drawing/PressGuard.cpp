@@ -13,7 +13,7 @@ using namespace std::chrono_literals;
 namespace portolan {
 
 namespace {
-constexpr auto reactionTime = 150ms; // a press that follows a change sooner was aimed before it
+constexpr auto reactionTime = 150ms; // a press that follows a change sooner was aimed at the previous row
 } // namespace
 
 PressGuard::PressGuard(QQuickItem *parent)
@@ -35,7 +35,7 @@ void PressGuard::itemChange(ItemChange change, const ItemChangeData &data)
             m_window->disconnect(this);
         m_window = data.window;
         if (m_window) {
-            // Rows change their places only from one frame to the next, or with the window.
+            // Rows only move from one frame to the next, or with the window.
             connect(m_window, &QQuickWindow::afterAnimating, this, &PressGuard::track);
             connect(m_window, &QWindow::xChanged, this, &PressGuard::track);
             connect(m_window, &QWindow::yChanged, this, &PressGuard::track);

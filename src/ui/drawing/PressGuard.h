@@ -14,9 +14,8 @@ namespace portolan {
 
 class Presses;
 
-/// Lies over rows that may move or go at any moment, and swallows a press that is not meant for the row under
-/// it: one that repeats another (Presses), or one on a row that has not stood there for a while. Every other
-/// press goes through to the rows.
+/// Covers rows that may move or disappear at any moment, and discards a press that repeats another (Presses),
+/// or one on a row that has only just moved there. Every other press is passed on to the rows.
 class PressGuard : public QQuickItem
 {
     Q_OBJECT

@@ -55,7 +55,7 @@ bool Presses::eventFilter(QObject *watched, QEvent *event)
         return isTrigger(static_cast<QKeyEvent *>(event)->key()) &&
                followKey(event->type() == QEvent::KeyPress);
     case QEvent::FocusOut:
-        followKey(false); // the release goes elsewhere
+        followKey(false); // the release goes to another window
         break;
     default:
         break;
@@ -88,7 +88,7 @@ void Presses::note(const QPointerEvent &event)
     m_timestamp = event.timestamp();
 }
 
-// By either clock: a program that was busy handles two presses at once, or the second one late.
+// By either clock: a busy program handles two presses at once, or the second one late.
 bool Presses::isSoon(const QPointerEvent &event) const
 {
     const auto isShort = [](auto duration) { return duration < doubleClickInterval(); };

@@ -11,8 +11,8 @@ class QPointerEvent;
 
 namespace portolan {
 
-/// Tells a press that is meant for what is now under the pointer from one that still belongs to the press
-/// before it, which has changed what is there. Follows the events of all windows. Main thread.
+/// Recognises presses that repeat the previous one, after which something else may be under the pointer.
+/// Follows the events of all windows. Main thread.
 class Presses : public QObject
 {
     Q_OBJECT
@@ -27,8 +27,8 @@ public:
     Q_INVOKABLE [[nodiscard]] bool isRepeated() const { return m_isRepeated; }
 
     /// Withholds Return, Enter and Space from the windows until none has been down for the double-click
-    /// interval. To be called when a key may have taken away the item with the focus, so that its repeats do
-    /// not act on the next one.
+    /// interval. To be called when a key press may have removed the focused item, so that its repeats do not
+    /// act on the next one.
     Q_INVOKABLE void holdKeys();
 
     bool eventFilter(QObject *watched, QEvent *event) override;

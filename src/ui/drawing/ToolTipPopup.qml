@@ -11,7 +11,7 @@ RoundedRect {
 
     readonly property rect covered: root.target.mapToItem(null, 0, 0, root.target.width, root.target.height)
     readonly property point place: OverlayPlacement.toolTip(root.covered, Qt.size(root.width, root.height), Qt.rect(0, 0, root.space.width, root.space.height))
-    // Without a parent for a moment while its window ends.
+    // Briefly without a parent while the window is destroyed.
     readonly property size space: root.parent ? Qt.size(root.parent.width, root.parent.height) : Qt.size(0, 0)
 
     parent: root.target.Window.contentItem

@@ -9,7 +9,7 @@ PopupMenu {
     required property ServiceStore store
     required property LoginItem loginItem
 
-    // What the desktop holds as the menu opens. Only the login item changes it, so the mark shows what came of a change.
+    // The state when the menu opens. Only the login item changes it, so the mark shows the result of a change.
     readonly property bool launchAtLogin: root.loginItem.isEnabled()
 
     Accessible.name: "Settings"

@@ -61,14 +61,14 @@ void PopoverWindow::followPress()
         closeUnfocused();
 }
 
-// Xwayland does not know where the pointer is until it moves over a window of X11: one that appears is said
-// to be entered wherever the pointer was last.
+// Xwayland does not know where the pointer is until it moves over an X11 window: a new window gets an enter
+// event for the last known position.
 bool PopoverWindow::event(QEvent *event)
 {
     return (event->type() == QEvent::Enter && !DisplayServer::pointer()) || RootWindow::event(event);
 }
 
-// Some window managers move a window when they show it again, but leave it where it is moved to then.
+// Some window managers move a window when it is shown again, but accept a move after that.
 void PopoverWindow::moveEvent(QMoveEvent *event)
 {
     RootWindow::moveEvent(event);
@@ -79,8 +79,8 @@ void PopoverWindow::moveEvent(QMoveEvent *event)
     QMetaObject::invokeMethod(this, &PopoverWindow::place, Qt::QueuedConnection);
 }
 
-// Above a panel at the bottom it grows upwards, so that another row gets under a pointer at rest, of which no
-// event tells.
+// Above a panel at the bottom it grows upwards, so another row may be under a resting pointer without an
+// event.
 void PopoverWindow::hoverAgain()
 {
     const std::optional<QPoint> pointer = DisplayServer::pointer();
@@ -98,7 +98,7 @@ void PopoverWindow::hideEvent(QHideEvent *event)
     RootWindow::hideEvent(event);
 }
 
-// Only the loss of a focus that it had closes the popover: what had it before, such as the icon's menu, may
+// Only the loss of a focus that it had closes the popover: the previous owner, such as the icon's menu, may
 // lose it only after the popover has appeared.
 void PopoverWindow::focusOutEvent(QFocusEvent *event)
 {

@@ -39,7 +39,7 @@ private:
     void closeUnfocused();
 
     QPoint m_anchor;
-    bool m_isPlaced = false; // no later move is by the window manager alone
+    bool m_isPlaced = false; // whether a move by the window manager was corrected
     PointerPresses m_presses;
 };
 

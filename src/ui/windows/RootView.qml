@@ -95,7 +95,7 @@ FocusScope {
         width: parent.width
         radius: root.cornerRadius
         lastUpdated: root.store.lastUpdated
-        // Another number as soon as the window can be seen again, so that the age is right at once.
+        // Changes as soon as the window is exposed again, so that the displayed age is correct at once.
         tick: exposure.isExposed ? root.tick : root.tick + 1
         onQuit: Qt.quit()
     }
