@@ -13,8 +13,7 @@ namespace portolan {
 struct ListeningSocket
 {
     ino_t inode = 0;
-    std::array<std::uint8_t, 16> address =
-        {}; ///< in network byte order; IPv4 as a mapped address, ::ffff:127.0.0.1
+    std::array<std::uint8_t, 16> address = {}; ///< in network byte order; IPv4 as ::ffff:127.0.0.1
     std::uint16_t port = 0;
 
     /// Whether it is bound to all addresses or to the loopback address.

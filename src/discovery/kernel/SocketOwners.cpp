@@ -88,8 +88,7 @@ void SocketOwners::rescan(const std::vector<ino_t> &inodes, Clock::time_point no
 void SocketOwners::read(Process &process, const std::vector<ino_t> &inodes)
 {
     process.isRead = true;
-    process.runTime =
-        m_table.runTime(process.id.pid); // first: what the process does meanwhile then counts as later
+    process.runTime = m_table.runTime(process.id.pid); // first: what it does meanwhile counts as later
     process.descriptorCount = m_table.readSockets(process.id.pid, process.sockets);
     chooseWanted(process, inodes);
 }

@@ -76,8 +76,7 @@ private:
 
     ProcessTable &m_table;
     std::vector<Process> m_processes; ///< all processes, by id
-    std::vector<ino_t>
-        m_ownerless; ///< sockets for which a rescan found no owner: other users' and the kernel's own
+    std::vector<ino_t> m_ownerless;   ///< not found by a rescan: other users' and the kernel's own
     std::optional<Clock::time_point> m_rescanned;
     std::optional<Clock::time_point> m_rereadAll;
 };
