@@ -33,8 +33,8 @@ struct ServiceOperand
         bool isAmbiguous = false;      ///< whether one of the operands matches too many servers
     };
 
-    /// Those of `services`, in their order, that match `operands`. A name matches the servers with exactly
-    /// that name or, if there are none, the one whose name starts with it, ignoring case.
+    /// Those of `services`, in their order, that match `operands`. A name matches the servers with
+    /// that whole name or, if there are none, the one whose name starts with it, ignoring case.
     [[nodiscard]] static Choice choose(const QList<ServiceOperand> &operands,
                                        const QList<ListedService> &services, Meaning meaning);
 
