@@ -67,6 +67,8 @@ public:
         m_line.sort = SortOrder::fromRawValue(QString::fromStdString(m_sort));
         m_line.search = QString::fromStdString(m_search);
         m_line.probe = !m_skipProbe;
+        if (m_timeout && std::isnan(*m_timeout)) // which is in every range of CLI11's
+            throw CLI::ValidationError("--timeout: nan is no number of seconds");
         if (m_timeout)
             m_line.timeout = std::chrono::milliseconds(std::llround(*m_timeout * 1000));
         if (m_line.command == Command::Open)

@@ -10,12 +10,15 @@ namespace portolan {
 
 namespace {
 
-QByteArray table(const Machines &machines, const QList<ListedService> &services)
+// `isComplete`: whether everything that was asked for could be found; if not, the errors have said so.
+QByteArray table(const Machines &machines, const QList<ListedService> &services, bool isComplete)
 {
     ServiceTable::Layout layout{.hasHosts = machines.hasHosts()};
     if (Output::isTerminal())
         layout.columns = Output::size().columns;
     const TerminalColors colors = Output::colors();
+    if (services.isEmpty() && Output::isTerminal() && !isComplete)
+        return {};
     if (services.isEmpty() && Output::isTerminal())
         return (colors.styled(ServiceTable::emptyText(!machines.services().isEmpty(), *layout.columns)) +
                 u'\n')
@@ -31,7 +34,7 @@ QByteArray table(const Machines &machines, const QList<ListedService> &services)
 int Commands::list(const CommandLine &line)
 {
     Machines machines(line, line.probe);
-    if (const int signal = machines.lookOnce())
+    if (const int signal = machines.refreshOnce())
         return ExitStatus::endedBy(signal);
     bool isComplete = machines.problems().isEmpty();
     QList<ListedService> services =
@@ -45,7 +48,7 @@ int Commands::list(const CommandLine &line)
         services = choice.services;
     }
     const bool isWritten = Output::write(line.json ? ServiceJson::of(services, QJsonDocument::Indented)
-                                                   : table(machines, services));
+                                                   : table(machines, services, isComplete));
     return isWritten && isComplete ? ExitStatus::success : ExitStatus::failure;
 }
 

@@ -12,7 +12,7 @@ QList<ListedService> ListedService::visible(QList<ListedService> all, const QStr
 {
     all.removeIf([&](const ListedService &one) {
         return !VisibleList::matches(one.service, searchText) &&
-               !one.host.contains(searchText, Qt::CaseInsensitive);
+               !one.host.contains(searchText.trimmed(), Qt::CaseInsensitive);
     });
     // Not std::ranges, whose subranges clang 14 does not compile with this standard library.
     std::stable_sort(all.begin(), all.end(), [order](const ListedService &a, const ListedService &b) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ProcessIdentity.h"
 #include "Service.h"
 #include "SortOrder.h"
 #include "TerminalText.h"
@@ -17,9 +18,11 @@ namespace portolan {
 struct ListedService
 {
     Service service;
+    std::optional<ProcessIdentity>
+        identity; ///< of its process when listed; absent where the system does not tell
     bool isPinned = false;
     QString host;                            ///< as named with --host; empty: this machine
-    std::optional<std::chrono::seconds> age; ///< since its machine stopped answering; absent: up to date
+    std::optional<std::chrono::seconds> age; ///< since it was last seen; absent: up to date
     QString note;                            ///< shown in place of its status
 
     /// Identifies it from one scan to the next, among all machines.

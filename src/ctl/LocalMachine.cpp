@@ -45,33 +45,35 @@ QList<ListedService> LocalMachine::services() const
     const QSet<qint64> pinnedPorts = m_store.pinnedPorts();
     QList<ListedService> services;
     for (const Service &service : m_store.services())
-        services.append({.service = service, .isPinned = pinnedPorts.contains(service.port)});
+        services.append({.service = service,
+                         .identity = m_store.identityOf(service),
+                         .isPinned = pinnedPorts.contains(service.port)});
     return services;
 }
 
-void LocalMachine::look()
+void LocalMachine::refresh()
 {
-    m_store.refresh([this] { Q_EMIT looked(); });
+    m_store.refresh([this] { Q_EMIT refreshed(); });
 }
 
 void LocalMachine::watch()
 {
     m_store.refresh([this] {
         m_next.start(ServiceStore::usualInterval);
-        Q_EMIT looked();
+        Q_EMIT refreshed();
     });
 }
 
-void LocalMachine::stop(const Service &service, const Report &report)
+void LocalMachine::stop(const ListedService &listed, const Report &report)
 {
+    const qint32 pid = listed.service.pid;
     // A process with several ports is signalled once.
-    auto process = m_stopping.value(service.pid).lock();
+    auto process = m_stopping.value(pid).lock();
     const bool isTold = bool(process);
     if (!isTold) {
-        const auto identity = m_store.identityOf(service);
-        process = identity ? std::make_shared<const ProcessHandle>(*identity)
-                           : std::make_shared<const ProcessHandle>(service.pid);
-        m_stopping[service.pid] = process;
+        process = listed.identity ? std::make_shared<const ProcessHandle>(*listed.identity)
+                                  : std::make_shared<const ProcessHandle>(pid);
+        m_stopping[pid] = process;
     }
     const bool hadEnded = !isTold && process->waitForEnd(0ms);
     const bool isForbidden = !process->send(0);
@@ -85,7 +87,7 @@ void LocalMachine::stop(const Service &service, const Report &report)
         if (!hasEnded && !isForbidden && time < Termination::gracePeriod + killTimeout)
             return;
         poll->deleteLater();
-        m_stopping.remove(service.pid); // which may be given to another process
+        m_stopping.remove(pid); // which may be given to another process
         report(hadEnded      ? u"Had ended"_s
                : hasEnded    ? u"Stopped in %1 s"_s.arg(time.count(), 0, 'f', 1)
                : isForbidden ? u"Belongs to another user"_s

@@ -31,9 +31,9 @@ public:
 
     [[nodiscard]] QList<ListedService> services() const override;
     [[nodiscard]] QDateTime lastUpdated() const override { return m_store.lastUpdated(); }
-    void look() override;
+    void refresh() override;
     void watch() override;
-    void stop(const Service &service, const Report &report) override;
+    void stop(const ListedService &listed, const Report &report) override;
     void reach(const Service &service, const UseAddress &use) override;
 
 private:

@@ -26,14 +26,14 @@ public:
     [[nodiscard]] virtual QString problem() const { return {}; }
 
     /// Refreshes once.
-    virtual void look() = 0;
+    virtual void refresh() = 0;
     /// Refreshes now and then repeatedly, as long as this object lives.
     virtual void watch() = 0;
 
     /// Tells the server's process to end, and kills it if necessary. Calls `report` once, later, with a short
     /// harmless text about the outcome and whether the process has ended.
     using Report = std::function<void(const QString &text, bool hasEnded)>;
-    virtual void stop(const Service &service, const Report &report) = 0;
+    virtual void stop(const ListedService &listed, const Report &report) = 0;
 
     /// Calls `use` with an address at which the server can be reached from this machine, or with an empty
     /// address and the reason, a harmless line; with the latter also if the connection ends later.
@@ -44,7 +44,7 @@ Q_SIGNALS:
     /// The result of one of the functions above has changed.
     void changed();
     /// A refresh has ended or failed.
-    void looked();
+    void refreshed();
 };
 
 } // namespace portolan

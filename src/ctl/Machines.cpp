@@ -19,10 +19,10 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// The text shown while waiting for `machines`.
-QString progressText(const Machines &machines, size_t looked, size_t all)
+QString progressText(const Machines &machines, size_t refreshed, size_t all)
 {
     if (machines.hasHosts())
-        return u"Asking the machines… %1 of %2"_s.arg(looked).arg(all);
+        return u"Asking the machines… %1 of %2"_s.arg(refreshed).arg(all);
     if (!machines.probes() || !machines.lastUpdated().isValid())
         return u"Looking for servers…"_s;
     const QList<ListedService> services = machines.services();
@@ -60,7 +60,7 @@ Machines::Machines(const CommandLine &line, bool probes)
         m_machines.emplace(host, std::make_unique<RemoteMachine>(host, probes));
     for (const auto &[host, machine] : m_machines) {
         connect(machine.get(), &Machine::changed, this, &Machines::changed);
-        connect(machine.get(), &Machine::looked, this, &Machines::looked);
+        connect(machine.get(), &Machine::refreshed, this, &Machines::refreshed);
     }
 }
 
@@ -103,15 +103,17 @@ void Machines::printNewProblems()
     m_printedProblems = {problems.begin(), problems.end()};
 }
 
-int Machines::lookOnce()
+int Machines::refreshOnce()
 {
     ProgressLine progress;
     QEventLoop loop;
-    size_t lookedAt = 0;
-    const auto showProgress = [&] { progress.setText(progressText(*this, lookedAt, m_machines.size())); };
+    size_t refreshedCount = 0;
+    const auto showProgress = [&] {
+        progress.setText(progressText(*this, refreshedCount, m_machines.size()));
+    };
     connect(this, &Machines::changed, &loop, showProgress);
-    connect(this, &Machines::looked, &loop, [&] {
-        if (++lookedAt == m_machines.size())
+    connect(this, &Machines::refreshed, &loop, [&] {
+        if (++refreshedCount == m_machines.size())
             loop.quit();
         showProgress();
     });
@@ -120,9 +122,10 @@ int Machines::lookOnce()
     showProgress();
     QTimer::singleShot(0, &loop, [&] {
         for (const auto &[host, machine] : m_machines)
-            machine->look();
+            machine->refresh();
     });
     const int signal = loop.exec();
+    progress.erase();
     if (signal == 0)
         printNewProblems();
     return signal;

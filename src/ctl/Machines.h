@@ -41,14 +41,14 @@ public:
 
     /// Refreshes each of them once, waits until all have answered or failed, with a progress line on the
     /// terminal, and prints the problems. Returns the number of the signal that ended the wait, or 0.
-    [[nodiscard]] int lookOnce();
+    [[nodiscard]] int refreshOnce();
     /// See Machine::watch().
     void watch();
 
 Q_SIGNALS:
     /// The same as each machine's.
     void changed();
-    void looked();
+    void refreshed();
 
 private:
     UserDefaults m_defaults;

@@ -60,7 +60,7 @@ int Commands::open(const CommandLine &line)
     Machines machines(line, false);
     if (machines.hasHosts())
         return openForwarded(machines.machine(line.hosts.first()), line.operands.first().port);
-    if (const int signal = machines.lookOnce())
+    if (const int signal = machines.refreshOnce())
         return ExitStatus::endedBy(signal);
     const auto choice =
         ServiceOperand::choose(line.operands, machines.services(), ServiceOperand::Meaning::severalServers);

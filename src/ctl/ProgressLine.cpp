@@ -22,6 +22,11 @@ ProgressLine::ProgressLine()
 
 ProgressLine::~ProgressLine()
 {
+    erase();
+}
+
+void ProgressLine::erase()
+{
     if (m_isDrawn)
         (void)Output::write("\r\x1b[K");
 }

@@ -16,6 +16,8 @@ public:
     Q_DISABLE_COPY_MOVE(ProgressLine)
 
     void setText(const QString &text);
+    /// Erases it, so that something else can be printed; it is drawn again with the next text.
+    void erase();
 
 private:
     void draw();

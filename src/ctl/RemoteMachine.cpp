@@ -43,7 +43,7 @@ QList<ListedService> RemoteMachine::services() const
     return services;
 }
 
-void RemoteMachine::look()
+void RemoteMachine::refresh()
 {
     run(u"list"_s);
     connect(m_run.get(), &SshRun::ended, this, [this](const QString &problem) {
@@ -93,7 +93,7 @@ bool RemoteMachine::accept(const QByteArray &json)
     m_aging.stop();
     m_retryDelay = firstRetryDelay;
     Q_EMIT changed();
-    Q_EMIT looked();
+    Q_EMIT refreshed();
     return true;
 }
 
@@ -108,15 +108,15 @@ void RemoteMachine::fail(const QString &problem)
     if (!m_services.isEmpty())
         m_aging.start(1s);
     Q_EMIT changed();
-    Q_EMIT looked();
+    Q_EMIT refreshed();
 }
 
-void RemoteMachine::stop(const Service &service, const Report &report)
+void RemoteMachine::stop(const ListedService &listed, const Report &report)
 {
-    auto *run = new SshRun(m_host, {u"stop"_s, service.id()}, this);
+    auto *run = new SshRun(m_host, {u"stop"_s, listed.service.id()}, this);
     run->setSilenceLimit(silenceLimit);
     // The message of the remote portolanctl also begins with the server's description.
-    const QString who = ListedService{.service = service}.description() + u": "_s;
+    const QString who = ListedService{.service = listed.service}.description() + u": "_s;
     connect(run, &SshRun::ended, this, [run, report, who](const QString &problem) {
         run->deleteLater();
         const QString text = problem.startsWith(who) ? problem.sliced(who.size()) : problem;

@@ -26,9 +26,9 @@ public:
     [[nodiscard]] QList<ListedService> services() const override;
     [[nodiscard]] QDateTime lastUpdated() const override { return m_lastUpdated; }
     [[nodiscard]] QString problem() const override { return m_problem; }
-    void look() override;
+    void refresh() override;
     void watch() override;
-    void stop(const Service &service, const Report &report) override;
+    void stop(const ListedService &listed, const Report &report) override;
     void reach(const Service &service, const UseAddress &use) override;
 
 private:

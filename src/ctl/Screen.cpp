@@ -19,8 +19,6 @@
 
 namespace portolan {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 /// The signals of a resized terminal, of Control-Z, and of being continued after a stop.

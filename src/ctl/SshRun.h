@@ -27,7 +27,8 @@ public:
     SshRun(const QString &host, const QStringList &words, QObject *parent);
     ~SshRun() override;
 
-    /// Gives up if the other side sends no line (see `lineRead`) for `limit`.
+    /// Gives up if the other side sends no line (see `lineRead`) for `limit`; without readLines(), if the run
+    /// lasts that long.
     void setSilenceLimit(std::chrono::milliseconds limit);
     /// Emits `lineRead` for every complete line, instead of keeping the output for `takeOutput()`.
     void readLines() { m_readsLines = true; }

@@ -19,7 +19,7 @@ int Commands::stop(const CommandLine &line)
     // output.
     std::signal(SIGPIPE, SIG_IGN);
     Machines machines(line, false);
-    if (const int signal = machines.lookOnce())
+    if (const int signal = machines.refreshOnce())
         return ExitStatus::endedBy(signal);
     const auto choice =
         ServiceOperand::choose(line.operands, machines.services(), ServiceOperand::Meaning::oneServer);
@@ -35,7 +35,7 @@ int Commands::stop(const CommandLine &line)
     qsizetype left = choice.services.size();
     for (const ListedService &listed : choice.services) {
         const QString who = listed.description() + u": "_s;
-        machines.machine(listed.host).stop(listed.service, [&, who](const QString &text, bool hasEnded) {
+        machines.machine(listed.host).stop(listed, [&, who](const QString &text, bool hasEnded) {
             if (hasEnded)
                 (void)Output::write((who + text + u'\n').toUtf8());
             else

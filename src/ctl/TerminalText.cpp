@@ -14,8 +14,6 @@
 
 namespace portolan {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 constexpr char32_t replacement = 0xFFFD;

@@ -63,7 +63,12 @@ public:
         showProgress();
     }
 
-    [[nodiscard]] QList<qint64> ports() const { return m_ports; }
+    void printError()
+    {
+        m_progress.erase();
+        Output::printError(portsText(m_ports) +
+                           (m_ports.size() == 1 ? u" does not answer"_s : u" do not answer"_s));
+    }
 
 private:
     void probe(qint64 port)
@@ -100,11 +105,8 @@ int waitHere(const CommandLine &line, QEventLoop &loop)
     if (line.timeout)
         QTimer::singleShot(*line.timeout, Qt::PreciseTimer, &loop, [&] { loop.exit(ExitStatus::failure); });
     const int status = loop.exec();
-    if (status == ExitStatus::failure) {
-        const QList<qint64> ports = waiting.ports();
-        Output::printError(portsText(ports) +
-                           (ports.size() == 1 ? u" does not answer"_s : u" do not answer"_s));
-    }
+    if (status == ExitStatus::failure)
+        waiting.printError();
     return status;
 }
 
@@ -128,6 +130,7 @@ int waitOnHosts(const CommandLine &line, QEventLoop &loop)
         QObject::connect(run, &SshRun::ended, &runs, [&, host](const QString &problem) {
             if (!problem.isEmpty()) {
                 status = ExitStatus::failure;
+                progress.erase();
                 Output::printError(TerminalText::harmless(host) + u": "_s + problem);
             }
             if (++answered == line.hosts.size())

@@ -90,7 +90,11 @@ private:
         case WatchView::Request::None:
             return;
         case WatchView::Request::Quit:
-            return m_loop.quit();
+            // A server that was told to end is killed by this program if it does not.
+            if (m_stopsUnderWay == 0 || m_isQuitting)
+                return m_loop.quit();
+            m_isQuitting = true;
+            return m_view.setMessage(u"Waiting for a server to end… q: quit at once"_s);
         case WatchView::Request::Refresh:
             return m_machines.watch();
         case WatchView::Request::Open:
@@ -123,7 +127,10 @@ private:
     void stop(const ListedService &chosen)
     {
         m_view.setNote(chosen, u"Stopping…"_s);
-        m_machines.machine(chosen.host).stop(chosen.service, [this, chosen](const QString &text, bool) {
+        ++m_stopsUnderWay;
+        m_machines.machine(chosen.host).stop(chosen, [this, chosen](const QString &text, bool) {
+            if (--m_stopsUnderWay == 0 && m_isQuitting)
+                return m_loop.quit();
             m_view.setNote(chosen, text);
             redrawSoon();
             QTimer::singleShot(noteDuration, this, [this, chosen] {
@@ -139,6 +146,8 @@ private:
     Screen m_screen;
     WatchView m_view;
     QTimer m_redraw;
+    int m_stopsUnderWay = 0;
+    bool m_isQuitting = false; ///< as soon as no stop is under way
 };
 
 // Prints a line after each refresh of a machine; simultaneous refreshes share one line.
@@ -155,7 +164,7 @@ int watchAsJson(Machines &machines, const CommandLine &line)
         if (!Output::write(ServiceJson::of(services, QJsonDocument::Compact)))
             loop.exit(statusAfterFailedWrite());
     });
-    QObject::connect(&machines, &Machines::looked, &print, [&] {
+    QObject::connect(&machines, &Machines::refreshed, &print, [&] {
         machines.printNewProblems();
         if (!print.isActive())
             print.start();

@@ -14,6 +14,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype wheelRows = 3;
+constexpr QStringView refreshing = u"Refreshing…";
 
 // The help; its lines fit into a small terminal.
 const std::array keyLines{
@@ -71,6 +72,8 @@ WatchView::WatchView(const QString &searchText, SortOrder order, bool readsKeys)
 
 void WatchView::setContent(const Content &content)
 {
+    if (m_message == refreshing && content.lastUpdated != m_content.lastUpdated)
+        m_message.clear();
     m_content = content;
     arrange();
 }
@@ -170,7 +173,7 @@ WatchView::Request WatchView::handleInList(const Input &input)
         arrange();
         return {};
     case U'r':
-        m_message = u"Refreshing…"_s;
+        m_message = refreshing.toString();
         return {Request::Refresh, {}};
     case U'?':
         m_mode = Mode::Keys;

@@ -23,28 +23,28 @@ protected:
     LocalMachineStop()
     {
         QDir::setCurrent(m_folder.path());
-        QObject::connect(&m_machine, &Machine::looked, &m_machine, [this] { m_hasLooked = true; });
+        QObject::connect(&m_machine, &Machine::refreshed, &m_machine, [this] { m_hasRefreshed = true; });
     }
     ~LocalMachineStop() override { QDir::setCurrent(m_previousFolder); }
 
     /// The services that a scan finds of the process: one for each of its ports, at least one.
-    QList<Service> allScanned(pid_t pid)
+    QList<ListedService> allScanned(pid_t pid)
     {
-        m_hasLooked = false;
-        m_machine.look();
-        EXPECT_TRUE(eventually([&] { return m_hasLooked; }));
-        QList<Service> found;
+        m_hasRefreshed = false;
+        m_machine.refresh();
+        EXPECT_TRUE(eventually([&] { return m_hasRefreshed; }));
+        QList<ListedService> found;
         for (const ListedService &listed : m_machine.services()) {
             if (listed.service.pid == pid)
-                found.append(listed.service);
+                found.append(listed);
         }
         EXPECT_FALSE(found.isEmpty());
-        return found.isEmpty() ? QList{Service()} : found;
+        return found.isEmpty() ? QList{ListedService()} : found;
     }
-    Service scanned(pid_t pid) { return allScanned(pid).constFirst(); }
+    ListedService scanned(pid_t pid) { return allScanned(pid).constFirst(); }
 
     /// The report of the stop, with "!" before it if the server still runs.
-    QString stop(const Service &service)
+    QString stop(const ListedService &service)
     {
         QString report;
         m_machine.stop(service,
@@ -57,9 +57,9 @@ protected:
     /// Requests a refresh, which ends at once if a scan is under way.
     bool isScanning()
     {
-        m_hasLooked = false;
-        m_machine.look();
-        return m_hasLooked;
+        m_hasRefreshed = false;
+        m_machine.refresh();
+        return m_hasRefreshed;
     }
 
     LocalMachine &machine() { return m_machine; }
@@ -69,7 +69,7 @@ private:
     const QTemporaryDir m_folder{HomeFolder::path() + u"/portolan-test-XXXXXX"_s};
     const LocalSocket m_socket = LocalSocket::listening("127.0.0.1");
     UserDefaults m_settings{m_folder.filePath(u"settings.json"_s), UserDefaults::Access::ReadOnly};
-    bool m_hasLooked = false;
+    bool m_hasRefreshed = false;
     LocalMachine m_machine{m_settings, false};
 };
 
@@ -84,10 +84,10 @@ TEST_F(LocalMachineStop, IsOfTheProcessWhicheverOfItsPortsIsMeant)
 {
     const LocalSocket second = LocalSocket::listening("127.0.0.1");
     TestChild child(TestChild::endsOnTerm);
-    const QList<Service> services = allScanned(child.pid());
+    const QList<ListedService> services = allScanned(child.pid());
     ASSERT_EQ(services.size(), 2);
     QStringList reports;
-    for (const Service &service : services)
+    for (const ListedService &service : services)
         machine().stop(service, [&](const QString &text, bool) { reports += text; });
     EXPECT_TRUE(eventually([&] { return reports.size() == 2; }));
     for (const QString &report : reports)
@@ -106,13 +106,13 @@ TEST_F(LocalMachineStop, SaysThatAProcessHadEnded)
 {
     TestChild collected(TestChild::endsOnTerm);
     TestChild uncollected(TestChild::endsOnTerm);
-    const Service one = scanned(collected.pid());
-    const Service other = scanned(uncollected.pid());
-    kill(one.pid, SIGTERM);
+    const ListedService one = scanned(collected.pid());
+    const ListedService other = scanned(uncollected.pid());
+    kill(one.service.pid, SIGTERM);
     collected.collect();
-    kill(other.pid, SIGTERM);
+    kill(other.service.pid, SIGTERM);
     siginfo_t ended = {};
-    ASSERT_EQ(waitid(P_PID, id_t(other.pid), &ended, WEXITED | WNOWAIT), 0);
+    ASSERT_EQ(waitid(P_PID, id_t(other.service.pid), &ended, WEXITED | WNOWAIT), 0);
     EXPECT_EQ(stop(one), u"Had ended"_s);
     EXPECT_EQ(stop(other), u"Had ended"_s);
 }
@@ -120,12 +120,14 @@ TEST_F(LocalMachineStop, SaysThatAProcessHadEnded)
 TEST_F(LocalMachineStop, NeverReachesAProcessThatGotTheIdSinceTheScan)
 {
     TestChild child(TestChild::endsOnTerm);
-    const Service server = scanned(child.pid());
-    kill(server.pid, SIGTERM);
+    const ListedService server = scanned(child.pid());
+    kill(server.service.pid, SIGTERM);
     child.collect();
-    const auto newcomer = TestChild::withPidLater(server.pid, TestChild::endsOnTerm);
+    const auto newcomer = TestChild::withPidLater(server.service.pid, TestChild::endsOnTerm);
     if (!newcomer)
         GTEST_SKIP() << "choosing a process id needs the right to (clone3 with set_tid): " << strerror(errno);
+    EXPECT_EQ(stop(server), u"Had ended"_s);
+    (void)scanned(newcomer->pid()); // the next scan knows the newcomer, and the user may still mean the other
     EXPECT_EQ(stop(server), u"Had ended"_s);
     EXPECT_TRUE(newcomer->isAlive());
 }

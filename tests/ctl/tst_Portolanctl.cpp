@@ -416,6 +416,14 @@ TEST_F(Portolanctl, SaysWhenNothingMatches)
     EXPECT_EQ(seenOnTerminal(list.output()), QStringList{u"No matches · Try a different name or port."_s});
 }
 
+TEST_F(Portolanctl, DoesNotSayThatNothingRunsWhereItCouldNotLook)
+{
+    PtyProcess list(program, {u"list"_s, u"no such server"_s}, options());
+    EXPECT_EQ(list.exitStatus(), 1);
+    EXPECT_EQ(seenOnTerminal(list.output()),
+              QStringList{u"portolanctl: no server is called 'no such server'"_s});
+}
+
 /// portolanctl watch on a terminal, with this test's servers only.
 class PortolanctlWatch : public Portolanctl
 {
@@ -632,7 +640,7 @@ TEST_F(PortolanctlWatch, SearchesSortsAndShowsItsKeys)
     watch().type("?");
     EXPECT_TRUE(awaitLine(u"s, then y     stop"_s));
     watch().type(" r");
-    EXPECT_TRUE(awaitLine(u"Refreshing…"_s));
+    EXPECT_TRUE(awaitLine(u"Updated "_s));
     quit();
 }
 
@@ -654,6 +662,33 @@ TEST_F(PortolanctlWatch, StopsAServerAndShowsWhatCameOfIt)
     EXPECT_EQ(server.endedBy(), SIGTERM);
     EXPECT_TRUE(watch().readUntil([&] { return seen().filter(u"Stopped in"_s).isEmpty(); }));
     quit();
+}
+
+const QString ignoresSigterm = u"import signal, socket, time\nsignal.signal(signal.SIGTERM, signal.SIG_IGN)\n"
+                               "s = socket.create_server(('127.0.0.1', 0))\n"
+                               "print(s.getsockname()[1], flush=True)\ntime.sleep(600)\n"_s;
+
+TEST_F(PortolanctlWatch, EndsOnlyOnceAServerThatItWasToldToStopHasEnded)
+{
+    TestServer server(TestServer::python(ignoresSigterm), folder());
+    start({u"--no-probe"_s});
+    ASSERT_TRUE(watch().readUntil([&] { return chosen().contains(server.port()); }));
+    watch().type("sy");
+    EXPECT_TRUE(awaitLine(u"Stopping…"_s));
+    watch().type("q");
+    EXPECT_TRUE(awaitLine(u"Waiting for a server to end… q: quit at once"_s));
+    EXPECT_EQ(watch().exitStatus(), 0);
+    EXPECT_EQ(server.endedBy(), SIGKILL);
+}
+
+TEST_F(PortolanctlWatch, EndsAtOnceWithASecondQ)
+{
+    TestServer server(TestServer::python(ignoresSigterm), folder());
+    start({u"--no-probe"_s});
+    ASSERT_TRUE(watch().readUntil([&] { return chosen().contains(server.port()); }));
+    watch().type("syqq");
+    EXPECT_EQ(watch().exitStatus(), 0);
+    EXPECT_TRUE(server.isRunning());
 }
 
 TEST_F(PortolanctlWatch, OpensAndCopiesTheAddress)

@@ -116,6 +116,17 @@ TEST_F(WaitCommand, ShowsOnATerminalWhatItWaitsForAndLeavesNoTrace)
     EXPECT_EQ(seenOnTerminal(wait.output()), QStringList());
 }
 
+TEST_F(WaitCommand, PutsItsErrorInThePlaceOfWhatItWaitsFor)
+{
+    const SilentPort silent;
+    PtyProcess wait(program, {u"wait"_s, silent.text(), u"--timeout"_s, u"0.5"_s},
+                    {.environment = {{"TERM", "xterm"}}});
+    EXPECT_EQ(wait.exitStatus(), 1);
+    EXPECT_TRUE(wait.output().contains("Waiting for port"));
+    EXPECT_EQ(seenOnTerminal(wait.output()),
+              QStringList{u"portolanctl: port %1 does not answer"_s.arg(silent.text())});
+}
+
 TEST_F(WaitCommand, EndsWhenNobodyIsLeftToHearOfIt)
 {
     const SilentPort silent;

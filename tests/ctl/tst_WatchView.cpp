@@ -267,6 +267,26 @@ TEST(WatchView, ShowsWhatComesOfAStopThoughTheServerIsGone)
     EXPECT_TRUE(linesOf(view)[1].startsWith(u"3001"_s));
 }
 
+TEST(WatchView, SearchesHostsAsItSearchesNames)
+{
+    ListedService listed = serverOn(3000);
+    listed.host = u"web1"_s;
+    EXPECT_EQ(ListedService::visible({listed}, u" Web1 "_s, SortOrder::port).size(), 1);
+    EXPECT_EQ(ListedService::visible({listed}, u" Shop "_s, SortOrder::port).size(), 1);
+    EXPECT_EQ(ListedService::visible({listed}, u"web2"_s, SortOrder::port).size(), 0);
+}
+
+TEST(WatchView, SaysThatItRefreshesUntilItHas)
+{
+    WatchView view = viewOf(serversOn(3000, 3001));
+    EXPECT_EQ(type(view, u"r"_s).kind, Request::Refresh);
+    EXPECT_EQ(linesOf(view).last(), u"Refreshing…"_s);
+    view.setContent({.services = serversOn(3000, 3001), .lastUpdated = noon});
+    EXPECT_EQ(linesOf(view).last(), u"Refreshing…"_s);
+    view.setContent({.services = serversOn(3000, 3001), .lastUpdated = noon.addSecs(1)});
+    EXPECT_TRUE(linesOf(view).last().startsWith(u"Updated "_s));
+}
+
 TEST(WatchView, SearchesAsOneTypesAndEscapeClears)
 {
     WatchView view = viewOf({serverOn(3000, u"Größe"_s), serverOn(3001, u"Other"_s)});
