@@ -45,18 +45,25 @@ QDBusMessage toCall(StartRequest request)
     return call << platformData;
 }
 
+/// The time until `deadline` in milliseconds, at least one.
+int remaining(const QDeadlineTimer &deadline)
+{
+    return int(std::max<qint64>(1, deadline.remainingTime()));
+}
+
 bool sendOverSocket(const QString &path, StartRequest request)
 {
     const QDeadlineTimer deadline(timeoutMs);
     QLocalSocket socket;
     // The other instance takes the lock before it listens, so the first attempts may fail.
-    for (socket.connectToServer(path); !socket.waitForConnected(timeoutMs); socket.connectToServer(path)) {
+    for (socket.connectToServer(path); !socket.waitForConnected(remaining(deadline));
+         socket.connectToServer(path)) {
         if (deadline.hasExpired())
             return false;
         QThread::msleep(20);
     }
     socket.putChar(request == StartRequest::Window ? windowRequest : openRequest);
-    return socket.waitForReadyRead(int(deadline.remainingTime()));
+    return socket.waitForReadyRead(remaining(deadline));
 }
 
 } // namespace
@@ -82,7 +89,7 @@ SingleInstance::Outcome SingleInstance::claimOnBus(StartRequest request)
             return Outcome::First;
         if (request == StartRequest::None)
             return Outcome::Forwarded;
-        const QDBusMessage reply = m_bus.call(toCall(request), QDBus::Block, timeoutMs);
+        const QDBusMessage reply = m_bus.call(toCall(request), QDBus::Block, remaining(deadline));
         if (reply.type() == QDBusMessage::ReplyMessage)
             return Outcome::Forwarded;
         if (QDBusError(reply).type() != QDBusError::ServiceUnknown)
