@@ -11,10 +11,6 @@
 
 namespace portolan {
 
-VisibleServicesModel::VisibleServicesModel(QObject *parent)
-    : QAbstractListModel(parent)
-{}
-
 ServiceStore *VisibleServicesModel::store() const
 {
     return m_store;
@@ -57,8 +53,6 @@ QVariant VisibleServicesModel::data(const QModelIndex &index, int role) const
         return QVariant::fromValue(row.service);
     case IsPinnedRole:
         return row.isPinned;
-    case KeyRole:
-        return row.service.id();
     default:
         return {};
     }
@@ -66,7 +60,7 @@ QVariant VisibleServicesModel::data(const QModelIndex &index, int role) const
 
 QHash<int, QByteArray> VisibleServicesModel::roleNames() const
 {
-    return {{ServiceRole, "service"}, {IsPinnedRole, "isPinned"}, {KeyRole, "key"}};
+    return {{ServiceRole, "service"}, {IsPinnedRole, "isPinned"}};
 }
 
 void VisibleServicesModel::scheduleUpdate()

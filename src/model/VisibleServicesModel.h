@@ -27,10 +27,7 @@ public:
     enum Role {
         ServiceRole = Qt::UserRole, ///< `service`: the Service
         IsPinnedRole,               ///< `isPinned`: whether its port is pinned
-        KeyRole,                    ///< `key`: its id
     };
-
-    explicit VisibleServicesModel(QObject *parent = nullptr);
 
     [[nodiscard]] ServiceStore *store() const;
     /// Shows the list of `store`, at once; nothing once it is null or destroyed.

@@ -136,7 +136,6 @@ protected:
             ASSERT_EQ(m_shadow.rows().at(row).service, visible.at(row)) << row;
             ASSERT_EQ(m_shadow.rows().at(row).isPinned, m_store->pinnedPorts().contains(visible.at(row).port))
                 << row;
-            ASSERT_EQ(m_model.index(row).data(VisibleServicesModel::KeyRole), visible.at(row).id());
         }
         ASSERT_EQ(m_shadow.resets(), 0);
     }
@@ -148,7 +147,7 @@ protected:
 
 TEST_F(VisibleServicesModelTest, NamesItsRoles)
 {
-    EXPECT_THAT(m_model.roleNames().values(), testing::UnorderedElementsAre("service", "isPinned", "key"));
+    EXPECT_THAT(m_model.roleNames().values(), testing::UnorderedElementsAre("service", "isPinned"));
 }
 
 TEST_F(VisibleServicesModelTest, RowsComeAndGoInPlace)

@@ -9,14 +9,9 @@
 
 namespace portolan {
 
-PointerPresses::~PointerPresses()
-{
-    setEnabled(false);
-}
-
 void PointerPresses::setEnabled(bool enabled)
 {
-    if (m_enabled == enabled || !qGuiApp)
+    if (m_enabled == enabled)
         return;
     const XcbDisplay display;
     if (!display)

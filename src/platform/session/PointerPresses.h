@@ -14,9 +14,6 @@ class PointerPresses : public QObject, private QAbstractNativeEventFilter
     Q_OBJECT
 
 public:
-    PointerPresses() = default;
-    ~PointerPresses() override;
-
     /// Nothing is reported until the first call with true.
     void setEnabled(bool enabled);
 

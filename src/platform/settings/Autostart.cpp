@@ -30,10 +30,8 @@ std::optional<DesktopEntry> read(const QString &path)
 
 bool isExecutable(const QString &program)
 {
-    if (QDir::isRelativePath(program))
-        return !program.contains(u'/') && !QStandardPaths::findExecutable(program).isEmpty();
-    const QFileInfo file(program);
-    return file.isFile() && file.isExecutable();
+    return (QDir::isAbsolutePath(program) || !program.contains(u'/')) &&
+           !QStandardPaths::findExecutable(program).isEmpty();
 }
 
 /// Whether the program that the entry starts still exists.

@@ -9,8 +9,6 @@
 
 namespace portolan {
 
-using namespace Qt::StringLiterals;
-
 XEmbedTray::XEmbedTray()
 {
     const XcbDisplay display;
@@ -20,12 +18,6 @@ XEmbedTray::XEmbedTray()
     m_selection = display.atom("_NET_SYSTEM_TRAY_S" + QByteArray::number(display.screenNumber()));
     qGuiApp->installNativeEventFilter(this);
     update();
-}
-
-XEmbedTray::~XEmbedTray()
-{
-    if (qGuiApp)
-        qGuiApp->removeNativeEventFilter(this);
 }
 
 bool XEmbedTray::supportsAlpha() const

@@ -18,7 +18,6 @@ class XEmbedTray final : public QObject, private QAbstractNativeEventFilter
 
 public:
     XEmbedTray();
-    ~XEmbedTray() override;
 
     [[nodiscard]] bool isPresent() const { return m_owner != 0; }
     /// Whether the tray wants windows with an alpha channel.

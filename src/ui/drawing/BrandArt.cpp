@@ -9,8 +9,6 @@
 
 namespace portolan {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 // As fractions of the shorter side.

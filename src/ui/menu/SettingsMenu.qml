@@ -14,8 +14,14 @@ PopupMenu {
 
     Accessible.name: "Settings"
 
-    MenuHeading {
+    PlainLabel {
+        height: 24
+        leftPadding: 10
+        rightPadding: 28
+        verticalAlignment: Text.AlignVCenter
         text: "Sort by"
+        font: Fonts.system(11, Font.Medium)
+        color: Theme.textMuted
     }
     SortEntry {
         store: root.store

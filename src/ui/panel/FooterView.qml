@@ -29,7 +29,7 @@ RoundedRect {
         width: quitButton.x - 8 - age.x
         visible: age.text !== ""
         // The text depends on the current time, so every tick evaluates it again.
-        text: root.tick >= 0 ? RelativeTime.sinceUpdate(root.lastUpdated) : ""
+        text: root.tick >= 0 ? ServicePresentation.sinceUpdate(root.lastUpdated) : ""
         font: Fonts.system(11)
         color: Theme.textFaint
         elide: Text.ElideRight

@@ -5,8 +5,6 @@
 
 namespace portolan {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 constexpr char16_t replacement = u'\uFFFD';

@@ -4,12 +4,13 @@
 #include "Service.h"
 
 #include <QColor>
+#include <QDateTime>
 #include <QObject>
 #include <QtQmlIntegration>
 
 namespace portolan {
 
-/// The texts and colours for the values of a service.
+/// The texts and colours for the values of a service and of the list.
 class ServicePresentation : public QObject
 {
     Q_OBJECT
@@ -30,6 +31,10 @@ public:
 
     /// A description for assistive technology: name, framework, address, state, and whether it is pinned.
     Q_INVOKABLE [[nodiscard]] static QString accessibleName(const portolan::Service &service, bool isPinned);
+
+    /// "Updated just now", "Updated 5s ago" or "Updated 120m ago" (minutes are the largest unit); empty for
+    /// an invalid `lastUpdated`. A time in the future counts as now.
+    Q_INVOKABLE [[nodiscard]] static QString sinceUpdate(const QDateTime &lastUpdated);
 };
 
 } // namespace portolan
