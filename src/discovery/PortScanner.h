@@ -34,6 +34,7 @@ struct ScanOptions
     std::stop_token stop = {};               ///< ends the scan early, with a meaningless result
     std::optional<QSet<qint64>> ports = {};  ///< listeners on other ports are ignored; absent: none are
     QStringList homes = HomeFolder::paths(); ///< the names of the user's home folder
+    /// The time for one question to the folder reader.
     std::chrono::milliseconds folderDeadline = FolderReader::Limits().deadline;
 };
 

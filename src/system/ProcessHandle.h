@@ -27,7 +27,8 @@ public:
     /// zombie still exists.
     bool send(int signal) const;
 
-    /// Blocks until the process has ended, at most for `limit`. Returns whether it has.
+    /// Blocks until the process has ended, at most for `limit`. Returns whether it has; also true
+    /// if none is held.
     [[nodiscard]] bool waitForEnd(std::chrono::milliseconds limit) const;
 
 private:

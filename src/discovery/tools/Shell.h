@@ -15,7 +15,8 @@ class UnreapedChildren;
 /// Runs a command-line tool and returns what it printed. No state; any thread; blocks the caller.
 ///
 /// The child gets a process group of its own, no inherited descriptors but standard input, a soft descriptor
-/// limit of at most 1024, a UTF-8 locale with C number formats, and none of this program's own Qt variables.
+/// limit of at most 1024, a UTF-8 locale with C number formats, and neither of the
+/// variables that pass on the desktop's activation.
 namespace Shell {
 
 /// The limits of a run. The defaults limit only the size of the output.

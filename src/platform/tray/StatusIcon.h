@@ -34,7 +34,7 @@ public:
 Q_SIGNALS:
     /// The icon was clicked at `anchor`, in device pixels; a null point if the panel does not report it.
     void activated(QPoint anchor);
-    /// The pointer is on the icon, which shows its menu.
+    /// The pointer is on the icon, which shows its menu; not emitted where the panel shows the menu itself.
     void menuShown();
     /// "Open Portolan" was chosen from the icon's menu.
     void openRequested();
