@@ -7,6 +7,7 @@
 #include <climits>
 #include <cstring>
 #include <string_view>
+#include <utility>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -56,19 +57,20 @@ public:
         m_filled += bytes ? size : 0;
     }
 
-private:
+    /// Sends what was buffered. If that fails, the connection is closed, and nothing stays buffered either.
     bool flush()
     {
-        for (size_t sent = 0; sent < m_filled;) {
-            const ssize_t count = send(m_socket, m_output + sent, m_filled - sent, MSG_NOSIGNAL);
+        const size_t filled = std::exchange(m_filled, 0);
+        for (size_t sent = 0; sent < filled;) {
+            const ssize_t count = send(m_socket, m_output + sent, filled - sent, MSG_NOSIGNAL);
             if (count < 0 && errno != EINTR)
                 return false;
             sent += size_t(std::max<ssize_t>(count, 0));
         }
-        m_filled = 0;
         return true;
     }
 
+private:
     int m_socket;
     size_t m_read = 0;
     size_t m_received = 0;
@@ -171,6 +173,8 @@ void FolderAnswers::serve(int socket, Progress &progress)
         std::memcpy(&question, header, sizeof question);
         const char *path = connection.receive(question.pathSize);
         if (!path)
+            return;
+        if (progress.isCautious && !connection.flush())
             return;
         progress.begunNs = nowNs();
         ++progress.begun;

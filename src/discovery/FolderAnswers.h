@@ -50,6 +50,7 @@ struct Progress
 {
     std::atomic<std::uint32_t> begun = 0;  ///< number of questions
     std::atomic<std::int64_t> begunNs = 0; ///< when the last of them was begun, on the steady clock
+    bool isCautious = false; ///< whether the child sends each answer before the next question, which may hang
 };
 
 /// The main function of the child: answers questions on `connection` until it is closed. Neither allocates

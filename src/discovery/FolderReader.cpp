@@ -115,7 +115,8 @@ FolderReader::Answers FolderReader::ask(const std::vector<Question> &questions, 
         if (batch.asked.empty() || (!m_child && !start()))
             break;
         const std::uint32_t before = m_child->progress->begun;
-        if (exchange(batch, answers, limits, stop.descriptor()))
+        const bool isLast = timeOuts + 1 == maxTimeOuts;
+        if (exchange(batch, answers, isLast ? limits.deadline / 10 : limits.deadline, stop.descriptor()))
             break;
         const std::uint32_t begun = m_child->progress->begun - before;
         abandon(begun > 0 ? questions[batch.asked[begun - 1]].folder : QString());
@@ -139,7 +140,7 @@ FolderReader::Batch FolderReader::batchOf(const std::vector<Question> &questions
 }
 
 /// Whether the child has answered everything. If not, it has ended or hangs, or a stop was requested.
-bool FolderReader::exchange(Batch &batch, Answers &answers, const Limits &limits, int stop)
+bool FolderReader::exchange(Batch &batch, Answers &answers, std::chrono::milliseconds deadline, int stop)
 {
     const FolderAnswers::Progress &progress = *m_child->progress;
     const int connection = m_child->connection.get();
@@ -152,8 +153,7 @@ bool FolderReader::exchange(Batch &batch, Answers &answers, const Limits &limits
         const auto since = progress.begun == before
                                ? start
                                : Clock::time_point(std::chrono::nanoseconds(progress.begunNs.load()));
-        const auto left =
-            std::chrono::ceil<std::chrono::milliseconds>(since + limits.deadline - Clock::now());
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(since + deadline - Clock::now());
         isLast = left.count() <= 0;
         const int events = batch.unsent.isEmpty() ? POLLIN : POLLIN | POLLOUT;
         pollfd watched[] = {{connection, short(events), 0}, {stop, POLLIN, 0}};
@@ -179,6 +179,7 @@ bool FolderReader::start()
     if (shared == MAP_FAILED)
         return false;
     Progress progress(new (shared) FolderAnswers::Progress, unmap);
+    progress->isCautious = !m_abandoned.empty(); // another folder may hang too
     auto process = ChildProcess::fork("portolan-files", childs.get(),
                                       [&progress](int socket) { FolderAnswers::serve(socket, *progress); });
     if (!process)

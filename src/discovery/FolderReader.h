@@ -29,9 +29,9 @@ namespace portolan {
 class FolderReader
 {
 public:
-    /// After `maxTimeOuts` time-outs a run ends, and beside `maxAbandoned` abandoned processes no other is
-    /// started.
-    static constexpr int maxTimeOuts = 2;
+    /// After `maxTimeOuts` time-outs, the last of which comes after a tenth of the deadline, a run ends, and
+    /// beside `maxAbandoned` abandoned processes no other is started.
+    static constexpr int maxTimeOuts = 3;
     static constexpr size_t maxAbandoned = 32;
 
     using Kind = FolderAnswers::Kind;
@@ -77,7 +77,7 @@ private:
     struct Batch;
 
     [[nodiscard]] Batch batchOf(const std::vector<Question> &questions, Answers &answers) const;
-    bool exchange(Batch &batch, Answers &answers, const Limits &limits, int stop);
+    bool exchange(Batch &batch, Answers &answers, std::chrono::milliseconds deadline, int stop);
     bool start();
     void abandon(const QString &folder);
 
