@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ProcessHandle.h"
 
+#include "ProcFs.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
@@ -44,6 +46,14 @@ bool waitGone(const ProcessIdentity &process, Clock::time_point end)
     return true;
 }
 
+/// Whether /proc numbers processes as system calls do. It does not in a pid namespace without its own /proc.
+bool isProcOfThisNamespace()
+{
+    char buffer[16];
+    const auto self = ProcFs::readLink(buffer, "/proc/self");
+    return self && ProcFs::number<pid_t>(*self) == getpid();
+}
+
 } // namespace
 
 ProcessHandle::ProcessHandle(qint32 pid)
@@ -60,7 +70,7 @@ ProcessHandle::ProcessHandle(const ProcessIdentity &identity)
     : ProcessHandle(identity.pid)
 {
     // Compared after the pidfd is open: if the pid belongs to the process in question now, it did then too.
-    if (ProcessIdentity::of(identity.pid) == identity)
+    if (isProcOfThisNamespace() && ProcessIdentity::of(identity.pid) == identity)
         return;
     m_pidfd.close();
     m_identity.reset();

@@ -11,6 +11,7 @@
 
 #include <linux/filter.h>
 #include <linux/seccomp.h>
+#include <sched.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 
@@ -98,6 +99,18 @@ int checkWithoutDescriptors()
     setrlimit(RLIMIT_NOFILE, &all);
     const bool isSignalled = process.send(SIGKILL);
     return !wasSignalled && !isSignalled && child.isAlive() ? 0 : 1;
+}
+
+/// 0 if the first process of a new pid namespace is not taken for the one that the old /proc shows by that
+/// id.
+int checkWithProcOfAnotherNamespace()
+{
+    if (unshare(CLONE_NEWUSER | CLONE_NEWPID) != 0)
+        return notPermitted;
+    return inAnotherProcess([] {
+        const auto identity = ProcessIdentity::of(getpid());
+        return getpid() == 1 && identity && !ProcessHandle(*identity).send(0) ? 0 : 1;
+    });
 }
 
 } // namespace
@@ -198,6 +211,14 @@ TEST(ProcessHandle, NeverReachesANewcomerWithoutPidfdsEither)
     const int status = inAnotherProcess(checkNewcomerWithoutPidfds);
     if (status == notPermitted)
         GTEST_SKIP() << "system call filters, or choosing a process id, are not permitted here";
+    EXPECT_EQ(status, 0);
+}
+
+TEST(ProcessHandle, HoldsNoProcessByAnIdThatOnlyProcKnows)
+{
+    const int status = inAnotherProcess(checkWithProcOfAnotherNamespace);
+    if (status == notPermitted)
+        GTEST_SKIP() << "namespaces are not permitted here";
     EXPECT_EQ(status, 0);
 }
 
