@@ -229,6 +229,8 @@ void ProbeSet::erase(Items::iterator item)
 // no other, the result is unknown.
 void ProbeSet::postpone(Items::iterator item)
 {
+    if (!item->second.local && m_offHost)
+        m_offHost->cancel(item->first);
     ProbeRequest probe = item->second.probe.takeBack();
     erase(item);
     m_isShort = !m_items.empty();
