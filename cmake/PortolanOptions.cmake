@@ -14,7 +14,13 @@ option(PORTOLAN_WERROR "Treat warnings as errors (default: in CI)" ${PORTOLAN_WE
 
 find_program(CCACHE ccache)
 if(CCACHE)
-    set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+    # It fails where it cannot write its cache, which nobody may have asked for.
+    file(WRITE ${PROJECT_BINARY_DIR}/CMakeFiles/ccache.cpp "")
+    execute_process(COMMAND ${CCACHE} ${CMAKE_CXX_COMPILER} -c ccache.cpp -o ccache.o
+        WORKING_DIRECTORY ${PROJECT_BINARY_DIR}/CMakeFiles RESULT_VARIABLE CCACHE_FAILURE OUTPUT_QUIET ERROR_QUIET)
+    if(NOT CCACHE_FAILURE)
+        set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+    endif()
 endif()
 
 add_library(portolan_options INTERFACE)

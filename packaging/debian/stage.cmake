@@ -38,3 +38,7 @@ execute_process(
     COMMAND gzip --best --no-name ${DOC}/changelog ${DOC}/changelog.Debian
         ${USR}/share/man/man1/portolan.1 ${USR}/share/man/man1/portolanctl.1
     COMMAND_ERROR_IS_FATAL ANY)
+
+# Whatever the umask of whoever makes the package.
+file(GLOB DOCUMENTS ${DOC}/*)
+file(CHMOD ${DOCUMENTS} PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
