@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <limits>
 #include <mutex>
 #include <optional>
 #include <system_error>
@@ -131,8 +132,12 @@ ServiceStore::~ServiceStore()
 
 std::optional<ProcessIdentity> ServiceStore::identityOf(const Service &service) const
 {
-    const auto found = m_identities.find(service.pid);
-    return found == m_identities.end() ? std::nullopt : std::optional(*found);
+    if (const auto found = m_identities.find(service.pid); found != m_identities.end())
+        return *found;
+    const QList<Service> services = this->services();
+    if (std::ranges::find(services, service.pid, &Service::pid) != services.end())
+        return std::nullopt;
+    return ProcessIdentity{service.pid, std::numeric_limits<quint64>::max()};
 }
 
 void ServiceStore::load()

@@ -72,8 +72,8 @@ public:
     /// All services, in the scan's order.
     [[nodiscard]] QList<Service> services() const { return m_services.valueBypassingBindings(); }
     [[nodiscard]] int serviceCount() const { return int(services().size()); }
-    /// The process of the service in the last scan; absent where the system does not tell, and for a process
-    /// that the last scan did not see.
+    /// The process of the service in the last scan; absent where the system does not tell. Of a service that
+    /// is not listed any more: an identity that no process has, so that no other one can be taken for it.
     [[nodiscard]] std::optional<ProcessIdentity> identityOf(const Service &service) const;
     /// Whether a scan is under way.
     [[nodiscard]] bool isScanning() const { return m_isScanning.valueBypassingBindings(); }

@@ -11,6 +11,16 @@
 
 namespace portolan {
 
+namespace {
+
+/// A later process with the same pid and port has a row of its own, so that nothing that was meant for the
+/// earlier one reaches it: its row is removed, which closes its menu and cancels a press on it.
+using RowKey = std::pair<ServiceKey, quint64>;
+
+const auto keyOfRow = [](const auto &row) { return RowKey(keyOf(row.service), row.process.startTicks); };
+
+} // namespace
+
 ServiceStore *VisibleServicesModel::store() const
 {
     return m_store;
@@ -26,6 +36,8 @@ void VisibleServicesModel::setStore(ServiceStore *store)
     if (store) {
         connect(store, &ServiceStore::visibleChanged, this, &VisibleServicesModel::scheduleUpdate);
         connect(store, &ServiceStore::pinnedPortsChanged, this, &VisibleServicesModel::scheduleUpdate);
+        // The list may be equal though a process is another one.
+        connect(store, &ServiceStore::lastUpdatedChanged, this, &VisibleServicesModel::scheduleUpdate);
         connect(store, &QObject::destroyed, this, &VisibleServicesModel::followStore);
     }
     followStore();
@@ -100,7 +112,8 @@ VisibleServicesModel::Rows VisibleServicesModel::wantedRows() const
     const QList<Service> visible = m_store->visible();
     rows.reserve(visible.size());
     for (const Service &service : visible)
-        rows.push_back({service, pinnedPorts.contains(service.port)});
+        rows.push_back({service, pinnedPorts.contains(service.port),
+                        m_store->identityOf(service).value_or(ProcessIdentity())});
     return rows;
 }
 
@@ -108,12 +121,12 @@ VisibleServicesModel::Rows VisibleServicesModel::wantedRows() const
 /// last are removed.
 void VisibleServicesModel::removeOthers(const Rows &wanted)
 {
-    QHash<ServiceKey, int> places;
+    QHash<RowKey, int> places;
     for (const Row &row : wanted)
-        ++places[keyOf(row.service)];
+        ++places[keyOfRow(row)];
     std::vector<bool> isWanted;
     for (const Row &row : m_rows)
-        isWanted.push_back(places[keyOf(row.service)]-- > 0);
+        isWanted.push_back(places[keyOfRow(row)]-- > 0);
 
     // From the end, so that the indices of the other rows stay valid.
     for (int end = count(); end > 0;) {
@@ -133,7 +146,6 @@ void VisibleServicesModel::removeOthers(const Rows &wanted)
 /// stay keep their old content.
 void VisibleServicesModel::arrange(const Rows &wanted)
 {
-    const auto keyOfRow = [](const Row &row) { return keyOf(row.service); };
     const auto placeOf = [&](const Row &row, int from) {
         return int(std::ranges::find(m_rows.begin() + from, m_rows.end(), keyOfRow(row), keyOfRow) -
                    m_rows.begin());

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ProcessIdentity.h"
 #include "Service.h"
 
 #include <QAbstractListModel>
@@ -49,6 +50,7 @@ private:
     {
         Service service;
         bool isPinned;
+        ProcessIdentity process; ///< tells a service from a later one of the same pid and port
     };
     using Rows = std::vector<Row>;
 

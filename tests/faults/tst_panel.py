@@ -5,11 +5,22 @@ import os
 import resource
 import signal
 import subprocess
+import sys
 import time
 from pathlib import Path
 
 from driver import Scenario, eventually
 from faults import ANSWER, Fault, HungMount
+
+
+SERVER = """import socket
+server = socket.create_server(("127.0.0.1", 7777))
+while True:
+    connection, _ = server.accept()
+    connection.recv(999)
+    connection.sendall(b"HTTP/1.0 200 OK\\r\\n\\r\\n")
+    connection.close()
+"""
 
 
 def resident(pid):
@@ -18,11 +29,11 @@ def resident(pid):
     return int(status["VmRSS"].split()[0]) / 1024
 
 
-def start_with_pid(pid, *command):
+def start_with_pid(pid, *command, **options):
     """Starts a program as the process `pid`, which must be free; this needs a pid namespace of the test's own."""
     for _ in range(100):
         Path("/proc/sys/kernel/ns_last_pid").write_text(str(pid - 1))
-        process = subprocess.Popen(command)
+        process = subprocess.Popen(command, **options)
         if process.pid == pid:
             return process
         process.kill()
@@ -68,6 +79,27 @@ class Panel(Scenario, Fault):
         time.sleep(3)  # by then SIGKILL would have followed
         self.assertIsNone(stranger.poll())
         self.assertIsNone(d.shown("storefront", role="list item"))
+
+    def test_a_menu_reaches_nobody_who_got_the_pid_and_the_port_since(self):
+        d = self.desktop
+        (d.home / "storefront").mkdir()
+        (d.home / "newcomer").mkdir()
+        command = [sys.executable, "-S", "-E", "-c", SERVER]
+        server = subprocess.Popen(command, cwd=d.home / "storefront")
+        d.start("--background")
+        d.open_popover()
+        d.find("storefront", role="list item")
+        d.settle()
+        d.click(*d.find("storefront", role="list item").centre, button=3)
+        d.find("Stop Server")
+        server.kill()
+        server.wait()
+        newcomer = start_with_pid(server.pid, *command, cwd=d.home / "newcomer")
+        self.addCleanup(newcomer.wait)
+        self.addCleanup(newcomer.kill)
+        d.find("newcomer", role="list item")
+        eventually(lambda: not d.shown("Stop Server"), "the menu to close with its row")
+        self.assertIsNone(newcomer.poll())
 
     def test_ends_beside_a_dead_mount(self):
         point = self.folder / "dead"

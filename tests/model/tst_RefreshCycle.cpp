@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "EventLoopTicker.h"
 #include "Printers.h"
+#include "ProcessHandle.h"
 #include "StoreFixture.h"
 
 #include <QElapsedTimer>
@@ -12,6 +13,8 @@
 #include <atomic>
 #include <latch>
 #include <thread>
+
+#include <unistd.h>
 
 namespace portolan {
 
@@ -134,7 +137,6 @@ TEST_F(RefreshCycle, AMergeIsOneAnnouncementOfTheWholeList)
 TEST_F(RefreshCycle, TheStoreKnowsTheProcessesThatTheLastScanSaw)
 {
     makeStore();
-    EXPECT_EQ(m_store->identityOf(service(1, 10)), std::nullopt);
     m_store->refresh();
     m_scanner.finish({service(1, 10), service(1, 11), service(2, 20)}, {{1, {1, 111}}, {2, {2, 222}}});
     ASSERT_TRUE(eventually([this] { return !m_store->isScanning(); }));
@@ -144,7 +146,20 @@ TEST_F(RefreshCycle, TheStoreKnowsTheProcessesThatTheLastScanSaw)
     m_scanner.finish({service(1, 10)}, {{1, {1, 333}}});
     ASSERT_TRUE(eventually([this] { return !m_store->isScanning(); }));
     EXPECT_EQ(m_store->identityOf(service(1, 10)), (ProcessIdentity{1, 333}));
-    EXPECT_EQ(m_store->identityOf(service(2, 20)), std::nullopt);
+}
+
+TEST_F(RefreshCycle, TheProcessOfAServiceThatIsNotListedIsNone)
+{
+    makeStore();
+    const Service self = service(qint32(getpid()), 10);
+    m_store->refresh();
+    m_scanner.finish({self}, {});
+    ASSERT_TRUE(eventually([this] { return !m_store->isScanning(); }));
+    EXPECT_EQ(m_store->identityOf(self), std::nullopt) << "listed, but the system does not tell";
+    m_store->refresh();
+    m_scanner.finish({}, {});
+    ASSERT_TRUE(eventually([this] { return !m_store->isScanning(); }));
+    EXPECT_FALSE(ProcessHandle(m_store->identityOf(self).value_or(*ProcessIdentity::of(getpid()))).send(0));
 }
 
 TEST_F(RefreshCycle, AKnownServiceKeepsItsHealthAndANewOneIsUnknown)

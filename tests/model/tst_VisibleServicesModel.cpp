@@ -162,6 +162,18 @@ TEST_F(VisibleServicesModelTest, RowsComeAndGoInPlace)
     EXPECT_THAT(signalsOfScan({}), testing::ElementsAre(u"remove 0-1"_s));
 }
 
+TEST_F(VisibleServicesModelTest, ALaterProcessWithTheSamePidAndPortIsAnotherRow)
+{
+    m_store->refresh();
+    m_scanner.finish({service(1, 10), service(2, 20)}, {{1, {1, 111}}, {2, {2, 222}}});
+    ASSERT_TRUE(eventually([this] { return !m_store->isScanning(); }));
+    signalsNow();
+    m_store->refresh();
+    m_scanner.finish({service(1, 10), service(2, 20)}, {{1, {1, 112}}, {2, {2, 222}}});
+    ASSERT_TRUE(eventually([this] { return !m_store->isScanning(); }));
+    EXPECT_THAT(signalsNow(), testing::ElementsAre(u"remove 0-0"_s, u"insert 0-0"_s));
+}
+
 TEST_F(VisibleServicesModelTest, OnlyChangedRolesAreTold)
 {
     signalsOfScan({service(1, 10), service(2, 20), service(3, 30)});
