@@ -167,6 +167,37 @@ ViewTest {
         compare(actions.calls, ["copyPort 20-20"]);
     }
 
+    function overlaps(list) {
+        const shown = ViewInspector.all(list, "ServiceRowView").sort((a, b) => a.y - b.y);
+        return shown.filter((row, i) => i > 0 && row.y < shown[i - 1].y + shown[i - 1].height).map(row => row.service.displayName);
+    }
+
+    function portsFrom(first, count) {
+        return Array.from({ length: count }, (_, i) => first + i);
+    }
+
+    function test_a_cleared_search_leaves_no_row_under_another() {
+        const list = make(services(...portsFrom(9000, 12)));
+        root.bench.store.searchText = "9011";
+        tryVerify(() => rows(list).length === 1);
+        root.bench.store.searchText = "";
+        tryVerify(() => rows(list).length > 1);
+        waitForTransitions(list);
+        compare(overlaps(list), []);
+    }
+
+    function test_a_focused_row_that_is_pushed_down_is_followed() {
+        const list = make(services(9020));
+        const focused = row(list, "s9020");
+        focused.forceActiveFocus(Qt.TabFocusReason);
+        root.bench.find(services(...portsFrom(9000, 12), 9020));
+        tryVerify(() => rows(list).length > 1);
+        waitForTransitions(list);
+        compare(overlaps(list), []);
+        verify(focused.activeFocus);
+        verify(seen(list).includes("s9020"));
+    }
+
     function test_rows_fade_in_and_the_others_slide() {
         const list = make(services(10, 20));
         const below = row(list, "s20");
@@ -209,6 +240,7 @@ ViewTest {
     function stopButton(list, name) {
         point(row(list, name));
         tryVerify(() => ViewInspector.named(row(list, name), "Stop"));
+        tryVerify(() => ViewInspector.first(row(list, name), "RowActions").parent.opacity === 1);
         return ViewInspector.named(row(list, name), "Stop");
     }
 
@@ -226,7 +258,7 @@ ViewTest {
         compare(actions.calls, []);
         leave();
         wait(200);
-        mouseClick(list, place.x, place.y);
+        mouseClick(stopButton(list, "s20"));
         compare(actions.calls, ["stop 20-20"]);
     }
 
@@ -247,6 +279,7 @@ ViewTest {
         mouseClick(list, place.x, place.y);
         compare(actions.calls, [data.call, data.call]);
         leave();
+        data.at(list);
         mouseClick(list, place.x, place.y);
         compare(actions.calls, [data.call, data.call, data.call]);
     }

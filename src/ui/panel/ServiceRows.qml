@@ -16,12 +16,33 @@ ListView {
         root.positionViewAtIndex(index, ListView.Contain);
     }
 
+    // A ListView leaves the current row where it is, under another one, when inserted rows push it out of view.
+    function settleCurrent() {
+        const there = root.currentItem ? root.indexAt(1, root.currentItem.y + 1) : -1;
+        if (there < 0 || there === root.currentIndex)
+            return;
+        const row = root.currentItem as ServiceRowView;
+        if (root.activeFocus || row.menu)
+            root.positionViewAtIndex(root.currentIndex, ListView.Contain);
+        else
+            root.currentIndex = there;
+    }
+
+    // Once the view has placed the rows.
+    Timer {
+        id: settle
+
+        interval: 0
+        onTriggered: root.settleCurrent()
+    }
+
     spacing: 8
     cacheBuffer: 72 // about one row beyond each end; the default of about five takes a megabyte more
     bottomMargin: 12
     boundsBehavior: root.contentHeight > root.height ? Flickable.DragAndOvershootBounds : Flickable.StopAtBounds
     Accessible.role: Accessible.List
     Accessible.name: "Services"
+    onCountChanged: settle.restart()
     Keys.onPressed: event => {
         if (event.key === Qt.Key_Home || event.key === Qt.Key_End)
             root.makeCurrent(event.key === Qt.Key_Home ? 0 : root.count - 1);
