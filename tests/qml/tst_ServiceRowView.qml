@@ -280,7 +280,33 @@ ViewTest {
     function button(row, name) {
         point(row);
         tryVerify(() => ViewInspector.named(row, name));
+        tryVerify(() => ViewInspector.first(row, "RowActions").parent.opacity === 1);
         return ViewInspector.named(row, name);
+    }
+
+    function test_a_tap_on_the_status_opens() {
+        const [row, actions] = make();
+        leave();
+        const status = ViewInspector.first(row, "StatusIndicator");
+        const at = status.mapToItem(row, status.width / 2, status.height / 2);
+        const touch = touchEvent(row);
+        touch.press(1, row, at.x, at.y).commit();
+        touch.release(1, row, at.x, at.y).commit();
+        compare(actions.calls, ["openInBrowser 4242-5173"]);
+    }
+
+    function test_a_press_on_buttons_that_cannot_be_seen_yet_counts_for_nothing() {
+        const [row, actions] = make();
+        point(row);
+        tryVerify(() => ViewInspector.named(row, "Stop"));
+        const stop = ViewInspector.named(row, "Stop");
+        const at = stop.mapToItem(row, stop.width / 2, stop.height / 2);
+        leave();
+        tryVerify(() => !ViewInspector.first(row, "RowActions"));
+        mouseMove(row, at.x, at.y);
+        mouseClick(row, at.x, at.y);
+        const canBeSeen = (ViewInspector.first(row, "RowActions")?.parent.opacity ?? 0) >= 0.5; // on a machine that stood still
+        verify(canBeSeen || actions.calls.length === 0);
     }
 
     function test_buttons_call() {

@@ -11,6 +11,7 @@ Item {
     property string toolTip: root.label
     property real radius: 7
     property color background: root.hovering ? Theme.cardHover : "transparent"
+    property bool takesPointer: true
     property bool isByPointer: false // valid while `clicked` is emitted
     readonly property bool hovering: hover.hovered
 
@@ -51,6 +52,7 @@ Item {
         id: pointer
 
         anchors.fill: parent
+        enabled: root.takesPointer
         onClicked: root.click()
     }
 

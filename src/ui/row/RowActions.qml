@@ -19,6 +19,7 @@ Row {
     RowIconButton {
         symbol: "arrow.up.right"
         help: "Open"
+        takesPointer: root.isShown
         Accessible.ignored: !root.isShown
         onClicked: root.open()
     }
@@ -29,6 +30,7 @@ Row {
         symbol: root.copied ? "checkmark" : "doc.on.doc"
         help: "Copy URL"
         tint: root.copied ? Theme.online : copyButton.hovering ? Theme.textStrong : Theme.textMuted
+        takesPointer: root.isShown
         Accessible.ignored: !root.isShown
         onClicked: root.copy()
     }
@@ -37,6 +39,7 @@ Row {
         symbol: "stop.fill"
         help: "Stop"
         tint: Theme.offline
+        takesPointer: root.isShown
         Accessible.ignored: !root.isShown
         onClicked: root.stop()
     }
@@ -50,6 +53,7 @@ Row {
         tint: Theme.textMuted
         background: Qt.rgba(1, 1, 1, 0.04)
         Accessible.role: Accessible.ButtonMenu
+        takesPointer: root.isShown
         Accessible.ignored: !root.isShown
         onClicked: root.menu(more)
     }

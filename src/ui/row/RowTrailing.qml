@@ -61,4 +61,9 @@ FocusScope {
             }
         }
     }
+    // Until they can be seen, the buttons take no press, and the card below does not either: a pointer may have jumped here.
+    MouseArea {
+        anchors.fill: loader
+        enabled: root.showsActions && loader.opacity < 0.5
+    }
 }
