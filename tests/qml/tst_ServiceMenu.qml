@@ -127,6 +127,28 @@ MenuTest {
         verify(menu() && !menu().current, "a click does not select an entry");
     }
 
+    function test_a_resting_pointer_chooses_nothing_when_keys_open_it() {
+        const [row, actions] = open({});
+        const last = entry("Stop Server");
+        const at = last.mapToItem(root, last.width / 2, last.height / 2);
+        keyClick(Qt.Key_Escape);
+        tryVerify(closed);
+        mouseMove(root, at.x, at.y);
+        row.forceActiveFocus();
+        keyClick(Qt.Key_F10, Qt.ShiftModifier);
+        const again = entry("Stop Server").mapToItem(root, 0, 0);
+        mouseMove(root, at.x, again.y + 5); // where that entry is now
+        keyClick(Qt.Key_Escape);
+        tryVerify(closed);
+        keyClick(Qt.Key_F10, Qt.ShiftModifier);
+        waitForRendering(root.Window.contentItem);
+        wait(50);
+        compare(menu().current.text, "Open in Browser");
+        mouseMove(root, at.x + 2, again.y + 6);
+        compare(menu().current.text, "Stop Server");
+        compare(actions.calls, []);
+    }
+
     function test_style() {
         open({ folder: "/tmp/x" });
         compare(ViewInspector.style(ViewInspector.text(menu(), "Copy URL")), "12.5 400 system #ededed");

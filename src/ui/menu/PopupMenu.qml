@@ -64,7 +64,10 @@ FocusScope {
     Keys.onEnterPressed: event => root.triggerByKey(event)
     Keys.onSpacePressed: event => root.triggerByKey(event)
     Keys.onEscapePressed: root.close()
-    Keys.onMenuPressed: root.close()
+    Keys.onMenuPressed: event => {
+        if (!event.isAutoRepeat)
+            root.close();
+    }
     Keys.onPressed: event => {
         if (event.key === Qt.Key_Home || event.key === Qt.Key_End)
             root.edge(event.key === Qt.Key_Home).forceActiveFocus(Qt.TabFocusReason);
@@ -99,6 +102,7 @@ FocusScope {
         anchors.fill: parent
         acceptedButtons: Qt.AllButtons
         hoverEnabled: true
+        onPositionChanged: pointer.hasMoved = true
         onPressed: root.close()
         onWheel: root.close()
     }
@@ -146,12 +150,20 @@ FocusScope {
             id: pointer
 
             property bool isMeant
+            property bool hasMoved: root.isByPointer
 
             anchors.fill: parent
             hoverEnabled: true
             acceptedButtons: Qt.AllButtons
-            onEntered: root.point(pointer.mouseY)
-            onPositionChanged: mouse => root.point(mouse.y)
+            // A resting pointer chooses nothing in a menu that was opened by keyboard.
+            onEntered: {
+                if (pointer.hasMoved)
+                    root.point(pointer.mouseY);
+            }
+            onPositionChanged: mouse => {
+                pointer.hasMoved = true;
+                root.point(mouse.y);
+            }
             onPressed: mouse => {
                 pointer.isMeant = !Presses.isRepeated();
                 root.point(mouse.y); // touch presses without a preceding move

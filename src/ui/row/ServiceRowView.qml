@@ -48,9 +48,9 @@ Item {
     Accessible.onPressAction: root.actions.openInBrowser(root.service)
     Keys.onReturnPressed: event => root.openByKey(event)
     Keys.onEnterPressed: event => root.openByKey(event)
-    Keys.onMenuPressed: root.openMenuAtTile()
     Keys.onPressed: event => {
-        if (event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier)
+        const asksForMenu = event.key === Qt.Key_Menu || (event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier);
+        if (asksForMenu && !event.isAutoRepeat)
             root.openMenuAtTile();
     }
     onEnabledChanged: {
