@@ -2,6 +2,7 @@
 #include "DisplayServer.h"
 
 #include "FileDescriptor.h"
+#include "XcbDisplay.h"
 
 #include <QCursor>
 #include <QDir>
@@ -121,6 +122,12 @@ std::optional<QPoint> DisplayServer::pointer()
     const bool isXwayland = !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
                             (screen && screen->name().startsWith("XWAYLAND"_L1));
     return canPlaceWindows() && !isXwayland ? std::optional(QCursor::pos()) : std::nullopt;
+}
+
+bool DisplayServer::isPointerOnDesktop()
+{
+    const XcbDisplay display;
+    return !display || display.isPointerOnDesktop();
 }
 
 } // namespace portolan

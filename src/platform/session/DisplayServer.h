@@ -23,4 +23,8 @@ namespace portolan::DisplayServer {
 /// is over X11 windows, and Wayland does not tell: no value. Needs the QGuiApplication.
 [[nodiscard]] std::optional<QPoint> pointer();
 
+/// Whether the pointer is over no window that tells its type, except that of the desktop's background. True
+/// where the display is not X11.
+[[nodiscard]] bool isPointerOnDesktop();
+
 } // namespace portolan::DisplayServer

@@ -122,6 +122,22 @@ void XcbDisplay::showWindowMenu(xcb_window_t window, QPoint position) const
     xcb_flush(m_connection);
 }
 
+bool XcbDisplay::isPointerOnDesktop() const
+{
+    const xcb_atom_t type = atom("_NET_WM_WINDOW_TYPE");
+    const xcb_atom_t desktop = atom("_NET_WM_WINDOW_TYPE_DESKTOP");
+    xcb_window_t window = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
+    while (window != XCB_WINDOW_NONE) {
+        const std::uint32_t found = number(window, type);
+        if (found != 0 && found != desktop)
+            return false;
+        const Owned<xcb_query_pointer_reply_t> pointer(
+            xcb_query_pointer_reply(m_connection, xcb_query_pointer(m_connection, window), nullptr));
+        window = pointer ? pointer->child : xcb_window_t(XCB_WINDOW_NONE);
+    }
+    return true;
+}
+
 int XcbDisplay::depthOfVisual(xcb_visualid_t visual) const
 {
     auto screens = xcb_setup_roots_iterator(xcb_get_setup(m_connection));

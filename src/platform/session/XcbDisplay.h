@@ -39,6 +39,8 @@ public:
     void setText(xcb_window_t window, xcb_atom_t property, const QByteArray &text) const;
     /// Asks the window manager for its menu of `window` at `position` of the root window.
     void showWindowMenu(xcb_window_t window, QPoint position) const;
+    /// Whether the pointer is over no window with a type (_NET_WM_WINDOW_TYPE) other than that of a desktop.
+    [[nodiscard]] bool isPointerOnDesktop() const;
     /// The depth of a visual in bits per pixel; 0 if it is unknown.
     [[nodiscard]] int depthOfVisual(xcb_visualid_t visual) const;
     /// Sends a client message to `window`.

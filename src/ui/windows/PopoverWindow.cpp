@@ -57,7 +57,8 @@ void PopoverWindow::followPress()
 {
     const std::optional<QPoint> pointer = DisplayServer::pointer();
     if (isVisible() && pointer && !geometry().contains(*pointer) &&
-        PopoverPlacement::isOnDesktop(*pointer, m_anchor, Screens::all()))
+        PopoverPlacement::isOnDesktop(*pointer, m_anchor, Screens::all()) &&
+        DisplayServer::isPointerOnDesktop())
         closeUnfocused();
 }
 
