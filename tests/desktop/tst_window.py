@@ -42,6 +42,26 @@ class Detached(Scenario):
         self.assertEqual(self.window.id, first.id)
         eventually(lambda: self.desktop.active_window() == first.id, "the window to be active")
 
+    def test_is_maximised_again_after_having_been_closed(self):
+        d = self.desktop
+        d.run("xdotool", "mousemove", str(self.window.x + 200), str(self.window.y + 14), "click", "--repeat", "2", "1")
+        eventually(lambda: d.window().width == 1280, "the window to be maximised")
+        d.close(self.window)
+        eventually(lambda: not d.window(), "the window to close")
+        self.detach()
+        eventually(lambda: "_NET_WM_STATE_MAXIMIZED_VERT" in d.window().properties, "the window to be maximised again")
+        d.run("xdotool", "mousemove", "640", str(d.window().y + 14), "click", "--repeat", "2", "1")
+        eventually(lambda: (d.window().width, d.window().height) == (480, 620), "the window to be restored")
+
+    def test_program_keeps_running_when_it_is_closed_while_the_panel_restarts(self):
+        d = self.desktop
+        d.stop_panel()
+        d.close(self.window)
+        eventually(lambda: not d.windows(), "the window to close")
+        self.assertTrue(d.is_running())
+        d.panel = d.start_panel()
+        self.detach()
+
     def test_program_keeps_running_when_closed(self):
         d = self.desktop
         d.close(self.window)

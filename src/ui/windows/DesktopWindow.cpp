@@ -38,7 +38,13 @@ void DesktopWindow::open()
         rootObject()->setProperty("rightButtons", buttons.right);
     });
     WindowHints::setRole(*this, "portolan-desktop");
+    // Window managers forget the state of a window that was closed, whose size is still that of the state.
+    const Qt::WindowStates closedAs = isVisible() ? Qt::WindowNoState : m_closedAs;
+    if (closedAs)
+        resize(defaultSize);
     bringToFront();
+    if (closedAs)
+        setWindowStates(closedAs);
 }
 
 void DesktopWindow::showMenu()
@@ -48,6 +54,7 @@ void DesktopWindow::showMenu()
 
 void DesktopWindow::closeEvent(QCloseEvent *event)
 {
+    m_closedAs = windowStates() & (Qt::WindowMaximized | Qt::WindowFullScreen);
     RootWindow::closeEvent(event);
     Q_EMIT closed();
 }

@@ -26,6 +26,9 @@ protected:
 
 private Q_SLOTS:
     void showMenu();
+
+private:
+    Qt::WindowStates m_closedAs;
 };
 
 } // namespace portolan

@@ -57,6 +57,7 @@ PortolanApp::PortolanApp(const RootContent &content)
     : m_content(content)
     , m_icon(makeStatusIcon(statusIconArt()))
 {
+    connect(m_icon.get(), &StatusIcon::hostChanged, this, [this] { m_hadIcon |= isReachable(); });
     connect(m_icon.get(), &StatusIcon::activated, this, &PortolanApp::clickIcon);
     connect(m_icon.get(), &StatusIcon::menuShown, this, [this] { takeIconPosition({}); });
     connect(m_icon.get(), &StatusIcon::openRequested, this, [this] { openPopover(iconPosition()); });
@@ -145,8 +146,9 @@ void PortolanApp::openWindow()
 
 void PortolanApp::leaveWindow()
 {
-    // Without a status icon the user could not open the program again.
-    if (!isReachable())
+    // Without a status icon the user could not open the program again. One that was there comes back with its
+    // panel.
+    if (!isReachable() && !m_hadIcon)
         QCoreApplication::quit();
 }
 

@@ -56,6 +56,7 @@ private:
     RootContent m_content;
     std::unique_ptr<StatusIcon> m_icon;
     std::optional<QPoint> m_iconPosition; // known after the first click
+    bool m_hadIcon = false;
     ReopenGuard m_reopenGuard;
 
     // Created on demand, as they take most of the memory.
