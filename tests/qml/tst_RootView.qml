@@ -196,6 +196,23 @@ ViewTest {
         compare(part(view, "SearchField").text, "");
     }
 
+    TextEdit {
+        id: terminal
+    }
+
+    function test_a_pasted_line_break_becomes_a_blank() {
+        const view = make();
+        terminal.text = "dash\n";
+        terminal.selectAll();
+        terminal.copy();
+        keyClick(Qt.Key_K, Qt.ControlModifier);
+        keyClick(Qt.Key_V, Qt.ControlModifier);
+        compare(bench.store.searchText, "dash ");
+        compare(part(view, "SearchField").text, "dash ");
+        keyClick("x");
+        compare(bench.store.searchText, "dash x");
+    }
+
     function test_shortcut_focuses_the_search_from_any_control() {
         const view = make();
         bench.find(Samples.ordinary(2));

@@ -12,7 +12,7 @@ PopupMenu {
 
     signal togglePin
 
-    Accessible.name: root.service.displayName
+    Accessible.name: DisplayText.line(root.service.displayName)
 
     MenuEntry {
         text: "Open in Browser"

@@ -74,7 +74,7 @@ FocusScope {
 
             width: parent.width
             text: root.store.searchText
-            onTextChanged: root.store.searchText = search.text
+            onTextChanged: root.store.searchText = search.text.replace(/[\r\n\u2028\u2029]+/g, " ") // as pasted
         }
     }
 
