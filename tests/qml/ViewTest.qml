@@ -31,6 +31,12 @@ TestCase {
         mouseMove(item, item.width / 2, item.height / 2);
     }
 
+    // A button of a row that shows its buttons, once it takes presses.
+    function rowButton(row: Item, name: string): Item {
+        tryVerify(() => ViewInspector.first(row, "RowActions")?.parent.opacity === 1);
+        return ViewInspector.named(row, name);
+    }
+
     function leave() {
         mouseMove(root, root.width - 1, root.height - 1);
     }

@@ -274,10 +274,10 @@ ViewTest {
         const row = ViewInspector.all(view, "ServiceRowView")[0];
         const scans = bench.scans;
         point(row);
-        tryVerify(() => ViewInspector.named(row, "Stop"));
+        const stop = rowButton(row, "Stop");
         wait(200);
         const start = Date.now();
-        mouseClick(ViewInspector.named(row, "Stop"));
+        mouseClick(stop);
         compare(actions.calls, ["stop 49000-3000"]);
         compare(bench.store.services.length, 1);
         tryVerify(() => bench.scans === scans + 1);

@@ -239,9 +239,7 @@ ViewTest {
 
     function stopButton(list, name) {
         point(row(list, name));
-        tryVerify(() => ViewInspector.named(row(list, name), "Stop"));
-        tryVerify(() => ViewInspector.first(row(list, name), "RowActions").parent.opacity === 1);
-        return ViewInspector.named(row(list, name), "Stop");
+        return rowButton(row(list, name), "Stop");
     }
 
     function test_a_press_on_a_row_that_has_just_come_counts_for_nobody() {

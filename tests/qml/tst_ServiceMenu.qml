@@ -80,8 +80,7 @@ MenuTest {
         keyClick(Qt.Key_Escape);
         tryVerify(closed);
         point(row);
-        tryVerify(() => ViewInspector.named(row, "More"));
-        mouseClick(ViewInspector.named(row, "More"));
+        mouseClick(rowButton(row, "More"));
         compare(outline(), outlined);
     }
 
@@ -123,7 +122,7 @@ MenuTest {
         compare(menu().current.text, "Open in Browser");
         keyClick(Qt.Key_Escape);
         tryVerify(closed);
-        mouseClick(ViewInspector.named(row, "More"));
+        mouseClick(rowButton(row, "More"));
         verify(menu() && !menu().current, "a click does not select an entry");
     }
 

@@ -279,9 +279,7 @@ ViewTest {
 
     function button(row, name) {
         point(row);
-        tryVerify(() => ViewInspector.named(row, name));
-        tryVerify(() => ViewInspector.first(row, "RowActions").parent.opacity === 1);
-        return ViewInspector.named(row, name);
+        return rowButton(row, name);
     }
 
     function test_a_tap_on_the_status_opens() {
