@@ -186,6 +186,17 @@ ViewTest {
         compare(overlaps(list), []);
     }
 
+    function test_a_row_that_comes_above_a_half_visible_one_does_not_scroll() {
+        const list = make(services(...portsFrom(9010, 12)));
+        const rowsView = view(list);
+        rowsView.contentY = 40;
+        root.bench.find(services(9000, ...portsFrom(9010, 12)));
+        wait(400);
+        waitForTransitions(list);
+        verify(rowsView.contentY >= 40);
+        compare(overlaps(list), []);
+    }
+
     function test_a_focused_row_that_is_pushed_down_is_followed() {
         const list = make(services(9020));
         const focused = row(list, "s9020");

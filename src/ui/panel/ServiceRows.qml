@@ -18,14 +18,19 @@ ListView {
 
     // A ListView leaves the current row where it is, under another one, when inserted rows push it out of view.
     function settleCurrent() {
-        const there = root.currentItem ? root.indexAt(1, root.currentItem.y + 1) : -1;
-        if (there < 0 || there === root.currentIndex)
+        if (!root.currentItem || root.itemAtIndex(root.currentIndex))
+            return; // the view has placed it
+        const there = root.indexAt(1, root.currentItem.y + 1);
+        if (there < 0)
             return;
         const row = root.currentItem as ServiceRowView;
-        if (root.activeFocus || row.menu)
+        if (root.focus || row.menu) {
             root.positionViewAtIndex(root.currentIndex, ListView.Contain);
-        else
+        } else {
+            const y = root.contentY;
             root.currentIndex = there;
+            root.contentY = y; // a new current row is scrolled to
+        }
     }
 
     // Once the view has placed the rows.
