@@ -12,6 +12,8 @@ FocusScope {
 
     property bool isByPointer: false // otherwise opened by keyboard: the first entry is the current one
     default property alias entries: column.data
+    property bool followsPointer: root.isByPointer // a resting pointer chooses nothing in a menu that keys opened
+    property var restingPlace: null // of the pointer, on the screen: the menu may move below it
     property Item previousFocus
     readonly property MenuEntry current: root.Window.activeFocusItem as MenuEntry
     readonly property rect place: root.owner.mapToItem(root, root.anchor)
@@ -30,6 +32,13 @@ FocusScope {
     function step(forward: bool) {
         const next = root.current ? root.current.nextItemInFocusChain(forward) as MenuEntry : null;
         (next ? next : root.edge(forward)).forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    function noteMove(place: point) {
+        if (root.restingPlace === null)
+            root.restingPlace = place;
+        else if (root.restingPlace.x !== place.x || root.restingPlace.y !== place.y)
+            root.followsPointer = true;
     }
 
     function point(y: real) {
@@ -99,10 +108,13 @@ FocusScope {
     }
 
     MouseArea {
+        id: outside
+
         anchors.fill: parent
         acceptedButtons: Qt.AllButtons
         hoverEnabled: true
-        onPositionChanged: pointer.hasMoved = true
+        onEntered: root.noteMove(outside.mapToGlobal(outside.mouseX, outside.mouseY))
+        onPositionChanged: mouse => root.noteMove(outside.mapToGlobal(mouse.x, mouse.y))
         onPressed: root.close()
         onWheel: root.close()
     }
@@ -150,19 +162,19 @@ FocusScope {
             id: pointer
 
             property bool isMeant
-            property bool hasMoved: root.isByPointer
 
             anchors.fill: parent
             hoverEnabled: true
             acceptedButtons: Qt.AllButtons
-            // A resting pointer chooses nothing in a menu that was opened by keyboard.
             onEntered: {
-                if (pointer.hasMoved)
+                root.noteMove(pointer.mapToGlobal(pointer.mouseX, pointer.mouseY));
+                if (root.followsPointer)
                     root.point(pointer.mouseY);
             }
             onPositionChanged: mouse => {
-                pointer.hasMoved = true;
-                root.point(mouse.y);
+                root.noteMove(pointer.mapToGlobal(mouse.x, mouse.y));
+                if (root.followsPointer)
+                    root.point(mouse.y);
             }
             onPressed: mouse => {
                 pointer.isMeant = !Presses.isRepeated();
