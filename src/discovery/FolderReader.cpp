@@ -115,8 +115,8 @@ FolderReader::Answers FolderReader::ask(const std::vector<Question> &questions, 
         if (batch.asked.empty() || (!m_child && !start()))
             break;
         const std::uint32_t before = m_child->progress->begun;
-        const bool isLast = timeOuts + 1 == maxTimeOuts;
-        if (exchange(batch, answers, isLast ? limits.deadline / 10 : limits.deadline, stop.descriptor()))
+        const bool isLastAttempt = timeOuts + 1 == maxTimeOuts;
+        if (exchange(batch, answers, limits.deadline, isLastAttempt, stop.descriptor()))
             break;
         const std::uint32_t begun = m_child->progress->begun - before;
         abandon(begun > 0 ? questions[batch.asked[begun - 1]].folder : QString());
@@ -140,7 +140,8 @@ FolderReader::Batch FolderReader::batchOf(const std::vector<Question> &questions
 }
 
 /// Whether the child has answered everything. If not, it has ended or hangs, or a stop was requested.
-bool FolderReader::exchange(Batch &batch, Answers &answers, std::chrono::milliseconds deadline, int stop)
+bool FolderReader::exchange(Batch &batch, Answers &answers, std::chrono::milliseconds deadline,
+                            bool isLastAttempt, int stop)
 {
     const FolderAnswers::Progress &progress = *m_child->progress;
     const int connection = m_child->connection.get();
@@ -150,10 +151,11 @@ bool FolderReader::exchange(Batch &batch, Answers &answers, std::chrono::millise
         return false;
     bool isLast = false; // what it has answered counts, however late this thread reads it
     while (batch.answered < batch.asked.size() && !isLast) {
-        const auto since = progress.begun == before
-                               ? start
-                               : Clock::time_point(std::chrono::nanoseconds(progress.begunNs.load()));
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(since + deadline - Clock::now());
+        const bool hasBegun = progress.begun != before;
+        const auto since =
+            hasBegun ? Clock::time_point(std::chrono::nanoseconds(progress.begunNs.load())) : start;
+        const auto limit = hasBegun && isLastAttempt ? deadline / 10 : deadline;
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(since + limit - Clock::now());
         isLast = left.count() <= 0;
         const int events = batch.unsent.isEmpty() ? POLLIN : POLLIN | POLLOUT;
         pollfd watched[] = {{connection, short(events), 0}, {stop, POLLIN, 0}};

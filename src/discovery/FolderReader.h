@@ -77,7 +77,8 @@ private:
     struct Batch;
 
     [[nodiscard]] Batch batchOf(const std::vector<Question> &questions, Answers &answers) const;
-    bool exchange(Batch &batch, Answers &answers, std::chrono::milliseconds deadline, int stop);
+    bool exchange(Batch &batch, Answers &answers, std::chrono::milliseconds deadline, bool isLastAttempt,
+                  int stop);
     bool start();
     void abandon(const QString &folder);
 

@@ -362,7 +362,7 @@ TEST_F(FolderReaderOnADeadMount, KeepsWhatWasReadBeforeASecondFolderHung)
     const std::vector<FolderReader::Question> questions{
         {Kind::IsFolder, u"/"_s},      {Kind::File, folder(1), name}, {Kind::IsFolder, u"/"_s},
         {Kind::File, folder(2), name}, {Kind::File, folder(3), name}, {Kind::File, folder(4), name}};
-    const std::vector<Answer> answers = reader.ask(questions, {.deadline = 100ms});
+    const std::vector<Answer> answers = reader.ask(questions, {.deadline = 500ms});
     for (size_t i = 0; i < answers.size(); ++i)
         EXPECT_EQ(answers[i].has_value(), i % 2 == 0 && i < 4) << i;
 }
@@ -395,7 +395,7 @@ TEST_F(FolderReaderOnADeadMount, HangsInNoMoreThanThreeFoldersARun)
         questions.push_back({Kind::File, folder(i), name});
     questions.push_back({Kind::IsFolder, u"/"_s});
     for (const int taken : {3, 5, 5}) {
-        const std::vector<Answer> answers = reader.ask(questions, {.deadline = 100ms});
+        const std::vector<Answer> answers = reader.ask(questions, {.deadline = 500ms});
         EXPECT_EQ(m_mount->taken(), taken);
         EXPECT_EQ(answers.back().has_value(), taken == 5);
     }
