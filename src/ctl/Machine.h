@@ -31,7 +31,8 @@ public:
     virtual void watch() = 0;
 
     /// Tells the server's process to end, and kills it if necessary. Calls `report` once, later, with a short
-    /// harmless text about the outcome and whether the process has ended.
+    /// harmless text about the outcome and whether the process has ended. On another machine it is the
+    /// process that has the service's pid and port when the request arrives.
     using Report = std::function<void(const QString &text, bool hasEnded)>;
     virtual void stop(const ListedService &listed, const Report &report) = 0;
 

@@ -45,6 +45,10 @@ public:
         m_redraw.setSingleShot(true);
         m_redraw.callOnTimeout(this, &Watch::draw);
         connect(&m_machines, &Machines::changed, this, &Watch::redrawSoon);
+        connect(&m_machines, &Machines::refreshed, this, [this] {
+            m_view.endRefresh();
+            redrawSoon();
+        });
         connect(&m_screen, &Screen::redrawNeeded, this, &Watch::redrawSoon);
         connect(&m_screen, &Screen::lost, &m_loop, &QEventLoop::quit);
         connect(&m_screen, &Screen::entered, this,

@@ -72,10 +72,14 @@ WatchView::WatchView(const QString &searchText, SortOrder order, bool readsKeys)
 
 void WatchView::setContent(const Content &content)
 {
-    if (m_message == refreshing && content.lastUpdated != m_content.lastUpdated)
-        m_message.clear();
     m_content = content;
     arrange();
+}
+
+void WatchView::endRefresh()
+{
+    if (m_message == refreshing)
+        m_message.clear();
 }
 
 void WatchView::setSize(Output::Size size)

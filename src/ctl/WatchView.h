@@ -55,6 +55,8 @@ public:
     void setNote(const ListedService &service, const QString &note);
     /// Shows `text` in the last line until the next key.
     void setMessage(const QString &text) { m_message = text; }
+    /// A refresh has ended: the last line does not say any more that one is under way.
+    void endRefresh();
 
     [[nodiscard]] Request handle(const Input &input);
     [[nodiscard]] Frame frame() const;

@@ -283,8 +283,11 @@ TEST(WatchView, SaysThatItRefreshesUntilItHas)
     EXPECT_EQ(linesOf(view).last(), u"Refreshing…"_s);
     view.setContent({.services = serversOn(3000, 3001), .lastUpdated = noon});
     EXPECT_EQ(linesOf(view).last(), u"Refreshing…"_s);
-    view.setContent({.services = serversOn(3000, 3001), .lastUpdated = noon.addSecs(1)});
+    view.endRefresh();
     EXPECT_TRUE(linesOf(view).last().startsWith(u"Updated "_s));
+    view.setMessage(u"Copied"_s);
+    view.endRefresh();
+    EXPECT_EQ(linesOf(view).last(), u"Copied"_s);
 }
 
 TEST(WatchView, SearchesAsOneTypesAndEscapeClears)
