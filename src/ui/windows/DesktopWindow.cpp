@@ -29,6 +29,10 @@ DesktopWindow::DesktopWindow(QQmlEngine &engine, const RootContent &content)
     setIcon(icon);
     setMinimumSize(smallestSize);
     resize(defaultSize);
+    connect(this, &QWindow::windowStateChanged, this, [this] {
+        if (isVisible() && !(windowStates() & Qt::WindowMinimized))
+            m_lastState = windowStates() & (Qt::WindowMaximized | Qt::WindowFullScreen);
+    });
 }
 
 void DesktopWindow::open()
@@ -54,7 +58,7 @@ void DesktopWindow::showMenu()
 
 void DesktopWindow::closeEvent(QCloseEvent *event)
 {
-    m_closedAs = windowStates() & (Qt::WindowMaximized | Qt::WindowFullScreen);
+    m_closedAs = m_lastState;
     RootWindow::closeEvent(event);
     Q_EMIT closed();
 }

@@ -28,6 +28,7 @@ private Q_SLOTS:
     void showMenu();
 
 private:
+    Qt::WindowStates m_lastState; ///< but minimised
     Qt::WindowStates m_closedAs;
 };
 

@@ -57,6 +57,7 @@ PortolanApp::PortolanApp(const RootContent &content)
     : m_content(content)
     , m_icon(makeStatusIcon(statusIconArt()))
 {
+    m_hadIcon = isReachable();
     connect(m_icon.get(), &StatusIcon::hostChanged, this, [this] { m_hadIcon |= isReachable(); });
     connect(m_icon.get(), &StatusIcon::activated, this, &PortolanApp::clickIcon);
     connect(m_icon.get(), &StatusIcon::menuShown, this, [this] { takeIconPosition({}); });
