@@ -326,8 +326,9 @@ ViewTest {
 
     function test_copying_shows_a_check_mark_for_a_while() {
         const [row] = make();
+        const copy = button(row, "Copy URL");
         const first = Date.now();
-        mouseClick(button(row, "Copy URL"));
+        mouseClick(copy);
         verify(row.copied);
         compare(ViewInspector.symbol(row, "checkmark").color, Theme.online);
         verify(!ViewInspector.symbol(row, "doc.on.doc"));
