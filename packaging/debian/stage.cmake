@@ -39,6 +39,6 @@ execute_process(
         ${USR}/share/man/man1/portolan.1 ${USR}/share/man/man1/portolanctl.1
     COMMAND_ERROR_IS_FATAL ANY)
 
-# Whatever the umask of whoever makes the package.
+# Their modes do not depend on the umask of the build.
 file(GLOB DOCUMENTS ${DOC}/*)
 file(CHMOD ${DOCUMENTS} PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)

@@ -16,7 +16,7 @@ namespace portolan {
 class ProcessHandle
 {
 public:
-    /// Holds the process that has `pid` now, whoever owns it. Holds none if there is none, if it could not be
+    /// Holds the process that has `pid` now, of any user. Holds none if there is none, if it could not be
     /// told from a later one, or if `pid` is not positive (kill(2) takes 0 and negative numbers for groups).
     explicit ProcessHandle(qint32 pid);
 
