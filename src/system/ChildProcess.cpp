@@ -28,10 +28,8 @@ struct Launch
 {
     ChildSetup::Call call;
     int output;
-    bool inheritsInput;
     int null;
     int failure; ///< where the child says that it could not become the program
-    bool diesWithCaller;
     pid_t caller;
 };
 
@@ -44,13 +42,11 @@ struct Launch
 [[noreturn]] void becomeProgram(const Launch &launch)
 {
     setpgid(0, 0);
-    if (launch.diesWithCaller) {
-        prctl(PR_SET_PDEATHSIG, SIGKILL);
-        if (getppid() != launch.caller)
-            _exit(127);
-    }
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (getppid() != launch.caller)
+        _exit(127);
     // Where this program has no standard input, number 0 is free or belongs to another descriptor.
-    const int inputFlags = launch.inheritsInput ? fcntl(STDIN_FILENO, F_GETFD) : -1;
+    const int inputFlags = fcntl(STDIN_FILENO, F_GETFD);
     if (inputFlags < 0 || (inputFlags & FD_CLOEXEC))
         dup2(launch.null, STDIN_FILENO);
     constexpr int failure = STDERR_FILENO + 1;
@@ -80,11 +76,11 @@ bool reportsFailure(int descriptor)
 
 } // namespace
 
-std::optional<ChildProcess> ChildProcess::start(const Program &program)
+std::optional<ChildProcess> ChildProcess::start(const QString &path, const QStringList &arguments,
+                                                const QList<QByteArray> &environment, int standardOutput)
 {
     const FileDescriptor null = aboveStandard(FileDescriptor(open("/dev/null", O_RDWR | O_CLOEXEC)).get());
-    const FileDescriptor output =
-        aboveStandard(program.standardOutput < 0 ? null.get() : program.standardOutput);
+    const FileDescriptor output = aboveStandard(standardOutput);
     int ends[2];
     if (!null.isOpen() || !output.isOpen() || pipe2(ends, O_CLOEXEC) != 0)
         return std::nullopt;
@@ -95,12 +91,10 @@ std::optional<ChildProcess> ChildProcess::start(const Program &program)
         return std::nullopt;
 
     const Launch launch{
-        .call = {program.path, program.arguments, program.environment},
+        .call = {path, arguments, environment},
         .output = output.get(),
-        .inheritsInput = program.standardOutput >= 0,
         .null = null.get(),
         .failure = failureWriter.get(),
-        .diesWithCaller = program.diesWithCaller,
         .caller = getpid(),
     };
     const pid_t pid = ChildSetup::startSharing(becomeProgram, launch);

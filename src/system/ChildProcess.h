@@ -21,21 +21,14 @@ namespace portolan {
 class ChildProcess
 {
 public:
-    struct Program
-    {
-        QString path;          ///< absolute
-        QStringList arguments; ///< passed unchanged, after the path as argv[0]
-        QList<QByteArray> environment = ChildSetup::environment(); ///< as "NAME=value"
-        /// The descriptor that becomes its standard output; it then inherits standard input. -1: both are
-        /// /dev/null.
-        int standardOutput = -1;
-        bool diesWithCaller = false; ///< whether it is killed when the calling thread ends
-    };
-
-    /// Starts `program` at the cost of an exec, without copying this process's memory, with its standard
-    /// error on /dev/null and a soft limit of open descriptors of at most 1024. Nothing if that is not
+    /// Starts the program at `path` (absolute) at the cost of an exec, without copying this process's memory.
+    /// `arguments` are passed unchanged, after the path as argv[0]; `environment` as "NAME=value". It writes
+    /// to `standardOutput`, inherits standard input, has its standard error on /dev/null and a soft limit of
+    /// open descriptors of at most 1024, and is killed when the calling thread ends. Nothing if that is not
     /// possible: no such file, not executable, no descriptors or processes left.
-    [[nodiscard]] static std::optional<ChildProcess> start(const Program &program);
+    [[nodiscard]] static std::optional<ChildProcess> start(const QString &path, const QStringList &arguments,
+                                                           const QList<QByteArray> &environment,
+                                                           int standardOutput);
 
     /// Starts a copy of this process that ends when `serve`, called with its descriptor 0, returns. That
     /// descriptor is `connection`; the copy has no other, runs in the root folder and is called `name` (at

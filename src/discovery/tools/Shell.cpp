@@ -91,13 +91,7 @@ Shell::Result Shell::run(const QString &path, const QStringList &arguments, cons
     const FileDescriptor reader(ends[0]);
     FileDescriptor writer(ends[1]);
 
-    std::optional<ChildProcess> child = ChildProcess::start({
-        .path = path,
-        .arguments = arguments,
-        .environment = toolEnvironment(),
-        .standardOutput = writer.get(),
-        .diesWithCaller = true,
-    });
+    std::optional<ChildProcess> child = ChildProcess::start(path, arguments, toolEnvironment(), writer.get());
     if (!child)
         return {};
     writer.close();
