@@ -12,7 +12,7 @@ LoginItem::LoginItem(Autostart entry, QObject *parent)
 
 bool LoginItem::isEnabled() const
 {
-    return m_entry.status() == Autostart::Status::enabled;
+    return m_entry.isEnabled();
 }
 
 bool LoginItem::setEnabled(bool enabled)

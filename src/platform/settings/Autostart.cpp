@@ -94,18 +94,14 @@ std::optional<DesktopEntry> Autostart::systemEntry() const
     return std::nullopt;
 }
 
-Autostart::Status Autostart::status() const
+bool Autostart::isEnabled() const
 {
     if (m_session.userFolder.isEmpty() || m_session.program.isEmpty())
-        return Status::notFound;
+        return false;
     auto entry = read(userFile());
     if (!entry)
         entry = systemEntry();
-    if (!entry)
-        return Status::notRegistered;
-    if (!hasProgram(*entry))
-        return Status::notFound;
-    return isTurnedOff(*entry) ? Status::requiresApproval : Status::enabled;
+    return entry && hasProgram(*entry) && !isTurnedOff(*entry);
 }
 
 /// Desktops disable an entry in different ways without removing it.

@@ -14,13 +14,6 @@ namespace portolan {
 class Autostart
 {
 public:
-    enum class Status {
-        notRegistered,    ///< there is no entry
-        enabled,          ///< the next login starts the program
-        requiresApproval, ///< there is an entry, but it is disabled
-        notFound,         ///< the entry's program is missing, or no entry can be created
-    };
-
     /// The folders to search and the program that a new entry starts.
     struct Session
     {
@@ -34,7 +27,9 @@ public:
     /// The entry of this program in the current session.
     [[nodiscard]] static Autostart ofThisProgram();
 
-    [[nodiscard]] Status status() const;
+    /// Whether the next login starts the program: there is an entry, the desktop has not turned it off, and
+    /// its program exists.
+    [[nodiscard]] bool isEnabled() const;
 
     /// Writes the user's entry, replacing an existing one, so that the next login starts the program. Returns
     /// whether it could be written.

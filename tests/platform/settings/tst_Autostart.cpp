@@ -19,7 +19,6 @@
 namespace portolan {
 
 using namespace Qt::StringLiterals;
-using Status = Autostart::Status;
 
 namespace {
 
@@ -57,75 +56,73 @@ protected:
     QTemporaryDir m_folder;
 };
 
-struct StatusCase
+struct EntryCase
 {
     const char *name;
     QByteArray keys; ///< the lines of the user's entry
-    Status status;
+    bool isEnabled;
 };
 
-class AutostartStatus : public AutostartTest, public testing::WithParamInterface<StatusCase>
+class AutostartEntry : public AutostartTest, public testing::WithParamInterface<EntryCase>
 {};
 
 } // namespace
 
-TEST_P(AutostartStatus, FollowsTheEntry)
+TEST_P(AutostartEntry, FollowsTheEntry)
 {
     write(userFile(), "[Desktop Entry]\nType=Application\n" + GetParam().keys);
-    EXPECT_EQ(autostart().status(), GetParam().status);
+    EXPECT_EQ(autostart().isEnabled(), GetParam().isEnabled);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Entries, AutostartStatus,
+    Entries, AutostartEntry,
     testing::Values(
-        StatusCase{"plain", "Exec=/bin/true\n", Status::enabled},
-        StatusCase{"arguments", "Exec=/bin/true --background\nTryExec=/bin/true\n", Status::enabled},
-        StatusCase{"onPath", "Exec=sh --background\nTryExec=sh\n", Status::enabled},
-        StatusCase{"allOn",
-                   "Exec=sh\nHidden=false\nX-GNOME-Autostart-enabled=true\nX-MATE-Autostart-enabled=true\n",
-                   Status::enabled},
-        StatusCase{"noExec", "Name=x\n", Status::notFound},
-        StatusCase{"emptyExec", "Exec=\n", Status::notFound},
-        StatusCase{"goneExec", "Exec=/no/such/program\n", Status::notFound},
-        StatusCase{"notOnPath", "Exec=no-such-program\n", Status::notFound},
-        StatusCase{"notExecutable", "Exec=/etc/passwd\n", Status::notFound},
-        StatusCase{"folder", "Exec=/tmp\n", Status::notFound},
-        StatusCase{"goneTryExec", "Exec=/bin/true\nTryExec=/no/such/program\n", Status::notFound},
-        StatusCase{"goneAndHidden", "Exec=/no/such/program\nHidden=true\n", Status::notFound},
-        StatusCase{"hidden", "Exec=sh\nHidden=true\n", Status::requiresApproval},
-        StatusCase{"gnomeOff", "Exec=sh\nX-GNOME-Autostart-enabled=false\n", Status::requiresApproval},
-        StatusCase{"mateOff", "Exec=sh\nX-MATE-Autostart-enabled=false\n", Status::requiresApproval},
-        StatusCase{"onlyOthers", "Exec=sh\nOnlyShowIn=GNOME;KDE;\n", Status::requiresApproval},
-        StatusCase{"onlyShowInEmpty", "Exec=sh\nOnlyShowIn=\n", Status::requiresApproval},
-        StatusCase{"onlyThis", "Exec=sh\nOnlyShowIn=GNOME;XFCE;\n", Status::enabled},
-        StatusCase{"notThis", "Exec=sh\nNotShowIn=XFCE\n", Status::requiresApproval},
-        StatusCase{"notOthers", "Exec=sh\nNotShowIn=KDE;\n", Status::enabled}),
+        EntryCase{"plain", "Exec=/bin/true\n", true},
+        EntryCase{"arguments", "Exec=/bin/true --background\nTryExec=/bin/true\n", true},
+        EntryCase{"onPath", "Exec=sh --background\nTryExec=sh\n", true},
+        EntryCase{"allOn",
+                  "Exec=sh\nHidden=false\nX-GNOME-Autostart-enabled=true\nX-MATE-Autostart-enabled=true\n",
+                  true},
+        EntryCase{"noExec", "Name=x\n", false}, EntryCase{"emptyExec", "Exec=\n", false},
+        EntryCase{"goneExec", "Exec=/no/such/program\n", false},
+        EntryCase{"notOnPath", "Exec=no-such-program\n", false},
+        EntryCase{"notExecutable", "Exec=/etc/passwd\n", false}, EntryCase{"folder", "Exec=/tmp\n", false},
+        EntryCase{"goneTryExec", "Exec=/bin/true\nTryExec=/no/such/program\n", false},
+        EntryCase{"goneAndHidden", "Exec=/no/such/program\nHidden=true\n", false},
+        EntryCase{"hidden", "Exec=sh\nHidden=true\n", false},
+        EntryCase{"gnomeOff", "Exec=sh\nX-GNOME-Autostart-enabled=false\n", false},
+        EntryCase{"mateOff", "Exec=sh\nX-MATE-Autostart-enabled=false\n", false},
+        EntryCase{"onlyOthers", "Exec=sh\nOnlyShowIn=GNOME;KDE;\n", false},
+        EntryCase{"onlyShowInEmpty", "Exec=sh\nOnlyShowIn=\n", false},
+        EntryCase{"onlyThis", "Exec=sh\nOnlyShowIn=GNOME;XFCE;\n", true},
+        EntryCase{"notThis", "Exec=sh\nNotShowIn=XFCE\n", false},
+        EntryCase{"notOthers", "Exec=sh\nNotShowIn=KDE;\n", true}),
     [](const auto &row) { return std::string(row.param.name); });
 
-TEST_F(AutostartTest, IsNotRegisteredWithoutAnEntry)
+TEST_F(AutostartTest, IsOffWithoutAnEntry)
 {
-    EXPECT_EQ(autostart().status(), Status::notRegistered);
-    EXPECT_FALSE(QFile::exists(path(u"user"_s))) << "status() creates nothing";
+    EXPECT_FALSE(autostart().isEnabled());
+    EXPECT_FALSE(QFile::exists(path(u"user"_s))) << "looking creates nothing";
 }
 
 TEST_F(AutostartTest, PrefersTheUsersEntryToTheSystems)
 {
     write(systemFile(), "[Desktop Entry]\nExec=/bin/true\n");
-    EXPECT_EQ(autostart().status(), Status::enabled);
+    EXPECT_TRUE(autostart().isEnabled());
     write(userFile(), "[Desktop Entry]\nExec=/bin/true\nHidden=true\n");
-    EXPECT_EQ(autostart().status(), Status::requiresApproval);
+    EXPECT_FALSE(autostart().isEnabled());
 }
 
-TEST_F(AutostartTest, IsNotFoundWithoutFolderOrProgram)
+TEST_F(AutostartTest, IsOffWithoutFolderOrProgram)
 {
     Autostart::Session noFolder = session();
     noFolder.userFolder.clear();
-    EXPECT_EQ(Autostart(noFolder).status(), Status::notFound);
+    EXPECT_FALSE(Autostart(noFolder).isEnabled());
     EXPECT_FALSE(Autostart(noFolder).add());
 
     Autostart::Session noProgram = session();
     noProgram.program.clear();
-    EXPECT_EQ(Autostart(noProgram).status(), Status::notFound);
+    EXPECT_FALSE(Autostart(noProgram).isEnabled());
     EXPECT_FALSE(Autostart(noProgram).add());
     EXPECT_FALSE(QFile::exists(userFile()));
 }
@@ -134,13 +131,13 @@ TEST_F(AutostartTest, IgnoresWhatIsNotAFile)
 {
     QDir().mkpath(path(u"user/autostart"_s));
     ASSERT_EQ(mkfifo(QFile::encodeName(userFile()).constData(), 0600), 0);
-    EXPECT_EQ(autostart().status(), Status::notRegistered);
+    EXPECT_FALSE(autostart().isEnabled());
 }
 
 TEST_F(AutostartTest, WritesANewEntry)
 {
     EXPECT_TRUE(autostart().add());
-    EXPECT_EQ(autostart().status(), Status::enabled);
+    EXPECT_TRUE(autostart().isEnabled());
     EXPECT_EQ(read(userFile()), "[Desktop Entry]\n"
                                 "Type=Application\n"
                                 "Name=Portolan\n"
@@ -160,9 +157,9 @@ TEST_F(AutostartTest, ReplacesADisabledOrBrokenEntry)
 {
     write(userFile(), "[Desktop Entry]\nType=Application\nHidden=true\nExec=/gone --old\n"
                       "X-GNOME-Autostart-enabled=false\nX-MATE-Autostart-enabled=false\n");
-    EXPECT_EQ(autostart().status(), Status::notFound);
+    EXPECT_FALSE(autostart().isEnabled());
     EXPECT_TRUE(autostart().add());
-    EXPECT_EQ(autostart().status(), Status::enabled);
+    EXPECT_TRUE(autostart().isEnabled());
 }
 
 TEST_F(AutostartTest, RemovesTheUsersEntry)
@@ -170,7 +167,7 @@ TEST_F(AutostartTest, RemovesTheUsersEntry)
     autostart().add();
     EXPECT_TRUE(autostart().remove());
     EXPECT_FALSE(QFile::exists(userFile()));
-    EXPECT_EQ(autostart().status(), Status::notRegistered);
+    EXPECT_FALSE(autostart().isEnabled());
     EXPECT_FALSE(autostart().remove());
 }
 
@@ -178,10 +175,10 @@ TEST_F(AutostartTest, HidesTheSystemsEntry)
 {
     write(systemFile(), "[Desktop Entry]\nExec=/bin/true\n");
     EXPECT_TRUE(autostart().remove());
-    EXPECT_EQ(autostart().status(), Status::requiresApproval);
+    EXPECT_FALSE(autostart().isEnabled());
     EXPECT_EQ(read(systemFile()), "[Desktop Entry]\nExec=/bin/true\n");
     EXPECT_TRUE(autostart().add());
-    EXPECT_EQ(autostart().status(), Status::enabled);
+    EXPECT_TRUE(autostart().isEnabled());
 }
 
 TEST_F(AutostartTest, FailsIfItCannotWrite)
@@ -192,7 +189,7 @@ TEST_F(AutostartTest, FailsIfItCannotWrite)
     else
         ASSERT_TRUE(QFile::setPermissions(m_folder.path(), QFile::ReadOwner | QFile::ExeOwner));
     EXPECT_FALSE(autostart().add());
-    EXPECT_EQ(autostart().status(), Status::notRegistered);
+    EXPECT_FALSE(autostart().isEnabled());
     QFile::setPermissions(m_folder.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
@@ -205,20 +202,20 @@ TEST_F(AutostartTest, ReadsTheSessionFromTheEnvironment)
     const DesktopEntry entry(read(userFile()));
     EXPECT_EQ(DesktopEntry::programOf(*entry.value("Exec")), QCoreApplication::applicationFilePath());
     EXPECT_EQ(DesktopEntry::unescaped(*entry.value("TryExec")), QCoreApplication::applicationFilePath());
-    EXPECT_EQ(Autostart::ofThisProgram().status(), Status::enabled);
+    EXPECT_TRUE(Autostart::ofThisProgram().isEnabled());
 
     write(userFile(), "[Desktop Entry]\nExec=sh\nNotShowIn=XFCE;\n");
-    EXPECT_EQ(Autostart::ofThisProgram().status(), Status::requiresApproval);
+    EXPECT_FALSE(Autostart::ofThisProgram().isEnabled());
     QFile::remove(userFile());
     write(systemFile(), "[Desktop Entry]\nExec=sh\n");
-    EXPECT_EQ(Autostart::ofThisProgram().status(), Status::enabled);
+    EXPECT_TRUE(Autostart::ofThisProgram().isEnabled());
 }
 
-TEST_F(AutostartTest, IsNotFoundWithoutAHomeFolder)
+TEST_F(AutostartTest, IsOffWithoutAHomeFolder)
 {
     const ScopedEnvironment config("XDG_CONFIG_HOME", std::nullopt);
     const ScopedEnvironment home("HOME", std::nullopt);
-    EXPECT_EQ(Autostart::ofThisProgram().status(), Status::notFound);
+    EXPECT_FALSE(Autostart::ofThisProgram().isEnabled());
     EXPECT_FALSE(Autostart::ofThisProgram().add());
 }
 
@@ -248,7 +245,7 @@ protected:
         Autostart::Session here = session();
         here.program = m_program;
         ASSERT_TRUE(Autostart(here).add());
-        ASSERT_EQ(Autostart(here).status(), Status::enabled);
+        ASSERT_TRUE(Autostart(here).isEnabled());
     }
 
     /// The lines of the unit that systemd's generator creates from the entry.
