@@ -38,9 +38,7 @@ public:
     /// The requested probe, to begin it anew.
     [[nodiscard]] ProbeRequest takeBack() { return std::move(m_probe); }
 
-    enum class Method { Head, Get };
-    /// The request to make.
-    [[nodiscard]] Method method() const { return m_method; }
+    /// Where to send the request.
     [[nodiscard]] const RequestTarget &target() const { return m_target; }
     /// The bytes of the request.
     [[nodiscard]] std::string requestText() const;
@@ -51,7 +49,7 @@ public:
     [[nodiscard]] Clock::time_point deadline() const { return std::min(m_idleDeadline, m_totalDeadline); }
 
     enum class Next {
-        Request, ///< method() and target() say which
+        Request, ///< target() and requestText() say which
         End,     ///< the promise has its result
     };
     /// A response to the request under way arrived.
@@ -62,6 +60,8 @@ public:
     [[nodiscard]] Next failed(Clock::time_point now, bool wasRefused = false);
 
 private:
+    enum class Method { Head, Get };
+
     void begin(Method method, Clock::time_point now);
 
     ProbeRequest m_probe;
