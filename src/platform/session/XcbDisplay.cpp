@@ -108,18 +108,9 @@ void XcbDisplay::showWindowMenu(xcb_window_t window, QPoint position) const
 {
     // The press that asks for the menu has grabbed the pointer, which the window manager needs.
     xcb_ungrab_pointer(m_connection, XCB_CURRENT_TIME);
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = window;
-    message.type = atom("_GTK_SHOW_WINDOW_MENU");
-    message.data.data32[1] = uint32_t(position.x());
-    message.data.data32[2] = uint32_t(position.y());
     const auto screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;
-    xcb_send_event(m_connection, 0, screen->root,
-                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                   reinterpret_cast<const char *>(&message));
-    xcb_flush(m_connection);
+    send(screen->root, XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY, window,
+         atom("_GTK_SHOW_WINDOW_MENU"), {0, uint32_t(position.x()), uint32_t(position.y())});
 }
 
 bool XcbDisplay::isPointerOnDesktop() const
@@ -156,14 +147,19 @@ int XcbDisplay::depthOfVisual(xcb_visualid_t visual) const
 
 void XcbDisplay::sendMessage(xcb_window_t window, xcb_atom_t type, std::array<std::uint32_t, 5> data) const
 {
+    send(window, XCB_EVENT_MASK_NO_EVENT, window, type, data);
+}
+
+void XcbDisplay::send(xcb_window_t receiver, std::uint32_t mask, xcb_window_t window, xcb_atom_t type,
+                      std::array<std::uint32_t, 5> data) const
+{
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
     message.window = window;
     message.type = type;
     std::ranges::copy(data, message.data.data32);
-    xcb_send_event(m_connection, 0, window, XCB_EVENT_MASK_NO_EVENT,
-                   reinterpret_cast<const char *>(&message));
+    xcb_send_event(m_connection, 0, receiver, mask, reinterpret_cast<const char *>(&message));
     xcb_flush(m_connection);
 }
 

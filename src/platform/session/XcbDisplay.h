@@ -50,6 +50,9 @@ public:
     [[nodiscard]] QImage backgroundOf(xcb_window_t window) const;
 
 private:
+    void send(xcb_window_t receiver, std::uint32_t mask, xcb_window_t window, xcb_atom_t type,
+              std::array<std::uint32_t, 5> data) const;
+
     xcb_connection_t *m_connection = nullptr;
 };
 
