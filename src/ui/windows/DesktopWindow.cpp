@@ -43,7 +43,7 @@ void DesktopWindow::open()
     });
     WindowHints::setRole(*this, "portolan-desktop");
     // Window managers forget the state of a window that was closed, whose size is still that of the state.
-    const Qt::WindowStates closedAs = isVisible() ? Qt::WindowNoState : m_closedAs;
+    const Qt::WindowStates closedAs = isVisible() ? Qt::WindowNoState : m_lastState;
     if (closedAs)
         resize(defaultSize);
     bringToFront();
@@ -58,7 +58,6 @@ void DesktopWindow::showMenu()
 
 void DesktopWindow::closeEvent(QCloseEvent *event)
 {
-    m_closedAs = m_lastState;
     RootWindow::closeEvent(event);
     Q_EMIT closed();
 }

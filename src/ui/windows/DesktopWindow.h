@@ -28,8 +28,7 @@ private Q_SLOTS:
     void showMenu();
 
 private:
-    Qt::WindowStates m_lastState; ///< but minimised
-    Qt::WindowStates m_closedAs;
+    Qt::WindowStates m_lastState; ///< while it was visible, but minimised
 };
 
 } // namespace portolan
