@@ -175,14 +175,14 @@ bool FolderReader::start()
     if (m_abandoned.size() >= maxAbandoned || socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
         return false;
     FileDescriptor connection(ends[0]);
-    const FileDescriptor childs(ends[1]);
+    const FileDescriptor childEnd(ends[1]);
     void *const shared = mmap(nullptr, sizeof(FolderAnswers::Progress), PROT_READ | PROT_WRITE,
                               MAP_SHARED | MAP_ANONYMOUS, -1, 0);
     if (shared == MAP_FAILED)
         return false;
     Progress progress(new (shared) FolderAnswers::Progress, unmap);
     progress->isCautious = !m_abandoned.empty(); // another folder may hang too
-    auto process = ChildProcess::fork("portolan-files", childs.get(),
+    auto process = ChildProcess::fork("portolan-files", childEnd.get(),
                                       [&progress](int socket) { FolderAnswers::serve(socket, *progress); });
     if (!process)
         return false;

@@ -54,7 +54,7 @@ struct ServiceStoreForeign
     Q_GADGET
     QML_FOREIGN(portolan::ServiceStore)
     QML_NAMED_ELEMENT(ServiceStore)
-    QML_UNCREATABLE("Passed to the views by the program")
+    QML_UNCREATABLE("There is one, handed to the views by the program")
 };
 
 struct ServiceActionsForeign

@@ -8,8 +8,8 @@
 
 namespace portolan {
 
-/// The popover at the status icon. It is as high as its content, and closes when it loses
-/// the focus or the desktop is pressed.
+/// The popover at the status icon. It is as high as its content, and closes when it loses the focus or the
+/// desktop is pressed.
 class PopoverWindow : public RootWindow
 {
     Q_OBJECT
