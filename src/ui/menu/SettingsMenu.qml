@@ -23,20 +23,21 @@ PopupMenu {
         font: Fonts.system(11, Font.Medium)
         color: Theme.textMuted
     }
-    Repeater {
-        model: root.store.sortOrders.length
-
-        MenuEntry {
-            id: entry
-
-            required property int index
-            readonly property sortOrder order: root.store.sortOrders[entry.index]
-
-            text: entry.order.label
-            isCheckable: true
-            isChecked: root.store.sortOrderId === entry.order.id
-            onTriggered: root.store.sortOrderId = entry.order.id
-        }
+    SortEntry {
+        store: root.store
+        order: root.store.sortOrders[0]
+    }
+    SortEntry {
+        store: root.store
+        order: root.store.sortOrders[1]
+    }
+    SortEntry {
+        store: root.store
+        order: root.store.sortOrders[2]
+    }
+    SortEntry {
+        store: root.store
+        order: root.store.sortOrders[3]
     }
     Item {
         implicitWidth: 1 // a Column skips items without a width
