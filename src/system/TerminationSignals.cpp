@@ -2,10 +2,10 @@
 #include "TerminationSignals.h"
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
-#include <utility>
 
 #include <sys/eventfd.h>
 #include <termios.h>
@@ -15,9 +15,11 @@ namespace portolan {
 
 namespace {
 
-// A signal handler may only store the number and write to this descriptor.
-int g_event = -1;
-volatile std::sig_atomic_t g_signal = 0;
+// A signal handler, which can run on any thread, may only store the number and write to this descriptor. That
+// is never closed: a handler may be about to write when the object is destroyed.
+std::atomic<int> g_event = -1;
+std::atomic<int> g_signal = 0;
+static_assert(std::atomic<int>::is_always_lock_free);
 
 constexpr std::array handledSignals{SIGTERM, SIGINT, SIGHUP};
 
@@ -41,9 +43,17 @@ void tellEventLoop(int signal)
     errno = error;
 }
 
+void clearEvent()
+{
+    eventfd_t count = 0;
+    eventfd_read(g_event, &count);
+}
+
 int openEvent()
 {
-    g_event = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    if (g_event < 0)
+        g_event = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    clearEvent();
     return g_event;
 }
 
@@ -77,7 +87,7 @@ TerminationSignals::~TerminationSignals()
 {
     for (const int signal : handledSignals)
         install(signal, SIG_DFL);
-    close(std::exchange(g_event, -1));
+    clearEvent();
 }
 
 int TerminationSignals::descriptor()

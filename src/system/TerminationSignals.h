@@ -17,8 +17,8 @@ public:
     TerminationSignals();
     ~TerminationSignals() override;
 
-    /// Readable from the first such signal on, for code that waits outside the event loop. -1 if no object
-    /// exists.
+    /// Readable from the first such signal on until the object is destroyed, for code that waits outside the
+    /// event loop. -1 before the first object.
     [[nodiscard]] static int descriptor();
     /// Whether such a signal has arrived, even if the event loop has not handled it yet.
     [[nodiscard]] static bool isPending();

@@ -7,6 +7,8 @@
 
 #include <csignal>
 
+#include <poll.h>
+
 namespace portolan {
 
 class Termination : public testing::TestWithParam<int>
@@ -40,6 +42,19 @@ TEST(TerminationSignals, LeavesAnIgnoredSignalIgnored)
         EXPECT_EQ(current.sa_handler, SIG_IGN);
     }
     signal(SIGHUP, old);
+}
+
+TEST(TerminationSignals, AreForgottenWithTheObject)
+{
+    for (int i = 0; i < 2; ++i) {
+        const TerminationSignals signals;
+        pollfd watched{TerminationSignals::descriptor(), POLLIN, 0};
+        EXPECT_EQ(poll(&watched, 1, 0), 0);
+        raise(SIGTERM);
+        EXPECT_EQ(poll(&watched, 1, 0), 1);
+    }
+    pollfd watched{TerminationSignals::descriptor(), POLLIN, 0};
+    EXPECT_EQ(poll(&watched, 1, 0), 0);
 }
 
 TEST(TerminationSignals, GivesTheSignalsBack)
