@@ -75,7 +75,7 @@ TEST(Portolan, RunsWithoutAScreen)
     QFile screens(folder.filePath(u"screens.json"_s));
     ASSERT_TRUE(screens.open(QFile::WriteOnly) && screens.write(R"({"screens": []})") > 0);
     screens.close();
-    QProcessEnvironment environment;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen:configfile="_s + screens.fileName());
     environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nowhere"_s);
     environment.insert(u"XDG_RUNTIME_DIR"_s, folder.path());
