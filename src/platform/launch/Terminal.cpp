@@ -85,7 +85,7 @@ QString firstFound(const QStringList &names, const QProcessEnvironment &environm
         if (isExecutableFile(name))
             return name;
         // findExecutable() would search this process's own $PATH if the list of folders were empty.
-        const QString path = folders.isEmpty() ? QString() : QStandardPaths::findExecutable(name, folders);
+        QString path = folders.isEmpty() ? QString() : QStandardPaths::findExecutable(name, folders);
         if (!path.isEmpty())
             return path;
     }
@@ -138,10 +138,10 @@ QString Terminal::quoted(const QString &text)
 
 QString Terminal::userShell(const QProcessEnvironment &environment)
 {
-    if (const QString shell = environment.value(u"SHELL"_s); isExecutableFile(shell))
+    if (QString shell = environment.value(u"SHELL"_s); isExecutableFile(shell))
         return shell;
     if (const passwd *user = getpwuid(getuid())) {
-        if (const QString shell = QString::fromLocal8Bit(user->pw_shell); isExecutableFile(shell))
+        if (QString shell = QString::fromLocal8Bit(user->pw_shell); isExecutableFile(shell))
             return shell;
     }
     return u"/bin/sh"_s;

@@ -117,7 +117,7 @@ std::optional<QList<qint64>> UserDefaults::integers(QStringView key) const
     if (!stored.isArray() || !std::all_of(array.begin(), array.end(), isInteger))
         return std::nullopt;
     QList<qint64> integers;
-    for (const QJsonValue &element : array)
+    for (const auto element : array)
         integers.append(element.toInteger());
     return integers;
 }

@@ -54,7 +54,7 @@ bool StatusIconTheme::isRecoloured()
 
 QString StatusIconTheme::pathWithIcon(const QByteArray &svg)
 {
-    const QString installed = QDir::cleanPath(QCoreApplication::applicationDirPath() + "/../share/icons"_L1);
+    QString installed = QDir::cleanPath(QCoreApplication::applicationDirPath() + "/../share/icons"_L1);
     if (QFile::exists(symbolicIcon(installed)))
         return installed;
 

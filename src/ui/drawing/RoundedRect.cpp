@@ -68,7 +68,7 @@ QImage RoundedRect::image(const QSize &pixels, qreal scale) const
     const Key key{pixels, m_radius * scale, scale, m_openEdge, color().rgba64(), m_borderColor.rgba64()};
     if (const QImage *known = cache.object(key))
         return *known;
-    const QImage image = drawn(key);
+    QImage image = drawn(key);
     cache.insert(key, new QImage(image), image.sizeInBytes());
     return image;
 }

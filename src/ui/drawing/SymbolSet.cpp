@@ -91,7 +91,7 @@ QImage SymbolSet::image(const QString &name, int side, qreal stroke)
     const Key key{name, side, stroke};
     if (const QImage *known = cache.object(key))
         return *known;
-    const QImage image = drawn(key);
+    QImage image = drawn(key);
     cache.insert(key, new QImage(image));
     return image;
 }
