@@ -52,12 +52,17 @@ FocusScope {
 
         width: parent.width
 
-        TitleBar {
-            visible: root.isWindow
+        // By its address: the popover has no title bar, and would load its types on the first click.
+        Loader {
+            id: titleBar
+
             width: parent.width
-            leftButtons: root.leftButtons
-            rightButtons: root.rightButtons
-            onMenuRequested: root.windowMenuRequested()
+            Component.onCompleted: {
+                if (root.isWindow)
+                    titleBar.setSource("TitleBar.qml", {
+                        view: root
+                    });
+            }
         }
 
         HeaderView {

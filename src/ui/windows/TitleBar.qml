@@ -6,10 +6,7 @@ import Portolan
 Rectangle {
     id: root
 
-    property list<string> leftButtons
-    property list<string> rightButtons
-
-    signal menuRequested
+    required property RootView view
 
     implicitHeight: 28
     color: Theme.elevated
@@ -26,7 +23,7 @@ Rectangle {
         }
         onPressed: mouse => {
             if (mouse.button === Qt.RightButton)
-                root.menuRequested();
+                root.view.windowMenuRequested();
         }
         onDoubleClicked: mouse => {
             if (mouse.button !== Qt.LeftButton)
@@ -44,7 +41,7 @@ Rectangle {
         spacing: 2
 
         Repeater {
-            model: root.leftButtons
+            model: root.view.leftButtons
 
             TitleButton {}
         }
@@ -57,7 +54,7 @@ Rectangle {
         spacing: 2
 
         Repeater {
-            model: root.rightButtons
+            model: root.view.rightButtons
 
             TitleButton {}
         }

@@ -9,7 +9,7 @@ Item {
     property real radius: 0
     property bool isResizable: false
 
-    visible: root.Window.visibility !== Window.Maximized && root.Window.visibility !== Window.FullScreen
+    visible: !root.isResizable || (root.Window.visibility !== Window.Maximized && root.Window.visibility !== Window.FullScreen)
 
     RoundedRect {
         id: top
